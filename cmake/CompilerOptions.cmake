@@ -1,0 +1,33 @@
+# Compiler settings that every target of this project shares.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE RelWithDebInfo)
+endif()
+
+add_library(MorquilOptions INTERFACE)
+target_include_directories(MorquilOptions INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(MorquilOptions INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wformat=2 -Wconversion -Wsign-conversion -Woverloaded-virtual)
+if(MORQUIL_STRICT)
+    target_compile_options(MorquilOptions INTERFACE -Werror)
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # Locks and the members they guard are checked at compile time.
+    target_compile_options(MorquilOptions INTERFACE -Wthread-safety -Wthread-safety-beta)
+endif()
+if(WIN32)
+    target_compile_definitions(MorquilOptions INTERFACE
+        WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 _WINSOCK_DEPRECATED_NO_WARNINGS)
+endif()
+if(MORQUIL_SANITIZE)
+    target_compile_options(MorquilOptions INTERFACE
+        -fsanitize=${MORQUIL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(MorquilOptions INTERFACE -fsanitize=${MORQUIL_SANITIZE})
+endif()

@@ -1,0 +1,4 @@
+// Gives every identifier that MorquilAPI.h declares its one definition.
+#include <initguid.h>
+
+#include "MorquilAPI.h"

@@ -1,0 +1,65 @@
+#include "module/class_factory.h"
+
+#include "api/MorquilEntry.h"
+
+namespace {
+
+std::atomic<LONG> moduleLocks{0};
+
+}  // namespace
+
+CMorquilFactory::CMorquilFactory(REFCLSID clsid) noexcept : clsid_(clsid) {
+    ++moduleLocks;
+}
+
+CMorquilFactory::~CMorquilFactory() {
+    --moduleLocks;
+}
+
+STDMETHODIMP CMorquilFactory::QueryInterface(REFIID iid, void** object) {
+    if (object == nullptr)
+        return E_POINTER;
+    *object = nullptr;
+    if (iid != IID_IUnknown && iid != IID_IClassFactory)
+        return E_NOINTERFACE;
+    *object = static_cast<IClassFactory*>(this);
+    AddRef();
+    return S_OK;
+}
+
+STDMETHODIMP_(ULONG) CMorquilFactory::AddRef() {
+    return ++references_;
+}
+
+STDMETHODIMP_(ULONG) CMorquilFactory::Release() {
+    const ULONG left = --references_;
+    if (left == 0)
+        delete this;
+    return left;
+}
+
+STDMETHODIMP CMorquilFactory::CreateInstance(IUnknown* outer, REFIID, void** object) {
+    if (outer != nullptr)
+        return CLASS_E_NOAGGREGATION;
+    if (clsid_ != CLSID_CMorquilDiscovery)
+        return CLASS_E_CLASSNOTAVAILABLE;
+    if (object == nullptr)
+        return E_POINTER;
+    IMorquilDiscovery* const discovery = GetMorquilDiscoveryInstance_0000();
+    if (discovery == nullptr)
+        return E_OUTOFMEMORY;
+    *object = discovery;
+    return S_OK;
+}
+
+STDMETHODIMP CMorquilFactory::LockServer(BOOL) {
+    return E_NOTIMPL;
+}
+
+namespace Morquil {
+
+LONG ModuleLockCount() noexcept {
+    return moduleLocks;
+}
+
+}  // namespace Morquil

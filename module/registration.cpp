@@ -1,0 +1,150 @@
+#include "module/registration.h"
+
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+#include <string_view>
+
+namespace Morquil {
+namespace {
+
+constexpr std::string_view description = "Morquil video converter control library by Morquil";
+constexpr std::string_view threadingModel = "Both";
+
+constexpr std::size_t keyNameSize = 256;
+
+// The path of a module as the system's narrow text, and as much of it as fits.
+struct ModulePath {
+    char text[MAX_PATH] = "";
+    DWORD length = 0;
+
+    explicit ModulePath(HMODULE module) noexcept { length = GetModuleFileNameA(module, text, MAX_PATH); }
+
+    [[nodiscard]] std::string_view View() const noexcept { return {text, length}; }
+};
+
+// "CLSID\{...}" and the key below it.
+struct ClassKeys {
+    char classKey[keyNameSize] = "";
+    char serverKey[keyNameSize] = "";
+
+    // False when a name does not fit.
+    [[nodiscard]] bool Format() noexcept {
+        wchar_t clsid[128];
+        if (StringFromGUID2(CLSID_CMorquilDiscovery, clsid, 128) == 0)
+            return false;
+        const int classLength = std::snprintf(classKey, keyNameSize, "CLSID\\%ls", clsid);
+        const int serverLength = std::snprintf(serverKey, keyNameSize, "CLSID\\%ls\\InprocServer32", clsid);
+        const auto fits = [](int length) { return length > 0 && static_cast<std::size_t>(length) < keyNameSize; };
+        return fits(classLength) && fits(serverLength);
+    }
+};
+
+// Owns an open registry key.
+class RegistryKey {
+public:
+    RegistryKey() = default;
+    RegistryKey(const RegistryKey&) = delete;
+    RegistryKey& operator=(const RegistryKey&) = delete;
+    ~RegistryKey() {
+        if (key_ != nullptr)
+            RegCloseKey(key_);
+    }
+
+    [[nodiscard]] LSTATUS Create(HKEY parent, const char* name) noexcept {
+        char noClass[] = "";
+        return RegCreateKeyExA(parent, name, 0, noClass, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr, &key_,
+                               nullptr);
+    }
+
+    // A null `name` is the unnamed value. Written without a terminating zero.
+    [[nodiscard]] LSTATUS SetText(const char* name, std::string_view text) noexcept {
+        return RegSetValueExA(key_, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.data()),
+                              static_cast<DWORD>(text.size()));
+    }
+
+    [[nodiscard]] HKEY Get() const noexcept { return key_; }
+
+private:
+    HKEY key_ = nullptr;
+};
+
+LSTATUS WriteClass(const char* classKey, std::string_view modulePath) noexcept {
+    RegistryKey key;
+    RegistryKey server;
+    LSTATUS error = key.Create(HKEY_CLASSES_ROOT, classKey);
+    if (error == ERROR_SUCCESS)
+        error = key.SetText(nullptr, description);
+    if (error == ERROR_SUCCESS)
+        error = server.Create(key.Get(), "InprocServer32");
+    if (error == ERROR_SUCCESS)
+        error = server.SetText(nullptr, modulePath);
+    if (error == ERROR_SUCCESS)
+        error = server.SetText("ThreadingModel", threadingModel);
+    return error;
+}
+
+struct ReleaseTypeLib {
+    void operator()(ITypeLib* library) const noexcept { library->Release(); }
+};
+using TypeLibrary = std::unique_ptr<ITypeLib, ReleaseTypeLib>;
+
+// The module's type library, and the module's path as wide text.
+struct LoadedLibrary {
+    OLECHAR path[MAX_PATH + 1] = {};
+    TypeLibrary library;
+
+    [[nodiscard]] HRESULT Load(std::string_view modulePath) noexcept {
+        const int length = MultiByteToWideChar(CP_THREAD_ACP, 0, modulePath.data(), static_cast<int>(modulePath.size()),
+                                               path, MAX_PATH);
+        path[length] = 0;
+        ITypeLib* loaded = nullptr;
+        const HRESULT result = LoadTypeLib(path, &loaded);
+        library.reset(loaded);
+        return result;
+    }
+};
+
+HRESULT UnregisterLibrary(ITypeLib& library) noexcept {
+    TLIBATTR* attributes = nullptr;
+    HRESULT result = library.GetLibAttr(&attributes);
+    if (FAILED(result))
+        return result;
+    result = UnRegisterTypeLib(attributes->guid, attributes->wMajorVerNum, attributes->wMinorVerNum, attributes->lcid,
+                               attributes->syskind);
+    library.ReleaseTLibAttr(attributes);
+    return result;
+}
+
+}  // namespace
+
+HRESULT RegisterServer(HMODULE module) noexcept {
+    const ModulePath path(module);
+    if (path.length == 0)
+        return E_UNEXPECTED;
+    ClassKeys keys;
+    if (!keys.Format())
+        return E_OUTOFMEMORY;
+    const LSTATUS error = WriteClass(keys.classKey, path.View());
+    if (error != ERROR_SUCCESS)
+        return static_cast<HRESULT>(error);
+    LoadedLibrary loaded;
+    const HRESULT result = loaded.Load(path.View());
+    return FAILED(result) ? result : RegisterTypeLib(loaded.library.get(), loaded.path, nullptr);
+}
+
+HRESULT UnregisterServer(HMODULE module) noexcept {
+    ClassKeys keys;
+    if (!keys.Format())
+        return E_OUTOFMEMORY;
+    RegDeleteKeyA(HKEY_CLASSES_ROOT, keys.serverKey);
+    RegDeleteKeyA(HKEY_CLASSES_ROOT, keys.classKey);
+    const ModulePath path(module);
+    if (path.length == 0)
+        return E_UNEXPECTED;
+    LoadedLibrary loaded;
+    const HRESULT result = loaded.Load(path.View());
+    return FAILED(result) ? result : UnregisterLibrary(*loaded.library);
+}
+
+}  // namespace Morquil

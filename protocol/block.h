@@ -1,0 +1,203 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+#include <tuple>
+#include <utility>
+
+#include "protocol/key_rows.h"
+#include "protocol/line_context.h"
+#include "protocol/message_sender.h"
+#include "protocol/name_table.h"
+#include "protocol/value_kinds.h"
+
+namespace Morquil {
+
+/// What a block has besides its keys.
+struct BlockHeader {
+    const char* name;
+    /// Reported with the key of a line that is none of the block's.
+    const char* unknownKeyText;
+    /// Whether its writer says where the message begins and ends; text of one that does not joins what is there.
+    bool bracketed = true;
+    /// Some blocks read the value before they look at the key: a line with an unknown key and a bad value is then
+    /// reported for its value. Returns whether the value was good.
+    bool (*readsValueFirst)(const LineContext& line) = nullptr;
+};
+
+/// The table of one protocol block: a constant member `block` of the change set that it fills.
+template <class... Rows>
+struct Block {
+    BlockHeader header;
+    std::tuple<Rows...> rows;
+
+    constexpr explicit Block(BlockHeader blockHeader, Rows... tableRows) : header(blockHeader), rows(tableRows...) {}
+    constexpr Block(BlockHeader blockHeader, std::tuple<Rows...> tableRows) : header(blockHeader), rows(tableRows) {}
+};
+
+/// The change set of a block: the type that carries the table, unless that names another.
+template <class Description>
+struct ChangeSetOfBlock {
+    using Type = Description;
+};
+template <class Description>
+    requires requires { typename Description::ChangeSet; }
+struct ChangeSetOfBlock<Description> {
+    using Type = typename Description::ChangeSet;
+};
+template <class Description>
+using ChangeSetOf = typename ChangeSetOfBlock<Description>::Type;
+
+/// Finds a block's key and reads its value, at the same cost for every key.
+template <class Description>
+class KeyIndex {
+    using Set = ChangeSetOf<Description>;
+    using Reader = void (*)(const LineContext&, Set&, std::size_t index);
+
+public:
+    /// Reads one line into `set`; reports what is wrong with it.
+    static void ReadLine(const LineContext& line, std::string_view key, Set& set) {
+        std::size_t index = 0;
+        std::size_t name = table.Find(key);
+        if (name == nameCount) {
+            name = FindIndexed(key, index);
+        } else if (names[name].indexCount != 0) {
+            name = nameCount;
+        }
+        if (name < nameCount) {
+            readers[name](line, set, index);
+        } else {
+            ReportUnknownKey(line, key);
+        }
+    }
+
+private:
+    static constexpr std::size_t rowCount = std::tuple_size_v<decltype(Description::block.rows)>;
+
+    template <std::size_t row>
+    static constexpr std::size_t namesOfRow = std::tuple_size_v<decltype(std::get<row>(Description::block.rows).Names())>;
+
+    static constexpr std::size_t nameCount = []<std::size_t... row>(std::index_sequence<row...>) {
+        return (std::size_t{0} + ... + namesOfRow<row>);
+    }(std::make_index_sequence<rowCount>());
+
+    template <class Visit>
+    static constexpr void ForEachRowIndex(Visit visit) {
+        [&]<std::size_t... row>(std::index_sequence<row...>) {
+            (visit(std::integral_constant<std::size_t, row>()), ...);
+        }(std::make_index_sequence<rowCount>());
+    }
+
+    static constexpr std::array<KeyName, nameCount> names = [] {
+        std::array<KeyName, nameCount> all{};
+        std::size_t at = 0;
+        ForEachRowIndex([&](auto row) {
+            for (const KeyName& name : std::get<row.value>(Description::block.rows).Names()) {
+                all[at++] = name;
+            }
+        });
+        return all;
+    }();
+
+    static constexpr NameTable<nameCount> table{[] {
+        std::array<std::string_view, nameCount> texts{};
+        for (std::size_t name = 0; name < nameCount; ++name) {
+            texts[name] = names[name].text;
+        }
+        return texts;
+    }()};
+
+    template <std::size_t row, std::size_t which>
+    static void ReadKey(const LineContext& line, Set& set, std::size_t index) {
+        std::get<row>(Description::block.rows).template Read<which>(line, set, index);
+    }
+
+    static constexpr std::array<Reader, nameCount> readers = [] {
+        std::array<Reader, nameCount> all{};
+        std::size_t at = 0;
+        ForEachRowIndex([&](auto row) {
+            [&]<std::size_t... which>(std::index_sequence<which...>) {
+                ((all[at++] = &ReadKey<row.value, which>), ...);
+            }(std::make_index_sequence<namesOfRow<row.value>>());
+        });
+        return all;
+    }();
+
+    /// Takes a key apart into name and index; the index has no leading zeros.
+    static std::size_t FindIndexed(std::string_view key, std::size_t& index) {
+        std::size_t digits = 0;
+        std::size_t number = 0;
+        for (std::size_t place = 1; digits < key.size() && IsDigit(key[key.size() - 1 - digits]); place *= 10) {
+            if (digits == 2) {
+                return nameCount;
+            }
+            number += place * static_cast<std::size_t>(key[key.size() - 1 - digits] - '0');
+            ++digits;
+        }
+        if (digits == 0 || (digits > 1 && key[key.size() - digits] == '0')) {
+            return nameCount;
+        }
+        const std::size_t name = table.Find(key.substr(0, key.size() - digits));
+        if (name == nameCount || number >= names[name].indexCount) {
+            return nameCount;
+        }
+        index = number;
+        return name;
+    }
+
+    static constexpr bool IsDigit(char byte) { return byte >= '0' && byte <= '9'; }
+
+    static void ReportUnknownKey(const LineContext& line, std::string_view key) {
+        constexpr BlockHeader header = Description::block.header;
+        if (header.readsValueFirst == nullptr || header.readsValueFirst(line)) {
+            ReportLine(line, header.unknownKeyText, LineText(key).CString());
+        }
+    }
+};
+
+/// Writes the whole block: its header, the lines of what is present, the empty line. Returns the sender's result.
+template <class Description>
+bool WriteBlock(IMessageSender& sender, const ChangeSetOf<Description>& set) {
+    constexpr BlockHeader header = Description::block.header;
+    if (header.bracketed) {
+        sender.BeginMessage();
+    }
+    sender.SendFormatted("%s:\n", header.name);
+    std::apply([&](const auto&... row) { (row.Write(sender, set), ...); }, Description::block.rows);
+    sender.SendFormatted("\n");
+    return header.bracketed ? sender.EndMessage() : true;
+}
+
+/// Takes over every field that `source` has and `target` lacks or holds differently. Returns whether there was any.
+/// Nothing ever becomes absent.
+template <class Set>
+bool Merge(Set& target, const Set& source) {
+    bool changed = false;
+    const auto mergeMember = [&](auto member) { changed |= MergeField(target.*member, source.*member); };
+    std::apply([&](const auto&... row) { (row.ForEachMember(mergeMember), ...); }, Set::block.rows);
+    return changed;
+}
+
+/// Merges only the named members.
+template <class Set, class... Members>
+bool MergeMembers(Set& target, const Set& source, Members... members) {
+    bool changed = false;
+    ((changed |= MergeField(target.*members, source.*members)), ...);
+    return changed;
+}
+
+/// Whether every field is absent.
+template <class Set>
+bool IsEmpty(const Set& set) {
+    Set none;
+    return !Merge(none, set);
+}
+
+/// Makes every field absent.
+template <class Set>
+void Clear(Set& set) {
+    set = Set();
+}
+
+}  // namespace Morquil

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <tuple>
+
+#include "protocol/block.h"
+#include "protocol/blocks/geometry.h"
+#include "protocol/blocks/variable_aspect_ratio.h"
+#include "protocol/message.h"
+
+namespace Morquil {
+
+/// The alignment of the two pictures of a 3D pair.
+struct AlignChangeSet : GeometryFields {
+    // clang-format off
+    static constexpr Block block{
+        BlockHeader{.name = "ALIGN", .unknownKeyText = "Unknown align line \"%s\"\n"},
+        std::tuple_cat(
+            GeometrySideRows<"Align ">(),
+            GeometryLastSizeRows<"Align ">(),
+            std::tuple{WriteOnly{Key{"ResetValues", &GeometryFields::resetValues, UnsignedAsSigned{}}}})};
+    // clang-format on
+};
+
+/// The ranges of the alignment: another block for the same fields as the variable aspect ratio's. Devices only.
+struct AlignAvailabilityBlock {
+    using ChangeSet = VariableAspectRatioAvailabilityChangeSet;
+
+    static constexpr Block block{
+        BlockHeader{.name = "ALIGN AVAILABILITY", .unknownKeyText = "Unknown supported align line \"%s\"\n"},
+        GeometryRangeRows<"Align ">()};
+};
+
+using AlignMessage = TextProtocolMessage<AlignChangeSet>;
+
+}  // namespace Morquil

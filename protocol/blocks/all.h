@@ -1,0 +1,22 @@
+#pragma once
+
+// Every block of the protocol.
+#include "protocol/blocks/align.h"
+#include "protocol/blocks/ancillary_data.h"
+#include "protocol/blocks/audio.h"
+#include "protocol/blocks/device_filenames.h"
+#include "protocol/blocks/genlock.h"
+#include "protocol/blocks/mode_3d.h"
+#include "protocol/blocks/morquil_device.h"
+#include "protocol/blocks/network_config.h"
+#include "protocol/blocks/noise_reduction.h"
+#include "protocol/blocks/preset.h"
+#include "protocol/blocks/protocol_preamble.h"
+#include "protocol/blocks/supported_conversions.h"
+#include "protocol/blocks/test_pattern.h"
+#include "protocol/blocks/variable_aspect_ratio.h"
+#include "protocol/blocks/video_adjust.h"
+#include "protocol/blocks/video_advanced.h"
+#include "protocol/blocks/video_input.h"
+#include "protocol/blocks/video_output.h"
+#include "protocol/blocks/video_proc_amp.h"

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <tuple>
+
+#include "protocol/block.h"
+#include "protocol/joined_text.h"
+
+namespace Morquil {
+
+/// Picture geometry as two blocks carry it, each under its own prefix. Every quantity has a left and a right value.
+struct GeometryFields {
+    Field<double> sizeXLeft;
+    Field<double> sizeXRight;
+    Field<double> sizeYLeft;
+    Field<double> sizeYRight;
+    Field<double> posXLeft;
+    Field<double> posXRight;
+    Field<double> posYLeft;
+    Field<double> posYRight;
+    Field<std::uint32_t> trimXLeft;
+    Field<std::uint32_t> trimXRight;
+    Field<std::uint32_t> trimYLeft;
+    Field<std::uint32_t> trimYRight;
+    Field<std::uint32_t> lastInputWidth;
+    Field<std::uint32_t> lastInputHeight;
+    Field<std::uint32_t> lastOutputWidth;
+    Field<std::uint32_t> lastOutputHeight;
+    Field<std::uint32_t> resetValues;
+};
+
+// clang-format off
+template <FixedText prefix>
+constexpr auto GeometrySideRows() {
+    return std::tuple{
+        Key{joinedText<prefix, "size X left">,  &GeometryFields::sizeXLeft,  Decimal{}},
+        Key{joinedText<prefix, "size X right">, &GeometryFields::sizeXRight, Decimal{}},
+        Key{joinedText<prefix, "size Y left">,  &GeometryFields::sizeYLeft,  Decimal{}},
+        Key{joinedText<prefix, "size Y right">, &GeometryFields::sizeYRight, Decimal{}},
+        Key{joinedText<prefix, "pos X left">,   &GeometryFields::posXLeft,   Decimal{}},
+        Key{joinedText<prefix, "pos X right">,  &GeometryFields::posXRight,  Decimal{}},
+        Key{joinedText<prefix, "pos Y left">,   &GeometryFields::posYLeft,   Decimal{}},
+        Key{joinedText<prefix, "pos Y right">,  &GeometryFields::posYRight,  Decimal{}},
+        Key{joinedText<prefix, "trim X left">,  &GeometryFields::trimXLeft,  UnsignedAsSigned{}},
+        Key{joinedText<prefix, "trim X right">, &GeometryFields::trimXRight, UnsignedAsSigned{}},
+        Key{joinedText<prefix, "trim Y left">,  &GeometryFields::trimYLeft,  UnsignedAsSigned{}},
+        Key{joinedText<prefix, "trim Y right">, &GeometryFields::trimYRight, UnsignedAsSigned{}}};
+}
+
+template <FixedText prefix>
+constexpr auto GeometryLastSizeRows() {
+    return std::tuple{
+        Key{joinedText<prefix, "last input width">,   &GeometryFields::lastInputWidth,   UnsignedAsSigned{}},
+        Key{joinedText<prefix, "last input height">,  &GeometryFields::lastInputHeight,  UnsignedAsSigned{}},
+        Key{joinedText<prefix, "last output width">,  &GeometryFields::lastOutputWidth,  UnsignedAsSigned{}},
+        Key{joinedText<prefix, "last output height">, &GeometryFields::lastOutputHeight, UnsignedAsSigned{}}};
+}
+// clang-format on
+
+/// The ranges of the geometry, one per quantity, not per side.
+struct GeometryRangeFields {
+    Field<Range<double>> sizeXRange;
+    Field<Range<double>> sizeYRange;
+    Field<Range<double>> posXRange;
+    Field<Range<double>> posYRange;
+    Field<Range<std::uint32_t>> trimXRange;
+    Field<Range<std::uint32_t>> trimYRange;
+};
+
+// clang-format off
+template <FixedText prefix>
+constexpr auto GeometryRangeRows() {
+    return std::tuple{
+        Key{joinedText<prefix, "size X range">, &GeometryRangeFields::sizeXRange, DecimalRange{}},
+        Key{joinedText<prefix, "size Y range">, &GeometryRangeFields::sizeYRange, DecimalRange{}},
+        Key{joinedText<prefix, "pos X range">,  &GeometryRangeFields::posXRange,  DecimalRange{}},
+        Key{joinedText<prefix, "pos Y range">,  &GeometryRangeFields::posYRange,  DecimalRange{}},
+        Key{joinedText<prefix, "trim X range">, &GeometryRangeFields::trimXRange, UnsignedRange{}},
+        Key{joinedText<prefix, "trim Y range">, &GeometryRangeFields::trimYRange, UnsignedRange{}}};
+}
+// clang-format on
+
+}  // namespace Morquil

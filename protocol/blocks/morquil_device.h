@@ -1,0 +1,29 @@
+#pragma once
+
+#include "protocol/block.h"
+#include "protocol/message.h"
+
+namespace Morquil {
+
+/// Who the device is, and its locks.
+struct MorquilDeviceChangeSet {
+    TextField<> modelName;
+    Field<std::uint32_t> softwareVersion;
+    Field<std::uint32_t> fpgaVersion;
+    Field<bool> panelLock;
+    Field<bool> remoteLock;
+
+    // clang-format off
+    static constexpr Block block{
+        BlockHeader{.name = "MORQUIL DEVICE", .unknownKeyText = "Unknown morquil device line \"%s\"\n"},
+        Key{"Model name",       &MorquilDeviceChangeSet::modelName,       NonEmptyText{}},
+        Key{"Software Version", &MorquilDeviceChangeSet::softwareVersion, HexVersion{}},
+        Key{"FPGA Version",     &MorquilDeviceChangeSet::fpgaVersion,     HexVersion{}},
+        Key{"Panel lock",       &MorquilDeviceChangeSet::panelLock,       YesNo{}},
+        Key{"Remote lock",      &MorquilDeviceChangeSet::remoteLock,      YesNo{}}};
+    // clang-format on
+};
+
+using MorquilDeviceMessage = TextProtocolMessage<MorquilDeviceChangeSet>;
+
+}  // namespace Morquil

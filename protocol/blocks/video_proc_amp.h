@@ -1,0 +1,75 @@
+#pragma once
+
+#include "protocol/block.h"
+#include "protocol/message.h"
+
+namespace Morquil {
+
+/// The video processing amplifier.
+struct VideoProcAmpChangeSet {
+    Field<std::int32_t> gain;
+    Field<std::int32_t> black;
+    Field<std::int32_t> saturation;
+    Field<std::int32_t> hue;
+    Field<std::int32_t> ry;
+    Field<std::int32_t> by;
+    Field<std::int32_t> sharp;
+    Field<std::uint32_t> resetValues;
+    Field<bool> reset;
+
+    /// Levels are read before their key is looked at, and reported under this name.
+    static constexpr Signed level{"VideoProcAmp"};
+    static bool ReadsLevel(const LineContext& line) {
+        std::int32_t value = 0;
+        return ParseValue(line, level.reportName, value);
+    }
+
+    // clang-format off
+    static constexpr Block block{
+        BlockHeader{.name = "VIDEO PROC AMP", .unknownKeyText = "Unknown video proc amp line \"%s\"\n", .bracketed = false, .readsValueFirst = &ReadsLevel},
+        Key{"Gain",        &VideoProcAmpChangeSet::gain,        level},
+        Key{"Black",       &VideoProcAmpChangeSet::black,       level},
+        Key{"Saturation",  &VideoProcAmpChangeSet::saturation,  level},
+        Key{"Hue",         &VideoProcAmpChangeSet::hue,         level},
+        Key{"RY",          &VideoProcAmpChangeSet::ry,          level},
+        Key{"BY",          &VideoProcAmpChangeSet::by,          level},
+        Key{"Sharp",       &VideoProcAmpChangeSet::sharp,       level},
+        Key{"ResetValues", &VideoProcAmpChangeSet::resetValues, UnsignedAsSigned{}},
+        Key{"Reset",       &VideoProcAmpChangeSet::reset,       OneShot{}}};
+    // clang-format on
+};
+
+/// The ranges of the video processing amplifier.
+struct VideoProcAmpAvailabilityChangeSet {
+    Field<Range<std::int32_t>> gainRange;
+    Field<Range<std::int32_t>> blackRange;
+    Field<Range<std::int32_t>> saturationRange;
+    Field<Range<std::int32_t>> hueRange;
+    Field<Range<std::int32_t>> ryRange;
+    Field<Range<std::int32_t>> byRange;
+    Field<Range<std::int32_t>> sharpRange;
+
+    /// Ranges are read before their key is looked at, and reported under this name.
+    static constexpr SignedRange limits{"VideoProcAmpAvailability"};
+    static bool ReadsLimits(const LineContext& line) {
+        Range<std::int32_t> range;
+        return ParseRange(line, limits.reportName, range);
+    }
+
+    // clang-format off
+    static constexpr Block block{
+        BlockHeader{.name = "VIDEO PROC AMP AVAILABILITY", .unknownKeyText = "Unknown video proc amp availability line \"%s\"\n", .readsValueFirst = &ReadsLimits},
+        Key{"Gain range",       &VideoProcAmpAvailabilityChangeSet::gainRange,       limits},
+        Key{"Black range",      &VideoProcAmpAvailabilityChangeSet::blackRange,      limits},
+        Key{"Saturation range", &VideoProcAmpAvailabilityChangeSet::saturationRange, limits},
+        Key{"Hue range",        &VideoProcAmpAvailabilityChangeSet::hueRange,        limits},
+        Key{"RY range",         &VideoProcAmpAvailabilityChangeSet::ryRange,         limits},
+        Key{"BY range",         &VideoProcAmpAvailabilityChangeSet::byRange,         limits},
+        Key{"Sharp range",      &VideoProcAmpAvailabilityChangeSet::sharpRange,      limits}};
+    // clang-format on
+};
+
+using VideoProcAmpMessage = TextProtocolMessage<VideoProcAmpChangeSet>;
+using VideoProcAmpAvailabilityMessage = TextProtocolMessage<VideoProcAmpAvailabilityChangeSet>;
+
+}  // namespace Morquil

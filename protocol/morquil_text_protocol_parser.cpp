@@ -1,0 +1,119 @@
+#include "protocol/morquil_text_protocol_parser.h"
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
+#include "protocol/name_table.h"
+
+namespace Morquil {
+
+/// What the parser does with each block, by place in the table.
+struct BlockOperations {
+    using Parser = MorquilTextProtocolParser;
+
+    template <std::size_t block>
+    using Entry = std::tuple_element_t<block, BlockTable>;
+
+    template <std::size_t block>
+    static void Begin(Parser& parser) {
+        Clear(std::get<block>(parser.changeSets_));
+    }
+    template <std::size_t block>
+    static void Read(Parser& parser, std::string_view key, std::string_view value) {
+        const LineContext line{parser, parser.selections_, value};
+        KeyIndex<typename Entry<block>::Description>::ReadLine(line, key, std::get<block>(parser.changeSets_));
+    }
+    template <std::size_t block>
+    static void Deliver(Parser& parser) {
+        (parser.sink_->*Entry<block>::deliver)(std::get<block>(parser.changeSets_));
+    }
+
+    void (*begin)(Parser&);
+    void (*read)(Parser&, std::string_view key, std::string_view value);
+    void (*deliver)(Parser&);
+
+    static const std::array<BlockOperations, blockCount> all;
+    static const NameTable<blockCount> headers;
+};
+
+constexpr std::array<BlockOperations, blockCount> BlockOperations::all =
+    []<std::size_t... block>(std::index_sequence<block...>) {
+        return std::array<BlockOperations, blockCount>{
+            BlockOperations{&Begin<block>, &Read<block>, &Deliver<block>}...};
+    }(std::make_index_sequence<blockCount>());
+
+constexpr NameTable<blockCount> BlockOperations::headers = []<std::size_t... block>(std::index_sequence<block...>) {
+    return NameTable<blockCount>(
+        std::array<std::string_view, blockCount>{Entry<block>::Description::block.header.name...});
+}(std::make_index_sequence<blockCount>());
+
+bool MorquilTextProtocolParser::BeginBlock(std::string_view header) {
+    const std::size_t block = BlockOperations::headers.Find(header);
+    if (block == blockCount) {
+        ReportErrorFormatted("Received unknown block header \"%s\"\n", LineText(header).CString());
+        currentBlock_ = unknownBlock;
+        return false;
+    }
+    currentBlock_ = static_cast<std::int32_t>(block + 1);
+    BlockOperations::all[block].begin(*this);
+    return true;
+}
+
+/// The key runs from its first character that is neither space nor colon to the next colon; the value from the first
+/// such character behind a colon to the end of the line. A line that begins with a colon has seen one already when its
+/// key starts, so the key's second character starts the value.
+void MorquilTextProtocolParser::ParseLine(std::string_view line) {
+    constexpr std::size_t none = std::string_view::npos;
+    const std::size_t firstColon = line.find(':');
+    if (firstColon == none) {
+        ReportErrorFormatted("Received line with no colon character\n");
+        return;
+    }
+    const std::size_t keyStart = line.find_first_not_of(" :");
+    const std::size_t keyEnd = keyStart == none ? none : line.find(':', keyStart);
+    const std::size_t valueSearch = firstColon < keyStart ? keyStart : keyEnd;
+    const std::size_t valueStart = valueSearch == none ? none : line.find_first_not_of(" :", valueSearch + 1);
+    if (valueStart == none) {
+        const LineText beforeColon(line.substr(0, firstColon));
+        ReportErrorFormatted("Received line \"%s\" with no value string\n", beforeColon.CString());
+        return;
+    }
+    if (currentBlock_ < 1) {
+        return;
+    }
+    const std::string_view key = line.substr(keyStart, keyEnd < valueStart ? keyEnd - keyStart : none);
+    BlockOperations::all[static_cast<std::size_t>(currentBlock_ - 1)].read(*this, key, line.substr(valueStart));
+}
+
+void MorquilTextProtocolParser::EndBlock() {
+    const std::int32_t ended = currentBlock_;
+    selections_ = Selections();
+    if (sink_ != nullptr && ended == unknownBlock) {
+        sink_->OnUnknownBlock();
+    } else if (sink_ != nullptr && ended != noBlock) {
+        BlockOperations::all[static_cast<std::size_t>(ended - 1)].deliver(*this);
+    }
+    currentBlock_ = noBlock;
+}
+
+void MorquilTextProtocolParser::ReportError(const char* text) {
+    if (sink_ != nullptr) {
+        sink_->OnProtocolError(text);
+    }
+}
+
+void MorquilTextProtocolParser::OnPingLine() {
+    if (sink_ != nullptr) {
+        sink_->OnPing();
+    }
+}
+
+void MorquilTextProtocolParser::OnAcknowledgeLine(bool positive) {
+    if (sink_ != nullptr) {
+        sink_->OnAcknowledge(positive);
+    }
+}
+
+}  // namespace Morquil

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <tuple>
+
+#include "protocol/block_table.h"
+#include "protocol/line_context.h"
+#include "protocol/sink.h"
+#include "protocol/text_protocol_parser.h"
+
+namespace Morquil {
+
+/// Reads the device's blocks into change sets and delivers each at its empty line.
+class MorquilTextProtocolParser final : public TextProtocolParser {
+public:
+    /// `sink` is not owned; without one, blocks and errors are dropped. May be called from inside a sink operation.
+    void SetSink(IMorquilTextProtocolSink* sink) { sink_ = sink; }
+
+protected:
+    void ReportError(const char* text) override;
+    bool BeginBlock(std::string_view header) override;
+    void ParseLine(std::string_view line) override;
+    void EndBlock() override;
+    void OnPingLine() override;
+    void OnAcknowledgeLine(bool positive) override;
+
+private:
+    friend struct BlockOperations;
+
+    template <class Table>
+    struct ChangeSetsOf;
+    template <class... Entries>
+    struct ChangeSetsOf<std::tuple<Entries...>> {
+        using Type = std::tuple<typename Entries::ChangeSet...>;
+    };
+
+    static constexpr std::int32_t noBlock = 0;
+    static constexpr std::int32_t unknownBlock = -1;
+
+    std::int32_t currentBlock_ = noBlock;
+    IMorquilTextProtocolSink* sink_ = nullptr;
+    Selections selections_;
+    ChangeSetsOf<BlockTable>::Type changeSets_;
+};
+
+}  // namespace Morquil

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "protocol/message_sender.h"
+
+namespace Morquil {
+
+/// Cuts a byte stream into lines and lines into blocks: a header line, lines, an empty line. Knows no block by name.
+/// Any split of the stream gives the same calls. One thread at a time.
+class TextProtocolParser {
+public:
+    virtual ~TextProtocolParser() = default;
+
+    /// Takes the next bytes of the stream; keeps a line that is not finished for the next call.
+    void Feed(const char* bytes, std::size_t length);
+
+    /// Reports an error text, cut after 255 characters.
+    void ReportErrorFormatted(const char* format, ...) MORQUIL_PRINTF(2, 3);
+
+protected:
+    TextProtocolParser() = default;
+    TextProtocolParser(const TextProtocolParser&) = delete;
+    TextProtocolParser& operator=(const TextProtocolParser&) = delete;
+
+    virtual void ReportError(const char* text) = 0;
+    /// `header` has lost its colon. Returns whether the block is known; the lines of an unknown one are skipped.
+    virtual bool BeginBlock(std::string_view header) = 0;
+    virtual void ParseLine(std::string_view line) = 0;
+    virtual void EndBlock() = 0;
+    virtual void OnPingLine() = 0;
+    virtual void OnAcknowledgeLine(bool positive) = 0;
+
+private:
+    enum class ReaderState : std::uint32_t { HeaderExpected = 0, InsideBlock = 1, SkippingBlock = 2 };
+    static constexpr std::size_t lineCapacity = 256;
+
+    const char* TakeWholeLines(const char* bytes, const char* end);
+    const char* TakeBytesOfOneLine(const char* bytes, const char* end);
+    void TakeByte(char byte);
+    void TakeLine(std::string_view line);
+    void TakeHeader(std::string_view line);
+
+    std::uint32_t blockLineCount_ = 0;
+    ReaderState readerState_ = ReaderState::HeaderExpected;
+    std::array<char, lineCapacity> lineBuffer_{};
+    std::size_t lineLength_ = 0;
+};
+
+}  // namespace Morquil

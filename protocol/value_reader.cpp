@@ -1,0 +1,233 @@
+#include "protocol/value_reader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <system_error>
+
+#include "protocol/ascii.h"
+
+namespace Morquil {
+
+namespace {
+
+bool IsSign(char character) {
+    return character == '+' || character == '-';
+}
+
+std::size_t LengthOfSpace(std::string_view text) {
+    std::size_t length = 0;
+    while (length < text.size() && IsSpace(text[length])) {
+        ++length;
+    }
+    return length;
+}
+
+std::size_t LengthOfWord(std::string_view text) {
+    std::size_t length = 0;
+    while (length < text.size() && !IsSpace(text[length])) {
+        ++length;
+    }
+    return length;
+}
+
+void SkipSpace(std::string_view& text) {
+    text.remove_prefix(LengthOfSpace(text));
+}
+
+/// Takes "+" or "-", if there is one, and tells whether it was "-".
+bool TakeSign(std::string_view& text) {
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+')) {
+        text.remove_prefix(1);
+    }
+    return negative;
+}
+
+bool TakeText(std::string_view& text, std::string_view expected) {
+    if (!text.starts_with(expected)) {
+        return false;
+    }
+    text.remove_prefix(expected.size());
+    return true;
+}
+
+/// Takes all digits that follow; false when there is none, or when they stand for more than `largest`.
+bool TakeMagnitude(std::string_view& text, std::uint32_t largest, std::uint32_t& magnitude) {
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), magnitude);
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    return error == std::errc() && magnitude <= largest;
+}
+
+/// Takes the characters that a stream collects for a decimal number before it looks whether they are one: digits with
+/// at most one point and, once there is a digit, one exponent mark that a sign may follow.
+std::string_view TakeDecimal(std::string_view& text) {
+    std::size_t length = 0;
+    bool point = false;
+    bool exponent = false;
+    for (; length < text.size(); ++length) {
+        const char character = text[length];
+        if (IsDigit(character)) {
+            continue;
+        }
+        if (character == '.' && !point && !exponent) {
+            point = true;
+        } else if (FoldCase(character) == 'e' && !exponent) {
+            exponent = true;
+        } else if (!IsSign(character) || length == 0 || FoldCase(text[length - 1]) != 'e') {
+            break;
+        }
+    }
+    const std::string_view decimal = text.substr(0, length);
+    text.remove_prefix(length);
+    return decimal;
+}
+
+/// Of a decimal number that is out of every double's range: whether it lies on the side of zero.
+bool IsTooSmall(std::string_view decimal) {
+    const std::size_t mark = std::min(decimal.find_first_of("eE"), decimal.size());
+    const std::string_view mantissa = decimal.substr(0, mark);
+    std::string_view exponentText = decimal.substr(std::min(mark + 1, decimal.size()));
+    const bool negativeExponent = TakeSign(exponentText);
+    std::uint32_t exponent = 0;
+    if (!exponentText.empty() && !TakeMagnitude(exponentText, UINT32_MAX, exponent)) {
+        return negativeExponent;
+    }
+    const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
+    const auto firstDigit = static_cast<std::int64_t>(mantissa.find_first_of("123456789"));
+    return point - firstDigit + (negativeExponent ? -std::int64_t{exponent} : std::int64_t{exponent}) < 0;
+}
+
+bool ToDouble(std::string_view decimal, double& value) {
+    double converted = 0;  // what a number too small for a double becomes
+    const char* const last = decimal.data() + decimal.size();
+    const auto [end, error] = std::from_chars(decimal.data(), last, converted);
+    const bool tooSmall = error == std::errc::result_out_of_range && IsTooSmall(decimal);
+    if (end != last || (error != std::errc() && !tooSmall)) {
+        return false;  // a dangling exponent spoils the whole number, as it does for a stream
+    }
+    value = converted;
+    return true;
+}
+
+/// Takes what "%d" takes; of a larger number the lower 32 bits remain.
+bool TakePattern(std::string_view& text, std::uint32_t& pattern) {
+    SkipSpace(text);
+    const bool negative = TakeSign(text);
+    if (text.empty() || !IsDigit(text.front())) {
+        return false;
+    }
+    pattern = 0;
+    while (!text.empty() && IsDigit(text.front())) {
+        pattern = pattern * 10 + static_cast<std::uint32_t>(text.front() - '0');
+        text.remove_prefix(1);
+    }
+    pattern = negative ? 0 - pattern : pattern;
+    return true;
+}
+
+}  // namespace
+
+// Once the rest is empty, every read fails.
+bool ValueReader::Fail() {
+    rest_ = {};
+    return false;
+}
+
+bool ValueReader::Read(std::int32_t& value) {
+    SkipSpace(rest_);
+    const bool negative = TakeSign(rest_);
+    std::uint32_t magnitude = 0;
+    if (!TakeMagnitude(rest_, negative ? 0x80000000U : 0x7FFFFFFFU, magnitude)) {
+        return Fail();
+    }
+    value = static_cast<std::int32_t>(negative ? 0 - magnitude : magnitude);
+    return true;
+}
+
+bool ValueReader::Read(std::uint32_t& value) {
+    SkipSpace(rest_);
+    const bool negative = TakeSign(rest_);
+    std::uint32_t magnitude = 0;
+    if (!TakeMagnitude(rest_, UINT32_MAX, magnitude)) {
+        return Fail();
+    }
+    value = negative ? 0 - magnitude : magnitude;
+    return true;
+}
+
+bool ValueReader::Read(double& value) {
+    SkipSpace(rest_);
+    const bool negative = TakeSign(rest_);
+    double magnitude = 0;
+    if (!ToDouble(TakeDecimal(rest_), magnitude)) {
+        return Fail();
+    }
+    value = negative ? -magnitude : magnitude;
+    return true;
+}
+
+bool ValueReader::Read(bool& value) {
+    SkipSpace(rest_);
+    const bool isTrue = TakeText(rest_, "true");
+    if (!isTrue && !TakeText(rest_, "false")) {
+        return Fail();
+    }
+    value = isTrue;
+    return true;
+}
+
+bool ValueReader::ReadWord(std::string_view& word) {
+    SkipSpace(rest_);
+    if (rest_.empty()) {
+        return Fail();
+    }
+    word = rest_.substr(0, LengthOfWord(rest_));
+    rest_.remove_prefix(word.size());
+    return true;
+}
+
+bool ParseTimecode(std::string_view text, std::uint32_t& bcd) {
+    constexpr std::size_t length = 11;
+    if (text.size() < length) {
+        return false;
+    }
+    std::uint32_t digits = 0;
+    for (std::size_t at = 0; at < length; ++at) {
+        if (at % 3 == 2) {
+            continue;  // a separator, whatever it is
+        }
+        if (!IsDigit(text[at])) {
+            return false;
+        }
+        digits = digits << 4 | static_cast<std::uint32_t>(text[at] - '0');
+    }
+    bcd = digits;
+    return true;
+}
+
+bool ParseVersionPair(std::string_view text, std::uint32_t& first, std::uint32_t& second) {
+    std::uint32_t numbers[2] = {};
+    if (!TakePattern(text, numbers[0]) || !TakeText(text, ".") || !TakePattern(text, numbers[1])) {
+        return false;
+    }
+    first = numbers[0];
+    second = numbers[1];
+    return true;
+}
+
+std::uint32_t ParseHexVersion(std::string_view text) {
+    if (!TakeText(text, "0x")) {
+        return 0;
+    }
+    SkipSpace(text);
+    const bool negative = TakeSign(text);
+    if (!TakeText(text, "0x")) {
+        TakeText(text, "0X");  // the number itself may repeat the prefix
+    }
+    std::uint32_t magnitude = 0;
+    std::from_chars(text.data(), text.data() + text.size(), magnitude, 16);  // leaves 0 where there is no number
+    return negative ? 0 - magnitude : magnitude;
+}
+
+}  // namespace Morquil

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <memory>
+#include <new>
+#include <string>
+#include <utility>
+
+#include "MorquilAPI.h"
+#include "protocol/morquil_text_protocol_parser.h"
+#include "protocol/sink.h"
+#include "transport/pending_messages.h"
+#include "transport/sent_texts.h"
+#include "transport/text_protocol_client.h"
+
+namespace Morquil {
+
+/// The client for this protocol's blocks: parses what arrives, keeps what waits to be sent and remembers what was sent,
+/// so that a device's answer can be told from a change made elsewhere. A derived class receives the blocks.
+class MorquilTextProtocolClient : public TextProtocolClient, public IMorquilTextProtocolSink {
+public:
+    explicit MorquilTextProtocolClient(std::unique_ptr<AbstractComms> comms);
+
+    /// Queues a message; merges it into one of its type that still waits.
+    /// Ownership: takes `message`.
+    /// Threads:   any. Returns at once; the connection thread writes it later.
+    /// Returns:   S_OK, or E_FAIL when the connection thread could not be woken.
+    template <class Message>
+    HRESULT Queue(std::unique_ptr<Message> message) {
+        const bool stored = pending_.Add(std::move(message));
+        return !stored || WakeSender() ? S_OK : E_FAIL;
+    }
+
+    void OnPing() override {}
+    void OnAcknowledge(bool positive) override;
+    void OnUnknownBlock() override {}
+    void OnProtocolError(const char* text) override;
+
+protected:
+    std::unique_ptr<TextProtocolMessageBase> TakeNextMessage() override;
+    void OnDataReceived(const char* bytes, std::size_t length) override;
+
+    /// Whether any sent text still waits for its echo. On the connection thread, like the two below.
+    bool AwaitsEcho() const { return !sentTexts_.IsEmpty(); }
+    /// Whether the library itself has sent this very block.
+    bool IsSentText(const std::string& text) const { return sentTexts_.Contains(text); }
+    /// Forgets a block that was sent, and all that were sent before it.
+    void ForgetSentThrough(const std::string& text) { sentTexts_.ForgetThrough(text); }
+
+    /// Drops whatever else arrives. On the connection thread, also from inside a sink operation.
+    void StopListening() {
+        listening_ = false;
+        parser_.SetSink(nullptr);
+    }
+    bool IsListening() const { return listening_; }
+
+private:
+    bool listening_ = true;
+    SentTexts sentTexts_;
+    MorquilTextProtocolParser parser_;
+    PendingMessages pending_;
+};
+
+}  // namespace Morquil

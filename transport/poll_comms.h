@@ -1,0 +1,54 @@
+#pragma once
+
+#include <poll.h>
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "transport/abstract_comms.h"
+#include "transport/deadline.h"
+#include "transport/file_descriptor.h"
+#include "transport/pending_events.h"
+#include "transport/wake_up.h"
+
+namespace Morquil {
+
+/// The transport on poll and eventfd.
+class PollComms final : public AbstractComms {
+public:
+    bool Initialise() override;
+    bool Open(const std::string& host, std::uint32_t port, bool nonBlocking) override;
+    bool WaitForConnect(std::int32_t timeoutMs) override;
+    bool Attach(SocketHandle socket, bool nonBlocking) override;
+    void Close() override;
+    std::uint32_t SetWaitMode(bool includeSocket, std::uint32_t timeoutMs) override;
+    CommsEvent WaitForEvent() override;
+    int Receive(char* buffer, int length, int flags) override;
+    int Send(const char* data, int length, int flags) override;
+    bool Signal(int which) override;
+
+private:
+    void Arm(int socket);
+    bool AwaitConnection(int socket);
+    void Poll(const Deadline& deadline);
+    bool TakeWakeUp(const std::array<pollfd, 4>& watched);
+    short WatchedEvents() const;
+    SocketState Translate(short reported);
+
+    int socket_ = -1;
+    bool stands_ = false;  // the connection has been seen to stand
+    std::uint32_t waitTimeoutMs_ = 0;
+    bool includeSocket_ = false;
+    // In the order in which they win: stop, send, user.
+    std::array<WakeUp, 3> wakeUps_;
+    PendingEvents pending_;
+
+    // poll reports a state for as long as it lasts, the client counts on being told of a change once: these say what it
+    // still has to be told of.
+    bool tellReadable_ = false;
+    bool tellWritable_ = false;
+    bool tellGone_ = false;
+};
+
+}  // namespace Morquil

@@ -1,0 +1,24 @@
+#include "transport/sent_texts.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace Morquil {
+
+void SentTexts::Append(std::string text) {
+    texts_.push_back(std::move(text));
+}
+
+bool SentTexts::Contains(std::string_view text) const {
+    return std::find(texts_.begin(), texts_.end(), text) != texts_.end();
+}
+
+void SentTexts::ForgetThrough(std::string_view text) {
+    const auto found = std::find(texts_.begin(), texts_.end(), text);
+    if (found != texts_.end()) {
+        texts_.erase(texts_.begin(), std::next(found));
+    }
+}
+
+}  // namespace Morquil

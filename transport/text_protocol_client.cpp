@@ -1,0 +1,266 @@
+#include "transport/text_protocol_client.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <utility>
+
+#include "core/lock.h"
+#include "core/wait_graph.h"
+#include "protocol/ascii.h"
+#include "protocol/format_text.h"
+
+namespace Morquil {
+
+using QRN::Core::CurrentThreadId;
+using QRN::Core::JoinScope;
+using QRN::Core::JoinThread;
+using QRN::Core::Lock;
+
+TextProtocolClient::TextProtocolClient(std::unique_ptr<AbstractComms> comms)
+    : comms_(std::move(comms)), initialised_(comms_->Initialise()) {}
+
+TextProtocolClient::~TextProtocolClient() {
+    Stop();
+    // The thread that destroys its own client cannot wait for itself: it lets its handle go.
+    Lock lock(joinLock_);
+    JoinThread(thread_, nullptr, CurrentThreadId());
+}
+
+bool TextProtocolClient::SetServer(std::string host, std::uint32_t port) {
+    if (running_) {
+        return false;
+    }
+    host_ = std::move(host);
+    port_ = port;
+    stopRequested_ = false;
+    return true;
+}
+
+bool TextProtocolClient::Start() {
+    if (running_) {
+        return true;
+    }
+    LetThreadEnd();
+    if (!Connect()) {
+        std::printf("Error connecting to server\n");
+        return false;
+    }
+    awaitingAcknowledge_ = false;
+    connected_ = true;
+    OnConnectionChanged(true);
+    if (StartThread()) {
+        return true;
+    }
+    Disconnected();
+    return false;
+}
+
+bool TextProtocolClient::Connect() {
+    if (!initialised_ || stopRequested_ || !comms_->Open(host_, port_, false)) {
+        return false;
+    }
+    if (!comms_->WaitForConnect(connectWaitMs)) {
+        comms_->Close();
+        return false;
+    }
+    return true;
+}
+
+bool TextProtocolClient::StartThread() {
+    Lock join(joinLock_);
+    Lock start(startLock_);
+    if (stopRequested_) {
+        return false;
+    }
+    running_ = true;
+    OnThreadStarting();
+    if (QRN::Core::StartThread(thread_, &ThreadMain, this) == 0) {
+        return true;
+    }
+    running_ = false;
+    OnThreadEnding();
+    return false;
+}
+
+/// The client is idle again; whoever counts on notices hears of it.
+void TextProtocolClient::Disconnected() {
+    running_ = false;
+    connected_ = false;
+    awaitingAcknowledge_ = false;
+    comms_->Close();
+    if (disconnectNoticeCount_ != 0) {
+        OnConnectionChanged(false);
+    }
+}
+
+/// Waits for the thread, if there is one, to end. A stop that was requested meant that thread.
+void TextProtocolClient::LetThreadEnd() {
+    Lock lock(joinLock_);
+    if (thread_) {
+        JoinThread(thread_);
+        stopRequested_ = false;
+    }
+}
+
+void TextProtocolClient::Stop() {
+    if (RequestStop()) {
+        Join();
+    }
+}
+
+bool TextProtocolClient::RequestStop() {
+    {
+        Lock lock(startLock_);
+        stopRequested_ = true;
+    }
+    if (comms_->Signal(signalStop)) {
+        return true;
+    }
+    if (running_) {
+        std::printf("Could not signal the connection thread to stop\n");
+    }
+    return false;
+}
+
+void TextProtocolClient::Join() {
+    const JoinScope wait(threadId_);
+    if (wait.IsCircular()) {
+        return;
+    }
+    LetThreadEnd();
+}
+
+std::uint32_t TextProtocolClient::ThreadMain(void* client) {
+    auto* const self = static_cast<TextProtocolClient*>(client);
+    self->threadId_ = CurrentThreadId();
+    self->Run();
+    self->Disconnected();
+    self->OnThreadEnding();
+    return 0;
+}
+
+void TextProtocolClient::Run() {
+    try {
+        do {
+            comms_->SetWaitMode(connected_, silenceLimitMs);
+        } while (Handle(comms_->WaitForEvent()));
+    } catch (...) {
+        // Without memory for a block the mirror would be wrong from here on: the connection ends instead.
+        gathering_ = false;
+    }
+}
+
+/// Returns whether the connection goes on.
+bool TextProtocolClient::Handle(CommsEvent event) {
+    switch (event) {
+        case CommsEvent::SendRequested:
+            if (!awaitingAcknowledge_) {
+                SendNextMessage();
+            }
+            return true;
+        case CommsEvent::StopRequested:
+            return false;
+        case CommsEvent::Readable:
+            ReceiveAvailable();
+            return true;
+        case CommsEvent::SocketError:
+            std::printf("Network error on the socket\n");
+            return false;
+        case CommsEvent::Timeout:
+            return !connected_ || HandleSilence();
+        case CommsEvent::WaitFailed:
+            return errno == EINTR;
+        case CommsEvent::UserSignal:
+        case CommsEvent::Writable:
+            return true;
+    }
+    return true;
+}
+
+/// A device that has not acknowledged through all the silence is lost; any other is asked for a sign of life.
+bool TextProtocolClient::HandleSilence() {
+    if (awaitingAcknowledge_) {
+        return false;
+    }
+    SendFormatted("PING\n\n");
+    return true;
+}
+
+void TextProtocolClient::Acknowledge() {
+    awaitingAcknowledge_ = false;
+    SendNextMessage();
+}
+
+void TextProtocolClient::SendNextMessage() {
+    const std::unique_ptr<TextProtocolMessageBase> message = TakeNextMessage();
+    if (message != nullptr) {
+        WriteMessage(*message);
+        awaitingAcknowledge_ = true;
+    }
+}
+
+/// One send for the whole block: piece by piece it would wait for the device's delayed acknowledgements.
+void TextProtocolClient::WriteMessage(const TextProtocolMessageBase& message) {
+    gathered_.clear();
+    gathering_ = true;
+    message.WriteTo(*this);
+    gathering_ = false;
+    SendAll(gathered_.data(), gathered_.size());
+}
+
+void TextProtocolClient::SendFormatted(const char* format, ...) {
+    char piece[maximumPieceLength + 1];
+    std::va_list arguments;
+    va_start(arguments, format);
+    const int formatted = FormatText(piece, sizeof piece, format, arguments);
+    va_end(arguments);
+    if (formatted < 1) {
+        return;
+    }
+    const auto length = static_cast<std::size_t>(std::min(formatted, maximumPieceLength));
+    if (IsOnConnectionThread() && gathering_) {
+        gathered_.append(piece, length);
+    } else {
+        SendAll(piece, length);
+    }
+}
+
+/// A device that does not read is tried again and again, until it reads, the connection breaks or a stop is requested.
+void TextProtocolClient::SendAll(const char* text, std::size_t length) {
+    while (length > 0 && !stopRequested_) {
+        const int sent = comms_->Send(text, static_cast<int>(length), 0);
+        if (sent > 0) {
+            text += sent;
+            length -= static_cast<std::size_t>(sent);
+        } else if (sent != commsWouldBlock) {
+            if (running_) {
+                RequestStop();
+            }
+            return;
+        }
+    }
+}
+
+void TextProtocolClient::ReceiveAvailable() {
+    for (int receives = 0; receives < receivesPerEvent && !stopRequested_; ++receives) {
+        const int received = comms_->Receive(receiveBuffer_.data(), receiveSize, 0);
+        if (received == commsWouldBlock) {
+            return;
+        }
+        if (received <= 0) {
+            RequestStop();
+            return;
+        }
+        // The console shows what the device says, as text: up to a zero byte.
+        const auto length = static_cast<std::size_t>(received);
+        std::fwrite(receiveBuffer_.data(), 1, UpToZero({receiveBuffer_.data(), length}).size(), stdout);
+        OnDataReceived(receiveBuffer_.data(), length);
+        if (received < receiveSize) {
+            return;
+        }
+    }
+}
+
+}  // namespace Morquil

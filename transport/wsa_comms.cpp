@@ -1,0 +1,229 @@
+#include "transport/wsa_comms.h"
+
+#include <cstring>
+#include <memory>
+
+#include "transport/connect_rules.h"
+#include "transport/make_comms.h"
+
+namespace Morquil {
+namespace {
+
+constexpr long watchedEvents = FD_READ | FD_WRITE | FD_CLOSE;
+constexpr DWORD allHandles = 4;
+constexpr DWORD allButSocket = 3;
+
+// The first IPv4 address of `host`.
+bool Resolve(const std::string& host, std::uint32_t port, sockaddr_in& address) {
+    const hostent* const found = gethostbyname(host.c_str());
+    if (found == nullptr || found->h_addrtype != AF_INET || found->h_addr_list[0] == nullptr) {
+        return false;
+    }
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    std::memcpy(&address.sin_addr, found->h_addr_list[0], sizeof(address.sin_addr));
+    return true;
+}
+
+// Without this, small blocks wait for the acknowledgement of the block before them.
+void SendAtOnce(SOCKET socket) {
+    constexpr BOOL on = TRUE;
+    setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on), sizeof(on));
+}
+
+// Begins to connect. Returns: false when the attempt has failed at once.
+bool BeginConnect(SOCKET socket, const sockaddr_in& address) {
+    return connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0 ||
+           WSAGetLastError() == WSAEWOULDBLOCK;
+}
+
+bool HasPeer(SOCKET socket) {
+    sockaddr_storage peer{};
+    int size = sizeof(peer);
+    return getpeername(socket, reinterpret_cast<sockaddr*>(&peer), &size) == 0;
+}
+
+// Whether the event that was selected for FD_CONNECT says that the attempt has succeeded.
+bool HasConnected(SOCKET socket, HANDLE connectEvent) {
+    WSANETWORKEVENTS found{};
+    return WSAEnumNetworkEvents(socket, connectEvent, &found) == 0 && (found.lNetworkEvents & FD_CONNECT) != 0 &&
+           found.iErrorCode[FD_CONNECT_BIT] == 0;
+}
+
+int ResultOf(int result) {
+    if (result != SOCKET_ERROR) {
+        return result;
+    }
+    return WSAGetLastError() == WSAEWOULDBLOCK ? commsWouldBlock : commsFailed;
+}
+
+}  // namespace
+
+WSAComms::~WSAComms() {
+    if (started_) {
+        WSACleanup();
+    }
+}
+
+bool WSAComms::Initialise() {
+    WSADATA data;
+    started_ = started_ || WSAStartup(MAKEWORD(2, 2), &data) == 0;
+    return started_ && CreateEvents();
+}
+
+bool WSAComms::CreateEvents() {
+    networkEvent_ = WindowsHandle(WSACreateEvent());
+    stopEvent_ = WindowsHandle(CreateEventA(nullptr, FALSE, FALSE, nullptr));
+    sendEvent_ = WindowsHandle(CreateEventA(nullptr, FALSE, FALSE, nullptr));
+    userEvent_ = WindowsHandle(CreateEventA(nullptr, FALSE, FALSE, nullptr));
+    waitHandles_ = {stopEvent_.Get(), sendEvent_.Get(), userEvent_.Get(), networkEvent_.Get()};
+    return networkEvent_.IsOpen() && stopEvent_.IsOpen() && sendEvent_.IsOpen() && userEvent_.IsOpen();
+}
+
+bool WSAComms::Open(const std::string& host, std::uint32_t port, bool nonBlocking) {
+    sockaddr_in address{};
+    if (!IsConnectable(host, port) || !Resolve(host, port, address)) {
+        return false;
+    }
+    WindowsSocket attempt(socket(AF_INET, SOCK_STREAM, IPPROTO_TCP));
+    if (!attempt.IsOpen()) {
+        return false;
+    }
+    u_long on = 1;
+    const bool begun = nonBlocking ? ioctlsocket(attempt.Get(), static_cast<long>(FIONBIO), &on) == 0 &&
+                                         BeginConnect(attempt.Get(), address)
+                                   : Connect(attempt.Get(), address);
+    if (!begun) {
+        return false;
+    }
+    Arm(attempt.Detach());
+    stands_ = !nonBlocking;
+    return true;
+}
+
+// Connects and waits for the connection or for a stop, which wins. A plain blocking connect could take minutes and
+// nothing could end it.
+bool WSAComms::Connect(SOCKET socket, const sockaddr_in& address) {
+    const WindowsHandle connectEvent(WSACreateEvent());
+    if (!connectEvent.IsOpen() || WSAEventSelect(socket, connectEvent.Get(), FD_CONNECT) != 0 ||
+        !BeginConnect(socket, address)) {
+        return false;
+    }
+    const std::array<HANDLE, 2> handles{stopEvent_.Get(), connectEvent.Get()};
+    const DWORD result = WSAWaitForMultipleEvents(2, handles.data(), FALSE, connectLimitMs, FALSE);
+    return result == WSA_WAIT_EVENT_0 + 1 && HasConnected(socket, connectEvent.Get());
+}
+
+bool WSAComms::WaitForConnect(std::int32_t timeoutMs) {
+    stands_ = stands_ || HasPeer(socket_);
+    if (!stands_) {
+        const WindowsHandle connectEvent(WSACreateEvent());
+        const DWORD limit = timeoutMs < 0 ? WSA_INFINITE : static_cast<DWORD>(timeoutMs);
+        const HANDLE handle = connectEvent.Get();
+        stands_ = connectEvent.IsOpen() && WSAEventSelect(socket_, handle, FD_CONNECT) == 0 &&
+                  WSAWaitForMultipleEvents(1, &handle, FALSE, limit, FALSE) == WSA_WAIT_EVENT_0 &&
+                  HasConnected(socket_, handle);
+    }
+    Arm(socket_);
+    return stands_;
+}
+
+bool WSAComms::Attach(SocketHandle socket, bool nonBlocking) {
+    const auto attached = static_cast<SOCKET>(socket);
+    if (nonBlocking) {
+        u_long on = 1;
+        ioctlsocket(attached, static_cast<long>(FIONBIO), &on);
+    }
+    stands_ = false;
+    Arm(attached);
+    return true;
+}
+
+// From here on everything about the socket is told anew. Selecting events makes it non-blocking as well.
+void WSAComms::Arm(SOCKET socket) {
+    socket_ = socket;
+    pending_.Clear();
+    SendAtOnce(socket);
+    WSAEventSelect(socket, networkEvent_.Get(), watchedEvents);
+}
+
+void WSAComms::Close() {
+    const WindowsSocket closes(socket_);
+    socket_ = INVALID_SOCKET;
+    stands_ = false;
+}
+
+std::uint32_t WSAComms::SetWaitMode(bool includeSocket, std::uint32_t timeoutMs) {
+    waitCount_ = includeSocket ? allHandles : allButSocket;
+    waitTimeoutMs_ = includeSocket ? timeoutMs : idleTimeoutMs;
+    return waitTimeoutMs_;
+}
+
+CommsEvent WSAComms::WaitForEvent() {
+    const Deadline deadline(waitTimeoutMs_);
+    while (pending_.IsEmpty()) {
+        Wait(deadline);
+    }
+    return pending_.TakeOldest();
+}
+
+// Waits once and queues what it finds, which may be nothing. A wait that failed counts as one that found nothing, but
+// cannot outlast the time-out.
+void WSAComms::Wait(const Deadline& deadline) {
+    const DWORD remaining = deadline.RemainingMs();
+    const DWORD result = WSAWaitForMultipleEvents(waitCount_, waitHandles_.data(), FALSE, remaining, FALSE);
+    switch (result) {
+        case WSA_WAIT_EVENT_0:
+            return pending_.AddOne(CommsEvent::StopRequested);
+        case WSA_WAIT_EVENT_0 + 1:
+            return pending_.AddOne(CommsEvent::SendRequested);
+        case WSA_WAIT_EVENT_0 + 2:
+            return pending_.AddOne(CommsEvent::UserSignal);
+        case WSA_WAIT_EVENT_0 + 3:
+            return pending_.AddSocket(EnumerateSocket());
+        default:
+            if (result == WSA_WAIT_TIMEOUT || remaining == 0) {
+                pending_.AddOne(CommsEvent::Timeout);
+            }
+    }
+}
+
+SocketState WSAComms::EnumerateSocket() const {
+    WSANETWORKEVENTS found{};
+    SocketState state;
+    if (WSAEnumNetworkEvents(socket_, networkEvent_.Get(), &found) != 0) {
+        state.gone = true;
+        return state;
+    }
+    state.readable = (found.lNetworkEvents & FD_READ) != 0;
+    state.writable = (found.lNetworkEvents & FD_WRITE) != 0;
+    state.gone = (found.lNetworkEvents & FD_CLOSE) != 0;
+    return state;
+}
+
+int WSAComms::Receive(char* buffer, int length, int flags) {
+    return length < 0 ? commsFailed : ResultOf(recv(socket_, buffer, length, flags));
+}
+
+int WSAComms::Send(const char* data, int length, int flags) {
+    return length < 0 ? commsFailed : ResultOf(send(socket_, data, length, flags));
+}
+
+bool WSAComms::Signal(int which) {
+    switch (which) {
+        case signalSend:
+            return SetEvent(sendEvent_.Get()) != 0;
+        case signalStop:
+            return SetEvent(stopEvent_.Get()) != 0;
+        case signalUser:
+            return SetEvent(userEvent_.Get()) != 0;
+        default:
+            return false;
+    }
+}
+
+std::unique_ptr<AbstractComms> MakeComms() {
+    return std::make_unique<WSAComms>();
+}
+
+}  // namespace Morquil

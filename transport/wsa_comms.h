@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "transport/abstract_comms.h"
+#include "transport/deadline.h"
+#include "transport/pending_events.h"
+#include "transport/windows_handle.h"
+
+namespace Morquil {
+
+/// The transport on Windows Sockets 2.
+class WSAComms final : public AbstractComms {
+public:
+    ~WSAComms() override;
+
+    bool Initialise() override;
+    bool Open(const std::string& host, std::uint32_t port, bool nonBlocking) override;
+    bool WaitForConnect(std::int32_t timeoutMs) override;
+    bool Attach(SocketHandle socket, bool nonBlocking) override;
+    void Close() override;
+    std::uint32_t SetWaitMode(bool includeSocket, std::uint32_t timeoutMs) override;
+    CommsEvent WaitForEvent() override;
+    int Receive(char* buffer, int length, int flags) override;
+    int Send(const char* data, int length, int flags) override;
+    bool Signal(int which) override;
+
+private:
+    void Arm(SOCKET socket);
+    bool CreateEvents();
+    bool Connect(SOCKET socket, const sockaddr_in& address);
+    void Wait(const Deadline& deadline);
+    SocketState EnumerateSocket() const;
+
+    SOCKET socket_ = INVALID_SOCKET;
+    bool started_ = false;
+    bool stands_ = false;  // the connection has been seen to stand: the system reports that once only
+    std::uint32_t waitTimeoutMs_ = 0;
+    WindowsHandle stopEvent_;
+    WindowsHandle sendEvent_;
+    WindowsHandle userEvent_;
+    WindowsHandle networkEvent_;
+    std::array<HANDLE, 4> waitHandles_{};  // stop, send, user, network: the first that is signalled wins
+    DWORD waitCount_ = 0;
+    PendingEvents pending_;
+};
+
+}  // namespace Morquil

@@ -1,0 +1,242 @@
+#include "device/device.h"
+
+#include <new>
+#include <utility>
+
+#include "core/lock.h"
+#include "platform/text.h"
+#include "settings/settings_file.h"
+
+using namespace Morquil;
+using QRN::Core::Lock;
+
+CMorquilDevice::CMorquilDevice(std::unique_ptr<AbstractComms> comms, std::int32_t initialStateWait)
+    : CObservablePropertySet(morquilDeviceControlPropertySetId),
+      MorquilTextProtocolClient(std::move(comms)),
+      features_{{{IID_IMorquilInputConfiguration, inputConfiguration_},
+                 {IID_IMorquilOutputConfiguration, outputConfiguration_},
+                 {IID_IMorquilVideoProcAmp, videoProcAmp_},
+                 {IID_IMorquilColorCorrection, colorCorrection_},
+                 {IID_IMorquilVideoClip, videoClip_},
+                 {IID_IMorquilAspectFill, aspectFill_},
+                 {IID_IMorquilNoiseReduction, noiseReduction_},
+                 {IID_IMorquilTestPattern, testPattern_},
+                 {IID_IMorquilVideoAdvanced, videoAdvanced_},
+                 {IID_IMorquilTimecode, timecode_},
+                 {IID_IMorquilClosedCaption, closedCaption_},
+                 {IID_IMorquilVideoIndex, videoIndex_},
+                 {IID_IMorquilReference, reference_},
+                 {IID_IMorquilVariableAspectRatio, variableAspectRatio_},
+                 {IID_IMorquilAudioMapping, audioMapping_},
+                 {IID_IMorquil3dMode, mode3d_},
+                 {IID_IMorquilNetworkConfig, networkConfig_},
+                 {IID_IMorquilDeviceFilenames, deviceFilenames_},
+                 {IID_IMorquilPreset, preset_}}},
+      initialStateWait_(initialStateWait) {
+    ++disconnectNoticeCount_;
+    connectEvent_.Create();
+}
+
+CMorquilDevice::~CMorquilDevice() {
+    // Before anything goes that the connection thread uses.
+    Stop();
+}
+
+STDMETHODIMP CMorquilDevice::QueryInterface(REFIID iid, void** out) {
+    if (out == nullptr) {
+        return E_POINTER;
+    }
+    *out = nullptr;
+    if (IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IMorquilDevice)) {
+        *out = static_cast<IMorquilDevice*>(this);
+    }
+    for (const FeatureEntry& entry : features_) {
+        if (IsEqualIID(iid, entry.iid)) {
+            *out = entry.feature.Face();
+        }
+    }
+    if (*out == nullptr) {
+        return E_NOINTERFACE;
+    }
+    AddRef();
+    return S_OK;
+}
+
+STDMETHODIMP_(ULONG) CMorquilDevice::AddRef() { return ++references_; }
+
+STDMETHODIMP_(ULONG) CMorquilDevice::Release() {
+    // A callback on another thread may take and give back a reference of its own meanwhile.
+    const Hold hold(*this);
+    const ULONG remaining = --references_;
+    if (remaining == 0 && !lastReferenceGone_.exchange(true)) {
+        LastReferenceGone();
+    }
+    return remaining;
+}
+
+/// Ends the connection; nobody is left to be told of it. The holds of those who are still on their way keep the memory.
+void CMorquilDevice::LastReferenceGone() {
+    disconnectNoticeCount_ = 0;
+    CancelCallbacks();
+    Stop();
+    GiveHoldBack();
+}
+
+void CMorquilDevice::GiveHoldBack() {
+    if (--holds_ == 0) {
+        delete this;
+    }
+}
+
+STDMETHODIMP CMorquilDevice::AddConnectionObserver(IMorquilConnectionObserver* observer) {
+    return connectionObservers_.Add(observer);
+}
+
+STDMETHODIMP CMorquilDevice::RemoveConnectionObserver(IMorquilConnectionObserver* observer) {
+    return connectionObservers_.Remove(observer);
+}
+
+STDMETHODIMP CMorquilDevice::AddPropertyObserver(IMorquilPropertyObserver* observer,
+                                                 _MorquilPropertySetId propertySet) {
+    CObservablePropertySet* const set = FindPropertySet(propertySet);
+    return set != nullptr ? set->AddObserver(observer) : E_FAIL;
+}
+
+STDMETHODIMP CMorquilDevice::RemovePropertyObserver(IMorquilPropertyObserver* observer,
+                                                    _MorquilPropertySetId propertySet) {
+    CObservablePropertySet* const set = FindPropertySet(propertySet);
+    return set != nullptr ? set->RemoveObserver(observer) : E_FAIL;
+}
+
+/// The set with this id, or null. The alignment is not among them.
+CObservablePropertySet* CMorquilDevice::FindPropertySet(_MorquilPropertySetId propertySet) {
+    if (propertySet == PropertySet()) {
+        return this;
+    }
+    for (const FeatureEntry& entry : features_) {
+        if (propertySet == entry.feature.PropertySet()) {
+            return &entry.feature;
+        }
+    }
+    return nullptr;
+}
+
+template <class Out, class FieldType>
+HRESULT CMorquilDevice::ReadDevice(Out* out, FieldType MorquilDeviceChangeSet::*member) {
+    if (out == nullptr) {
+        return E_POINTER;
+    }
+    Lock lock(mirrorLock_);
+    const FieldType& field = deviceCache_.*member;
+    if (!field.IsPresent()) {
+        return E_FAIL;
+    }
+    *out = static_cast<Out>(field.Get());
+    return S_OK;
+}
+
+STDMETHODIMP CMorquilDevice::GetDeviceName(BSTR* name) {
+    if (name == nullptr) {
+        return E_POINTER;
+    }
+    Lock lock(mirrorLock_);
+    if (!deviceCache_.modelName.IsPresent()) {
+        return E_FAIL;
+    }
+    *name = BstrFromUtf8(deviceCache_.modelName.Get());
+    return *name != nullptr ? S_OK : E_FAIL;
+}
+
+STDMETHODIMP CMorquilDevice::GetSoftwareVersion(UINT* version) {
+    return ReadDevice(version, &MorquilDeviceChangeSet::softwareVersion);
+}
+
+STDMETHODIMP CMorquilDevice::GetFPGAVersion(UINT* version) {
+    return ReadDevice(version, &MorquilDeviceChangeSet::fpgaVersion);
+}
+
+STDMETHODIMP CMorquilDevice::GetPanelLock(LONG* lock) { return ReadDevice(lock, &MorquilDeviceChangeSet::panelLock); }
+
+STDMETHODIMP CMorquilDevice::GetRemoteLock(LONG* lock) { return ReadDevice(lock, &MorquilDeviceChangeSet::remoteLock); }
+
+/// Hosts test for the bit itself: the answer is 2, not 1, where updating is supported.
+STDMETHODIMP CMorquilDevice::GetNetworkUpdateSupported(LONG* supported) {
+    if (supported == nullptr) {
+        return E_POINTER;
+    }
+    *supported = static_cast<LONG>(protocolVersionFlags_ & networkUpdateFlag);
+    return S_OK;
+}
+
+STDMETHODIMP CMorquilDevice::IsConversionSupported(_MorquilAPIVideoMode input, _MorquilAPIVideoMode output,
+                                                   _MorquilAPIAspectRatio aspectRatio, LONG* supported) {
+    if (supported == nullptr) {
+        return E_POINTER;
+    }
+    const auto index = [](auto value) { return static_cast<std::size_t>(static_cast<std::int32_t>(value)); };
+    Lock lock(mirrorLock_);
+    *supported = conversionsCache_.aspectRatio.Has(index(input), index(output), index(aspectRatio)) ? 1 : 0;
+    return S_OK;
+}
+
+/// The device's answer is told to observers like any other change of its locks: nobody asks whether it is an echo.
+STDMETHODIMP CMorquilDevice::SetPanelLock(LONG lock) {
+    try {
+        auto message = std::make_unique<MorquilDeviceMessage>();
+        message->panelLock.Set(lock != 0);
+        message->recordSentText = false;
+        return Queue(std::move(message));
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    }
+}
+
+/// The file's text: the blocks that a host may set, and of the device's own its two locks.
+std::string CMorquilDevice::SettingsText() {
+    std::string text;
+    const FeatureBase* const features[] = {
+        &inputConfiguration_, &outputConfiguration_, &videoProcAmp_,  &colorCorrection_,     &noiseReduction_,
+        &testPattern_,        &reference_,           &timecode_,      &videoAdvanced_,       &mode3d_,
+        &variableAspectRatio_, &align_,              &audioMapping_};
+    for (const FeatureBase* const feature : features) {
+        text += feature->GetSettingsText() + '\n';
+    }
+    MorquilDeviceChangeSet locks;
+    {
+        Lock lock(mirrorLock_);
+        MergeMembers(locks, deviceCache_, &MorquilDeviceChangeSet::panelLock, &MorquilDeviceChangeSet::remoteLock);
+    }
+    return text + BlockText<MorquilDeviceChangeSet>(locks) + '\n';
+}
+
+/// The path as the system takes it; longer ones than any system's do not name a file.
+static std::string NarrowPath(BSTR path) {
+    constexpr std::size_t longestPath = 1023;
+    std::string narrow = Utf8FromBstr(path);
+    return narrow.size() <= longestPath ? narrow : std::string();
+}
+
+/// S_FALSE says that the file was written, S_OK that it could not be opened; hosts rely on it.
+STDMETHODIMP CMorquilDevice::SaveSettingsFile(BSTR path) {
+    if (path == nullptr) {
+        return E_INVALIDARG;
+    }
+    try {
+        return WriteSettingsFile(NarrowPath(path), SettingsText()) ? S_FALSE : S_OK;
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    }
+}
+
+/// S_FALSE whatever the file held; hosts rely on it.
+STDMETHODIMP CMorquilDevice::LoadSettingsFile(BSTR path) {
+    if (path == nullptr) {
+        return E_INVALIDARG;
+    }
+    try {
+        settingsLoader_.Load(NarrowPath(path));
+        return S_FALSE;
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    }
+}

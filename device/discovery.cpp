@@ -1,0 +1,101 @@
+#include "device/discovery.h"
+
+#include <new>
+
+#include "MorquilEntry.h"
+#include "core/static_lock.h"
+#include "core/thread_safety.h"
+#include "device/device.h"
+
+using QRN::Core::StaticLock;
+using QRN::Core::StaticLockHold;
+
+namespace {
+
+/// Serialises making the object, its last release and forgetting it: nobody is handed one that is going.
+StaticLock singletonLock;
+CMorquilDiscovery* singleton GUARDED_BY(singletonLock) = nullptr;
+
+/// Makes a device object and connects it. A failure of any kind is E_FAIL; the reason says which.
+HRESULT ConnectNewDevice(BSTR address, IMorquilDevice** device, IMorquilConnectionObserver* observer,
+                         _MorquilConnectToFailure* failReason) {
+    if (device == nullptr) {
+        return E_POINTER;
+    }
+    CMorquilDevice* connecting = nullptr;
+    try {
+        connecting = new CMorquilDevice();
+    } catch (...) {
+        // Neither memory nor wake-ups to be had: there is no device object to give.
+        return E_FAIL;
+    }
+    if (FAILED(connecting->Connect(address, observer, failReason))) {
+        connecting->Release();
+        return E_FAIL;
+    }
+    *device = connecting;
+    return S_OK;
+}
+
+}  // namespace
+
+extern "C" IMorquilDiscovery* GetMorquilDiscoveryInstance_0000() {
+    const StaticLockHold hold(singletonLock);
+    if (singleton == nullptr) {
+        singleton = new (std::nothrow) CMorquilDiscovery();
+    } else {
+        singleton->AddRef();
+    }
+    return singleton;
+}
+
+STDMETHODIMP CMorquilDiscovery::QueryInterface(REFIID iid, void** out) {
+    if (out == nullptr) {
+        return E_POINTER;
+    }
+    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IMorquilDiscovery)) {
+        *out = nullptr;
+        return E_NOINTERFACE;
+    }
+    *out = static_cast<IMorquilDiscovery*>(this);
+    AddRef();
+    return S_OK;
+}
+
+STDMETHODIMP_(ULONG) CMorquilDiscovery::AddRef() { return ++references_; }
+
+STDMETHODIMP_(ULONG) CMorquilDiscovery::Release() {
+    ULONG remaining = 0;
+    {
+        const StaticLockHold hold(singletonLock);
+        remaining = --references_;
+        if (remaining == 0) {
+            singleton = nullptr;
+        }
+    }
+    if (remaining == 0) {
+        delete this;
+    }
+    return remaining;
+}
+
+STDMETHODIMP CMorquilDiscovery::Connect(BSTR deviceAddress, IMorquilDevice** device,
+                                        _MorquilConnectToFailure* failReason) {
+    return failReason == nullptr ? E_POINTER : ConnectNewDevice(deviceAddress, device, nullptr, failReason);
+}
+
+STDMETHODIMP CMorquilDiscovery::ConnectAsync(BSTR deviceAddress, IMorquilDevice** device,
+                                             IMorquilConnectionObserver* observer) {
+    _MorquilConnectToFailure unused = morquilConnectToFailureNoResponse;
+    return observer == nullptr ? E_POINTER : ConnectNewDevice(deviceAddress, device, observer, &unused);
+}
+
+STDMETHODIMP CMorquilDiscovery::Disconnect(IMorquilDevice* device) {
+    if (device == nullptr) {
+        return E_POINTER;
+    }
+    static_cast<CMorquilDevice*>(device)->Disconnect();
+    return S_OK;
+}
+
+STDMETHODIMP CMorquilDiscovery::FindDevices(IMorquilIterator** /*deviceList*/) { return S_OK; }

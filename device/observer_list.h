@@ -1,0 +1,225 @@
+#pragma once
+
+#include <algorithm>
+#include <list>
+#include <new>
+#include <utility>
+
+#include "MorquilAPI.h"
+#include "core/callback_scope.h"
+#include "core/condition.h"
+#include "core/intrusive_list.h"
+#include "core/lock.h"
+#include "core/lockable.h"
+#include "core/thread_safety.h"
+
+namespace Morquil {
+
+/// The observers of one kind, in order of addition, each once; every entry holds one reference.
+///
+/// Observers are called in rounds, and no lock is held meanwhile. A thread that is in no callback waits with its change
+/// until the rounds on their way are over. A thread inside a callback, whose waiting could never end, changes the list
+/// at once: entries that it removes are not called any more, entries that it appends are. A removed observer is let go
+/// when its call has returned and the list has been left.
+template <class Observer>
+class ObserverList {
+    struct Entry {
+        Observer* observer;  // null once it has been removed and let go
+        bool removed = false;
+        unsigned calls = 0;
+    };
+
+public:
+    ObserverList() = default;
+    ObserverList(const ObserverList&) = delete;
+    ObserverList& operator=(const ObserverList&) = delete;
+    ~ObserverList() {
+        for (const Entry& entry : entries_) {
+            entry.observer->Release();
+        }
+    }
+
+    /// Returns: S_OK; S_FALSE when `observer` is in the list already; E_POINTER for null; E_OUTOFMEMORY;
+    ///          E_ACCESSDENIED when the lock cannot be taken.
+    HRESULT Add(Observer* observer) {
+        if (observer == nullptr) {
+            return E_POINTER;
+        }
+        observer->AddRef();
+        const HRESULT result = Append(observer);
+        if (result != S_OK) {
+            observer->Release();
+        }
+        return result;
+    }
+
+    /// Returns: S_OK; S_FALSE when `observer` is not in the list; E_ACCESSDENIED when the lock cannot be taken.
+    HRESULT Remove(Observer* observer) {
+        Observer* released = nullptr;
+        const HRESULT result = Unlink(observer, released);
+        if (released != nullptr) {
+            released->Release();
+        }
+        return result;
+    }
+
+    /// Ends the rounds on their way after the call that each is in.
+    void CancelRounds() {
+        QRN::Core::Lock lock(lock_);
+        MarkCancelled();
+    }
+
+    /// One round of calls. From its construction on it holds changes and other rounds off, so rounds are told in the
+    /// order in which they were begun. One that is begun inside a callback cannot wait: it cancels the others.
+    class Round {
+    public:
+        explicit Round(ObserverList& list) : list_(list) { list_.Begin(*this); }
+        ~Round() { list_.End(*this); }
+        Round(const Round&) = delete;
+        Round& operator=(const Round&) = delete;
+
+        /// Calls `tell(observer)` for every observer, front to back, until the round is cancelled.
+        template <class Tell>
+        void CallEach(Tell tell) {
+            const QRN::Core::CallbackScope inCallback;
+            while (Observer* const observer = list_.Next(*this)) {
+                tell(*observer);
+            }
+        }
+
+        Round* previous = nullptr;  ///< the list's own links
+        Round* next = nullptr;
+
+    private:
+        friend class ObserverList;
+        ObserverList& list_;
+        Entry* current_ = nullptr;
+        bool cancelled_ = false;
+    };
+
+private:
+    /// What the last user of a removed entry has to release, if it is the last.
+    static Observer* LetGo(Entry& entry) {
+        return entry.removed && entry.calls == 0 ? std::exchange(entry.observer, nullptr) : nullptr;
+    }
+
+    HRESULT Append(Observer* observer) {
+        std::uint32_t error = 0;
+        QRN::Core::Lock lock(lock_, error);
+        if (error != 0) {
+            return E_ACCESSDENIED;
+        }
+        AwaitTurn();
+        if (Find(observer) != entries_.end()) {
+            return S_FALSE;
+        }
+        try {
+            entries_.push_back(Entry{observer});
+        } catch (const std::bad_alloc&) {
+            return E_OUTOFMEMORY;
+        }
+        return S_OK;
+    }
+
+    HRESULT Unlink(Observer* observer, Observer*& released) {
+        std::uint32_t error = 0;
+        QRN::Core::Lock lock(lock_, error);
+        if (error != 0) {
+            return E_ACCESSDENIED;
+        }
+        AwaitTurn();
+        const auto found = Find(observer);
+        if (found == entries_.end()) {
+            return S_FALSE;
+        }
+        found->removed = true;
+        released = LetGo(*found);
+        if (rounds_.First() == nullptr) {
+            entries_.erase(found);
+        }
+        return S_OK;
+    }
+
+    auto Find(Observer* observer) REQUIRES(lock_) {
+        return std::find_if(entries_.begin(), entries_.end(),
+                            [&](const Entry& entry) { return entry.observer == observer && !entry.removed; });
+    }
+
+    /// Waits until no round is on its way, unless the thread is inside a callback.
+    void AwaitTurn() REQUIRES(lock_) {
+        if (QRN::Core::CallbackScope::OnThisThread()) {
+            return;
+        }
+        ++waitingChanges_;
+        while (rounds_.First() != nullptr) {
+            roundsEnded_.Wait(lock_);
+        }
+        --waitingChanges_;
+        roundsEnded_.WakeAll();
+    }
+
+    void Begin(Round& round) {
+        QRN::Core::Lock lock(lock_);
+        if (QRN::Core::CallbackScope::OnThisThread()) {
+            MarkCancelled();
+        } else {
+            // Changes that wait go first, or a flood of rounds would never let them in.
+            while (rounds_.First() != nullptr || waitingChanges_ != 0) {
+                roundsEnded_.Wait(lock_);
+            }
+        }
+        rounds_.Add(round);
+    }
+
+    void End(Round& round) {
+        QRN::Core::Lock lock(lock_);
+        rounds_.Remove(round);
+        if (rounds_.First() == nullptr) {
+            entries_.remove_if([](const Entry& entry) { return entry.removed; });
+        }
+        roundsEnded_.WakeAll();
+    }
+
+    /// Finishes the call that `round` was in and opens the next. Returns its observer, or null at the end.
+    Observer* Next(Round& round) {
+        Observer* released = nullptr;
+        Observer* next = nullptr;
+        {
+            QRN::Core::Lock lock(lock_);
+            auto place = entries_.begin();
+            if (round.current_ != nullptr) {
+                place = std::next(PlaceOf(*round.current_));
+                --round.current_->calls;
+                released = LetGo(*round.current_);
+            }
+            place = std::find_if(place, entries_.end(), [](const Entry& entry) { return !entry.removed; });
+            round.current_ = round.cancelled_ || place == entries_.end() ? nullptr : &*place;
+            if (round.current_ != nullptr) {
+                ++round.current_->calls;
+                next = round.current_->observer;
+            }
+        }
+        if (released != nullptr) {
+            released->Release();
+        }
+        return next;
+    }
+
+    auto PlaceOf(const Entry& sought) REQUIRES(lock_) {
+        return std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) { return &entry == &sought; });
+    }
+
+    void MarkCancelled() REQUIRES(lock_) {
+        for (Round* round = rounds_.First(); round != nullptr; round = round->next) {
+            round->cancelled_ = true;
+        }
+    }
+
+    QRN::Core::Lockable lock_;
+    QRN::Core::Condition roundsEnded_;
+    std::list<Entry> entries_;
+    QRN::Core::IntrusiveList<Round> rounds_ GUARDED_BY(lock_);
+    unsigned waitingChanges_ GUARDED_BY(lock_) = 0;
+};
+
+}  // namespace Morquil

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "features/feature.h"
+#include "protocol/blocks/align.h"
+#include "protocol/blocks/variable_aspect_ratio.h"
+
+/// The alignment of the two pictures of a 3D pair. Every method means the left one of the block's two sides.
+/// No host is handed this object, and what it queues is never sent; it keeps the settings for the settings file.
+class CMorquilAlign final : public Morquil::Feature<IMorquilAlign, Morquil::AlignChangeSet,
+                                                    Morquil::VariableAspectRatioAvailabilityChangeSet> {
+public:
+    CMorquilAlign(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
+        : Feature(owner, client, morquilAlignPropertySetId) {}
+
+    STDMETHODIMP SetSizeX(double size) override;
+    STDMETHODIMP GetSizeX(double* size) override;
+    STDMETHODIMP GetSizeXRange(double* min, double* max) override;
+    STDMETHODIMP SetSizeY(double size) override;
+    STDMETHODIMP GetSizeY(double* size) override;
+    STDMETHODIMP GetSizeYRange(double* min, double* max) override;
+    STDMETHODIMP SetPositionX(double position) override;
+    STDMETHODIMP GetPositionX(double* position) override;
+    STDMETHODIMP GetPositionXRange(double* min, double* max) override;
+    STDMETHODIMP SetPositionY(double position) override;
+    STDMETHODIMP GetPositionY(double* position) override;
+    STDMETHODIMP GetPositionYRange(double* min, double* max) override;
+    STDMETHODIMP SetTrimX(unsigned int trim) override;
+    STDMETHODIMP GetTrimX(unsigned int* trim) override;
+    STDMETHODIMP GetTrimXRange(unsigned int* min, unsigned int* max) override;
+    STDMETHODIMP SetTrimY(unsigned int trim) override;
+    STDMETHODIMP GetTrimY(unsigned int* trim) override;
+    STDMETHODIMP GetTrimYRange(unsigned int* min, unsigned int* max) override;
+    STDMETHODIMP GetLastInputWidth(unsigned int* width) override;
+    STDMETHODIMP GetLastInputHeight(unsigned int* height) override;
+    STDMETHODIMP GetLastOutputWidth(unsigned int* width) override;
+    STDMETHODIMP GetLastOutputHeight(unsigned int* height) override;
+    STDMETHODIMP ResetValues(unsigned int values) override;
+};

@@ -1,0 +1,12 @@
+#include "features/device_filenames.h"
+
+using namespace Morquil;
+using Settings = DeviceFilenamesChangeSet;
+
+// Bytes of UTF-8, the terminating zero included.
+static constexpr std::size_t stillFrameNameLimit = 51;
+
+// clang-format off
+STDMETHODIMP CMorquilDeviceFilenames::GetStillFrameName(BSTR* name) { return ReadText(name, &Settings::stillFrameName); }
+STDMETHODIMP CMorquilDeviceFilenames::SetStillFrameName(BSTR name) { return SendText(&Settings::stillFrameName, name, stillFrameNameLimit); }
+// clang-format on

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "features/feature.h"
+#include "protocol/blocks/device_filenames.h"
+
+/// The names of the device's files.
+class CMorquilDeviceFilenames final
+    : public Morquil::Feature<IMorquilDeviceFilenames, Morquil::DeviceFilenamesChangeSet> {
+public:
+    CMorquilDeviceFilenames(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
+        : Feature(owner, client, morquilDeviceFilenamesPropertySetId) {}
+
+    STDMETHODIMP GetStillFrameName(BSTR* name) override;
+    STDMETHODIMP SetStillFrameName(BSTR name) override;
+};

@@ -1,0 +1,16 @@
+#include "features/network_config.h"
+
+using namespace Morquil;
+using Settings = NetworkConfigChangeSet;
+
+// Bytes of UTF-8, the terminating zero included.
+static constexpr std::size_t friendlyNameLimit = 1024;
+
+// clang-format off
+STDMETHODIMP CMorquilNetworkConfig::GetFriendlyName(BSTR* name) { return ReadText(name, &Settings::friendlyName); }
+STDMETHODIMP CMorquilNetworkConfig::SetFriendlyName(BSTR name) { return SendText(&Settings::friendlyName, name, friendlyNameLimit); }
+STDMETHODIMP CMorquilNetworkConfig::GetDHCPEnabled(LONG* enabled) { return Read(enabled, &Settings::dhcpEnabled); }
+STDMETHODIMP CMorquilNetworkConfig::GetIPAddress(unsigned int* address) { return Read(address, &Settings::ipAddress); }
+STDMETHODIMP CMorquilNetworkConfig::GetGateway(unsigned int* address) { return Read(address, &Settings::gateway); }
+STDMETHODIMP CMorquilNetworkConfig::GetSubnet(unsigned int* mask) { return Read(mask, &Settings::subnet); }
+// clang-format on

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "features/feature.h"
+#include "protocol/blocks/network_config.h"
+
+/// The device's place in the network. Only its name can be set.
+class CMorquilNetworkConfig final : public Morquil::Feature<IMorquilNetworkConfig, Morquil::NetworkConfigChangeSet> {
+public:
+    CMorquilNetworkConfig(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
+        : Feature(owner, client, morquilNetworkConfigPropertySetId) {}
+
+    STDMETHODIMP GetFriendlyName(BSTR* name) override;
+    STDMETHODIMP SetFriendlyName(BSTR name) override;
+    STDMETHODIMP GetDHCPEnabled(LONG* enabled) override;
+    STDMETHODIMP GetIPAddress(unsigned int* address) override;
+    STDMETHODIMP GetGateway(unsigned int* address) override;
+    STDMETHODIMP GetSubnet(unsigned int* mask) override;
+};

@@ -1,0 +1,33 @@
+#include "features/reference.h"
+
+using namespace Morquil;
+using Settings = GenlockChangeSet;
+using Availability = GenlockAvailabilityChangeSet;
+
+// clang-format off
+STDMETHODIMP CMorquilReference::SetType(_MorquilAPIVideoReferenceType type) { return SendWord<ReferenceTypes>(&Settings::type, type); }
+STDMETHODIMP CMorquilReference::GetType(_MorquilAPIVideoReferenceType* type) { return Read(type, &Settings::type); }
+STDMETHODIMP CMorquilReference::SetGenRef(_MorquilAPIGenReference genReference) { return SendWord<GenReferences>(&Settings::genReference, genReference); }
+STDMETHODIMP CMorquilReference::GetGenRef(_MorquilAPIGenReference* genReference) { return Read(genReference, &Settings::genReference); }
+STDMETHODIMP CMorquilReference::SetLineOffset(int offset) { return Send(&Settings::lineOffset, offset); }
+STDMETHODIMP CMorquilReference::GetLineOffset(int* offset) { return Read(offset, &Settings::lineOffset); }
+STDMETHODIMP CMorquilReference::GetLineOffsetRange(_MorquilAPIVideoMode mode, int* min, int* max) { return ReadRange(min, max, &Availability::lineOffsetRange, IndexOf(mode)); }
+STDMETHODIMP CMorquilReference::SetPixelOffset(int offset) { return Send(&Settings::pixelOffset, offset); }
+STDMETHODIMP CMorquilReference::GetPixelOffset(int* offset) { return Read(offset, &Settings::pixelOffset); }
+STDMETHODIMP CMorquilReference::GetSignalLocked(LONG* locked) { return Read(locked, &Settings::signalLocked); }
+// clang-format on
+
+/// Hosts read the flag and rely on the failure: the answer is E_FAIL also where the flag is good.
+STDMETHODIMP CMorquilReference::IsGenRefAvailable(_MorquilAPIGenReference genReference, LONG* isAvailable) {
+    const HRESULT result = QueryList(&Availability::genReferences, genReference, isAvailable);
+    return result == S_OK ? E_FAIL : result;
+}
+
+/// A mode counts as reported by its line offsets alone; pixel offsets that have not come read as 0 to 0.
+STDMETHODIMP CMorquilReference::GetPixelOffsetRange(_MorquilAPIVideoMode mode, int* min, int* max) {
+    const HRESULT result = ReadRange(min, max, &Availability::lineOffsetRange, IndexOf(mode));
+    if (result == S_OK && ReadRange(min, max, &Availability::pixelOffsetRange, IndexOf(mode)) != S_OK) {
+        *min = *max = 0;
+    }
+    return result;
+}

@@ -25,7 +25,7 @@ TextProtocolClient::~TextProtocolClient() {
     Stop();
     // The thread that destroys its own client cannot wait for itself: it lets its handle go.
     Lock lock(joinLock_);
-    JoinThread(thread_, nullptr, CurrentThreadId());
+    JoinThread(thread_, nullptr, threadId_);
 }
 
 bool TextProtocolClient::SetServer(std::string host, std::uint32_t port) {
@@ -100,6 +100,7 @@ void TextProtocolClient::LetThreadEnd() {
     Lock lock(joinLock_);
     if (thread_) {
         JoinThread(thread_);
+        threadId_ = 0;
         stopRequested_ = false;
     }
 }
@@ -145,7 +146,7 @@ void TextProtocolClient::Run() {
     try {
         do {
             comms_->SetWaitMode(connected_, silenceLimitMs);
-        } while (Handle(comms_->WaitForEvent()));
+        } while (Handle(comms_->WaitForEvent()) && !stopRequested_);
     } catch (...) {
         // Without memory for a block the mirror would be wrong from here on: the connection ends instead.
         gathering_ = false;

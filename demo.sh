@@ -1,0 +1,160 @@
+#!/usr/bin/env bash
+# Shows the library at work: builds it for Linux and for Windows, starts a simulated device, and lets one example host
+# visit it twice, natively and under Wine. The exit status is 0 only when every step of both visits came true.
+set -euo pipefail
+cd "$(dirname "$0")"
+
+readonly logs=build/demo
+readonly device_port=9800
+
+say() { printf '\n== %s\n' "$*"; }
+
+die() {
+    printf 'demo.sh: %s\n' "$*" >&2
+    exit 1
+}
+
+# ---- Cleaning up: whatever happens, nothing of this is left running or registered ---------------------------------
+
+simulator_pid=""
+host_pid=""
+registered=""
+
+clean_up() {
+    set +e
+    [ -n "$host_pid" ] && kill "$host_pid" 2>/dev/null
+    [ -n "$simulator_pid" ] && kill "$simulator_pid" 2>/dev/null && wait "$simulator_pid" 2>/dev/null
+    [ -n "$registered" ] && unregister
+    # Ends the Wine of this demo's own prefix and no other.
+    [ -n "${WINEPREFIX:-}" ] && wineserver -k >/dev/null 2>&1
+}
+trap clean_up EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM
+
+# ---- Building ------------------------------------------------------------------------------------------------------
+
+run_logged() {
+    local log=$1
+    shift
+    "$@" >"$log" 2>&1 && return
+    tail -n 40 "$log" >&2
+    die "\"$*\" failed; all of its output is in $log"
+}
+
+build() {
+    local flavour=$1
+    shift
+    echo "$flavour..."
+    run_logged "$logs/configure-$flavour.log" cmake -S . -B "build/$flavour" -G Ninja -DMORQUIL_TESTS=OFF "$@"
+    run_logged "$logs/build-$flavour.log" cmake --build "build/$flavour"
+}
+
+# ---- The simulated device ------------------------------------------------------------------------------------------
+
+# Its standard input is the front panel.
+start_simulator() {
+    local line=""
+    coproc SIMULATOR { exec build/native/simulator/morquil-sim --address "$1" --port "$device_port" 2>"$logs/simulator.log"; }
+    simulator_pid=$SIMULATOR_PID
+    exec {panel}>&"${SIMULATOR[1]}" {panel_says}<&"${SIMULATOR[0]}"
+    # It says that it listens when it does: from then on hosts may connect.
+    if read -r line <&"$panel_says"; then
+        echo "$line"
+        return
+    fi
+    exec {panel}>&- {panel_says}<&-
+    wait "$simulator_pid" 2>/dev/null || true
+    simulator_pid=""
+    return 1
+}
+
+turn_gain_knob() {
+    local line=""
+    echo "set VIDEO PROC AMP Gain $1" >&"$panel"
+    read -r -t 10 line <&"$panel_says" || die "the simulated device does not react to its front panel"
+    echo "    ($line)"
+}
+
+# ---- A visit -------------------------------------------------------------------------------------------------------
+
+# visit LOG GAIN COMMAND...: runs the host, shows its own lines, and turns the knob when it asks for that.
+visit() {
+    local log=$1 gain=$2 line
+    shift 2
+    exec {host_says}< <(exec timeout 200 "$@" 2>&1)
+    host_pid=$!
+    : >"$log"
+    while IFS= read -r line || [ -n "$line" ]; do
+        line=${line%$'\r'}
+        printf '%s\n' "$line" >>"$log"
+        case $line in
+            "host: waiting for somebody to turn"*)
+                echo "    ${line#host: }"
+                turn_gain_knob "$gain"
+                ;;
+            "host: "*) echo "    ${line#host: }" ;;
+        esac
+    done <&"$host_says"
+    exec {host_says}<&-
+    local status=0
+    wait "$host_pid" || status=$?
+    host_pid=""
+    echo "    (all that the library printed, the device's text included: $log)"
+    [ "$status" -eq 0 ] || die "the host failed with exit status $status"
+}
+
+# ---- Wine ----------------------------------------------------------------------------------------------------------
+
+windows_library() { winepath -w build/windows/module/MorquilAPI.dll; }
+
+prepare_wine() {
+    export WINEPREFIX="$PWD/build/wine" WINEDEBUG=-all LC_ALL=C.UTF-8
+    # No desktop, and none of the additions that Wine would offer to download.
+    export WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
+    unset DISPLAY
+    run_logged "$logs/wine.log" wineboot --init
+}
+
+register() {
+    wine regsvr32 /s "$(windows_library)" || die "regsvr32 could not register the library"
+    registered=yes
+}
+
+unregister() {
+    registered=""
+    wine regsvr32 /s /u "$(windows_library)" || echo "demo.sh: regsvr32 could not unregister the library" >&2
+}
+
+# ---- The demo ------------------------------------------------------------------------------------------------------
+
+mkdir -p "$logs"
+
+say "Installing what is missing"
+scripts/install-dependencies.sh
+
+say "Building for Linux and for Windows (this takes a few minutes the first time)"
+build native
+build windows -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-w64.cmake"
+
+say "Starting a simulated device"
+address=127.0.0.1
+if ! start_simulator "$address"; then
+    address=127.0.0.9
+    echo "Port $device_port of 127.0.0.1 is taken; trying $address instead."
+    start_simulator "$address" || die "$(cat "$logs/simulator.log")"
+fi
+
+say "The example host on Linux, linked with libMorquilAPI.so"
+visit "$logs/host-native.log" 25 build/native/examples/morquil-host "$address"
+
+say "Preparing Wine and registering MorquilAPI.dll"
+prepare_wine
+register
+
+say "The same host on Windows (Wine), which gets the library from COM"
+visit "$logs/host-windows.log" 40 wine build/windows/examples/morquil-host.exe "$address"
+
+unregister
+
+say "Both visits went as they should"

@@ -1,0 +1,36 @@
+#!/bin/sh
+# Installs what building, testing and running need, on Debian 12. Run it as root or as somebody who may use sudo.
+# What is there already is left alone: a second run asks nobody for anything.
+set -eu
+
+packages="
+    g++ cmake ninja-build pkg-config
+    g++-mingw-w64-x86-64-posix mingw-w64-tools
+    wine wine64 libwine-dev
+    libgtest-dev libgmock-dev googletest
+    libasio-dev libcli11-dev
+    clang clang-tidy clang-format libclang-rt-14-dev"
+
+missing=""
+for package in $packages; do
+    if [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
+        missing="$missing $package"
+    fi
+done
+if [ -z "$missing" ]; then
+    exit 0
+fi
+
+as_root=""
+if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+        echo "install-dependencies.sh: root is needed to install:$missing" >&2
+        exit 1
+    fi
+    as_root=sudo
+fi
+
+echo "Installing:$missing"
+$as_root apt-get -q update
+# shellcheck disable=SC2086  # one word per package
+$as_root env DEBIAN_FRONTEND=noninteractive apt-get -q install --yes --no-install-recommends $missing

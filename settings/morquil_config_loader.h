@@ -1,0 +1,91 @@
+#pragma once
+
+#include <memory>
+#include <new>
+#include <string>
+
+#include "core/lockable.h"
+#include "core/thread_safety.h"
+#include "protocol/morquil_text_protocol_parser.h"
+#include "protocol/sink.h"
+#include "settings/settings_file.h"
+#include "transport/morquil_text_protocol_client.h"
+
+namespace Morquil {
+
+/// Plays a settings file back: queues its blocks on a client, as if a host had set all of their fields.
+///
+/// A file's input configuration is not played back: it would take the device off the signal that it is given now.
+class MorquilConfigLoader final : private IMorquilTextProtocolSink {
+public:
+    /// `client` outlives the loader.
+    explicit MorquilConfigLoader(MorquilTextProtocolClient& client) : client_(client) { parser_.SetSink(this); }
+
+    /// Reads the file `path` (UTF-8) to its end. A block that the file does not finish waits for the next file.
+    /// Threads: any; a second load waits for the first, so that their lines do not mix.
+    /// Returns: whether the file could be opened. A block for which memory is short is left out.
+    bool Load(const std::string& path);
+
+private:
+    void Play(SettingsFileReader& file) REQUIRES(lock_);
+
+    /// The device's answers to these are no echoes of a setter: they are told like changes made elsewhere.
+    template <class Set>
+    void Queue(const Set& set) {
+        try {
+            auto message = std::make_unique<TextProtocolMessage<Set>>(set);
+            message->recordSentText = false;
+            client_.Queue(std::move(message));
+        } catch (const std::bad_alloc&) {
+            // The rest of the file may still fit; leaving the parser inside a block would spoil that too.
+        }
+    }
+
+    // clang-format off
+    void OnMorquilDevice(const MorquilDeviceChangeSet& set) override             { Queue(set); }
+    void OnVideoOutput(const VideoOutputChangeSet& set) override                 { Queue(set); }
+    void OnVideoProcAmp(const VideoProcAmpChangeSet& set) override               { Queue(set); }
+    void OnVideoAdjust(const VideoAdjustChangeSet& set) override                 { Queue(set); }
+    void OnNoiseReduction(const NoiseReductionChangeSet& set) override           { Queue(set); }
+    void OnTestPattern(const TestPatternChangeSet& set) override                 { Queue(set); }
+    void OnVideoAdvanced(const VideoAdvancedChangeSet& set) override             { Queue(set); }
+    void OnAncillaryData(const AncillaryDataChangeSet& set) override             { Queue(set); }
+    void OnGenlock(const GenlockChangeSet& set) override                         { Queue(set); }
+    void OnVariableAspectRatio(const VariableAspectRatioChangeSet& set) override { Queue(set); }
+    void OnAlign(const AlignChangeSet& set) override                             { Queue(set); }
+    void OnAudio(const AudioChangeSet& set) override                             { Queue(set); }
+    void OnMode3D(const Mode3DChangeSet& set) override                           { Queue(set); }
+
+    // Anything else that a file may hold is no setting to play back.
+    void OnPing() override {}
+    void OnAcknowledge(bool) override {}
+    void OnUnknownBlock() override {}
+    void OnProtocolError(const char*) override {}
+    void OnProtocolPreamble(const ProtocolPreambleChangeSet&) override {}
+    void OnVideoInput(const VideoInputChangeSet&) override {}
+    void OnVideoInputAvailability(const VideoInputAvailabilityChangeSet&) override {}
+    void OnVideoOutputAvailability(const VideoOutputAvailabilityChangeSet&) override {}
+    void OnSupportedConversions(const SupportedConversionsChangeSet&) override {}
+    void OnVideoProcAmpAvailability(const VideoProcAmpAvailabilityChangeSet&) override {}
+    void OnVideoAdjustAvailability(const VideoAdjustAvailabilityChangeSet&) override {}
+    void OnNoiseReductionAvailability(const NoiseReductionAvailabilityChangeSet&) override {}
+    void OnTestPatternAvailability(const TestPatternAvailabilityChangeSet&) override {}
+    void OnVideoAdvancedAvailability(const VideoAdvancedAvailabilityChangeSet&) override {}
+    void OnAncillaryDataAvailability(const AncillaryDataAvailabilityChangeSet&) override {}
+    void OnGenlockAvailability(const GenlockAvailabilityChangeSet&) override {}
+    void OnVariableAspectRatioAvailability(const VariableAspectRatioAvailabilityChangeSet&) override {}
+    void OnAlignAvailability(const VariableAspectRatioAvailabilityChangeSet&) override {}
+    void OnAudioAvailability(const AudioAvailabilityChangeSet&) override {}
+    void OnMode3DAvailability(const Mode3DAvailabilityChangeSet&) override {}
+    void OnNetworkConfig(const NetworkConfigChangeSet&) override {}
+    void OnDeviceFilenames(const DeviceFilenamesChangeSet&) override {}
+    void OnPreset(const PresetChangeSet&) override {}
+    void OnPresetAvailability(const PresetAvailabilityChangeSet&) override {}
+    // clang-format on
+
+    MorquilTextProtocolClient& client_;
+    QRN::Core::Lockable lock_;
+    MorquilTextProtocolParser parser_ GUARDED_BY(lock_);
+};
+
+}  // namespace Morquil

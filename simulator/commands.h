@@ -1,0 +1,72 @@
+// Fields that order something instead of holding a value, and what follows from them.
+#pragma once
+
+#include <cstdint>
+#include <tuple>
+
+#include "protocol/blocks/all.h"
+
+namespace Morquil::Simulator {
+
+/// The fields of `factory` that `bits` selects: bit 0 stands for the first key of the block, bit 1 for the second.
+template <class Set>
+Set SelectedValues(const Set& factory, std::uint32_t bits) {
+    Set selected;
+    const auto select = [&](auto member) {
+        if ((bits & 1U) != 0) {
+            MergeField(selected.*member, factory.*member);
+        }
+        bits >>= 1;
+    };
+    std::apply([&](const auto&... row) { (row.ForEachMember(select), ...); }, Set::block.rows);
+    return selected;
+}
+
+/// What the still store looks like once the action is done.
+VideoOutputChangeSet StillStoreAfter(std::int32_t action);
+
+/// The values that the commands in `received` lead to; nothing when it holds no command. `factory` is the block as it
+/// was when the device left the factory.
+template <class Set>
+Set Consequences(const Set& received, const Set& factory) {
+    Set result;
+    if constexpr (requires { received.resetValues; }) {
+        if (received.resetValues.IsPresent()) {
+            Merge(result, SelectedValues(factory, received.resetValues.Get()));
+        }
+    }
+    if constexpr (requires { received.reset; }) {
+        if (received.reset.IsPresent()) {
+            Merge(result, factory);
+        }
+    }
+    if constexpr (requires { received.stillFrameAction; }) {
+        if (received.stillFrameAction.IsPresent()) {
+            Merge(result, StillStoreAfter(received.stillFrameAction.Get()));
+        }
+    }
+    return result;
+}
+
+/// Commands are carried out, not kept.
+template <class Set>
+void ForgetCommands(Set& set) {
+    if constexpr (requires { set.resetValues; }) {
+        set.resetValues.Clear();
+    }
+    if constexpr (requires { set.reset; }) {
+        set.reset.Clear();
+    }
+    if constexpr (requires { set.stillFrameAction; }) {
+        set.stillFrameAction.Clear();
+    }
+    if constexpr (requires { set.timecodeStart; }) {
+        set.timecodeStart.Clear();
+    }
+    if constexpr (requires { set.save; }) {
+        set.save.Clear();
+        set.recall.Clear();
+    }
+}
+
+}  // namespace Morquil::Simulator

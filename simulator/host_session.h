@@ -1,0 +1,56 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "protocol/morquil_text_protocol_parser.h"
+#include "simulator/device_state.h"
+#include "simulator/every_block_sink.h"
+#include "simulator/host_lines.h"
+
+namespace Morquil::Simulator {
+
+/// The device's end of the conversation with one host. Knows no socket.
+///
+/// Every block gets an answer of its own: "ACK" and what came of it; or "NACK" when the device does not know the block
+/// or cannot read one of its lines. A refused block changes nothing, and its present values are told to its sender.
+class HostSession final : public EveryBlockSink<HostSession> {
+public:
+    /// `state` is not owned and is shared by all hosts.
+    explicit HostSession(DeviceState& state);
+    HostSession(const HostSession&) = delete;
+    HostSession& operator=(const HostSession&) = delete;
+    ~HostSession() override;
+
+    struct Answer {
+        std::string toSender;
+        std::string toOthers;
+    };
+
+    /// Takes the next bytes of the host. Returns what they lead to.
+    Answer Receive(std::string_view bytes);
+
+    template <class Description>
+    void OnBlock(const ChangeSetOf<Description>& set);
+
+    void OnPing() override;
+    void OnAcknowledge(bool /*positive*/) override {}  // a host confirms nothing
+    void OnUnknownBlock() override;
+    void OnProtocolError(const char* text) override;
+
+private:
+    template <class Description>
+    void Refuse();
+    template <class Description>
+    void TellOffer(const ChangeSetOf<Description>& request);
+    template <class Description>
+    void Change(const ChangeSetOf<Description>& set);
+
+    DeviceState& state_;
+    MorquilTextProtocolParser parser_;
+    HostLines lines_{parser_};
+    bool unreadableLine_ = false;  // in the block that is being received
+    Answer answer_;
+};
+
+}  // namespace Morquil::Simulator

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "simulator/device_state.h"
+#include "simulator/front_panel.h"
+
+namespace Morquil::Simulator {
+
+class HostSession;
+
+/// A device and the hosts that are connected to it. Knows no socket: it is told what arrives, and asked what to send.
+/// Threads: one at a time.
+class SimulatedDevice {
+public:
+    /// Whoever owns the connections numbers the hosts.
+    using HostId = unsigned;
+
+    explicit SimulatedDevice(const DeviceIdentity& identity);
+    ~SimulatedDevice();
+
+    /// A host has connected: it is greeted with the complete settings.
+    void Connect(HostId host);
+    /// A host has gone; what was meant for it is dropped.
+    void Disconnect(HostId host);
+    /// Bytes of a connected host, split in any way.
+    void Receive(HostId host, std::string_view bytes);
+
+    /// A command at the front panel. All hosts are told what it changed.
+    PanelOutcome UsePanel(std::string_view command);
+
+    /// What is to be sent to a connected host now; each text is given once.
+    std::string TakeTextFor(HostId host);
+
+private:
+    struct Host {
+        std::unique_ptr<HostSession> session;
+        std::string unsent;
+    };
+
+    DeviceState state_;
+    std::map<HostId, Host> hosts_;
+};
+
+}  // namespace Morquil::Simulator

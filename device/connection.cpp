@@ -5,7 +5,6 @@
 #include <string>
 #include <utility>
 
-#include "core/callback_scope.h"
 #include "core/lock.h"
 #include "core/thread.h"
 #include "device/device.h"
@@ -135,7 +134,7 @@ HRESULT CMorquilDevice::Disconnect() {
     if (wasConnecting) {
         connectEvent_.Set();
     }
-    CancelCallbacks();
+    SilenceProperties();
     Stop();
     ClearMirror();
     {
@@ -147,21 +146,15 @@ HRESULT CMorquilDevice::Disconnect() {
     return S_OK;
 }
 
-/// Inside a callback there may be others to come, of the round at hand and of bytes that have been received: none of
-/// them shall come any more.
-void CMorquilDevice::CancelCallbacks() {
-    if (IsOnConnectionThread()) {
-        StopListening();
-    }
-    if (!QRN::Core::CallbackScope::OnThisThread()) {
-        return;
-    }
-    connectionObservers_.CancelRounds();
-    CancelNotification();
+/// Where this runs inside a callback others may be about to come, of the round at hand and of bytes that have been
+/// received: from here on none does.
+void CMorquilDevice::SilenceProperties() {
+    StopListening();
+    Silence();
     for (const FeatureEntry& entry : features_) {
-        entry.feature.CancelNotification();
+        entry.feature.Silence();
     }
-    align_.CancelNotification();
+    align_.Silence();
 }
 
 void CMorquilDevice::OnConnectionChanged(bool connected) {

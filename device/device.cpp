@@ -3,6 +3,7 @@
 #include <new>
 #include <utility>
 
+#include "core/callback_scope.h"
 #include "core/lock.h"
 #include "platform/text.h"
 #include "settings/settings_file.h"
@@ -77,7 +78,10 @@ STDMETHODIMP_(ULONG) CMorquilDevice::Release() {
 /// Ends the connection; nobody is left to be told of it. The holds of those who are still on their way keep the memory.
 void CMorquilDevice::LastReferenceGone() {
     disconnectNoticeCount_ = 0;
-    CancelCallbacks();
+    SilenceProperties();
+    if (QRN::Core::CallbackScope::OnThisThread()) {
+        connectionObservers_.CancelRounds();
+    }
     Stop();
     GiveHoldBack();
 }

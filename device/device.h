@@ -157,7 +157,7 @@ private:
     HRESULT WaitForConnection();
     HRESULT ConcludeConnecting();
     void FailConnecting(_MorquilConnectToFailure reason);
-    void CancelCallbacks();
+    void SilenceProperties();
     void ClearMirror();
     void CheckInitialState();
     bool IsInitialStateComplete();

@@ -22,8 +22,8 @@ public:
     virtual void NotifyObservers();
 
     _MorquilPropertySetId PropertySet() const { return propertySet_; }
-    /// Ends a notification on its way after the call that it is in.
-    void CancelNotification() { observers_.CancelRounds(); }
+    /// Nobody is told any more; a notification on its way ends after the call that it is in.
+    void Silence() { observers_.Silence(); }
 
 private:
     Morquil::ObserverList<IMorquilPropertyObserver> observers_;

@@ -69,6 +69,13 @@ public:
         MarkCancelled();
     }
 
+    /// Ends the rounds on their way likewise, and lets no other call anybody.
+    void Silence() {
+        QRN::Core::Lock lock(lock_);
+        silenced_ = true;
+        MarkCancelled();
+    }
+
     /// One round of calls. From its construction on it holds changes and other rounds off, so rounds are told in the
     /// order in which they were begun. One that is begun inside a callback cannot wait: it cancels the others.
     class Round {
@@ -168,6 +175,7 @@ private:
                 roundsEnded_.Wait(lock_);
             }
         }
+        round.cancelled_ = silenced_;
         rounds_.Add(round);
     }
 
@@ -220,6 +228,7 @@ private:
     std::list<Entry> entries_;
     QRN::Core::IntrusiveList<Round> rounds_ GUARDED_BY(lock_);
     unsigned waitingChanges_ GUARDED_BY(lock_) = 0;
+    bool silenced_ GUARDED_BY(lock_) = false;
 };
 
 }  // namespace Morquil

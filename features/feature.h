@@ -106,8 +106,7 @@ protected:
     /// Merges all of a block that several features share. Returns whether one of the named members changed.
     template <class SharedSet, class... Members>
     static bool MergeShared(SharedSet& copy, const SharedSet& incoming, Members... ownMembers) {
-        bool ownChanged = false;
-        ((ownChanged |= MergeField(copy.*ownMembers, incoming.*ownMembers)), ...);
+        const bool ownChanged = MergeMembers(copy, incoming, ownMembers...);
         Merge(copy, incoming);
         return ownChanged;
     }

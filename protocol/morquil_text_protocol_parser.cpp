@@ -26,13 +26,13 @@ struct BlockOperations {
         KeyIndex<typename Entry<block>::Description>::ReadLine(line, key, std::get<block>(parser.changeSets_));
     }
     template <std::size_t block>
-    static void Deliver(Parser& parser) {
-        (parser.sink_->*Entry<block>::deliver)(std::get<block>(parser.changeSets_));
+    static void Deliver(Parser& parser, IMorquilTextProtocolSink& sink) {
+        (sink.*Entry<block>::deliver)(std::get<block>(parser.changeSets_));
     }
 
     void (*begin)(Parser&);
     void (*read)(Parser&, std::string_view key, std::string_view value);
-    void (*deliver)(Parser&);
+    void (*deliver)(Parser&, IMorquilTextProtocolSink&);
 
     static const std::array<BlockOperations, blockCount> all;
     static const NameTable<blockCount> headers;
@@ -90,29 +90,30 @@ void MorquilTextProtocolParser::ParseLine(std::string_view line) {
 void MorquilTextProtocolParser::EndBlock() {
     const std::int32_t ended = currentBlock_;
     selections_ = Selections();
-    if (sink_ != nullptr && ended == unknownBlock) {
-        sink_->OnUnknownBlock();
-    } else if (sink_ != nullptr && ended != noBlock) {
-        BlockOperations::all[static_cast<std::size_t>(ended - 1)].deliver(*this);
+    IMorquilTextProtocolSink* const sink = sink_;
+    if (sink != nullptr && ended == unknownBlock) {
+        sink->OnUnknownBlock();
+    } else if (sink != nullptr && ended != noBlock) {
+        BlockOperations::all[static_cast<std::size_t>(ended - 1)].deliver(*this, *sink);
     }
     currentBlock_ = noBlock;
 }
 
 void MorquilTextProtocolParser::ReportError(const char* text) {
-    if (sink_ != nullptr) {
-        sink_->OnProtocolError(text);
+    if (IMorquilTextProtocolSink* const sink = sink_) {
+        sink->OnProtocolError(text);
     }
 }
 
 void MorquilTextProtocolParser::OnPingLine() {
-    if (sink_ != nullptr) {
-        sink_->OnPing();
+    if (IMorquilTextProtocolSink* const sink = sink_) {
+        sink->OnPing();
     }
 }
 
 void MorquilTextProtocolParser::OnAcknowledgeLine(bool positive) {
-    if (sink_ != nullptr) {
-        sink_->OnAcknowledge(positive);
+    if (IMorquilTextProtocolSink* const sink = sink_) {
+        sink->OnAcknowledge(positive);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <tuple>
 
@@ -13,8 +14,10 @@ namespace Morquil {
 /// Reads the device's blocks into change sets and delivers each at its empty line.
 class MorquilTextProtocolParser final : public TextProtocolParser {
 public:
-    /// `sink` is not owned; without one, blocks and errors are dropped. May be called from inside a sink operation.
+    /// `sink` is not owned; without one, blocks and errors are dropped.
+    /// Threads: any, also from inside a sink operation; an operation that is on its way is not waited for.
     void SetSink(IMorquilTextProtocolSink* sink) { sink_ = sink; }
+    bool HasSink() const { return sink_ != nullptr; }
 
 protected:
     void ReportError(const char* text) override;
@@ -38,7 +41,7 @@ private:
     static constexpr std::int32_t unknownBlock = -1;
 
     std::int32_t currentBlock_ = noBlock;
-    IMorquilTextProtocolSink* sink_ = nullptr;
+    std::atomic<IMorquilTextProtocolSink*> sink_ = nullptr;
     Selections selections_;
     ChangeSetsOf<BlockTable>::Type changeSets_;
 };

@@ -74,7 +74,6 @@ void TextProtocolParser::TakeLine(std::string_view line) {
             TakeHeader(UpToZero(line));
             break;
         case ReaderState::InsideBlock:
-            ++blockLineCount_;
             ParseLine(UpToZero(line));
             break;
         case ReaderState::SkippingBlock:
@@ -83,7 +82,6 @@ void TextProtocolParser::TakeLine(std::string_view line) {
 }
 
 void TextProtocolParser::TakeHeader(std::string_view line) {
-    blockLineCount_ = 0;
     if (!line.empty() && line.back() == ':') {
         line.remove_suffix(1);
     }

@@ -44,7 +44,6 @@ private:
     void TakeLine(std::string_view line);
     void TakeHeader(std::string_view line);
 
-    std::uint32_t blockLineCount_ = 0;
     ReaderState readerState_ = ReaderState::HeaderExpected;
     std::array<char, lineCapacity> lineBuffer_{};
     std::size_t lineLength_ = 0;

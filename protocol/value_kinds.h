@@ -177,13 +177,13 @@ struct WordList {
     }
 };
 
-/// One truth value per position, in order. Further words are dropped; a word that is none leaves its position false.
+/// One truth value per position, in order. Further words are dropped; a word that is none leaves its position as it is.
 template <std::size_t count>
 struct TruthList {
     using FieldType = Field<std::array<bool, count>>;
 
     void Read(const LineContext& line, const char* /*key*/, FieldType& field) const {
-        std::array<bool, count> values{};
+        std::array<bool, count> values = field.Get();
         std::size_t words = 0;
         ValueReader reader(line.value);
         for (std::string_view word; words < count && reader.ReadWord(word); ++words) {

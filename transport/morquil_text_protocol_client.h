@@ -46,15 +46,11 @@ protected:
     /// Forgets a block that was sent, and all that were sent before it.
     void ForgetSentThrough(const std::string& text) { sentTexts_.ForgetThrough(text); }
 
-    /// Drops whatever else arrives. On the connection thread, also from inside a sink operation.
-    void StopListening() {
-        listening_ = false;
-        parser_.SetSink(nullptr);
-    }
-    bool IsListening() const { return listening_; }
+    /// Drops whatever else arrives. Threads: any, also from inside a sink operation.
+    void StopListening() { parser_.SetSink(nullptr); }
+    bool IsListening() const { return parser_.HasSink(); }
 
 private:
-    bool listening_ = true;
     SentTexts sentTexts_;
     MorquilTextProtocolParser parser_;
     PendingMessages pending_;

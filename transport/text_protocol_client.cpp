@@ -43,7 +43,10 @@ bool TextProtocolClient::Start() {
         return true;
     }
     LetThreadEnd();
-    if (!Connect()) {
+    connecting_ = true;
+    const bool stands = Connect();
+    connecting_ = false;
+    if (!stands) {
         std::printf("Error connecting to server\n");
         return false;
     }
@@ -116,12 +119,12 @@ bool TextProtocolClient::RequestStop() {
         Lock lock(startLock_);
         stopRequested_ = true;
     }
-    if (comms_->Signal(signalStop)) {
+    // A wake-up that nobody takes would end the next connection: the thread itself looks at the request, and so does a
+    // start that has not begun to connect.
+    if (IsOnConnectionThread() || (!running_ && !connecting_) || comms_->Signal(signalStop)) {
         return true;
     }
-    if (running_) {
-        std::printf("Could not signal the connection thread to stop\n");
-    }
+    std::printf("Could not signal the connection thread to stop\n");
     return false;
 }
 

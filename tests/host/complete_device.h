@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include "tests/support/scripted_device.h"
+
+namespace Morquil::Test {
+
+/// What a usable device says first, its own block last.
+extern const char* const preamble;
+extern const char* const deviceBlock;
+
+/// All settings that a connection waits for, without the two blocks above.
+extern const char* const settingsBlocks;
+
+/// A device that greets a host with its settings, acknowledges and answers every request.
+Testing::DeviceScript CompleteDevice();
+
+}  // namespace Morquil::Test

@@ -1,0 +1,274 @@
+// How connections come and go, over real sockets.
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "tests/host/complete_device.h"
+#include "tests/host/host.h"
+#include "tests/host/watched_device.h"
+
+namespace Morquil::Test {
+namespace {
+
+using Strings = std::vector<std::string>;
+using Testing::DeviceAddress;
+using Testing::DeviceScript;
+using Testing::ScriptedDevice;
+
+class Stopwatch {
+public:
+    double Seconds() const { return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count(); }
+
+private:
+    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+std::string NobodyThere() {
+    DeviceAddress address;
+    address.Listener().Close();
+    return address.Text();
+}
+
+TEST(Connecting, GivesAConnectedDevice) {
+    ScriptedDevice device(CompleteDevice());
+
+    const ConnectOutcome outcome = Connect(device.Address());
+
+    EXPECT_EQ(outcome.result, ok);
+    EXPECT_EQ(outcome.reason, "cfnr");
+    ASSERT_TRUE(outcome.device);
+    EXPECT_EQ(DeviceName(outcome.device), u"Scripted");
+    EXPECT_EQ(outcome.device.References(), 1U);
+    Disconnect(outcome.device);
+    EXPECT_TRUE(device.AwaitHostGone());
+}
+
+TEST(Connecting, TellsTheObserverOfTheAsynchronousWay) {
+    ScriptedDevice device(CompleteDevice());
+    ConnectionObserver observer;
+
+    const RawObject connected = ConnectAsync(device.Address(), observer);
+
+    ASSERT_TRUE(connected);
+    ASSERT_TRUE(observer.AwaitCalls(1));
+    EXPECT_EQ(observer.Told(), Strings{"connected"});
+    EXPECT_EQ(DeviceName(connected), u"Scripted");
+    Disconnect(connected);
+    EXPECT_EQ(observer.Told(), (Strings{"connected", "disconnected cfnr"}));
+}
+
+TEST(Connecting, NeedsNoPreamble) {
+    DeviceScript script = CompleteDevice();
+    script.greeting = std::string(deviceBlock) + settingsBlocks;
+    ScriptedDevice device(script);
+
+    EXPECT_EQ(Connect(device.Address()).result, ok);
+}
+
+TEST(Connecting, FailsAtOnceWhereNothingListens) {
+    const std::string address = NobodyThere();
+    const Stopwatch stopwatch;
+
+    const ConnectOutcome outcome = Connect(address);
+
+    EXPECT_EQ(outcome.result, failed);
+    EXPECT_EQ(outcome.reason, "cfnr");
+    EXPECT_FALSE(outcome.device);
+    EXPECT_LT(stopwatch.Seconds(), 3);
+}
+
+TEST(Connecting, TellsTheObserverThatNothingListens) {
+    ConnectionObserver observer;
+
+    const RawObject device = ConnectAsync(NobodyThere(), observer);
+
+    ASSERT_TRUE(device);
+    ASSERT_TRUE(observer.AwaitCalls(1));
+    EXPECT_EQ(observer.Told(), Strings{"disconnected cfnr"});
+}
+
+struct Refusal {
+    const char* what;
+    std::string greeting;
+    const char* reason;
+};
+
+const Refusal refusals[] = {
+    {"an old version", "PROTOCOL PREAMBLE:\nVersion: 1.21\n\n", "cfif"},
+    {"an old version without flags", "PROTOCOL PREAMBLE:\nVersion: 0.21\n\n", "cfif"},
+    {"a new version", "PROTOCOL PREAMBLE:\nVersion: 4.23\n\n", "cfif"},
+    {"an old version that can be updated", "PROTOCOL PREAMBLE:\nVersion: 2.21\n\n", "cfus"},
+    {"an old version with more flags", "PROTOCOL PREAMBLE:\nVersion: 7.21\n\n", "cfus"},
+    {"a remote lock", std::string(preamble) + "MORQUIL DEVICE:\nModel name: Locked\nRemote lock: true\n\n", "cfrm"},
+};
+
+TEST(Connecting, FailsAtOnceWithTheReasonOfTheDevice) {
+    for (const Refusal& refusal : refusals) {
+        SCOPED_TRACE(refusal.what);
+        ScriptedDevice device(DeviceScript{.greeting = refusal.greeting});
+        const Stopwatch stopwatch;
+
+        const ConnectOutcome outcome = Connect(device.Address());
+
+        EXPECT_EQ(outcome.result, failed);
+        EXPECT_EQ(outcome.reason, refusal.reason);
+        EXPECT_FALSE(outcome.device);
+        EXPECT_LT(stopwatch.Seconds(), 3);
+        EXPECT_TRUE(device.AwaitHostGone());
+    }
+}
+
+TEST(Connecting, TellsTheObserverTheReasonOfTheDevice) {
+    for (const Refusal& refusal : refusals) {
+        SCOPED_TRACE(refusal.what);
+        ScriptedDevice device(DeviceScript{.greeting = refusal.greeting});
+        ConnectionObserver observer;
+
+        const RawObject refused = ConnectAsync(device.Address(), observer);
+
+        ASSERT_TRUE(observer.AwaitCalls(1));
+        EXPECT_EQ(observer.Told(), Strings{std::string("disconnected ") + refusal.reason});
+    }
+}
+
+TEST(Connecting, KeepsTheReasonOfADeviceThatHangsUpAtOnce) {
+    for (const Refusal& refusal : refusals) {
+        SCOPED_TRACE(refusal.what);
+        ScriptedDevice device;
+        ConnectionObserver observer;
+        const RawObject refused = ConnectAsync(device.Address(), observer);
+        ASSERT_TRUE(device.AwaitHost());
+
+        device.Send(refusal.greeting);
+        device.HangUp();
+
+        ASSERT_TRUE(observer.AwaitCalls(1));
+        // A hang-up may overtake what was said before it.
+        const std::string told = observer.Told().front();
+        EXPECT_TRUE(told == std::string("disconnected ") + refusal.reason || told == "disconnected cfnr") << told;
+    }
+}
+
+TEST(Connecting, EndsWhenTheHostGivesUpASilentDevice) {
+    ScriptedDevice device(DeviceScript{.acknowledges = false});
+    ConnectionObserver observer;
+    const RawObject silent = ConnectAsync(device.Address(), observer);
+    ASSERT_TRUE(device.AwaitHost());
+    const Stopwatch stopwatch;
+
+    Disconnect(silent);
+
+    EXPECT_EQ(observer.Told(), Strings{"disconnected cfnr"});
+    EXPECT_TRUE(device.AwaitHostGone());
+    EXPECT_LT(stopwatch.Seconds(), 3);
+    Disconnect(silent);
+    EXPECT_EQ(observer.Told().size(), 1U);
+}
+
+TEST(Connecting, EndsWithoutAFailureWhenTheDeviceIsLostMeanwhile) {
+    ScriptedDevice device(DeviceScript{.greeting = deviceBlock});
+    ConnectOutcome outcome{};
+    std::thread host([&] { outcome = Connect(device.Address()); });
+    EXPECT_FALSE(device.NextBlock().empty());
+
+    device.HangUp();
+    host.join();
+
+    EXPECT_EQ(outcome.result, ok);
+    EXPECT_EQ(outcome.reason, "cfnr");
+    ASSERT_TRUE(outcome.device);
+    EXPECT_EQ(outcome.device.Release(), 0U);
+}
+
+TEST(Connecting, WaitsForEveryBlock) {
+    DeviceScript script = CompleteDevice();
+    script.answers.erase("PRESET AVAILABILITY");
+    ScriptedDevice device(script);
+    ConnectionObserver observer;
+    const RawObject connecting = ConnectAsync(device.Address(), observer);
+    for (std::string block; block != "PRESET AVAILABILITY:\n\n";) {
+        block = device.NextBlock();
+        ASSERT_FALSE(block.empty());
+    }
+    WatchedDevice watched(device, connecting);
+    watched.Report("");
+    EXPECT_TRUE(observer.Told().empty());
+
+    watched.Report("PRESET AVAILABILITY:\nPreset range: 1 6\n\n");
+
+    EXPECT_TRUE(observer.AwaitCalls(1));
+    EXPECT_EQ(observer.Told(), Strings{"connected"});
+}
+
+TEST(Connection, TellsThatTheDeviceHungUp) {
+    ScriptedDevice device(CompleteDevice());
+    ConnectionObserver observer;
+    const RawObject connected = ConnectAsync(device.Address(), observer);
+    ASSERT_TRUE(observer.AwaitCalls(1));
+
+    device.HangUp();
+
+    ASSERT_TRUE(observer.AwaitCalls(2));
+    EXPECT_EQ(observer.Told(), (Strings{"connected", "disconnected cfnr"}));
+    EXPECT_EQ(DeviceName(connected), u"");
+}
+
+TEST(Connection, TellsThatTheDeviceWasReset) {
+    ScriptedDevice device(CompleteDevice());
+    ConnectionObserver observer;
+    const RawObject connected = ConnectAsync(device.Address(), observer);
+    ASSERT_TRUE(observer.AwaitCalls(1));
+    device.Send("VIDEO PROC AMP:\nGa");
+
+    device.Reset();
+
+    ASSERT_TRUE(observer.AwaitCalls(2));
+    EXPECT_EQ(observer.Told(), (Strings{"connected", "disconnected cfnr"}));
+}
+
+TEST(Connection, KeepsALaterRemoteLockAsTheReason) {
+    ScriptedDevice device(CompleteDevice());
+    ConnectionObserver observer;
+    const RawObject connected = ConnectAsync(device.Address(), observer);
+    ASSERT_TRUE(observer.AwaitCalls(1));
+    {
+        WatchedDevice watched(device, connected);
+        EXPECT_EQ(watched.Report("MORQUIL DEVICE:\nRemote lock: true\n\n"), "devc");
+        EXPECT_EQ(watched.Report("VIDEO PROC AMP:\nGain: 7\n\n"), "vpap");
+    }
+
+    Disconnect(connected);
+
+    EXPECT_EQ(observer.Told(), (Strings{"connected", "disconnected cfrm"}));
+}
+
+TEST(Connection, ServesTwoDevicesApart) {
+    ScriptedDevice device(CompleteDevice());
+    ScriptedDevice otherDevice(CompleteDevice());
+    const ConnectOutcome outcome = Connect(device.Address());
+    const ConnectOutcome other = Connect(otherDevice.Address());
+    ASSERT_TRUE(outcome.device);
+    ASSERT_TRUE(other.device);
+
+    Disconnect(outcome.device);
+
+    EXPECT_EQ(DeviceName(outcome.device), u"");
+    EXPECT_EQ(DeviceName(other.device), u"Scripted");
+    WatchedDevice watched(otherDevice, other.device);
+    EXPECT_EQ(watched.Report("VIDEO PROC AMP:\nGain: 7\n\n"), "vpap");
+}
+
+TEST(Connection, IsClosedByTheLastRelease) {
+    ScriptedDevice device(CompleteDevice());
+    ConnectOutcome outcome = Connect(device.Address());
+    ASSERT_TRUE(outcome.device);
+    RawObject feature = outcome.device.QueryInterface(Iid::preset);
+    EXPECT_EQ(outcome.device.Release(), 1U);
+
+    EXPECT_EQ(feature.Release(), 0U);
+
+    EXPECT_TRUE(device.AwaitHostGone());
+}
+
+}  // namespace
+}  // namespace Morquil::Test

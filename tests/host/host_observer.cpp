@@ -1,0 +1,97 @@
+#include "tests/host/host_observer.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <utility>
+
+namespace Morquil::Test {
+
+HostObserver::~HostObserver() {
+    EXPECT_TRUE(AwaitRelease()) << "the library keeps an observer";
+}
+
+bool HostObserver::Await(const std::function<bool()>& condition, int seconds) {
+    std::unique_lock lock(lock_);
+    return changed_.wait_for(lock, std::chrono::seconds(seconds), condition);
+}
+
+bool HostObserver::AwaitCalls(std::size_t count, int seconds) {
+    return Await([&] { return told_.size() >= count; }, seconds);
+}
+
+bool HostObserver::AwaitRelease() {
+    return Await([&] { return references_ == 0; });
+}
+
+std::vector<std::string> HostObserver::Told() {
+    const std::lock_guard lock(lock_);
+    return told_;
+}
+
+std::vector<std::string> HostObserver::TakeTold() {
+    const std::lock_guard lock(lock_);
+    return std::exchange(told_, {});
+}
+
+// The library asks for nothing but what it was given.
+Result HostObserver::QueryInterface(Face* /*face*/, const Guid* /*iid*/, void** out) {
+    *out = nullptr;
+    return noInterface;
+}
+
+std::uint32_t HostObserver::AddRef(Face* face) {
+    const std::lock_guard lock(face->self->lock_);
+    return ++face->self->references_;
+}
+
+std::uint32_t HostObserver::Release(Face* face) {
+    HostObserver& self = *face->self;
+    const std::lock_guard lock(self.lock_);
+    EXPECT_GT(self.references_, 0U);
+    self.changed_.notify_all();
+    return --self.references_;
+}
+
+Result HostObserver::Note(const std::string& told) {
+    {
+        const std::lock_guard lock(lock_);
+        told_.push_back(told);
+        changed_.notify_all();
+    }
+    if (inCall) {
+        inCall(told);
+    }
+    return ok;
+}
+
+ConnectionObserver::ConnectionObserver()
+    : HostObserver([] {
+          static const AnyFunction table[] = {
+              reinterpret_cast<AnyFunction>(&QueryInterface), reinterpret_cast<AnyFunction>(&AddRef),
+              reinterpret_cast<AnyFunction>(&Release), reinterpret_cast<AnyFunction>(&Connected),
+              reinterpret_cast<AnyFunction>(&Disconnected)};
+          return table;
+      }()) {}
+
+Result ConnectionObserver::Connected(Face* face) {
+    return static_cast<ConnectionObserver*>(face->self)->Note("connected");
+}
+
+Result ConnectionObserver::Disconnected(Face* face, std::int32_t reason) {
+    return static_cast<ConnectionObserver*>(face->self)->Note("disconnected " + FourCharacterText(reason));
+}
+
+PropertyObserver::PropertyObserver()
+    : HostObserver([] {
+          static const AnyFunction table[] = {
+              reinterpret_cast<AnyFunction>(&QueryInterface), reinterpret_cast<AnyFunction>(&AddRef),
+              reinterpret_cast<AnyFunction>(&Release), reinterpret_cast<AnyFunction>(&PropertyChanged)};
+          return table;
+      }()) {}
+
+Result PropertyObserver::PropertyChanged(Face* face, std::int32_t id) {
+    return static_cast<PropertyObserver*>(face->self)->Note(FourCharacterText(id));
+}
+
+}  // namespace Morquil::Test

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <condition_variable>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "tests/host/host_observer.h"
+#include "tests/host/raw_com.h"
+#include "tests/support/scripted_device.h"
+
+namespace Morquil::Test {
+
+/// Every property set that observers can be registered for.
+extern const std::vector<const char*> propertySets;
+
+/// The host's view of a device that the test plays: one observer for all property sets, and a way to know when what
+/// the device has said is in the mirror.
+class WatchedDevice {
+public:
+    /// `device` is the scripted device's counterpart in the library. Both stay the caller's.
+    WatchedDevice(Testing::ScriptedDevice& script, const RawObject& device);
+    ~WatchedDevice();
+    WatchedDevice(const WatchedDevice&) = delete;
+    WatchedDevice& operator=(const WatchedDevice&) = delete;
+
+    /// The device says `text`, which ends at the end of a block. Returns after the mirror has taken it over: the
+    /// property sets that were told since the last call, in that order.
+    std::string Report(const std::string& text);
+
+private:
+    void Hear(const std::string& id);
+
+    Testing::ScriptedDevice& script_;
+    const RawObject& device_;
+    int reports_ = 0;
+
+    std::mutex lock_;
+    std::condition_variable reached_;
+    std::u16string awaitedName_;
+    bool nameCame_ = false;
+    std::string told_;
+
+    PropertyObserver observer_;
+};
+
+}  // namespace Morquil::Test

@@ -1,0 +1,41 @@
+// The finished library, loaded into the test as a host loads it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Morquil::Test {
+
+/// Where the build put libMorquilAPI.so or MorquilAPI.dll.
+inline constexpr const char* libraryPath = MORQUIL_LIBRARY_PATH;
+
+/// The names that this system's hosts call, in alphabetical order.
+std::vector<std::string> ExpectedExports();
+
+class LoadedLibrary {
+public:
+    /// Loads the library; a failure is the test's.
+    LoadedLibrary();
+    LoadedLibrary(const LoadedLibrary&) = delete;
+    LoadedLibrary& operator=(const LoadedLibrary&) = delete;
+    ~LoadedLibrary();
+
+    /// The system's own handle.
+    [[nodiscard]] void* Get() const { return handle_; }
+
+    /// The exported function `name`, or null.
+    template <class Function>
+    [[nodiscard]] Function* Find(const char* name) const {
+        return reinterpret_cast<Function*>(FindAddress(name));
+    }
+
+    /// All exported names in alphabetical order.
+    [[nodiscard]] std::vector<std::string> ExportedNames() const;
+
+private:
+    [[nodiscard]] void* FindAddress(const char* name) const;
+
+    void* handle_;
+};
+
+}  // namespace Morquil::Test

@@ -1,0 +1,123 @@
+#include "protocol/blocks/genlock.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+
+#include "tests/protocol/blocks/golden_block.h"
+
+namespace Morquil {
+namespace {
+
+using Genlock = GenlockChangeSet;
+using Available = GenlockAvailabilityChangeSet;
+using Limits32 = Range<std::int32_t>;
+using PerReference = std::array<bool, 2>;
+
+// clang-format off
+const GoldenBlock<Genlock> genlock{"GENLOCK", {
+    {"Type: External",          &Genlock::type,         morquilAPIVideoReferenceTypeExternal},
+    {"Gen reference: TriLevel", &Genlock::genReference, morquilAPIGenReferenceTriLevel},
+    {"Line offset: -5",         &Genlock::lineOffset,   -5},
+    {"Pixel offset: 12",        &Genlock::pixelOffset,  12},
+    {"Signal locked: true",     &Genlock::signalLocked, true}}};
+
+const GoldenBlock<Available> available{"GENLOCK AVAILABILITY", {
+    {"Types: Input External",               &Available::types,                  Members(0, 2)},
+    {"Gen references: Blackburst TriLevel", &Available::genReferences,          Members(0, 1)},
+    {"Gen references available: false true", &Available::genReferencesAvailable, PerReference{false, true}},
+    {"Video mode: 525i59.94 NTSC\n"
+     "Line offset range: -262 262\n"
+     "Pixel offset range: -429 429",        At(&Available::lineOffsetRange, 0),  Limits32{-262, 262}},
+    {"Video mode: 2160p50\n"
+     "Line offset range: -1125 1125\n"
+     "Pixel offset range: -2640 2640",      At(&Available::pixelOffsetRange, 33), Limits32{-2640, 2640}}}};
+// clang-format on
+
+Available Received(const std::string& lines) {
+    const auto recorded = FedWith("GENLOCK AVAILABILITY", lines);
+    EXPECT_EQ(recorded->sink.Errors(), RecordingSink::Events()) << lines;
+    return recorded->sink.Last<Available>();
+}
+
+TEST(GenlockBlock, ReadsAndWritesEveryLine) {
+    genlock.ExpectReadsAndWritesEveryLine();
+}
+
+TEST(GenlockBlock, WritesItsLinesInOrder) {
+    genlock.ExpectWritesItsLinesInOrder();
+}
+
+TEST(GenlockBlock, ReportsBadValuesAndUnknownKeys) {
+    genlock.ExpectReports({
+        // clang-format off
+        {"Type: Satellite",      "Failed to parse Type string \"Satellite\"\n"},
+        {"Gen reference: Quad",  "Failed to parse Gen reference string \"Quad\"\n"},
+        NotAValue("Line offset", "x"),
+        NotAValue("Pixel offset", "-"),
+        NotAValue("Signal locked", "1"),
+        {"Types: Input",         "Unknown genlock line \"Types\"\n"},
+        // clang-format on
+    });
+}
+
+TEST(GenlockAvailabilityBlock, ReadsAndWritesEveryLine) {
+    available.ExpectReadsAndWritesEveryLine();
+}
+
+TEST(GenlockAvailabilityBlock, WritesItsLinesInOrder) {
+    available.ExpectWritesItsLinesInOrder();
+}
+
+TEST(GenlockAvailabilityBlock, ReportsBadValuesAndUnknownKeys) {
+    available.ExpectReports({{"Video mode: 8k", "Received invalid Genlock Video Mode Video mode string \"8k\"\n"},
+                             NotARange("Line offset range", "5"),
+                             NotARange("Pixel offset range", "x"),
+                             {"Type: Input", "Unknown genlock availability line \"Type\"\n"}});
+}
+
+TEST(GenlockAvailabilityBlock, WritesNothingForAModeWithOnlyOneOfItsRanges) {
+    const std::string empty = "GENLOCK AVAILABILITY:\n\n";
+    EXPECT_EQ(BlockText<Available>(Received("Video mode: 720p50\nLine offset range: -5 5")), empty);
+    EXPECT_EQ(BlockText<Available>(Received("Video mode: 720p50\nPixel offset range: -5 5")), empty);
+}
+
+TEST(GenlockAvailabilityBlock, KeepsTheOneRangeThatAModeHas) {
+    const Available received = Received("Video mode: 720p50\nLine offset range: -5 5");
+    EXPECT_EQ(received.lineOffsetRange[morquilAPIVideoMode720p50].Get(), (Limits32{-5, 5}));
+    EXPECT_FALSE(received.pixelOffsetRange[morquilAPIVideoMode720p50].IsPresent());
+}
+
+TEST(GenlockAvailabilityBlock, DropsRangesBeforeAnyModeInSilence) {
+    EXPECT_TRUE(IsEmpty(Received("Line offset range: -5 5\nPixel offset range: -5 5")));
+}
+
+TEST(GenlockAvailabilityBlock, ReportsABadRangeBeforeAnyMode) {
+    EXPECT_EQ(FedWith("GENLOCK AVAILABILITY", "Line offset range: none")->sink.Errors(),
+              RecordingSink::Events{"Failed to parse \"Line offset range\" range string \"none\"\n"});
+}
+
+TEST(GenlockAvailabilityBlock, KeepsItsModeWhenAnUnknownOneArrives) {
+    const auto recorded = FedWith("GENLOCK AVAILABILITY", "Video mode: 720p50\nVideo mode: 8k\nLine offset range: 1 2");
+    EXPECT_EQ(recorded->sink.Errors().size(), 1U);
+    EXPECT_EQ(recorded->sink.Last<Available>().lineOffsetRange[morquilAPIVideoMode720p50].Get(), (Limits32{1, 2}));
+}
+
+TEST(GenlockAvailabilityBlock, ForgetsItsModeAtTheEndOfABlock) {
+    const auto recorded = FedWith("GENLOCK AVAILABILITY", "Video mode: 720p50");
+    recorded->Feed("GENLOCK AVAILABILITY:\nLine offset range: -5 5\n\n");
+    EXPECT_TRUE(IsEmpty(recorded->sink.Last<Available>()));
+}
+
+TEST(GenlockAvailabilityBlock, StoresTheFirstTwoOfThreeReferences) {
+    EXPECT_EQ(Received("Gen references available: true false true").genReferencesAvailable.Get(),
+              (PerReference{true, false}));
+}
+
+TEST(GenlockAvailabilityBlock, TakesOneReferenceForTheFirst) {
+    EXPECT_EQ(Received("Gen references available: true").genReferencesAvailable.Get(), (PerReference{true, false}));
+}
+
+}  // namespace
+}  // namespace Morquil

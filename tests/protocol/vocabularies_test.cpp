@@ -1,0 +1,531 @@
+#include "protocol/vocabularies.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cctype>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace Morquil {
+namespace {
+
+struct ExpectedWord {
+    std::int64_t value;
+    const char* word;
+};
+
+std::string InUpperCase(std::string text) {
+    for (char& character : text) {
+        character = static_cast<char>(std::toupper(static_cast<unsigned char>(character)));
+    }
+    return text;
+}
+
+/// Every word is found at its value, in any case, and printed from it; there are no others.
+template <class Vocabulary>
+void ExpectWords(const std::vector<ExpectedWord>& rows) {
+    const auto& words = Vocabulary::words;
+    ASSERT_EQ(words.Size(), rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const std::string word = rows[i].word;
+        EXPECT_EQ(rows[i].value, static_cast<std::int64_t>(i)) << word;
+        EXPECT_EQ(words[i], word);
+        EXPECT_EQ(words.Find(word), i) << word;
+        EXPECT_EQ(words.Find(InUpperCase(word)), i) << word;
+        EXPECT_EQ(words.Find(word + " "), rows.size()) << word;
+        EXPECT_EQ(words.Find(" " + word), rows.size()) << word;
+        EXPECT_EQ(words.Find(word.substr(0, word.size() - 1) + "~"), rows.size()) << word;
+    }
+    EXPECT_EQ(words.Find(""), rows.size());
+    EXPECT_EQ(words.Find("Unknown"), rows.size());
+}
+
+// clang-format off
+TEST(VideoModes, StandAtTheirValues) {
+    ExpectWords<VideoModes>({
+        {morquilAPIVideoModeNTSC,          "525i59.94 NTSC"},
+        {morquilAPIVideoModePAL,           "625i50 PAL"},
+        {morquilAPIVideoModeNTSCp,         "525p29.97 NTSC"},
+        {morquilAPIVideoMode720p5994,      "720p59.94"},
+        {morquilAPIVideoMode720p50,        "720p50"},
+        {morquilAPIVideoMode720p60,        "720p60"},
+        {morquilAPIVideoMode1080i5994,     "1080i59.94"},
+        {morquilAPIVideoMode1080i50,       "1080i50"},
+        {morquilAPIVideoMode1080i60,       "1080i60"},
+        {morquilAPIVideoMode1080p30,       "1080p30"},
+        {morquilAPIVideoMode1080p2997,     "1080p29.97"},
+        {morquilAPIVideoMode1080p25,       "1080p25"},
+        {morquilAPIVideoMode1080p24,       "1080p24"},
+        {morquilAPIVideoMode1080p2398,     "1080p23.98"},
+        {morquilAPIVideoMode1080p5994,     "1080p59.94"},
+        {morquilAPIVideoMode1080p50,       "1080p50"},
+        {morquilAPIVideoMode1080p60,       "1080p60"},
+        {morquilAPIVideoMode1080psf2398,   "1080PsF23.98"},
+        {morquilAPIVideoMode1080psf24,     "1080PsF24"},
+        {morquilAPIVideoMode1080psf25,     "1080PsF25"},
+        {morquilAPIVideoMode1080psf2997,   "1080PsF29.97"},
+        {morquilAPIVideoMode1080psf30,     "1080PsF30"},
+        {morquilAPIVideoMode2K1080p2398,   "2K DCI 23.98p"},
+        {morquilAPIVideoMode2K1080p24,     "2K DCI 24p"},
+        {morquilAPIVideoMode2K1080psf2398, "2K DCI 23.98PsF"},
+        {morquilAPIVideoMode2K1080psf24,   "2K DCI 24PsF"},
+        {morquilAPIVideoModeUHDp2398,      "2160p23.98"},
+        {morquilAPIVideoModeUHDp24,        "2160p24"},
+        {morquilAPIVideoModeUHDp25,        "2160p25"},
+        {morquilAPIVideoModeUHDp2997,      "2160p29.97"},
+        {morquilAPIVideoModeUHDp30,        "2160p30"},
+        {morquilAPIVideoModeUHDp60,        "2160p60"},
+        {morquilAPIVideoModeUHDp5994,      "2160p59.94"},
+        {morquilAPIVideoModeUHDp50,        "2160p50"}});
+}
+
+TEST(AspectRatios, StandAtTheirValues) {
+    ExpectWords<AspectRatios>({
+        {morquilAPIAspectRatioAnamorphic, "Anamorphic"},
+        {morquilAPIAspectRatio14x9,       "14x9"},
+        {morquilAPIAspectRatioLetterBox,  "LetterBox"},
+        {morquilAPIAspectRatioCentreCut,  "CentreCut"},
+        {morquilAPIAspectRatioSmart,      "Smart"}});
+}
+
+TEST(VideoSources, StandAtTheirValues) {
+    ExpectWords<VideoSources>({
+        {morquilAPIVideoSourceSDI1,      "SDI1"},
+        {morquilAPIVideoSourceHDMI,      "HDMI"},
+        {morquilAPIVideoSourceComponent, "Component"},
+        {morquilAPIVideoSourceComposite, "Composite"},
+        {morquilAPIVideoSourceSVideo,    "SVideo"},
+        {morquilAPIVideoSourceFiberOpt,  "Optical"},
+        {morquilAPIVideoSourceSDI2,      "SDI2"}});
+}
+
+TEST(AudioSources, StandAtTheirValues) {
+    ExpectWords<AudioSources>({
+        {morquilAPIAudioSourceEmbedded, "Embedded"},
+        {morquilAPIAudioSourceAES,      "AES"},
+        {morquilAPIAudioSourceRCA,      "RCA"},
+        {morquilAPIAudioSourceDB25,     "DB25"}});
+}
+
+TEST(PixelFormats, StandAtTheirValues) {
+    ExpectWords<PixelFormats>({
+        {morquilAPIPixelFormat422,      "YCbCr422"},
+        {morquilAPIPixelFormat444YCbCr, "YCbCr444"},
+        {morquilAPIPixelFormat444RGB,   "RGB444"}});
+}
+
+TEST(PCIeModes, StandAtTheirValues) {
+    ExpectWords<PCIeModes>({
+        {morquilAPIPCIeNone,     "None"},
+        {morquilAPIPCIeCapture,  "Capture"},
+        {morquilAPIPCIePlayback, "Playback"}});
+}
+
+TEST(DemuxModes, StandAtTheirValues) {
+    ExpectWords<DemuxModes>({
+        {morquilAPIDemuxSingleLink, "SingleLink"},
+        {morquilAPIDemuxDualLink,   "DualLink"},
+        {morquilAPIDemuxQuadLink,   "QuadLink"}});
+}
+
+TEST(SdiLevels, StandAtTheirValues) {
+    ExpectWords<SdiLevels>({
+        {morquilAPISDIModeLevelA, "LevelA"},
+        {morquilAPISDIModeLevelB, "LevelB"}});
+}
+
+TEST(QuadSdiOutputs, StandAtTheirValues) {
+    ExpectWords<QuadSdiOutputs>({
+        {morquilAPIQuadSDIOutputLink,    "QuadLink"},
+        {morquilAPIQuadSDIOutputHDSplit, "QuadHDSplit"}});
+}
+
+TEST(OutputOptions, StandAtTheirValues) {
+    ExpectWords<OutputOptions>({
+        {morquilAPIOutputOptionInput,  "Input"},
+        {morquilAPIOutputOptionBlack,  "Black"},
+        {morquilAPIOutputOptionStill,  "Still"},
+        {morquilAPIOutputOptionFreeze, "Freeze"}});
+}
+
+TEST(StillFrameActions, StandAtTheirValues) {
+    ExpectWords<StillFrameActions>({
+        {morquilAPIStillFrameDelete,  "Delete"},
+        {morquilAPIStillFrameCapture, "Capture"},
+        {morquilAPIStillFramePreview, "Preview"}});
+}
+
+TEST(TimecodePresence, StandAtTheirValues) {
+    ExpectWords<TimecodePresence>({
+        {morquilAPITimecodeNone,     "None"},
+        {morquilAPITimecodeDetected, "Detected"}});
+}
+
+TEST(ClosedCaptionPresence, StandAtTheirValues) {
+    ExpectWords<ClosedCaptionPresence>({
+        {morquilAPIClosedCaptionNone,     "None"},
+        {morquilAPIClosedCaptionDetected, "Detected"}});
+}
+
+TEST(TestPatterns, StandAtTheirValues) {
+    ExpectWords<TestPatterns>({
+        {morquilAPITestPatternNone,       "None"},
+        {morquilAPITestPatternSmpteBars,  "SMPTEBars"},
+        {morquilAPITestPatternBars,       "Bars"},
+        {morquilAPITestPatternBlack,      "Black"},
+        {morquilAPITestPatternGrid,       "Grid"},
+        {morquilAPITestPatternMultiburst, "Multiburst"}});
+}
+
+TEST(TestTones, StandAtTheirValues) {
+    ExpectWords<TestTones>({
+        {morquilAPITestToneNone,   "None"},
+        {morquilAPITestTone750Hz,  "Tone750Hz"},
+        {morquilAPITestTone1500Hz, "Tone1500Hz"},
+        {morquilAPITestTone3KHz,   "Tone3KHz"},
+        {morquilAPITestTone6KHz,   "Tone6KHz"}});
+}
+
+TEST(SourceTypes, StandAtTheirValues) {
+    ExpectWords<SourceTypes>({
+        {morquilAPISourceTypeAuto,  "Auto"},
+        {morquilAPISourceTypeVideo, "Video"},
+        {morquilAPISourceTypeFilm,  "Film"}});
+}
+
+TEST(FrcApertures, StandAtTheirValues) {
+    ExpectWords<FrcApertures>({
+        {morquilAPIFrcAperture0, "0"},
+        {morquilAPIFrcAperture1, "1"},
+        {morquilAPIFrcAperture2, "2"},
+        {morquilAPIFrcAperture3, "3"}});
+}
+
+TEST(ProcessingModes, StandAtTheirValues) {
+    ExpectWords<ProcessingModes>({
+        {morquilAPIProcModeNormal, "Highest Quality"},
+        {morquilAPIProcModeSimple, "Lowest Latency"}});
+}
+
+TEST(TimecodeModes, StandAtTheirValues) {
+    ExpectWords<TimecodeModes>({
+        {morquilAPITimecodeModeOff,        "Off"},
+        {morquilAPITimecodeModeInput,      "Input"},
+        {morquilAPITimecodeModeInputRegen, "InputRegen"},
+        {morquilAPITimecodeModeGenerator,  "Generate"},
+        {morquilAPITimecodeModeJamSync,    "JamSync"}});
+}
+
+TEST(TimecodeDropFrameModes, StandAtTheirValues) {
+    ExpectWords<TimecodeDropFrameModes>({
+        {morquilAPITimecodeDropFrameModeAuto, "Auto"},
+        {morquilAPITimecodeDropFrameModeDF,   "DF"},
+        {morquilAPITimecodeDropFrameModeNDF,  "NDF"}});
+}
+
+TEST(TimecodeSources, StandAtTheirValues) {
+    ExpectWords<TimecodeSources>({
+        {morquilAPITimecodeSourceVITC, "VITC"},
+        {morquilAPITimecodeSourceLTC,  "LTC"}});
+}
+
+TEST(TimecodeLossModes, StandAtTheirValues) {
+    ExpectWords<TimecodeLossModes>({
+        {morquilAPITimecodeLossModeContinue, "Continue"},
+        {morquilAPITimecodeLossModeStop,     "Stop"}});
+}
+
+TEST(TimecodeStartSources, StandAtTheirValues) {
+    ExpectWords<TimecodeStartSources>({
+        {morquilAPITimecodeStartSourceFromUser,  "User"},
+        {morquilAPITimecodeStartSourceFromInput, "Input"}});
+}
+
+TEST(IndexReactions, StandAtTheirValues) {
+    ExpectWords<IndexReactions>({
+        {morquilAPIVideoIndexReactionOff, "Off"},
+        {morquilAPIVideoIndexReactionAFD, "On"}});
+}
+
+TEST(AfdInsertTypes, StandAtTheirValues) {
+    ExpectWords<AfdInsertTypes>({
+        {morquilAPIAFDInsertTypeOff,    "Off"},
+        {morquilAPIAFDInsertTypeAuto,   "Auto"},
+        {morquilAPIAFDInsertTypeBypass, "Bypass"},
+        {morquilAPIAFDInsertType0,      "0000"},
+        {morquilAPIAFDInsertType1,      "0001"},
+        {morquilAPIAFDInsertType2,      "0010"},
+        {morquilAPIAFDInsertType3,      "0011"},
+        {morquilAPIAFDInsertType4,      "0100"},
+        {morquilAPIAFDInsertType5,      "0101"},
+        {morquilAPIAFDInsertType6,      "0110"},
+        {morquilAPIAFDInsertType7,      "0111"},
+        {morquilAPIAFDInsertType8,      "1000"},
+        {morquilAPIAFDInsertType9,      "1001"},
+        {morquilAPIAFDInsertTypeA,      "1010"},
+        {morquilAPIAFDInsertTypeB,      "1011"},
+        {morquilAPIAFDInsertTypeC,      "1100"},
+        {morquilAPIAFDInsertTypeD,      "1101"},
+        {morquilAPIAFDInsertTypeE,      "1110"},
+        {morquilAPIAFDInsertTypeF,      "1111"}});
+}
+
+TEST(CcService2Sources, StandAtTheirValues) {
+    ExpectWords<CcService2Sources>({
+        {morquilAPICCServiceSourceCC2, "CC2"},
+        {morquilAPICCServiceSourceCC3, "CC3"}});
+}
+
+TEST(CcLanguages, StandAtTheirValues) {
+    ExpectWords<CcLanguages>({
+        {morquilAPICCServiceLanguageEnglish, "English"},
+        {morquilAPICCServiceLanguageFrench,  "French"},
+        {morquilAPICCServiceLanguageGerman,  "German"},
+        {morquilAPICCServiceLanguageItalian, "Italian"},
+        {morquilAPICCServiceLanguageSpanish, "Spanish"}});
+}
+
+TEST(ReferenceTypes, StandAtTheirValues) {
+    ExpectWords<ReferenceTypes>({
+        {morquilAPIVideoReferenceTypeInput,    "Input"},
+        {morquilAPIVideoReferenceTypeInternal, "Internal"},
+        {morquilAPIVideoReferenceTypeExternal, "External"}});
+}
+
+TEST(GenReferences, StandAtTheirValues) {
+    ExpectWords<GenReferences>({
+        {morquilAPIGenReferenceBlackburst, "Blackburst"},
+        {morquilAPIGenReferenceTriLevel,   "TriLevel"}});
+}
+
+TEST(AudioSelections, StandAtTheirValues) {
+    ExpectWords<AudioSelections>({
+        {morquilAudSelIn1,        "AudioIn1"},
+        {morquilAudSelIn2,        "AudioIn2"},
+        {morquilAudSelIn3,        "AudioIn3"},
+        {morquilAudSelIn4,        "AudioIn4"},
+        {morquilAudSelIn5,        "AudioIn5"},
+        {morquilAudSelIn6,        "AudioIn6"},
+        {morquilAudSelIn7,        "AudioIn7"},
+        {morquilAudSelIn8,        "AudioIn8"},
+        {morquilAudSelIn9,        "AudioIn9"},
+        {morquilAudSelIn10,       "AudioIn10"},
+        {morquilAudSelIn11,       "AudioIn11"},
+        {morquilAudSelIn12,       "AudioIn12"},
+        {morquilAudSelIn13,       "AudioIn13"},
+        {morquilAudSelIn14,       "AudioIn14"},
+        {morquilAudSelIn15,       "AudioIn15"},
+        {morquilAudSelIn16,       "AudioIn16"},
+        {morquilAudSelDolbyD1,    "DolbyD1"},
+        {morquilAudSelDolbyD2,    "DolbyD2"},
+        {morquilAudSelDolbyD3,    "DolbyD3"},
+        {morquilAudSelDolbyD4,    "DolbyD4"},
+        {morquilAudSelDolbyD5,    "DolbyD5"},
+        {morquilAudSelDolbyD6,    "DolbyD6"},
+        {morquilAudSelDolbyD7,    "DolbyD7"},
+        {morquilAudSelDolbyD8,    "DolbyD8"},
+        {morquilAudSelDolbyE1,    "DolbyE1"},
+        {morquilAudSelDolbyE2,    "DolbyE2"},
+        {morquilAudSelTone750Hz,  "TT750"},
+        {morquilAudSelTone1500Hz, "TT1500"},
+        {morquilAudSelTone3kHz,   "TT3000"},
+        {morquilAudSelTone6kHz,   "TT6000"},
+        {morquilAudSelMute,       "TTMute"}});
+}
+
+TEST(AudioInputPairs, StandAtTheirValues) {
+    ExpectWords<AudioInputPairs>({
+        {morquilAudInSrcEmbedPair1, "EmbedPair1"},
+        {morquilAudInSrcEmbedPair2, "EmbedPair2"},
+        {morquilAudInSrcEmbedPair3, "EmbedPair3"},
+        {morquilAudInSrcEmbedPair4, "EmbedPair4"},
+        {morquilAudInSrcEmbedPair5, "EmbedPair5"},
+        {morquilAudInSrcEmbedPair6, "EmbedPair6"},
+        {morquilAudInSrcEmbedPair7, "EmbedPair7"},
+        {morquilAudInSrcEmbedPair8, "EmbedPair8"},
+        {morquilAudInSrcAESPair1,   "AESPair1"},
+        {morquilAudInSrcAESPair2,   "AESPair2"},
+        {morquilAudInSrcAESPair3,   "AESPair3"},
+        {morquilAudInSrcAESPair4,   "AESPair4"},
+        {morquilAudInSrcDB25Pair1,  "DB25Pair1"},
+        {morquilAudInSrcDB25Pair2,  "DB25Pair2"},
+        {morquilAudInSrcRCAPair,    "RCAPair"},
+        {morquilAudInSrcMutePair,   "MutePair"}});
+}
+
+TEST(MeterChannels, StandAtTheirValues) {
+    ExpectWords<MeterChannels>({
+        {morquilAudMeterChannels_1_2,   "MeterChan1&2"},
+        {morquilAudMeterChannels_3_4,   "MeterChan3&4"},
+        {morquilAudMeterChannels_5_6,   "MeterChan5&6"},
+        {morquilAudMeterChannels_7_8,   "MeterChan7&8"},
+        {morquilAudMeterChannels_9_10,  "MeterChan9&10"},
+        {morquilAudMeterChannels_11_12, "MeterChan11&12"},
+        {morquilAudMeterChannels_13_14, "MeterChan13&14"},
+        {morquilAudMeterChannels_15_16, "MeterChan15&16"}});
+}
+
+TEST(DolbyChannelModes, StandAtTheirValues) {
+    ExpectWords<DolbyChannelModes>({
+        {0, "Reserved"},
+        {1, "Mode10"},
+        {2, "Mode20"},
+        {3, "Mode30"},
+        {4, "Mode21"},
+        {5, "Mode31"},
+        {6, "Mode22"},
+        {7, "Mode32"}});
+}
+
+TEST(DolbyDrcProfiles, StandAtTheirValues) {
+    ExpectWords<DolbyDrcProfiles>({
+        {0, "None"},
+        {1, "FilmStd"},
+        {2, "FilmLight"},
+        {3, "MusicStd"},
+        {4, "MusicLight"},
+        {5, "Speech"}});
+}
+
+TEST(DolbyProgramConfigs, StandAtTheirValues) {
+    ExpectWords<DolbyProgramConfigs>({
+        {0, "ProgCfg51_2"},
+        {1, "ProgCfg51_2x1"},
+        {2, "ProgCfg4_4"},
+        {3, "ProgCfg4_2x2"},
+        {4, "ProgCfg4_2_2x1"},
+        {5, "ProgCfg4_4x1"},
+        {6, "ProgCfg4x2"}});
+}
+
+TEST(DolbyMetadataSources, StandAtTheirValues) {
+    ExpectWords<DolbyMetadataSources>({
+        {0, "External"},
+        {1, "User"},
+        {2, "PassThrough"}});
+}
+
+TEST(Modes3D, StandAtTheirValues) {
+    ExpectWords<Modes3D>({
+        {morquilAPI3dModeOff,     "3DModeOff"},
+        {morquilAPI3dModeConvert, "3DModeConvert"},
+        {morquilAPI3dMode2dTo3d,  "3DMode2Dto3D"},
+        {3,                       "3DModeAlign"}});
+}
+
+TEST(Types3D, StandAtTheirValues) {
+    ExpectWords<Types3D>({
+        {morquilAPI3dTypeFullFrame,  "3DFullFrame"},
+        {morquilAPI3dTypeSideBySide, "3DSideBySide"},
+        {morquilAPI3dTypeTopBottom,  "3DTopBottom"},
+        {morquilAPI3dTypeLineByLine, "3DLineByLine"}});
+}
+
+TEST(Flips3D, StandAtTheirValues) {
+    ExpectWords<Flips3D>({
+        {0, "Off"},
+        {1, "Horizontal"},
+        {2, "Vertical"},
+        {3, "Both"}});
+}
+
+struct ExpectedMode {
+    _MorquilAPIVideoMode mode;
+    VideoModeDetails details;
+};
+
+constexpr ExpectedMode expectedModes[] = {
+    {morquilAPIVideoModeNTSC,          {720, 486, 6, 30000, 1001, 1}},
+    {morquilAPIVideoModePAL,           {720, 576, 5, 25000, 1000, 1}},
+    {morquilAPIVideoModeNTSCp,         {720, 486, 7, 60000, 1001, 3}},
+    {morquilAPIVideoMode720p5994,      {1280, 720, 6, 60000, 1001, 2}},
+    {morquilAPIVideoMode720p50,        {1280, 720, 5, 50000, 1000, 2}},
+    {morquilAPIVideoMode720p60,        {1280, 720, 7, 60000, 1000, 2}},
+    {morquilAPIVideoMode1080i5994,     {1920, 1080, 6, 30000, 1001, 0}},
+    {morquilAPIVideoMode1080i50,       {1920, 1080, 5, 25000, 1000, 0}},
+    {morquilAPIVideoMode1080i60,       {1920, 1080, 7, 30000, 1000, 0}},
+    {morquilAPIVideoMode1080p30,       {1920, 1080, 4, 30000, 1000, 2}},
+    {morquilAPIVideoMode1080p2997,     {1920, 1080, 3, 30000, 1001, 2}},
+    {morquilAPIVideoMode1080p25,       {1920, 1080, 2, 25000, 1000, 2}},
+    {morquilAPIVideoMode1080p24,       {1920, 1080, 1, 24000, 1000, 2}},
+    {morquilAPIVideoMode1080p2398,     {1920, 1080, 0, 24000, 1001, 2}},
+    {morquilAPIVideoMode1080p5994,     {1920, 1080, 6, 60000, 1001, 2}},
+    {morquilAPIVideoMode1080p50,       {1920, 1080, 5, 50000, 1000, 2}},
+    {morquilAPIVideoMode1080p60,       {1920, 1080, 7, 60000, 1000, 2}},
+    {morquilAPIVideoMode1080psf2398,   {1920, 1080, 0, 24000, 1001, 6}},
+    {morquilAPIVideoMode1080psf24,     {1920, 1080, 1, 24000, 1000, 6}},
+    {morquilAPIVideoMode1080psf25,     {1920, 1080, 2, 25000, 1000, 6}},
+    {morquilAPIVideoMode1080psf2997,   {1920, 1080, 3, 30000, 1001, 6}},
+    {morquilAPIVideoMode1080psf30,     {1920, 1080, 4, 30000, 1000, 6}},
+    {morquilAPIVideoMode2K1080p2398,   {2048, 1080, 0, 24000, 1001, 2}},
+    {morquilAPIVideoMode2K1080p24,     {2048, 1080, 1, 24000, 1000, 2}},
+    {morquilAPIVideoMode2K1080psf2398, {2048, 1080, 0, 24000, 1001, 6}},
+    {morquilAPIVideoMode2K1080psf24,   {2048, 1080, 1, 24000, 1000, 6}},
+    {morquilAPIVideoModeUHDp2398,      {3840, 2160, 0, 24000, 1001, 2}},
+    {morquilAPIVideoModeUHDp24,        {3840, 2160, 1, 24000, 1000, 2}},
+    {morquilAPIVideoModeUHDp25,        {3840, 2160, 2, 25000, 1000, 2}},
+    {morquilAPIVideoModeUHDp2997,      {3840, 2160, 3, 30000, 1001, 2}},
+    {morquilAPIVideoModeUHDp30,        {3840, 2160, 4, 30000, 1000, 2}},
+    {morquilAPIVideoModeUHDp60,        {3840, 2160, 7, 60000, 1000, 2}},
+    {morquilAPIVideoModeUHDp5994,      {3840, 2160, 6, 60000, 1001, 2}},
+    {morquilAPIVideoModeUHDp50,        {3840, 2160, 5, 50000, 1000, 2}}};
+// clang-format on
+
+TEST(VideoModes, CarryTheirPictureAndRate) {
+    for (const auto& [mode, expected] : expectedModes) {
+        const auto* const details = VideoModes::Details(static_cast<std::size_t>(mode));
+        ASSERT_NE(details, nullptr) << mode;
+        EXPECT_EQ(details->width, expected.width) << mode;
+        EXPECT_EQ(details->height, expected.height) << mode;
+        EXPECT_EQ(details->frameRateIndex, expected.frameRateIndex) << mode;
+        EXPECT_EQ(details->timeScale, expected.timeScale) << mode;
+        EXPECT_EQ(details->frameDuration, expected.frameDuration) << mode;
+        EXPECT_EQ(details->scanCode, expected.scanCode) << mode;
+    }
+}
+
+TEST(VideoModes, HaveNoRowBeyondTheLast) {
+    EXPECT_EQ(std::size(expectedModes), 34U);
+    EXPECT_NE(VideoModes::Details(33), nullptr);
+    EXPECT_EQ(VideoModes::Details(34), nullptr);
+    EXPECT_EQ(VideoModes::Details(static_cast<std::size_t>(-1)), nullptr);
+}
+
+TEST(VideoModes, NameARateOfTheFrameRateTable) {
+    for (std::size_t mode = 0; mode < VideoModes::words.Size(); ++mode) {
+        EXPECT_LT(static_cast<std::size_t>(VideoModes::Details(mode)->frameRateIndex), FrameRates::words.Size())
+            << mode;
+    }
+}
+
+// clang-format off
+TEST(FrameRates, StandAtTheirNumbersWithTheirHighestTimecodeFrame) {
+    ExpectWords<FrameRates>({
+        {0, "23.98 FPS"},
+        {1, "24 FPS"},
+        {2, "25 FPS"},
+        {3, "29.97 FPS"},
+        {4, "30 FPS"},
+        {5, "50 FPS"},
+        {6, "59.94 FPS"},
+        {7, "60 FPS"}});
+    EXPECT_EQ(FrameRates::highestTimecodeFrame, (std::array<std::int32_t, 8>{23, 23, 24, 29, 29, 24, 29, 29}));
+}
+// clang-format on
+
+TEST(VideoSources, SpellFiberAsOptical) {
+    EXPECT_EQ(VideoSources::words.Find("Optical"), std::size_t{morquilAPIVideoSourceFiberOpt});
+    EXPECT_EQ(VideoSources::words.Find("FiberOpt"), VideoSources::words.Size());
+}
+
+TEST(AfdInsertTypes, KnowNoSingleDigit) {
+    EXPECT_EQ(FrcApertures::words.Find("0"), std::size_t{morquilAPIFrcAperture0});
+    EXPECT_EQ(AfdInsertTypes::words.Find("0"), AfdInsertTypes::words.Size());
+}
+
+}  // namespace
+}  // namespace Morquil

@@ -1,0 +1,92 @@
+#include "settings/settings_file.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+
+#include "tests/settings/temporary_folder.h"
+
+namespace Morquil {
+namespace {
+
+using Test::ContentOf;
+using Test::TemporaryFolder;
+using Test::ToPath;
+
+TEST(SettingsFile, LeavesAReadOnlyFileAsItIs) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Make("settings.txt", "before\n");
+    ASSERT_TRUE(SetFileAttributesW(ToPath(path).c_str(), FILE_ATTRIBUTE_READONLY));
+    EXPECT_FALSE(WriteSettingsFile(path, "after\n"));
+    EXPECT_EQ(ContentOf(path), "before\n");
+    EXPECT_EQ(folder.Names().size(), 1U);
+    SetFileAttributesW(ToPath(path).c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST(SettingsFile, LeavesAFileAsItIsThatNobodyElseMayWrite) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Make("settings.txt", "before\n");
+    const HANDLE other =
+        CreateFileW(ToPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    EXPECT_FALSE(WriteSettingsFile(path, "after\n"));
+    CloseHandle(other);
+    EXPECT_EQ(ContentOf(path), "before\n");
+}
+
+TEST(SettingsFile, KeepsItsFlags) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Make("settings.txt", "before\n");
+    ASSERT_TRUE(SetFileAttributesW(ToPath(path).c_str(), FILE_ATTRIBUTE_HIDDEN));
+    const DWORD before = GetFileAttributesW(ToPath(path).c_str());
+    EXPECT_TRUE(WriteSettingsFile(path, "after\n"));
+    EXPECT_EQ(GetFileAttributesW(ToPath(path).c_str()), before);
+    EXPECT_EQ(ContentOf(path), "after\n");
+}
+
+TEST(SettingsFile, IsAnotherFileOnceItIsReplaced) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Make("settings.txt", "before\n");
+    const auto number = [&path] {
+        const HANDLE file = CreateFileW(ToPath(path).c_str(), 0, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+        BY_HANDLE_FILE_INFORMATION information{};
+        EXPECT_TRUE(GetFileInformationByHandle(file, &information));
+        CloseHandle(file);
+        return information.nFileIndexLow;
+    };
+    const DWORD before = number();
+    EXPECT_TRUE(WriteSettingsFile(path, "after\n"));
+    EXPECT_NE(number(), before);
+}
+
+TEST(SettingsFile, IsOverwrittenWhereSomebodyKeepsItInPlace) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Make("settings.txt", "before\n");
+    const HANDLE other = CreateFileW(ToPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                     OPEN_EXISTING, 0, nullptr);
+    EXPECT_TRUE(WriteSettingsFile(path, "after\n"));
+    char seen[16] = {};
+    DWORD length = 0;
+    EXPECT_TRUE(ReadFile(other, seen, sizeof seen, &length, nullptr));
+    CloseHandle(other);
+    EXPECT_EQ(std::string(seen, length), "after\n");
+    EXPECT_EQ(ContentOf(path), "after\n");
+    EXPECT_EQ(folder.Names().size(), 1U);
+}
+
+TEST(SettingsFile, GoesToTheNullDeviceAndToAPipe) {
+    EXPECT_TRUE(WriteSettingsFile("NUL", "text\n"));
+
+    const char name[] = "\\\\.\\pipe\\settings-file-test";
+    const HANDLE pipe = CreateNamedPipeA(name, PIPE_ACCESS_INBOUND, PIPE_TYPE_BYTE, 1, 64, 64, 0, nullptr);
+    ASSERT_NE(pipe, INVALID_HANDLE_VALUE);
+    EXPECT_TRUE(WriteSettingsFile(name, "text\n"));
+    char seen[16] = {};
+    DWORD length = 0;
+    EXPECT_TRUE(ReadFile(pipe, seen, sizeof seen, &length, nullptr));
+    CloseHandle(pipe);
+    EXPECT_EQ(std::string(seen, length), "text\n");
+}
+
+}  // namespace
+}  // namespace Morquil

@@ -1,0 +1,143 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "tests/support/monitor.h"
+#include "transport/abstract_comms.h"
+
+namespace Morquil::Testing {
+
+/// A connection without a network or a clock: the test plays the device, and the transport is the one that `MakeComms`
+/// gives. Outlives that transport; `AwaitDestroyed` tells when it is gone. Threads: any.
+class FakeConnection {
+public:
+    /// Gives the block that the device answers to what it has received with one send; nothing when it is silent.
+    using Answer = std::function<std::string(const std::string& sent)>;
+
+    FakeConnection() = default;
+    FakeConnection(const FakeConnection&) = delete;
+    FakeConnection& operator=(const FakeConnection&) = delete;
+
+    std::unique_ptr<AbstractComms> MakeComms();
+
+    // How the transport behaves. To be chosen before it is used, unless it says otherwise.
+
+    void RefuseInitialise() { Set(canInitialise_, false); }
+    void RefuseOpen() { Set(canOpen_, false); }
+    void AllowOpen() { Set(canOpen_, true); }
+    /// Opening takes for ever, until a stop is signalled. May be changed at any time.
+    void BlockOpen() { Set(openBlocks_, true); }
+    void RefuseConnect() { Set(canConnect_, false); }
+    void RefuseSignals() { Set(canSignal_, false); }
+    void AllowSignals() { Set(canSignal_, true); }
+    /// The next `count` sends would block; negative: all of them. May be changed at any time.
+    void BlockSends(int count) { Set(sendsToBlock_, count); }
+    /// Sends fail from now on. May be changed at any time.
+    void BreakSends() { Set(canSend_, false); }
+    /// No send takes more than `count` bytes.
+    void LimitSends(std::size_t count) { Set(sendLimit_, count); }
+    void AnswerWith(Answer answer) { Set(answer_, std::move(answer)); }
+
+    // What happens on the wire, in this order. Of a piece of bytes one receive gives 1024 at most; it never joins two.
+
+    void Push(std::string bytes);
+    void Push(CommsEvent event, int systemError = 0);
+    /// The next receive gives `result` instead of bytes.
+    void PushReceiveResult(int result);
+
+    // What has been done to the transport.
+
+    struct Opening {
+        std::string host;
+        std::uint32_t port = 0;
+        bool nonBlocking = true;
+    };
+    struct WaitMode {
+        bool includeSocket = false;
+        std::uint32_t timeoutMs = 0;
+    };
+    std::vector<Opening> Openings() const { return Get(openings_); }
+    std::vector<std::int32_t> ConnectWaits() const { return Get(connectWaits_); }
+    std::vector<WaitMode> WaitModes() const { return Get(waitModes_); }
+    /// All bytes that have been sent, and the same as one entry for each send.
+    std::string Sent() const;
+    std::vector<std::string> Sends() const { return Get(sends_); }
+    int Closes() const { return Get(closes_); }
+    bool IsOpen() const { return Get(isOpen_); }
+    bool IsDestroyed() const { return Get(isDestroyed_); }
+
+    // Waits of up to 4 s. Return: whether it has come to that.
+
+    bool AwaitSent(const std::string& text) const;
+    bool AwaitSends(std::size_t count) const;
+    bool AwaitBlockedSends(int count) const;
+    /// Opening has begun and blocks.
+    bool AwaitBlockedOpen() const;
+    /// Everything pushed and signalled has been handled, and the connection thread waits for more.
+    bool AwaitIdle() const;
+    bool AwaitClosed() const;
+    bool AwaitDestroyed() const;
+
+private:
+    friend class FakeComms;
+
+    struct Step {
+        std::string bytes;  ///< given to receives, if there are any; otherwise
+        bool isResult = false;
+        int result = 0;                           ///< what one receive gives, or
+        CommsEvent event = CommsEvent::Readable;  ///< what one wait tells
+        int systemError = 0;                      ///< errno after such a wait
+        bool told = false;                        ///< `Readable` has been told since the last receive
+        bool IsForReceive() const { return isResult || !bytes.empty(); }
+    };
+
+    template <class Value>
+    static void Set(Value& value, std::type_identity_t<Value> newValue) {
+        const auto lock = Monitor::Enter();
+        value = std::move(newValue);
+        Monitor::Changed();
+    }
+    template <class Value>
+    static Value Get(const Value& value) {
+        const auto lock = Monitor::Enter();
+        return value;
+    }
+    void Add(Step step);
+    bool HasEvent(bool includeSocket) const;
+    CommsEvent TakeEvent(bool includeSocket, int& systemError);
+
+    bool canInitialise_ = true;
+    bool canOpen_ = true;
+    bool openBlocks_ = false;
+    bool canConnect_ = true;
+    bool canSignal_ = true;
+    bool canSend_ = true;
+    int sendsToBlock_ = 0;
+    std::size_t sendLimit_ = static_cast<std::size_t>(-1);
+    Answer answer_;
+
+    std::deque<Step> steps_;
+    std::array<bool, 3> signals_{};
+
+    std::vector<Opening> openings_;
+    std::vector<std::int32_t> connectWaits_;
+    std::vector<WaitMode> waitModes_;
+    std::vector<std::string> sends_;
+    int blockedSends_ = 0;
+    int closes_ = 0;
+    bool isOpening_ = false;
+    bool isOpen_ = false;
+    bool isIdle_ = false;
+    bool isDestroyed_ = false;
+};
+
+}  // namespace Morquil::Testing

@@ -1,0 +1,160 @@
+#include "transport/pending_messages.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "tests/core/threads.h"
+
+namespace Morquil {
+namespace {
+
+using QRN::Core::Testing::Threads;
+
+template <class Message>
+bool AddNew(PendingMessages& pending) {
+    return pending.Add(std::make_unique<Message>());
+}
+
+std::string TakeText(PendingMessages& pending) {
+    const auto message = pending.TakeNext();
+    return message != nullptr ? TextOf(*message) : std::string();
+}
+
+template <std::size_t slot>
+using SlotType = std::tuple_element_t<slot, PendingSlots>;
+
+/// Fills the slots from the last to the first.
+template <std::size_t... slot>
+void AddOneOfEach(PendingMessages& pending, std::index_sequence<slot...>) {
+    const auto add = [&]<std::size_t back>(std::integral_constant<std::size_t, back>) {
+        using Message = SlotType<PendingMessages::slotCount - 1 - back>;
+        if constexpr (std::is_base_of_v<TextProtocolMessageBase, Message>) {
+            EXPECT_TRUE(AddNew<Message>(pending));
+        } else if constexpr (std::is_same_v<Message, NeverSent<AlignMessage>>) {
+            EXPECT_TRUE(AddNew<AlignMessage>(pending));
+        }
+    };
+    (add(std::integral_constant<std::size_t, slot>()), ...);
+}
+
+TEST(PendingMessages, GiveNothingWhenNoneWaits) {
+    PendingMessages pending;
+    EXPECT_EQ(pending.TakeNext(), nullptr);
+}
+
+TEST(PendingMessages, HaveThirtyTwoSlots) {
+    EXPECT_EQ(PendingMessages::slotCount, 32U);
+}
+
+TEST(PendingMessages, AreTakenInTheOrderOfTheTableWhateverTheOrderOfAdding) {
+    PendingMessages pending;
+    AddOneOfEach(pending, std::make_index_sequence<PendingMessages::slotCount>());
+    for (const char* const block : {"MORQUIL DEVICE",
+                                    "SUPPORTED CONVERSIONS",
+                                    "VIDEO INPUT",
+                                    "VIDEO INPUT AVAILABILITY",
+                                    "VIDEO OUTPUT",
+                                    "VIDEO OUTPUT AVAILABILITY",
+                                    "VIDEO PROC AMP",
+                                    "VIDEO PROC AMP AVAILABILITY",
+                                    "VIDEO ADJUST",
+                                    "VIDEO ADJUST AVAILABILITY",
+                                    "NOISE REDUCTION",
+                                    "NOISE REDUCTION AVAILABILITY",
+                                    "TEST PATTERN",
+                                    "TEST PATTERN AVAILABILITY",
+                                    "VIDEO ADVANCED",
+                                    "VIDEO ADVANCED AVAILABILITY",
+                                    "ANCILLARY DATA",
+                                    "ANCILLARY DATA AVAILABILITY",
+                                    "GENLOCK",
+                                    "GENLOCK AVAILABILITY",
+                                    "VARIABLE ASPECT RATIO",
+                                    "VARIABLE ASPECT RATIO AVAILABILITY",
+                                    "AUDIO",
+                                    "AUDIO AVAILABILITY",
+                                    "MODE3D",
+                                    "MODE3D AVAILABILITY",
+                                    "NETWORK CONFIG",
+                                    "DEVICE FILENAMES",
+                                    "PRESET",
+                                    "PRESET AVAILABILITY"}) {
+        EXPECT_EQ(TakeText(pending), std::string(block) + ":\n\n");
+    }
+    EXPECT_EQ(pending.TakeNext(), nullptr);
+}
+
+TEST(PendingMessages, NeverGiveAnAlignMessage) {
+    PendingMessages pending;
+    EXPECT_TRUE(AddNew<AlignMessage>(pending));
+    EXPECT_EQ(pending.TakeNext(), nullptr);
+    EXPECT_FALSE(AddNew<AlignMessage>(pending)) << "it still waits, so the later one merges into it";
+    EXPECT_EQ(pending.TakeNext(), nullptr);
+}
+
+TEST(PendingMessages, MergeAMessageIntoTheOneOfItsTypeThatWaits) {
+    PendingMessages pending;
+    auto first = std::make_unique<VideoProcAmpMessage>();
+    first->gain.Set(1);
+    first->black.Set(2);
+    auto second = std::make_unique<VideoProcAmpMessage>();
+    second->gain.Set(3);
+    second->hue.Set(4);
+    EXPECT_TRUE(pending.Add(std::move(first)));
+    EXPECT_FALSE(pending.Add(std::move(second)));
+    EXPECT_EQ(TakeText(pending), "VIDEO PROC AMP:\nGain: 3\nBlack: 2\nHue: 4\n\n");
+    EXPECT_EQ(pending.TakeNext(), nullptr);
+}
+
+TEST(PendingMessages, KeepAWaitingResetBesideALaterValue) {
+    PendingMessages pending;
+    auto reset = std::make_unique<VideoProcAmpMessage>();
+    reset->reset.Set(true);
+    auto value = std::make_unique<VideoProcAmpMessage>();
+    value->gain.Set(3);
+    pending.Add(std::move(reset));
+    pending.Add(std::move(value));
+    const std::string text = TakeText(pending);
+    EXPECT_NE(text.find("Gain: 3\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("Reset"), std::string::npos) << text;
+}
+
+TEST(PendingMessages, KeepTypesApart) {
+    PendingMessages pending;
+    EXPECT_TRUE(AddNew<GenlockMessage>(pending));
+    EXPECT_TRUE(AddNew<GenlockAvailabilityMessage>(pending));
+    EXPECT_EQ(TakeText(pending), "GENLOCK:\n\n");
+    EXPECT_TRUE(AddNew<GenlockMessage>(pending)) << "the slot is empty again";
+}
+
+TEST(PendingMessages, LoseNothingThatSeveralThreadsAdd) {
+    constexpr int threadCount = 4;
+    constexpr int messagesEach = 500;
+    PendingMessages pending;
+    {
+        const Threads adding(threadCount, [&pending] {
+            for (int count = 0; count < messagesEach; ++count) {
+                auto message = std::make_unique<AudioMessage>();
+                message->audioOut[static_cast<std::size_t>(count) % AudioChangeSet::channels].Set(morquilAudSelIn1);
+                pending.Add(std::move(message));
+                AddNew<PresetMessage>(pending);
+            }
+        });
+    }
+    const std::string audio = TakeText(pending);
+    EXPECT_EQ(static_cast<std::size_t>(std::count(audio.begin(), audio.end(), '\n')), AudioChangeSet::channels + 2)
+        << audio;
+    EXPECT_EQ(TakeText(pending), "PRESET:\n\n");
+    EXPECT_EQ(pending.TakeNext(), nullptr);
+}
+
+}  // namespace
+}  // namespace Morquil

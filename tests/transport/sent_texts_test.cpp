@@ -1,0 +1,74 @@
+#include "transport/sent_texts.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace Morquil {
+namespace {
+
+TEST(SentTexts, AreEmptyAtFirst) {
+    const SentTexts texts;
+    EXPECT_TRUE(texts.IsEmpty());
+    EXPECT_FALSE(texts.Contains("GENLOCK:\n\n"));
+    EXPECT_FALSE(texts.Contains(""));
+}
+
+TEST(SentTexts, ContainWhatWasAppendedByteForByte) {
+    SentTexts texts;
+    texts.Append("GENLOCK:\nLine offset: 5\n\n");
+    EXPECT_FALSE(texts.IsEmpty());
+    EXPECT_TRUE(texts.Contains("GENLOCK:\nLine offset: 5\n\n"));
+    for (const char* const other : {"", "GENLOCK:\nLine offset: 5\n", "genlock:\nLine offset: 5\n\n",
+                                    "GENLOCK:\nLine offset: 5\n\n\n", "GENLOCK:\nLine offset: 50\n\n"}) {
+        EXPECT_FALSE(texts.Contains(other)) << other;
+    }
+}
+
+TEST(SentTexts, CompareBeyondAZeroByte) {
+    SentTexts texts;
+    texts.Append(std::string("a\0b", 3));
+    EXPECT_FALSE(texts.Contains(std::string("a\0c", 3)));
+    EXPECT_TRUE(texts.Contains(std::string("a\0b", 3)));
+}
+
+TEST(SentTexts, ForgetEverythingThroughTheAnsweredText) {
+    SentTexts texts;
+    for (const char* const text : {"a", "b", "c", "d"}) {
+        texts.Append(text);
+    }
+    texts.ForgetThrough("b");
+    EXPECT_FALSE(texts.Contains("a"));
+    EXPECT_FALSE(texts.Contains("b"));
+    EXPECT_TRUE(texts.Contains("c"));
+    EXPECT_TRUE(texts.Contains("d"));
+    texts.ForgetThrough("d");
+    EXPECT_TRUE(texts.IsEmpty());
+}
+
+TEST(SentTexts, ForgetThroughTheFirstOfTwoEqualTexts) {
+    SentTexts texts;
+    for (const char* const text : {"a", "b", "a", "c"}) {
+        texts.Append(text);
+    }
+    texts.ForgetThrough("a");
+    EXPECT_TRUE(texts.Contains("b"));
+    EXPECT_TRUE(texts.Contains("a"));
+    texts.ForgetThrough("a");
+    EXPECT_FALSE(texts.Contains("b"));
+    EXPECT_FALSE(texts.Contains("a"));
+    EXPECT_TRUE(texts.Contains("c"));
+}
+
+TEST(SentTexts, ForgetNothingThroughAnUnknownText) {
+    SentTexts texts;
+    texts.ForgetThrough("a");
+    EXPECT_TRUE(texts.IsEmpty());
+    texts.Append("a");
+    texts.ForgetThrough("b");
+    texts.ForgetThrough("");
+    EXPECT_TRUE(texts.Contains("a"));
+}
+
+}  // namespace
+}  // namespace Morquil

@@ -3,6 +3,7 @@
 # visit it twice, natively and under Wine. The exit status is 0 only when every step of both visits came true.
 set -euo pipefail
 cd "$(dirname "$0")"
+. scripts/flavours.sh
 
 readonly logs=build/demo
 readonly device_port=9800
@@ -25,46 +26,29 @@ clean_up() {
     [ -n "$host_pid" ] && kill "$host_pid" 2>/dev/null
     [ -n "$simulator_pid" ] && kill "$simulator_pid" 2>/dev/null && wait "$simulator_pid" 2>/dev/null
     [ -n "$registered" ] && unregister
-    # Ends the Wine of this demo's own prefix and no other.
-    [ -n "${WINEPREFIX:-}" ] && wineserver -k >/dev/null 2>&1
+    stop_wine
 }
 trap clean_up EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM
 
-# ---- Building ------------------------------------------------------------------------------------------------------
-
-run_logged() {
-    local log=$1
-    shift
-    "$@" >"$log" 2>&1 && return
-    tail -n 40 "$log" >&2
-    die "\"$*\" failed; all of its output is in $log"
-}
-
-build() {
-    local flavour=$1
-    shift
-    echo "$flavour..."
-    run_logged "$logs/configure-$flavour.log" cmake -S . -B "build/$flavour" -G Ninja -DMORQUIL_TESTS=OFF "$@"
-    run_logged "$logs/build-$flavour.log" cmake --build "build/$flavour"
-}
-
 # ---- The simulated device ------------------------------------------------------------------------------------------
 
-# Its standard input is the front panel.
+# Its standard input, a named pipe, is the front panel.
 start_simulator() {
     local line=""
-    coproc SIMULATOR { exec build/native/simulator/morquil-sim --address "$1" --port "$device_port" 2>"$logs/simulator.log"; }
-    simulator_pid=$SIMULATOR_PID
-    exec {panel}>&"${SIMULATOR[1]}" {panel_says}<&"${SIMULATOR[0]}"
+    rm -f "$logs/panel"
+    mkfifo "$logs/panel"
+    exec {panel}<>"$logs/panel"
+    exec {panel_says}< <(exec build/native/simulator/morquil-sim --address "$1" --port "$device_port" \
+        <&"$panel" 2>"$logs/simulator.log")
+    simulator_pid=$!
     # It says that it listens when it does: from then on hosts may connect.
     if read -r line <&"$panel_says"; then
         echo "$line"
         return
     fi
     exec {panel}>&- {panel_says}<&-
-    wait "$simulator_pid" 2>/dev/null || true
     simulator_pid=""
     return 1
 }
@@ -108,14 +92,6 @@ visit() {
 
 windows_library() { winepath -w build/windows/module/MorquilAPI.dll; }
 
-prepare_wine() {
-    export WINEPREFIX="$PWD/build/wine" WINEDEBUG=-all LC_ALL=C.UTF-8
-    # No desktop, and none of the additions that Wine would offer to download.
-    export WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
-    unset DISPLAY
-    run_logged "$logs/wine.log" wineboot --init
-}
-
 register() {
     wine regsvr32 /s "$(windows_library)" || die "regsvr32 could not register the library"
     registered=yes
@@ -134,8 +110,8 @@ say "Installing what is missing"
 scripts/install-dependencies.sh
 
 say "Building for Linux and for Windows (this takes a few minutes the first time)"
-build native
-build windows -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-w64.cmake"
+build native -DMORQUIL_TESTS=OFF
+build windows -DMORQUIL_TESTS=OFF -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake
 
 say "Starting a simulated device"
 address=127.0.0.1
@@ -149,7 +125,7 @@ say "The example host on Linux, linked with libMorquilAPI.so"
 visit "$logs/host-native.log" 25 build/native/examples/morquil-host "$address"
 
 say "Preparing Wine and registering MorquilAPI.dll"
-prepare_wine
+start_wine
 register
 
 say "The same host on Windows (Wine), which gets the library from COM"

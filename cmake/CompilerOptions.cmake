@@ -28,6 +28,8 @@ if(WIN32)
 endif()
 if(MORQUIL_SANITIZE)
     target_compile_options(MorquilOptions INTERFACE
-        -fsanitize=${MORQUIL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        -fsanitize=${MORQUIL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
+        # A host's objects need not be C++: an observer may be a bare table of functions.
+        -fno-sanitize=vptr)
     target_link_options(MorquilOptions INTERFACE -fsanitize=${MORQUIL_SANITIZE})
 endif()

@@ -63,7 +63,9 @@ STDMETHODIMP CMorquilDevice::QueryInterface(REFIID iid, void** out) {
     return S_OK;
 }
 
-STDMETHODIMP_(ULONG) CMorquilDevice::AddRef() { return ++references_; }
+STDMETHODIMP_(ULONG) CMorquilDevice::AddRef() {
+    return ++references_;
+}
 
 STDMETHODIMP_(ULONG) CMorquilDevice::Release() {
     // A callback on another thread may take and give back a reference of its own meanwhile.
@@ -159,9 +161,13 @@ STDMETHODIMP CMorquilDevice::GetFPGAVersion(UINT* version) {
     return ReadDevice(version, &MorquilDeviceChangeSet::fpgaVersion);
 }
 
-STDMETHODIMP CMorquilDevice::GetPanelLock(LONG* lock) { return ReadDevice(lock, &MorquilDeviceChangeSet::panelLock); }
+STDMETHODIMP CMorquilDevice::GetPanelLock(LONG* lock) {
+    return ReadDevice(lock, &MorquilDeviceChangeSet::panelLock);
+}
 
-STDMETHODIMP CMorquilDevice::GetRemoteLock(LONG* lock) { return ReadDevice(lock, &MorquilDeviceChangeSet::remoteLock); }
+STDMETHODIMP CMorquilDevice::GetRemoteLock(LONG* lock) {
+    return ReadDevice(lock, &MorquilDeviceChangeSet::remoteLock);
+}
 
 /// Hosts test for the bit itself: the answer is 2, not 1, where updating is supported.
 STDMETHODIMP CMorquilDevice::GetNetworkUpdateSupported(LONG* supported) {
@@ -198,10 +204,13 @@ STDMETHODIMP CMorquilDevice::SetPanelLock(LONG lock) {
 /// The file's text: the blocks that a host may set, and of the device's own its two locks.
 std::string CMorquilDevice::SettingsText() {
     std::string text;
-    const FeatureBase* const features[] = {
-        &inputConfiguration_, &outputConfiguration_, &videoProcAmp_,  &colorCorrection_,     &noiseReduction_,
-        &testPattern_,        &reference_,           &timecode_,      &videoAdvanced_,       &mode3d_,
-        &variableAspectRatio_, &align_,              &audioMapping_};
+    const FeatureBase* const features[] = {&inputConfiguration_,  &outputConfiguration_,
+                                           &videoProcAmp_,        &colorCorrection_,
+                                           &noiseReduction_,      &testPattern_,
+                                           &reference_,           &timecode_,
+                                           &videoAdvanced_,       &mode3d_,
+                                           &variableAspectRatio_, &align_,
+                                           &audioMapping_};
     for (const FeatureBase* const feature : features) {
         text += feature->GetSettingsText() + '\n';
     }

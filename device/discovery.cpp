@@ -62,7 +62,9 @@ STDMETHODIMP CMorquilDiscovery::QueryInterface(REFIID iid, void** out) {
     return S_OK;
 }
 
-STDMETHODIMP_(ULONG) CMorquilDiscovery::AddRef() { return ++references_; }
+STDMETHODIMP_(ULONG) CMorquilDiscovery::AddRef() {
+    return ++references_;
+}
 
 STDMETHODIMP_(ULONG) CMorquilDiscovery::Release() {
     ULONG remaining = 0;
@@ -98,4 +100,6 @@ STDMETHODIMP CMorquilDiscovery::Disconnect(IMorquilDevice* device) {
     return S_OK;
 }
 
-STDMETHODIMP CMorquilDiscovery::FindDevices(IMorquilIterator** /*deviceList*/) { return S_OK; }
+STDMETHODIMP CMorquilDiscovery::FindDevices(IMorquilIterator** /*deviceList*/) {
+    return S_OK;
+}

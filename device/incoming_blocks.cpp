@@ -17,8 +17,7 @@ constexpr std::uint32_t supportedVersionMinor = 22;
 template <class Face, class Out, class FieldType>
 bool Differs(Face& face, HRESULT (STDMETHODCALLTYPE Face::*getter)(Out*), const FieldType& incoming) {
     Out current{};
-    return incoming.IsPresent() &&
-           ((face.*getter)(&current) != S_OK || current != static_cast<Out>(incoming.Get()));
+    return incoming.IsPresent() && ((face.*getter)(&current) != S_OK || current != static_cast<Out>(incoming.Get()));
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include "device/observable_property_set.h"
 
-HRESULT CObservablePropertySet::AddObserver(IMorquilPropertyObserver* observer) { return observers_.Add(observer); }
+HRESULT CObservablePropertySet::AddObserver(IMorquilPropertyObserver* observer) {
+    return observers_.Add(observer);
+}
 
 HRESULT CObservablePropertySet::RemoveObserver(IMorquilPropertyObserver* observer) {
     return observers_.Remove(observer);

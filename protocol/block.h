@@ -42,7 +42,9 @@ struct ChangeSetOfBlock {
     using Type = Description;
 };
 template <class Description>
-    requires requires { typename Description::ChangeSet; }
+requires requires {
+    typename Description::ChangeSet;
+}
 struct ChangeSetOfBlock<Description> {
     using Type = typename Description::ChangeSet;
 };
@@ -76,17 +78,20 @@ private:
     static constexpr std::size_t rowCount = std::tuple_size_v<decltype(Description::block.rows)>;
 
     template <std::size_t row>
-    static constexpr std::size_t namesOfRow = std::tuple_size_v<decltype(std::get<row>(Description::block.rows).Names())>;
+    static constexpr std::size_t namesOfRow =
+        std::tuple_size_v<decltype(std::get<row>(Description::block.rows).Names())>;
 
     static constexpr std::size_t nameCount = []<std::size_t... row>(std::index_sequence<row...>) {
         return (std::size_t{0} + ... + namesOfRow<row>);
-    }(std::make_index_sequence<rowCount>());
+    }
+    (std::make_index_sequence<rowCount>());
 
     template <class Visit>
     static constexpr void ForEachRowIndex(Visit visit) {
         [&]<std::size_t... row>(std::index_sequence<row...>) {
             (visit(std::integral_constant<std::size_t, row>()), ...);
-        }(std::make_index_sequence<rowCount>());
+        }
+        (std::make_index_sequence<rowCount>());
     }
 
     static constexpr std::array<KeyName, nameCount> names = [] {
@@ -119,7 +124,8 @@ private:
         ForEachRowIndex([&](auto row) {
             [&]<std::size_t... which>(std::index_sequence<which...>) {
                 ((all[at++] = &ReadKey<row.value, which>), ...);
-            }(std::make_index_sequence<namesOfRow<row.value>>());
+            }
+            (std::make_index_sequence<namesOfRow<row.value>>());
         });
         return all;
     }();

@@ -40,14 +40,15 @@ struct BlockOperations {
 
 constexpr std::array<BlockOperations, blockCount> BlockOperations::all =
     []<std::size_t... block>(std::index_sequence<block...>) {
-        return std::array<BlockOperations, blockCount>{
-            BlockOperations{&Begin<block>, &Read<block>, &Deliver<block>}...};
-    }(std::make_index_sequence<blockCount>());
+    return std::array<BlockOperations, blockCount>{BlockOperations{&Begin<block>, &Read<block>, &Deliver<block>}...};
+}
+(std::make_index_sequence<blockCount>());
 
 constexpr NameTable<blockCount> BlockOperations::headers = []<std::size_t... block>(std::index_sequence<block...>) {
     return NameTable<blockCount>(
         std::array<std::string_view, blockCount>{Entry<block>::Description::block.header.name...});
-}(std::make_index_sequence<blockCount>());
+}
+(std::make_index_sequence<blockCount>());
 
 bool MorquilTextProtocolParser::BeginBlock(std::string_view header) {
     const std::size_t block = BlockOperations::headers.Find(header);

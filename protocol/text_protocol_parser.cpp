@@ -19,7 +19,8 @@ void TextProtocolParser::Feed(const char* bytes, std::size_t length) {
 /// The fast path: lines that lie whole in the received bytes and need no buffer. Returns where it had to stop.
 const char* TextProtocolParser::TakeWholeLines(const char* bytes, const char* end) {
     while (lineLength_ == 0 && bytes != end) {
-        const auto* lineFeed = static_cast<const char*>(std::memchr(bytes, '\n', static_cast<std::size_t>(end - bytes)));
+        const auto* lineFeed =
+            static_cast<const char*>(std::memchr(bytes, '\n', static_cast<std::size_t>(end - bytes)));
         if (lineFeed == nullptr) {
             return bytes;
         }

@@ -1,27 +1,38 @@
-# Shared by the scripts of the root: build flavours and the Wine prefix. To be sourced from the root folder.
+# Shared by the scripts of the root: builds one flavour, and Wine in a prefix of the build's own. To be sourced from the
+# root folder.
 
-# build FLAVOUR CMAKE-ARGUMENT...: configures and builds build/FLAVOUR; prints only what is worth reading.
+# run_logged LOG COMMAND...: keeps what a command says in a file, and shows the end of it only when the command fails.
+run_logged() {
+    local log=$1
+    shift
+    mkdir -p "$(dirname "$log")"
+    "$@" > "$log" 2>&1 && return
+    grep -aE -A6 'error|FAILED|CMake Error' "$log" | head -n 60 >&2 || tail -n 40 "$log" >&2
+    echo "\"$*\" failed; all of its output is in $log" >&2
+    return 1
+}
+
+# build FLAVOUR CMAKE-ARGUMENT...
 build() {
     local flavour=$1
     shift
-    mkdir -p build
-    if ! { cmake -S . -B "build/$flavour" -G Ninja "$@" && cmake --build "build/$flavour"; } > "build/$flavour.log" 2>&1; then
-        grep -E -A6 'error|FAILED|CMake Error' "build/$flavour.log" | head -60 >&2
-        echo "The $flavour build failed; the whole log is build/$flavour.log" >&2
-        return 1
-    fi
+    echo "  $flavour ..."
+    run_logged "build/logs/configure-$flavour.log" cmake -S . -B "build/$flavour" -G Ninja "$@"
+    run_logged "build/logs/build-$flavour.log" cmake --build "build/$flavour"
 }
 
-# Wine with a prefix of the build's own, a UTF-8 locale for file names with accents, and no chatter.
-export WINEPREFIX=$PWD/build/wine WINEDEBUG=-all LC_ALL=C.UTF-8
-# Neither a browser nor another run-time is wanted in the prefix.
-export WINEDLLOVERRIDES="mscoree=;mshtml="
-
+# Wine without a desktop, without chatter, without the additions that it would offer to download, and with a UTF-8
+# locale for file names with accents.
 start_wine() {
-    mkdir -p build
-    wineboot --init > build/wineboot.log 2>&1 || { echo "Wine did not start; see build/wineboot.log" >&2; return 1; }
+    export WINEPREFIX="$PWD/build/wine" WINEDEBUG=-all LC_ALL=C.UTF-8
+    export WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
+    unset DISPLAY
+    run_logged build/logs/wine.log wineboot --init
 }
 
+# Ends the Wine of this prefix and no other.
 stop_wine() {
-    wineserver -k > /dev/null 2>&1 || true
+    if [ -n "${WINEPREFIX:-}" ]; then
+        wineserver -k > /dev/null 2>&1 || true
+    fi
 }

@@ -29,6 +29,9 @@ public:
     }
 
     bool WaitForConnect(std::int32_t timeoutMs) override {
+        if (const std::function<void()> call = connection_.Get(connection_.connectWaitCall_)) {
+            call();
+        }
         const auto lock = Monitor::Enter();
         connection_.connectWaits_.push_back(timeoutMs);
         return connection_.canConnect_;

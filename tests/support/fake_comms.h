@@ -37,6 +37,8 @@ public:
     /// Opening takes for ever, until a stop is signalled. May be changed at any time.
     void BlockOpen() { Set(openBlocks_, true); }
     void RefuseConnect() { Set(canConnect_, false); }
+    /// Run while the transport waits for the connection to stand.
+    void CallInConnectWait(std::function<void()> call) { Set(connectWaitCall_, std::move(call)); }
     void RefuseSignals() { Set(canSignal_, false); }
     void AllowSignals() { Set(canSignal_, true); }
     /// The next `count` sends would block; negative: all of them. May be changed at any time.
@@ -119,6 +121,7 @@ private:
     bool canOpen_ = true;
     bool openBlocks_ = false;
     bool canConnect_ = true;
+    std::function<void()> connectWaitCall_;
     bool canSignal_ = true;
     bool canSend_ = true;
     int sendsToBlock_ = 0;

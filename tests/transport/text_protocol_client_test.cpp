@@ -670,6 +670,24 @@ TEST_F(TextProtocolClientTest, StartsAgainAfterAStopThatFoundNothing) {
     EXPECT_TRUE(StartClient()) << "the stop of no connection ends the next one";
 }
 
+TEST_F(TextProtocolClientTest, StartsAgainAfterAStopThatCameWhenTheTransportHadConnected) {
+    link.CallInConnectWait([&] { client.Stop(); });
+    EXPECT_FALSE(StartClient());
+    EXPECT_FALSE(link.IsOpen());
+    link.CallInConnectWait(nullptr);
+    EXPECT_TRUE(StartClient()) << "the stop of the last attempt ends the next one";
+}
+
+TEST_F(TextProtocolClientTest, StartsAgainAfterAStopInTheNoticeOfTheConnection) {
+    client.onNotice = [&](bool connected) {
+        if (connected && client.Notices().empty()) {
+            client.Stop();
+        }
+    };
+    EXPECT_FALSE(StartClient());
+    EXPECT_TRUE(StartClient()) << "the stop of the last attempt ends the next one";
+}
+
 TEST_F(TextProtocolClientTest, StopWaitsForTheThreadAlsoRightAfterAStart) {
     client.CountOnNotices();
     ASSERT_TRUE(client.SetServer("device.test", 9800));

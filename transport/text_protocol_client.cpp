@@ -43,10 +43,7 @@ bool TextProtocolClient::Start() {
         return true;
     }
     LetThreadEnd();
-    connecting_ = true;
-    const bool stands = Connect();
-    connecting_ = false;
-    if (!stands) {
+    if (!Connect()) {
         std::printf("Error connecting to server\n");
         return false;
     }
@@ -61,7 +58,10 @@ bool TextProtocolClient::Start() {
 }
 
 bool TextProtocolClient::Connect() {
-    if (!initialised_ || stopRequested_ || !comms_->Open(host_, port_, false)) {
+    opening_ = true;
+    const bool opened = initialised_ && !stopRequested_ && comms_->Open(host_, port_, false);
+    opening_ = false;
+    if (!opened) {
         return false;
     }
     if (!comms_->WaitForConnect(connectWaitMs)) {
@@ -121,7 +121,7 @@ bool TextProtocolClient::RequestStop() {
     }
     // A wake-up that nobody takes would end the next connection: the thread itself looks at the request, and so does a
     // start that has not begun to connect.
-    if (IsOnConnectionThread() || (!running_ && !connecting_) || comms_->Signal(signalStop)) {
+    if (IsOnConnectionThread() || (!running_ && !opening_) || comms_->Signal(signalStop)) {
         return true;
     }
     std::printf("Could not signal the connection thread to stop\n");

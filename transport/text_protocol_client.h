@@ -93,7 +93,7 @@ private:
     std::uint32_t port_ = 0;
 
     std::atomic<bool> running_ = false;
-    std::atomic<bool> connecting_ = false;
+    std::atomic<bool> opening_ = false;
     std::atomic<bool> stopRequested_ = false;
     std::atomic<QRN::Core::ThreadId> threadId_ = 0;
     /// Makes "no stop was requested" and "the thread is started" one step.

@@ -6,6 +6,7 @@
 #include <tuple>
 #include <utility>
 
+#include "protocol/ascii.h"
 #include "protocol/key_rows.h"
 #include "protocol/line_context.h"
 #include "protocol/message_sender.h"
@@ -151,8 +152,6 @@ private:
         index = number;
         return name;
     }
-
-    static constexpr bool IsDigit(char byte) { return byte >= '0' && byte <= '9'; }
 
     static void ReportUnknownKey(const LineContext& line, std::string_view key) {
         constexpr BlockHeader header = Description::block.header;

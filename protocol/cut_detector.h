@@ -1,5 +1,7 @@
 #pragma once
 
+#include <tuple>
+
 #include "protocol/message_sender.h"
 
 namespace Morquil {
@@ -16,5 +18,19 @@ public:
 private:
     bool hasCut_ = false;
 };
+
+/// Makes absent what would not fit into a line: its line feed would be cut off, and what follows would be lost as well.
+/// Only a decimal can be that long, and only one that somebody else has written.
+template <class Set>
+void ClearWhatWouldBeCut(Set& set) {
+    const auto clearRow = [&](const auto& row) {
+        CutDetector detector;
+        row.Write(detector, set);
+        if (detector.HasCut()) {
+            row.ForEachMember([&](auto member) { set.*member = {}; });
+        }
+    };
+    std::apply([&](const auto&... row) { (clearRow(row), ...); }, Set::block.rows);
+}
 
 }  // namespace Morquil

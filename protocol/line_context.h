@@ -11,9 +11,13 @@
 
 namespace Morquil {
 
-/// What the lines of a block select for the lines after them. Forgotten at the end of every block.
+/// What lines select for the lines after them.
 struct Selections {
     static constexpr std::size_t noMode = VideoModes::words.Size();
+
+    /// At the end of a block the modes are forgotten. The frame height stays: a range in the device's next block belongs
+    /// to the height that it named last.
+    void EndBlock() { inputMode = outputMode = noMode; }
 
     std::size_t inputMode = noMode;
     std::size_t outputMode = noMode;

@@ -90,7 +90,7 @@ void MorquilTextProtocolParser::ParseLine(std::string_view line) {
 
 void MorquilTextProtocolParser::EndBlock() {
     const std::int32_t ended = currentBlock_;
-    selections_ = Selections();
+    selections_.EndBlock();
     IMorquilTextProtocolSink* const sink = sink_;
     if (sink != nullptr && ended == unknownBlock) {
         sink->OnUnknownBlock();

@@ -72,7 +72,7 @@ void TextProtocolParser::TakeLine(std::string_view line) {
     }
     switch (readerState_) {
         case ReaderState::HeaderExpected:
-            TakeHeader(UpToZero(line));
+            TakeHeader(line);
             break;
         case ReaderState::InsideBlock:
             ParseLine(UpToZero(line));
@@ -83,9 +83,10 @@ void TextProtocolParser::TakeLine(std::string_view line) {
 }
 
 void TextProtocolParser::TakeHeader(std::string_view line) {
-    if (!line.empty() && line.back() == ':') {
+    if (line.back() == ':') {
         line.remove_suffix(1);
     }
+    line = UpToZero(line);
     if (EqualsIgnoringCase(line, "PING")) {
         OnPingLine();
     } else if (EqualsIgnoringCase(line, "ACK")) {

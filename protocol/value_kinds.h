@@ -182,14 +182,17 @@ template <std::size_t count>
 struct TruthList {
     using FieldType = Field<std::array<bool, count>>;
 
-    void Read(const LineContext& line, const char* /*key*/, FieldType& field) const {
+    /// Reads as far as there are truth values; a line without any leaves the field alone.
+    void Read(const LineContext& line, const char* key, FieldType& field) const {
         std::array<bool, count> values = field.Get();
-        std::size_t words = 0;
+        std::size_t read = 0;
         ValueReader reader(line.value);
-        for (std::string_view word; words < count && reader.ReadWord(word); ++words) {
-            ValueReader(word).Read(values[words]);
+        for (std::string_view word; read < count && reader.ReadWord(word); ++read) {
+            if (!ParseValue({line.errors, line.selections, word}, key, values[read])) {
+                break;
+            }
         }
-        if (words > 0) {
+        if (read > 0) {
             field.Set(values);
         }
     }

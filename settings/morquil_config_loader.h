@@ -6,6 +6,7 @@
 
 #include "core/lockable.h"
 #include "core/thread_safety.h"
+#include "protocol/cut_detector.h"
 #include "protocol/morquil_text_protocol_parser.h"
 #include "protocol/sink.h"
 #include "settings/settings_file.h"
@@ -34,6 +35,7 @@ private:
     void Queue(const Set& set) {
         try {
             auto message = std::make_unique<TextProtocolMessage<Set>>(set);
+            ClearWhatWouldBeCut(*message);
             message->recordSentText = false;
             client_.Queue(std::move(message));
         } catch (const std::bad_alloc&) {

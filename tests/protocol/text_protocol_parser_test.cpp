@@ -132,6 +132,9 @@ TEST(TextProtocolParser, ReadsALineUpToAZeroByte) {
 
 TEST(TextProtocolParser, ReadsAHeaderUpToAZeroByte) {
     EXPECT_EQ(EventsOf("GENLOCK\0S:\n\nPING\0:\n"sv), (Events{Genlock(""), "ping"}));
+    // The colon that opens a block is the last character of the line, not the last before the zero byte.
+    EXPECT_EQ(EventsOf("GENLOCK:\0S\n\n"sv),
+              (Events{"error: Received unknown block header \"GENLOCK:\"\n", "unknown block"}));
 }
 
 TEST(TextProtocolParser, FollowsTheBlocksBehindGarbage) {

@@ -9,7 +9,7 @@
 
 #include "tests/core/threads.h"
 #include "tests/settings/queue_client.h"
-#include "tests/settings/temporary_folder.h"
+#include "tests/support/temporary_folder.h"
 
 namespace Morquil {
 namespace {
@@ -119,6 +119,13 @@ TEST_F(ConfigLoader, ReadsBothKindsOfLineEnds) {
 TEST_F(ConfigLoader, LeavesOutUnknownKeysAndBadValues) {
     Load("VIDEO PROC AMP:\nGain: loud\nColour: 4\nno colon\nHue:\nBlack: 6 and more\n\n");
     EXPECT_THAT(client.TakeTexts(), ElementsAre("VIDEO PROC AMP:\nBlack: 6\n\n"));
+}
+
+TEST_F(ConfigLoader, LeavesOutADecimalWhoseLineWouldBeCut) {
+    Load(
+        "VARIABLE ASPECT RATIO:\nVariable Aspect Ratio size X left: 1e300\nVariable Aspect Ratio size Y left: 1e9\n\n");
+    EXPECT_THAT(client.TakeTexts(),
+                ElementsAre("VARIABLE ASPECT RATIO:\nVariable Aspect Ratio size Y left: 1000000000.000000\n\n"));
 }
 
 TEST_F(ConfigLoader, KeepsABlockThatAFileDoesNotFinishForTheNext) {

@@ -15,7 +15,7 @@
 #include <string>
 #include <thread>
 
-#include "tests/settings/temporary_folder.h"
+#include "tests/support/temporary_folder.h"
 #include "transport/file_descriptor.h"
 
 namespace Morquil {

@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include "tests/core/threads.h"
-#include "tests/settings/temporary_folder.h"
+#include "tests/support/temporary_folder.h"
 
 namespace Morquil {
 namespace {

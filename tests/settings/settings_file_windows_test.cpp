@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "tests/settings/temporary_folder.h"
+#include "tests/support/temporary_folder.h"
 
 namespace Morquil {
 namespace {

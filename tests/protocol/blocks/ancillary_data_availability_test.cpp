@@ -109,6 +109,14 @@ TEST(AncillaryDataAvailabilityBlock, DropsTheRangeBeforeAnyHeight) {
     EXPECT_TRUE(IsEmpty(Received("Timecode line range: 1 2\nAFD output line range: 1 2")));
 }
 
+TEST(AncillaryDataAvailabilityBlock, KeepsTheHeightForTheNextBlock) {
+    RecordedParser recorded;
+    recorded.Feed("ANCILLARY DATA AVAILABILITY:\nTimecode frame height: 720\n\n");
+    recorded.Feed("ANCILLARY DATA AVAILABILITY:\nTimecode line range: 5 6\n\n");
+    EXPECT_EQ(BlockText<Available>(recorded.sink.Last<Available>()),
+              "ANCILLARY DATA AVAILABILITY:\nTimecode frame height: 720\nTimecode line range: 5 6\n\n");
+}
+
 TEST(AncillaryDataAvailabilityBlock, SelectsNothingWithABadHeight) {
     const auto recorded =
         FedWith(header, "Timecode frame height: 1080\nTimecode frame height: x\nTimecode line range: 1 2");

@@ -115,6 +115,14 @@ TEST(GenlockAvailabilityBlock, StoresTheFirstTwoOfThreeReferences) {
               (PerReference{true, false}));
 }
 
+TEST(GenlockAvailabilityBlock, ReadsReferencesAsFarAsTheyAreTruthValues) {
+    EXPECT_TRUE(IsEmpty(FedWith("GENLOCK AVAILABILITY", "Gen references available: maybe")->sink.Last<Available>()));
+    const auto recorded = FedWith("GENLOCK AVAILABILITY", "Gen references available: true maybe");
+    EXPECT_EQ(recorded->sink.Last<Available>().genReferencesAvailable.Get(), (PerReference{true, false}));
+    EXPECT_EQ(recorded->sink.Errors(),
+              std::vector<std::string>{"Failed to parse \"Gen references available\" value string \"maybe\"\n"});
+}
+
 TEST(GenlockAvailabilityBlock, TakesOneReferenceForTheFirst) {
     EXPECT_EQ(Received("Gen references available: true").genReferencesAvailable.Get(), (PerReference{true, false}));
 }

@@ -1,4 +1,4 @@
-#include "tests/settings/temporary_folder.h"
+#include "tests/support/temporary_folder.h"
 
 #include <fstream>
 #include <iterator>

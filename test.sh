@@ -31,11 +31,13 @@ report() {
     fi
 }
 
+# test_flavour FLAVOUR COMMAND...: runs every test program of a flavour, through COMMAND where one is given.
 test_flavour() {
-    run_tests "$1-unit" "${@:2}" "build/$1/tests/morquil-unit-tests$suffix"
-    report "$1-unit"
-    run_tests "$1-library" "${@:2}" "build/$1/tests/morquil-library-tests$suffix"
-    report "$1-library"
+    local program
+    for program in unit library simulator; do
+        run_tests "$1-$program" "${@:2}" "build/$1/tests/morquil-$program-tests$suffix"
+        report "$1-$program"
+    done
 }
 
 scripts/install-dependencies.sh

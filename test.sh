@@ -34,7 +34,7 @@ report() {
 # test_flavour FLAVOUR COMMAND...: runs every test program of a flavour, through COMMAND where one is given.
 test_flavour() {
     local program
-    for program in unit library simulator; do
+    for program in unit library cpp simulator; do
         run_tests "$1-$program" "${@:2}" "build/$1/tests/morquil-$program-tests$suffix"
         report "$1-$program"
     done

@@ -15,8 +15,8 @@ namespace Morquil {
 struct Selections {
     static constexpr std::size_t noMode = VideoModes::words.Size();
 
-    /// At the end of a block the modes are forgotten. The frame height stays: a range in the device's next block belongs
-    /// to the height that it named last.
+    /// At the end of a block the modes are forgotten. The frame height stays: a range in the device's next block
+    /// belongs to the height that it named last.
     void EndBlock() { inputMode = outputMode = noMode; }
 
     std::size_t inputMode = noMode;

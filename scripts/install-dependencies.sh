@@ -4,7 +4,7 @@
 set -eu
 
 packages="
-    g++ cmake ninja-build pkg-config
+    g++ cmake ninja-build pkg-config python3
     g++-mingw-w64-x86-64-posix mingw-w64-tools
     wine wine64 libwine-dev
     libgtest-dev libgmock-dev googletest

@@ -1,0 +1,247 @@
+#!/usr/bin/env python3
+"""Makes the part of the C++ layer that follows from the interfaces: enumerations, their words, and one class per
+interface with one function per method.
+
+    generate.py MorquilAPI.idl interfaces.hpp VOCABULARY.h...
+
+The interfaces come from the IDL, the words of the enumerations from the tables that the library itself reads and
+writes them with, so neither is stated a second time.
+"""
+
+import re
+import sys
+
+NUMBERS = {"int": "int", "unsigned int": "unsigned int", "double": "double", "long": "bool"}  # every long is a yes or no
+
+# Two limits, no choice.
+NO_ENUMERATIONS = {"_MorquilAPIAudioMaxChannels"}
+
+# What makes and watches objects, and what has results of its own, is written by hand.
+HAND_WRITTEN_INTERFACES = {"IMorquilConnectionObserver", "IMorquilPropertyObserver", "IMorquilDiscovery",
+                           "IMorquilIterator"}
+HAND_WRITTEN_METHODS = {"SaveSettingsFile", "LoadSettingsFile", "IsGenRefAvailable"}
+
+# The device object does not hand this one out.
+NOT_OF_THE_DEVICE = {"IMorquilDevice", "IMorquilAlign"}
+
+
+def without_comments(text):
+    return re.sub(r"/\*.*?\*/", "", text, flags=re.S)
+
+
+def cpp_name(name):
+    """`3dMode` becomes `Mode3d`: names do not start with a digit."""
+    return re.sub(r"^3d(.+)$", r"\g<1>3d", name)
+
+
+def enumeration_name(name):
+    return {"_MorquilConnectToFailure": "ConnectFailure", "_MorquilPropertySetId": "PropertySet"}.get(
+        name, cpp_name(re.sub(r"^_Morquil(API)?", "", name)))
+
+
+def interface_name(name):
+    return cpp_name(name.removeprefix("IMorquil"))
+
+
+def last_word(name):
+    return re.findall(r"[A-Z][a-z]+|[A-Z]+(?![a-z])", name.removesuffix("3d"))[-1]
+
+
+def shared_prefix(names):
+    """What all names start with, up to the beginning of a word."""
+    first, last = min(names), max(names)
+    length = next((i for i, (a, b) in enumerate(zip(first, last)) if a != b), len(first))
+    starts = [i for i in range(1, length + 1) if first[i - 1].islower() and not first[i : i + 1].islower()]
+    return first[: max(starts, default=0)]
+
+
+def enumerator_names(enumeration, names):
+    if enumeration == "_MorquilPropertySetId":
+        return [cpp_name(n.removeprefix("morquil").removesuffix("PropertySetId")) for n in names]
+    if enumeration == "_MorquilConnectToFailure":
+        return [n.removeprefix("morquilConnect").removeprefix("ToFailure") for n in names]
+    own = "morquilAPI" + enumeration.removeprefix("_MorquilAPI")
+    prefix = own if all(n.startswith(own) for n in names) else shared_prefix(names)
+    word = last_word(enumeration_name(enumeration))
+    rests = [n.removeprefix(prefix).lstrip("_") for n in names]
+    return [word + r if r[0].isdigit() or len(r) == 1 else r for r in rests]
+
+
+def read_enumerations(idl):
+    found = {}
+    for name, body in re.findall(r"typedef \[v1_enum\] enum (\w+)\s*\{(.*?)\}", idl, flags=re.S):
+        if name not in NO_ENUMERATIONS:
+            found[name] = re.findall(r"(\w+)\s*=", body)
+    return found
+
+
+def read_words(texts):
+    """Enumeration -> [(word, enumerator or number)], in the order of the table."""
+    words = {}
+    for text in texts:
+        for value, body in re.findall(r"struct \w+ \{\s*using Value = (_\w+);(.*?)\n\};", text, flags=re.S):
+            rows = re.findall(r'\{"([^"]+)",\s*(?:static_cast<Value>\((\d+)\)|(\w+))', body)
+            words[value] = [(word, number or enumerator) for word, number, enumerator in rows]
+    return words
+
+
+def read_interfaces(idl):
+    interfaces = {}
+    for name, body in re.findall(r"interface (\w+) : IUnknown\s*\{(.*?)\};", idl, flags=re.S):
+        methods = re.findall(r"HRESULT (\w+)\((.*?)\);", body, flags=re.S)
+        interfaces[name] = [(method, read_parameters(text)) for method, text in methods]
+    return interfaces
+
+
+def read_parameters(text):
+    parameters = []
+    for direction, kind, name in re.findall(r"\[(in|out)\] ([\w ]+?[*]*) ?(\w+)(?:,|$)", " ".join(text.split())):
+        parameters.append((direction, kind.strip().removesuffix("*") if direction == "out" else kind.strip(), name))
+    return parameters
+
+
+class Writer:
+    def __init__(self, enumerations, words):
+        self.enumerations = enumerations
+        self.words = words
+        self.lines = []
+
+    def say(self, text=""):
+        self.lines.append(text)
+
+    def is_simple(self, kind):
+        return kind in NUMBERS or kind in self.enumerations or kind == "BSTR"
+
+    def in_type(self, kind):
+        return "std::string_view" if kind == "BSTR" else self.out_type(kind)
+
+    def out_type(self, kind):
+        if kind == "BSTR":
+            return "std::string"
+        # Qualified, since a class of features has the name of an enumeration.
+        return "morquil::" + enumeration_name(kind) if kind in self.enumerations else NUMBERS[kind]
+
+    def enumeration(self, name, constants):
+        cpp = enumeration_name(name)
+        self.say(f"enum class {cpp} : int {{")
+        for own, constant in zip(enumerator_names(name, constants), constants):
+            self.say(f"    {own} = {constant},")
+        self.say("};")
+        if name in self.words:
+            self.say("/// What devices and people call each value.")
+            self.say("template <>")
+            self.say(f"struct Words<{cpp}> {{")
+            self.say(f"    static constexpr Word<{cpp}> all[] = {{")
+            for word, constant in self.words[name]:
+                self.say(f'        {{"{word}", static_cast<{cpp}>({constant})}},')
+            self.say("    };")
+            self.say("};")
+        self.say()
+
+    def method(self, interface, method, parameters):
+        ins = [p for p in parameters if p[0] == "in"]
+        outs = [p for p in parameters if p[0] == "out"]
+        signature = ", ".join(f"{self.in_type(kind)} {name}" for _, kind, name in ins)
+        result = "void" if not outs else self.out_type(outs[0][1])
+        if len(outs) == 2:
+            result = f"Range<{result}>"
+        self.say(f"    {result} {method}({signature}) const {{")
+        arguments = []
+        for direction, kind, name in parameters:
+            if direction == "out":
+                arguments.append(f"detail::Receive({name})")
+                self.say(f"        detail::Out<{self.raw_type(kind)}> {name};")
+            else:
+                arguments.append(f"detail::Pass<{self.raw_type(kind)}>({name})")
+        # Temporaries, such as a text on its way in, live until the call is over.
+        kind = "Get" if outs else "Set"
+        self.say(f'        detail::Check("{interface_name(interface)}::{method}", '
+                 f'Raw()->{method}({", ".join(arguments)}), detail::CallKind::{kind});')
+        if len(outs) == 1:
+            self.say(f"        return detail::Take<{result}>({outs[0][2]});")
+        elif outs:
+            inner = self.out_type(outs[0][1])
+            self.say("        return {" + ", ".join(f"detail::Take<{inner}>({name})" for _, _, name in outs) + "};")
+        self.say("    }")
+
+    def raw_type(self, kind):
+        return "LONG" if kind == "long" else kind
+
+    def identifier(self, name):
+        self.say("template <>")
+        self.say(f"inline const IID& IidOf<{name}>() {{")
+        self.say(f"    return MORQUIL_IID({name});")
+        self.say("}")
+
+    def interface(self, name, methods):
+        cpp = interface_name(name)
+        base = "DeviceCalls" if name == "IMorquilDevice" else cpp
+        self.say(f"class {base} : public Interface<{name}> {{")
+        self.say("public:")
+        self.say(f"    using Interface<{name}>::Interface;")
+        for method, parameters in methods:
+            simple = all(self.is_simple(kind) for _, kind, _ in parameters)
+            if simple and method not in HAND_WRITTEN_METHODS:
+                self.method(name, method, parameters)
+        if name == "IMorquilReference":
+            self.say("    /// Its result says nothing, its flag does.")
+            self.say("    bool IsGenRefAvailable(morquil::GenReference genReference) const {")
+            self.say("        detail::Out<LONG> isAvailable;")
+            self.say("        const HRESULT result = Raw()->IsGenRefAvailable(")
+            self.say("            detail::Pass<_MorquilAPIGenReference>(genReference), detail::Receive(isAvailable));")
+            self.say("        if (result != E_FAIL) {")
+            self.say('            detail::Check("Reference::IsGenRefAvailable", result, detail::CallKind::Get);')
+            self.say("        }")
+            self.say("        return detail::Take<bool>(isAvailable);")
+            self.say("    }")
+        self.say("};")
+        self.say()
+
+
+def main():
+    idl = without_comments(open(sys.argv[1], encoding="utf-8").read())
+    enumerations = read_enumerations(idl)
+    words = read_words(open(path, encoding="utf-8").read() for path in sys.argv[3:])
+    interfaces = read_interfaces(idl)
+    writer = Writer(enumerations, words)
+    writer.say("// Generated from the interface definitions; included by morquil.hpp, never by hand.")
+    writer.say("#pragma once")
+    writer.say()
+    writer.say('#include "morquil/call.hpp"')
+    writer.say()
+    writer.say("namespace morquil {")
+    writer.say()
+    for name, constants in enumerations.items():
+        writer.enumeration(name, constants)
+    shown = {n: m for n, m in interfaces.items() if n not in HAND_WRITTEN_INTERFACES}
+    writer.say("namespace detail {")
+    for name in interfaces:
+        writer.identifier(name)
+    writer.say("}  // namespace detail")
+    writer.say()
+    writer.say("/// The feature interfaces, method by method. What each does is told where the interfaces are defined.")
+    writer.say("namespace features {")
+    writer.say()
+    for name, methods in shown.items():
+        if name != "IMorquilDevice":
+            writer.interface(name, methods)
+    writer.say("}  // namespace features")
+    writer.say()
+    writer.interface("IMorquilDevice", shown["IMorquilDevice"])
+    writer.say("/// What a device consists of.")
+    writer.say("class DeviceFeatures : public DeviceCalls {")
+    writer.say("public:")
+    writer.say("    using DeviceCalls::DeviceCalls;")
+    for name in shown:
+        if name not in NOT_OF_THE_DEVICE:
+            cpp = interface_name(name)
+            writer.say(f"    features::{cpp} {cpp}() const {{ return Ask<features::{cpp}>(); }}")
+    writer.say("};")
+    writer.say()
+    writer.say("}  // namespace morquil")
+    with open(sys.argv[2], "w", encoding="utf-8") as header:
+        header.write("\n".join(writer.lines) + "\n")
+
+
+if __name__ == "__main__":
+    main()

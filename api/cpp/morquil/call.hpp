@@ -1,0 +1,138 @@
+// What every generated function is made of: values on their way into and out of a call.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "MorquilAPI.h"
+#include "morquil/error.hpp"
+#include "morquil/pointer.hpp"
+#include "morquil/text.hpp"
+
+namespace morquil {
+
+/// Both ends belong to it.
+template <class Number>
+struct Range {
+    Number min;
+    Number max;
+};
+
+/// A value of an enumeration and what devices and people call it.
+template <class Value>
+struct Word {
+    std::string_view text;
+    Value value;
+};
+
+/// The words of an enumeration: `Words<VideoMode>::all`.
+template <class Enumeration>
+struct Words;
+
+/// What devices and people call the value, such as "1080i59.94"; empty for one that has no word.
+template <class Enumeration>
+constexpr std::string_view ToText(Enumeration value) {
+    for (const Word<Enumeration>& word : Words<Enumeration>::all) {
+        if (word.value == value) {
+            return word.text;
+        }
+    }
+    return {};
+}
+
+/// The value that is called `text`; upper and lower case of ASCII letters are the same.
+template <class Enumeration>
+constexpr std::optional<Enumeration> FromText(std::string_view text) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    for (const Word<Enumeration>& word : Words<Enumeration>::all) {
+        bool same = word.text.size() == text.size();
+        for (std::size_t at = 0; same && at < text.size(); ++at) {
+            same = lower(word.text[at]) == lower(text[at]);
+        }
+        if (same) {
+            return word.value;
+        }
+    }
+    return std::nullopt;
+}
+
+namespace detail {
+
+/// Where a method puts a value.
+template <class Raw>
+struct Out {
+    Raw value{};
+};
+template <>
+struct Out<BSTR> {
+    Out() = default;
+    Out(const Out&) = delete;
+    Out& operator=(const Out&) = delete;
+    ~Out() { SysFreeString(value); }
+    BSTR value = nullptr;
+};
+
+template <class Raw>
+Raw* Receive(Out<Raw>& out) {
+    return &out.value;
+}
+
+template <class Value, class Raw>
+Value Take(const Out<Raw>& out) {
+    if constexpr (std::is_same_v<Raw, BSTR>) {
+        return Utf8FromUtf16({out.value, SysStringLen(out.value)});
+    } else if constexpr (std::is_same_v<Value, bool>) {
+        return out.value != 0;
+    } else {
+        return static_cast<Value>(out.value);
+    }
+}
+
+template <class Raw, class Value>
+auto Pass(const Value& value) {
+    if constexpr (std::is_same_v<Raw, BSTR>) {
+        return TextIn(value);
+    } else {
+        return static_cast<Raw>(value);
+    }
+}
+
+/// The identifier of an interface.
+template <class Raw>
+const IID& IidOf();
+
+// On Windows an identifier is part of its type, so that hosts need not link them; elsewhere it is a constant.
+#ifdef _WIN32
+#define MORQUIL_IID(name) __uuidof(name)
+#else
+#define MORQUIL_IID(name) IID_##name
+#endif
+
+}  // namespace detail
+
+/// An interface of a device. Copies share the device; as long as one is there, so is the device.
+template <class RawInterface>
+class Interface {
+public:
+    explicit Interface(Pointer<RawInterface> raw) : raw_(std::move(raw)) {}
+
+    /// The interface itself, for what the functions here do not cover.
+    RawInterface* Raw() const { return raw_.Get(); }
+
+    /// Another interface of the same object.
+    template <class Other>
+    Other Ask() const {
+        using OtherRaw = std::remove_pointer_t<decltype(std::declval<Other>().Raw())>;
+        void* found = nullptr;
+        detail::Check("QueryInterface", raw_->QueryInterface(detail::IidOf<OtherRaw>(), &found),
+                      detail::CallKind::Set);
+        return Other(Pointer<OtherRaw>::Adopt(static_cast<OtherRaw*>(found)));
+    }
+
+private:
+    Pointer<RawInterface> raw_;
+};
+
+}  // namespace morquil

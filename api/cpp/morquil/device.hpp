@@ -1,0 +1,143 @@
+// Connecting to a device, and the device.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "morquil/call.hpp"
+#include "morquil/interfaces.hpp"
+#include "morquil/library.hpp"
+#include "morquil/observers.hpp"
+
+namespace morquil {
+
+/// Why there is no connection, in words.
+inline std::string ToText(ConnectFailure reason) {
+    switch (reason) {
+        case ConnectFailure::NoFailure:
+            return "no failure";
+        case ConnectFailure::WarningIncompatibleFirmware:
+        case ConnectFailure::IncompatibleFirmware:
+            return "the device's firmware speaks another version of the protocol";
+        case ConnectFailure::IncompatibleUpdateSupported:
+            return "the device's firmware speaks another version of the protocol, and can be updated over the network";
+        case ConnectFailure::RemoteLock:
+            return "the device is locked against remote control";
+        case ConnectFailure::NoResponse:
+            break;
+    }
+    return "no answer from a device";
+}
+
+/// A device that could not be connected.
+class ConnectError : public Error {
+public:
+    ConnectError(const char* call, HRESULT result, ConnectFailure reason)
+        : Error(call, result, ToText(reason)), reason_(reason) {}
+
+    ConnectFailure Reason() const noexcept { return reason_; }
+
+private:
+    ConnectFailure reason_;
+};
+
+/// One connection to one device: its own calls, its features (`device.VideoProcAmp()`), its changes. Copies share the
+/// connection; it ends when `Disconnect` is called or when the last copy, and everything that was made from one, is
+/// gone. A connection serves once: see `Session` for one that comes back.
+class Device : public DeviceFeatures {
+public:
+    /// For `Connect` and `ConnectAsync`.
+    Device(Pointer<IMorquilDiscovery> discovery, Pointer<IMorquilDevice> device)
+        : DeviceFeatures(std::move(device)), discovery_(std::move(discovery)) {}
+
+    /// Tells `handler` when the device has reported a change in a property set. The confirmation of this host's own
+    /// change is not told, but for those of the output configuration and the panel lock.
+    Subscription OnChange(PropertySet set, std::function<void(PropertySet)> handler,
+                          Executor executor = RunAtOnce()) const {
+        auto gate = std::make_shared<detail::Gate>(std::move(executor));
+        const auto observer = Pointer<IMorquilPropertyObserver>::Adopt(
+            new detail::PropertyObserver(gate, std::move(handler)));
+        const auto id = static_cast<_MorquilPropertySetId>(set);
+        detail::Check("Device::AddPropertyObserver", Raw()->AddPropertyObserver(observer.Get(), id),
+                      detail::CallKind::Set);
+        return Subscription(std::move(gate),
+                            [device = *this, observer, id] { device.Raw()->RemovePropertyObserver(observer.Get(), id); });
+    }
+
+    /// Tells the handlers when the connection is there and when it has ended.
+    Subscription OnConnection(ConnectionHandlers handlers, Executor executor = RunAtOnce()) const {
+        auto gate = std::make_shared<detail::Gate>(std::move(executor));
+        const auto observer = Pointer<IMorquilConnectionObserver>::Adopt(
+            new detail::ConnectionObserver(gate, std::move(handlers)));
+        detail::Check("Device::AddConnectionObserver", Raw()->AddConnectionObserver(observer.Get()),
+                      detail::CallKind::Set);
+        return Told(std::move(gate), observer);
+    }
+
+    /// Ends the connection. From any thread, also inside a handler.
+    void Disconnect() const { discovery_->Disconnect(Raw()); }
+
+    /// Writes the device's settings to a file. Error: it could not be opened for writing.
+    void SaveSettingsFile(std::string_view path) const {
+        const HRESULT result = Raw()->SaveSettingsFile(detail::TextIn(path));
+        detail::Check("Device::SaveSettingsFile", result, detail::CallKind::Set);
+        if (result == S_OK) {
+            throw Error("Device::SaveSettingsFile", E_FAIL, "\"" + std::string(path) + "\" cannot be written");
+        }
+    }
+
+    /// Queues the settings of a file. What the file lacks, or a file that cannot be read, is not told.
+    void LoadSettingsFile(std::string_view path) const {
+        detail::Check("Device::LoadSettingsFile", Raw()->LoadSettingsFile(detail::TextIn(path)),
+                      detail::CallKind::Set);
+    }
+
+private:
+    friend struct Connecting ConnectAsync(std::string_view, ConnectionHandlers, Executor);
+
+    Subscription Told(std::shared_ptr<detail::Gate> gate, Pointer<IMorquilConnectionObserver> observer) const {
+        return Subscription(std::move(gate),
+                            [device = *this, observer] { device.Raw()->RemoveConnectionObserver(observer.Get()); });
+    }
+
+    Pointer<IMorquilDiscovery> discovery_;
+};
+
+/// Connects and waits until the device's complete state has arrived, at most two minutes. `address` is a host name or
+/// an address in numbers. Throws `ConnectError` with the reason.
+inline Device Connect(std::string_view address) {
+    Pointer<IMorquilDiscovery> discovery = detail::GetDiscovery();
+    IMorquilDevice* device = nullptr;
+    auto reason = static_cast<_MorquilConnectToFailure>(ConnectFailure::NoResponse);
+    const HRESULT result = discovery->Connect(detail::TextIn(address), &device, &reason);
+    if (result == E_FAIL) {
+        throw ConnectError("Discovery::Connect", result, static_cast<ConnectFailure>(reason));
+    }
+    detail::Check("Discovery::Connect", result, detail::CallKind::Set);
+    return Device(std::move(discovery), Pointer<IMorquilDevice>::Adopt(device));
+}
+
+/// A device on its way to being connected, and who is told.
+struct Connecting {
+    Device device;
+    Subscription events;
+};
+
+/// Connects in the background. The handlers may be told before this function returns.
+inline Connecting ConnectAsync(std::string_view address, ConnectionHandlers handlers, Executor executor = RunAtOnce()) {
+    Pointer<IMorquilDiscovery> discovery = detail::GetDiscovery();
+    auto gate = std::make_shared<detail::Gate>(std::move(executor));
+    const auto observer =
+        Pointer<IMorquilConnectionObserver>::Adopt(new detail::ConnectionObserver(gate, std::move(handlers)));
+    IMorquilDevice* raw = nullptr;
+    detail::Check("Discovery::ConnectAsync", discovery->ConnectAsync(detail::TextIn(address), &raw, observer.Get()),
+                  detail::CallKind::Set);
+    Device device(std::move(discovery), Pointer<IMorquilDevice>::Adopt(raw));
+    Subscription events = device.Told(std::move(gate), observer);
+    return {std::move(device), std::move(events)};
+}
+
+}  // namespace morquil

@@ -1,0 +1,72 @@
+// Failed calls as exceptions.
+#pragma once
+
+#include <cstdio>
+#include <stdexcept>
+#include <string>
+
+#include "MorquilAPI.h"
+
+namespace morquil {
+
+/// A call that failed. `what()` names the call and says why in words.
+class Error : public std::runtime_error {
+public:
+    Error(std::string call, HRESULT result, const std::string& reason)
+        : std::runtime_error(call + ": " + reason), call_(std::move(call)), result_(result) {}
+
+    /// Interface and method, such as "VideoProcAmp::SetGain".
+    const std::string& Call() const noexcept { return call_; }
+    HRESULT Result() const noexcept { return result_; }
+
+private:
+    std::string call_;
+    HRESULT result_;
+};
+
+/// A getter's value has not been reported by the device: not yet, or not by this model, or not any more since the
+/// connection has ended.
+class NotKnown : public Error {
+public:
+    using Error::Error;
+};
+
+namespace detail {
+
+enum class CallKind { Get, Set };
+
+inline std::string ReasonOf(CallKind kind, HRESULT result) {
+    switch (result) {
+        case E_FAIL:
+            return kind == CallKind::Get ? "the device has not reported the value"
+                                         : "the change could not be queued; the connection has ended or never began";
+        case E_INVALIDARG:
+            return "the value is outside its bounds, or the text has a line end or a zero character in it";
+        case E_POINTER:
+            return "a pointer is null";
+        case E_OUTOFMEMORY:
+            return "memory is short";
+        case E_NOINTERFACE:
+            return "the object has no such interface";
+        default: {
+            char text[40];
+            std::snprintf(text, sizeof text, "result 0x%08x", static_cast<unsigned>(result));
+            return text;
+        }
+    }
+}
+
+/// S_FALSE is a success.
+inline void Check(const char* call, HRESULT result, CallKind kind) {
+    if (result >= 0) {
+        return;
+    }
+    if (kind == CallKind::Get && result == E_FAIL) {
+        throw NotKnown(call, result, ReasonOf(kind, result));
+    }
+    throw Error(call, result, ReasonOf(kind, result));
+}
+
+}  // namespace detail
+
+}  // namespace morquil

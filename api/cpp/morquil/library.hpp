@@ -1,0 +1,71 @@
+// Where the first object comes from: the one thing in which hosts differ between systems.
+#pragma once
+
+#include "MorquilAPI.h"
+#include "MorquilEntry.h"
+#include "morquil/error.hpp"
+#include "morquil/pointer.hpp"
+
+namespace morquil::detail {
+
+#ifdef _WIN32
+
+/// COM for the calling thread, for as long as it lives. A thread that has chosen otherwise before keeps its choice.
+class Apartment {
+public:
+    Apartment() : result_(CoInitializeEx(nullptr, COINIT_MULTITHREADED)) {}
+    Apartment(const Apartment&) = delete;
+    Apartment& operator=(const Apartment&) = delete;
+    ~Apartment() {
+        if (SUCCEEDED(result_)) {
+            CoUninitialize();
+        }
+    }
+
+private:
+    HRESULT result_;
+};
+
+/// From MorquilAPI.dll beside the program, which needs no registration; null when there is none.
+inline IMorquilDiscovery* DiscoveryBesideTheProgram() {
+    // Stays loaded: the objects that it makes outlive every scope.
+    static const HMODULE library = LoadLibraryExW(
+        L"MorquilAPI.dll", nullptr, LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
+    if (library == nullptr) {
+        return nullptr;
+    }
+    const FARPROC function = GetProcAddress(library, "GetMorquilDiscoveryInstance_0000");
+    using Function = IMorquilDiscovery* (*)();
+    return function == nullptr ? nullptr : reinterpret_cast<Function>(reinterpret_cast<void (*)()>(function))();
+}
+
+/// The registered library, else the one beside the program.
+inline Pointer<IMorquilDiscovery> GetDiscovery() {
+    void* discovery = nullptr;
+    const HRESULT result = CoCreateInstance(__uuidof(CMorquilDiscovery), nullptr, CLSCTX_INPROC_SERVER,
+                                            __uuidof(IMorquilDiscovery), &discovery);
+    if (SUCCEEDED(result)) {
+        return Pointer<IMorquilDiscovery>::Adopt(static_cast<IMorquilDiscovery*>(discovery));
+    }
+    if (IMorquilDiscovery* const found = DiscoveryBesideTheProgram()) {
+        return Pointer<IMorquilDiscovery>::Adopt(found);
+    }
+    throw Error("CoCreateInstance", result,
+                "MorquilAPI.dll is neither registered (regsvr32 MorquilAPI.dll) nor beside the program");
+}
+
+#else
+
+class Apartment {};
+
+inline Pointer<IMorquilDiscovery> GetDiscovery() {
+    IMorquilDiscovery* const discovery = GetMorquilDiscoveryInstance_0000();
+    if (discovery == nullptr) {
+        throw Error("GetMorquilDiscoveryInstance_0000", E_OUTOFMEMORY, "memory is short");
+    }
+    return Pointer<IMorquilDiscovery>::Adopt(discovery);
+}
+
+#endif
+
+}  // namespace morquil::detail

@@ -1,0 +1,164 @@
+// Observers as lambdas.
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <utility>
+
+#include "MorquilAPI.h"
+#include "morquil/call.hpp"
+#include "morquil/interfaces.hpp"
+
+namespace morquil {
+
+/// Runs a handler: at once, on the host's event loop, on a thread of its choice. Called on the library's threads.
+using Executor = std::function<void(std::function<void()>)>;
+
+/// Handlers run at once, on the thread that has something to tell, most often the connection's own. They may call
+/// everything, and should not take long: what they hold up is the connection.
+inline Executor RunAtOnce() {
+    return [](const std::function<void()>& handler) { handler(); };
+}
+
+/// What a host wants to know of a connection. A handler that is left empty is not told. One that throws ends the
+/// program, as a thread's function does.
+struct ConnectionHandlers {
+    std::function<void()> connected = {};
+    std::function<void(ConnectFailure)> disconnected = {};
+};
+
+namespace detail {
+
+/// Closed once nobody wants to be told any more.
+class Gate {
+public:
+    explicit Gate(Executor executor) : executor_(std::move(executor)) {}
+
+    void Close() { open_ = false; }
+
+    /// Hands `handler` to the executor; it does not start once the gate is closed.
+    template <class Handler>
+    static void Pass(const std::shared_ptr<Gate>& gate, Handler handler) {
+        if (gate->open_) {
+            gate->executor_([gate, handler = std::move(handler)] {
+                if (gate->open_) {
+                    handler();
+                }
+            });
+        }
+    }
+
+private:
+    Executor executor_;
+    std::atomic<bool> open_{true};
+};
+
+/// The counting part of an object that the host implements. Starts with one reference.
+template <class RawInterface>
+class HostObject : public RawInterface {
+public:
+    HostObject(const HostObject&) = delete;
+    HostObject& operator=(const HostObject&) = delete;
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+        if (object == nullptr) {
+            return E_POINTER;
+        }
+        const bool known = IsEqualIID(iid, MORQUIL_IID(IUnknown)) || IsEqualIID(iid, IidOf<RawInterface>());
+        *object = known ? static_cast<RawInterface*>(this) : nullptr;
+        if (known) {
+            AddRef();
+        }
+        return known ? S_OK : E_NOINTERFACE;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
+    STDMETHODIMP_(ULONG) Release() override {
+        const ULONG left = --references_;
+        if (left == 0) {
+            delete this;
+        }
+        return left;
+    }
+
+protected:
+    HostObject() = default;
+    virtual ~HostObject() = default;
+
+private:
+    std::atomic<ULONG> references_{1};
+};
+
+class PropertyObserver final : public HostObject<IMorquilPropertyObserver> {
+public:
+    PropertyObserver(std::shared_ptr<Gate> gate, std::function<void(PropertySet)> handler)
+        : gate_(std::move(gate)), handler_(std::make_shared<std::function<void(PropertySet)>>(std::move(handler))) {}
+
+    STDMETHODIMP PropertyChanged(_MorquilPropertySetId id) noexcept override {
+        Gate::Pass(gate_, [handler = handler_, id] { (*handler)(static_cast<PropertySet>(id)); });
+        return S_OK;
+    }
+
+private:
+    const std::shared_ptr<Gate> gate_;
+    const std::shared_ptr<std::function<void(PropertySet)>> handler_;
+};
+
+class ConnectionObserver final : public HostObject<IMorquilConnectionObserver> {
+public:
+    ConnectionObserver(std::shared_ptr<Gate> gate, ConnectionHandlers handlers)
+        : gate_(std::move(gate)), handlers_(std::make_shared<ConnectionHandlers>(std::move(handlers))) {}
+
+    STDMETHODIMP Connected() noexcept override {
+        if (handlers_->connected) {
+            Gate::Pass(gate_, [handlers = handlers_] { handlers->connected(); });
+        }
+        return S_OK;
+    }
+    STDMETHODIMP Disconnected(_MorquilConnectToFailure reason) noexcept override {
+        if (handlers_->disconnected) {
+            Gate::Pass(gate_, [handlers = handlers_, reason] {
+                handlers->disconnected(static_cast<ConnectFailure>(reason));
+            });
+        }
+        return S_OK;
+    }
+
+private:
+    const std::shared_ptr<Gate> gate_;
+    const std::shared_ptr<ConnectionHandlers> handlers_;
+};
+
+}  // namespace detail
+
+/// As long as it lives a handler is told. Once it is gone no handler starts; one that runs on another thread at that
+/// moment is not waited for.
+class [[nodiscard]] Subscription {
+public:
+    Subscription() = default;
+    Subscription(std::shared_ptr<detail::Gate> gate, std::function<void()> remove)
+        : gate_(std::move(gate)), remove_(std::move(remove)) {}
+    Subscription(Subscription&& other) noexcept
+        : gate_(std::move(other.gate_)), remove_(std::exchange(other.remove_, {})) {}
+    Subscription& operator=(Subscription&& other) noexcept {
+        std::swap(gate_, other.gate_);
+        std::swap(remove_, other.remove_);
+        return *this;
+    }
+    ~Subscription() { Cancel(); }
+
+    /// Ends it early.
+    void Cancel() {
+        if (gate_) {
+            gate_->Close();
+            gate_.reset();
+            std::exchange(remove_, {})();
+        }
+    }
+
+private:
+    std::shared_ptr<detail::Gate> gate_;
+    std::function<void()> remove_;
+};
+
+}  // namespace morquil

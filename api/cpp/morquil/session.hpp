@@ -1,0 +1,203 @@
+// A connection that comes back.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <random>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "morquil/device.hpp"
+
+namespace morquil {
+
+/// What a host wants to know of a session. What is left empty is not told. Told one after the other.
+struct SessionHandlers {
+    /// The device is there: at first, and after each loss. It is another object each time; subscribe anew.
+    std::function<void(const Device&)> connected = {};
+    /// The connection of a device that was there has ended. Attempts to bring it back have begun.
+    std::function<void(ConnectFailure)> lost = {};
+    /// An attempt has failed; the next one begins after this time.
+    std::function<void(ConnectFailure, std::chrono::milliseconds)> attemptFailed = {};
+};
+
+struct SessionOptions {
+    /// Who runs the handlers; without one the session's own thread does.
+    Executor executor = RunAtOnce();
+    /// Waits between attempts start with `firstDelay` and double up to `longestDelay`; each is varied by a quarter, so
+    /// that the hosts of a device that was switched off do not come back at once.
+    std::chrono::milliseconds firstDelay{250};
+    std::chrono::milliseconds longestDelay{5000};
+};
+
+/// Keeps a device connected: connects, and connects anew after every loss, until it is stopped or gone.
+class Session {
+public:
+    Session(std::string address, SessionHandlers handlers, SessionOptions options = {})
+        : state_(std::make_shared<State>(std::move(address), std::move(handlers), std::move(options))),
+          thread_([state = state_] { state->Run(); }) {}
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    /// Stops. Inside a handler of its own the session's thread ends by itself afterwards.
+    ~Session() {
+        state_->Stop();
+        if (thread_.get_id() == std::this_thread::get_id()) {
+            thread_.detach();
+        } else {
+            thread_.join();
+        }
+    }
+
+    /// Ends connection and attempts; no handler starts after it. From any thread.
+    void Stop() { state_->Stop(); }
+
+    /// The device while it is connected.
+    std::optional<Device> Current() const {
+        const std::lock_guard lock(state_->mutex);
+        return state_->current;
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    /// Shared with the thread, which may outlive the session by the rest of a handler.
+    struct State : std::enable_shared_from_this<State> {
+        State(std::string deviceAddress, SessionHandlers sessionHandlers, SessionOptions sessionOptions)
+            : address(std::move(deviceAddress)),
+              handlers(std::move(sessionHandlers)),
+              options(std::move(sessionOptions)),
+              gate(std::make_shared<detail::Gate>(options.executor)) {}
+
+        /// How far one connection has come. Made anew for each, so that a late word of an old one is heard by nobody.
+        struct Progress {
+            bool connected = false;
+            std::optional<ConnectFailure> ended = {};
+        };
+
+        void Run() {
+            [[maybe_unused]] const detail::Apartment apartment;
+            std::chrono::milliseconds delay = options.firstDelay;
+            while (!IsStopped()) {
+                const auto progress = std::make_shared<Progress>();
+                const ConnectFailure reason = Serve(progress);
+                if (progress->connected) {
+                    delay = options.firstDelay;
+                }
+                const std::chrono::milliseconds pause = Varied(delay);
+                if (!progress->connected) {
+                    Tell(&SessionHandlers::attemptFailed, reason, pause);
+                }
+                Wait(pause);
+                delay = std::min(2 * delay, options.longestDelay);
+            }
+        }
+
+        /// One connection from its beginning to its end. Returns why it ended.
+        ConnectFailure Serve(const std::shared_ptr<Progress>& progress) {
+            try {
+                const Connecting connecting = ConnectAsync(
+                    address,
+                    {[this, progress] { Note([&] { progress->connected = true; }); },
+                     [this, progress](ConnectFailure reason) { Note([&] { progress->ended = reason; }); }});
+                WaitFor([&] { return progress->connected || progress->ended; });
+                const bool connected = Announce(connecting.device, *progress);
+                WaitFor([&] { return progress->ended.has_value(); });
+                connecting.device.Disconnect();
+                return Withdraw(*progress, connected);
+            } catch (const Error&) {
+                return ConnectFailure::NoResponse;
+            }
+        }
+
+        bool Announce(const Device& device, const Progress& progress) {
+            {
+                const std::lock_guard lock(mutex);
+                if (!progress.connected || stopped) {
+                    return false;
+                }
+                current = device;
+            }
+            Tell(&SessionHandlers::connected, device);
+            return true;
+        }
+
+        ConnectFailure Withdraw(const Progress& progress, bool connected) {
+            ConnectFailure reason{};
+            {
+                const std::lock_guard lock(mutex);
+                reason = progress.ended.value_or(ConnectFailure::NoResponse);
+                current.reset();
+            }
+            if (connected) {
+                Tell(&SessionHandlers::lost, reason);
+            }
+            return reason;
+        }
+
+        /// Hands a handler, if the host has set it, to the executor.
+        template <class Handler, class... Arguments>
+        void Tell(Handler SessionHandlers::*handler, Arguments... arguments) {
+            if (handlers.*handler) {
+                detail::Gate::Pass(gate, [self = this->shared_from_this(), handler, arguments...] {
+                    (self->handlers.*handler)(arguments...);
+                });
+            }
+        }
+
+        template <class Change>
+        void Note(Change change) {
+            const std::lock_guard lock(mutex);
+            change();
+            changed.notify_all();
+        }
+
+        template <class Condition>
+        void WaitFor(Condition condition) {
+            std::unique_lock lock(mutex);
+            changed.wait(lock, [&] { return stopped || condition(); });
+        }
+
+        void Wait(std::chrono::milliseconds pause) {
+            std::unique_lock lock(mutex);
+            changed.wait_for(lock, pause, [&] { return stopped; });
+        }
+
+        bool IsStopped() {
+            const std::lock_guard lock(mutex);
+            return stopped;
+        }
+
+        void Stop() {
+            gate->Close();
+            Note([&] { stopped = true; });
+        }
+
+        std::chrono::milliseconds Varied(std::chrono::milliseconds delay) {
+            const auto quarter = static_cast<int>(delay.count() / 4);
+            return delay + std::chrono::milliseconds(std::uniform_int_distribution<int>(-quarter, quarter)(random));
+        }
+
+        const std::string address;
+        const SessionHandlers handlers;
+        const SessionOptions options;
+        const std::shared_ptr<detail::Gate> gate;
+        std::minstd_rand random{std::random_device{}()};
+
+        std::mutex mutex;
+        std::condition_variable changed;
+        bool stopped = false;
+        std::optional<Device> current;
+    };
+
+    std::shared_ptr<State> state_;
+    std::thread thread_;
+};
+
+}  // namespace morquil

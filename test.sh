@@ -31,13 +31,20 @@ report() {
     fi
 }
 
-# test_flavour FLAVOUR COMMAND...: runs every test program of a flavour, through COMMAND where one is given.
+# test_flavour FLAVOUR "PROGRAM..." COMMAND...: runs test programs of a flavour, through COMMAND where one is given.
 test_flavour() {
     local program
-    for program in unit library cpp simulator; do
-        run_tests "$1-$program" "${@:2}" "build/$1/tests/morquil-$program-tests$suffix"
+    for program in $2; do
+        run_tests "$1-$program" "${@:3}" "build/$1/tests/morquil-$program-tests$suffix"
         report "$1-$program"
     done
+}
+
+# What one thread does by itself needs no look for races.
+readonly programs="protocol unit library cpp simulator"
+readonly threaded_programs="unit library cpp"
+threaded_targets() {
+    printf 'morquil-%s-tests ' $threaded_programs
 }
 
 scripts/install-dependencies.sh
@@ -49,15 +56,18 @@ MORQUIL_SLOW_TESTS=1 run_tests native-slow build/native/tests/morquil-library-te
 slow_tests=$!
 build windows -DMORQUIL_TESTS=ON -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake
 build asan -DMORQUIL_TESTS=ON -DMORQUIL_SANITIZE=address,undefined
+# shellcheck disable=SC2046  # one word per target
+build tsan -DMORQUIL_TESTS=ON -DMORQUIL_SANITIZE=thread -- $(threaded_targets)
 
 echo "Testing ..."
 suffix=""
-test_flavour native
-test_flavour asan
+test_flavour native "$programs"
+test_flavour asan "$programs"
+test_flavour tsan "$threaded_programs"
 suffix=.exe
 start_wine
 trap stop_wine EXIT
-test_flavour windows wine
+test_flavour windows "$programs" wine
 wait "$slow_tests"
 report native-slow
 

@@ -12,13 +12,18 @@ run_logged() {
     return 1
 }
 
-# build FLAVOUR CMAKE-ARGUMENT...
+# build FLAVOUR CMAKE-ARGUMENT... [-- TARGET...]: everything, unless targets are named.
 build() {
-    local flavour=$1
+    local flavour=$1 arguments=()
     shift
+    while [ $# -gt 0 ] && [ "$1" != -- ]; do
+        arguments+=("$1")
+        shift
+    done
+    [ $# -gt 0 ] && set -- --target "${@:2}"
     echo "  $flavour ..."
-    run_logged "build/logs/configure-$flavour.log" cmake -S . -B "build/$flavour" -G Ninja "$@"
-    run_logged "build/logs/build-$flavour.log" cmake --build "build/$flavour"
+    run_logged "build/logs/configure-$flavour.log" cmake -S . -B "build/$flavour" -G Ninja "${arguments[@]}"
+    run_logged "build/logs/build-$flavour.log" cmake --build "build/$flavour" "$@"
 }
 
 # Wine without a desktop, without chatter, without the additions that it would offer to download, and with a UTF-8

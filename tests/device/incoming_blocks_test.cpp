@@ -195,6 +195,14 @@ TEST_F(Echo, IsWhatUpdatesTheMirrorAndNotTheSetter) {
     EXPECT_EQ(rig.Gain(), 0);
 }
 
+TEST_F(Echo, OfAResetEmptiesTheMirrorAndIsNotTold) {
+    Connect();
+    EXPECT_EQ(rig.ProcAmp()->ResetAll(), S_OK);
+    Settle();
+    EXPECT_EQ(rig.Gain(), -999);
+    EXPECT_EQ(observer->Told(), Texts{});
+}
+
 TEST_F(Echo, IsExpectedOnce) {
     Connect();
     rig.ProcAmp()->SetGain(5);

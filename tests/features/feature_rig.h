@@ -271,6 +271,31 @@ protected:
         EXPECT_EQ(isAvailable, 0) << key;
     }
 
+    /// Removes each line of the whole report in turn: without it the feature is incomplete, but for the `optional`
+    /// ones.
+    void ExpectToNeedEveryLineBut(const std::string& optional) {
+        for (const bool ofAvailability : {false, true}) {
+            const std::string lines = ofAvailability ? theCase.availability : theCase.settings;
+            for (std::size_t at = 0; at < lines.size(); at = lines.find('\n', at) + 1) {
+                std::string rest = lines;
+                const std::string missing = rest.substr(at, rest.find('\n', at) + 1 - at);
+                rest.erase(at, missing.size());
+                feature.ClearCache();
+                Report(ofAvailability ? theCase.settings : rest);
+                ReportAvailability(ofAvailability ? rest : theCase.availability);
+                EXPECT_EQ(feature.IsCacheComplete(), optional.find(missing) != std::string::npos) << missing;
+            }
+        }
+    }
+    /// The observer is told of each line of `lines` on its own, and not of the same line again.
+    void ExpectToldOfEachAvailability(const std::string& lines) {
+        for (std::size_t at = 0; at < lines.size(); at = lines.find('\n', at) + 1) {
+            const std::string line = lines.substr(at, lines.find('\n', at) + 1 - at);
+            EXPECT_TRUE(IsToldOfAvailability(line)) << line;
+            EXPECT_FALSE(IsToldOfAvailability(line)) << line;
+        }
+    }
+
     /// Whether the observer was told since the last call; each time it was, with the feature's own id.
     bool WasTold() {
         const auto told = observer.TakeTold();

@@ -76,6 +76,10 @@ TEST_F(InputConfigurationFeature, IsCompleteWithoutAModeOnlyWhenThereIsNoSignal)
     EXPECT_TRUE(feature.IsCacheComplete());
 }
 
+TEST_F(InputConfigurationFeature, NeedsAlmostEveryValueAndListToBeComplete) {
+    ExpectToNeedEveryLineBut("Video pixel formats: RGB444\n");
+}
+
 TEST_F(InputConfigurationFeature, NeedsBothSourceListsToBeComplete) {
     Report(theCase.settings);
     ReportAvailability("Video sources: SDI1\n");

@@ -27,5 +27,10 @@ TEST_F(NoiseReductionFeature, AnswersFromTheReport) {
     ExpectFlag(&Noise::IsNoiseReductionAvailable, "Noise reduction available");
 }
 
+TEST_F(NoiseReductionFeature, TellsOfEveryKindOfAvailability) {
+    ExpectToldOfEachAvailability(
+        "Bias range: -3 3\nNoise reduction available: true\nNoise reduction available: false\n");
+}
+
 }  // namespace
 }  // namespace Morquil::Test

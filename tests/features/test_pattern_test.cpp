@@ -41,5 +41,10 @@ TEST_F(TestPatternFeature, AnswersWhatIsAvailable) {
     ExpectFlag(&Pattern::IsMotionAvailable, "Motion");
 }
 
+TEST_F(TestPatternFeature, TellsOfEveryKindOfAvailability) {
+    ExpectToldOfEachAvailability(
+        "Available test patterns: Bars\nAvailable test tones: Tone6KHz\nMotion: true\nMotion range: -1 1\n");
+}
+
 }  // namespace
 }  // namespace Morquil::Test

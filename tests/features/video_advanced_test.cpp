@@ -48,5 +48,10 @@ TEST_F(VideoAdvancedFeature, NeverCountsAProcessingModeAsAvailable) {
     ExpectOffers(&Advanced::IsProcModeAvailable, 2, {}, "Available processing modes: Highest Quality Lowest Latency\n");
 }
 
+TEST_F(VideoAdvancedFeature, TellsOfEveryKindOfAvailability) {
+    ExpectToldOfEachAvailability(
+        "Available source types: Film\nFRC aperture range: 1 2\nFRC aperture available: true\n");
+}
+
 }  // namespace
 }  // namespace Morquil::Test

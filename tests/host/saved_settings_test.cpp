@@ -56,9 +56,9 @@ std::string SavedLater() {
         ASSERT_NE(at, std::string::npos) << from;
         text.replace(at, from.size(), to);
     };
-    // A reset empties what was known, and what came with it counts.
+    // A reset empties what was known, and what came with it as well.
     replace("VIDEO PROC AMP:\nGain: 0\nBlack: 0\nSaturation: 0\nHue: 0\nRY: 0\nBY: 0\nSharp: 0\n",
-            "VIDEO PROC AMP:\nGain: 5\nReset: true\n");
+            "VIDEO PROC AMP:\nReset: true\n");
     replace("Luma low: 4\n", "Luma low: 4\nLuma high: -1\nResetValues: 3\n");
     replace("TEST PATTERN:\n", "TEST PATTERN:\nOutput: Grid\nTest tone: Tone3KHz\n");
     replace("Timecode mode: Off\n",

@@ -62,7 +62,7 @@ std::string SavedLater() {
     replace("Luma low: 4\n", "Luma low: 4\nLuma high: -1\nResetValues: 3\n");
     replace("TEST PATTERN:\n", "TEST PATTERN:\nOutput: Grid\nTest tone: Tone3KHz\n");
     replace("Timecode mode: Off\n",
-            "Timecode mode: Off\nTimecode output line: 9\nTimecode generate value: 01:02:03:04\n");
+            "Timecode mode: Off\nTimecode output line: 9\nTimecode generate value: 01:02:03;04\n");
     replace("MODE3D:\n", "MODE3D:\n3D mode: 3DModeAlign\n3D output: 3DFullFrame\n3D input: 3DTopBottom\n");
     replace("VARIABLE ASPECT RATIO:\n", "VARIABLE ASPECT RATIO:\nVariable Aspect Ratio size Y right: -0.500000\n");
     replace("ALIGN:\n", "ALIGN:\nAlign trim X left: 5\n");

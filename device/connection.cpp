@@ -55,7 +55,10 @@ bool CMorquilDevice::SetAddress(BSTR address) {
 }
 
 HRESULT CMorquilDevice::ConnectAsynchronously(IMorquilConnectionObserver* observer) {
-    AddConnectionObserver(observer);
+    // A host that cannot be told of the outcome would wait for it for ever.
+    if (FAILED(AddConnectionObserver(observer))) {
+        return E_FAIL;
+    }
     AddRef();  // the attempt's own, before its thread can give it back
     QRN::Core::ThreadHandle timerThread;
     if (QRN::Core::StartThread(timerThread, &ConnectionTimerMain, this) != 0) {

@@ -2,9 +2,10 @@
 #pragma once
 
 #include <cstdint>
-#include <tuple>
 
 #include "protocol/blocks/all.h"
+#include "simulator/members.h"
+#include "simulator/observations.h"
 
 namespace Morquil::Simulator {
 
@@ -12,23 +13,19 @@ namespace Morquil::Simulator {
 template <class Set>
 Set SelectedValues(const Set& factory, std::uint32_t bits) {
     Set selected;
-    const auto select = [&](auto member) {
+    ForEachMemberOf<Set>([&](auto member) {
         if ((bits & 1U) != 0) {
             MergeField(selected.*member, factory.*member);
         }
         bits >>= 1;
-    };
-    std::apply([&](const auto&... row) { (row.ForEachMember(select), ...); }, Set::block.rows);
+    });
     return selected;
 }
 
-/// What the still store looks like once the action is done.
-VideoOutputChangeSet StillStoreAfter(std::int32_t action);
-
-/// The values that the commands in `received` lead to; nothing when it holds no command. `factory` is the block as it
-/// was when the device left the factory.
+/// The settings that the commands to reset in `received` lead to; nothing when it holds none. `factory` is the block as
+/// it was when the device left the factory.
 template <class Set>
-Set Consequences(const Set& received, const Set& factory) {
+Set ResetSettings(const Set& received, const Set& factory) {
     Set result;
     if constexpr (requires { received.resetValues; }) {
         if (received.resetValues.IsPresent()) {
@@ -40,11 +37,7 @@ Set Consequences(const Set& received, const Set& factory) {
             Merge(result, factory);
         }
     }
-    if constexpr (requires { received.stillFrameAction; }) {
-        if (received.stillFrameAction.IsPresent()) {
-            Merge(result, StillStoreAfter(received.stillFrameAction.Get()));
-        }
-    }
+    ForgetObservations(result);
     return result;
 }
 

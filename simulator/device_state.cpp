@@ -1,69 +1,133 @@
 #include "simulator/device_state.h"
 
-#include "protocol/morquil_text_protocol_parser.h"
+#include <utility>
+
+#include "simulator/announcement.h"
 #include "simulator/block_kinds.h"
-#include "simulator/every_block_sink.h"
-#include "simulator/factory_settings.h"
-#include "simulator/offers.h"
+#include "simulator/commands.h"
+#include "simulator/factory_device.h"
+#include "simulator/mode_offers.h"
+#include "simulator/settings_check.h"
 
 namespace Morquil::Simulator {
 
 namespace {
 
-/// Fills a state from protocol text.
-class StateFiller final : public EveryBlockSink<StateFiller> {
-public:
-    explicit StateFiller(DeviceState& state) : state_(state) { parser_.SetSink(this); }
-
-    void Fill(std::string_view text) { parser_.Feed(text.data(), text.size()); }
-
-    template <class Description>
-    void OnBlock(const ChangeSetOf<Description>& set) {
-        Merge(state_.Of<Description>(), set);
+/// What follows from the modes of `device` before any of its settings is judged: an output mode to which the input mode
+/// can be converted, the offers for the two, and what is observed.
+void FollowModes(DeviceBlocks& device) {
+    auto& output = device.Of<VideoOutputChangeSet>().videoMode;
+    if (!IsConvertible(device, OutputMode(device))) {
+        output.Set(static_cast<std::int32_t>(NearestConvertible(device, OutputMode(device))));
     }
+    OfferForModes(device);
+    ObservePictureSizes(device);
+}
 
-    // The text is this program's own, and a test sees to it that all of it can be read.
-    void OnPing() override {}
-    void OnAcknowledge(bool /*positive*/) override {}
-    void OnUnknownBlock() override {}
-    void OnProtocolError(const char* /*text*/) override {}
+template <class Visit>
+void ForEachSettingsBlock(Visit visit) {
+    ForEachBlock<BlockKind::Settings>(
+        [&](auto entry) { visit.template operator()<typename decltype(entry)::Description>(); });
+}
 
-private:
-    DeviceState& state_;
-    MorquilTextProtocolParser parser_;
-};
+void MergeSettings(DeviceBlocks& target, const DeviceBlocks& source) {
+    ForEachSettingsBlock([&]<class Description>() { Merge(target.Of<Description>(), source.Of<Description>()); });
+}
+
+DeviceBlocks WithoutCommands(DeviceBlocks settings) {
+    ForEachSettingsBlock([&]<class Description>() { ForgetCommands(settings.Of<Description>()); });
+    return settings;
+}
+
+DeviceBlocks AllResets(const DeviceBlocks& commands, const DeviceBlocks& factory) {
+    DeviceBlocks settings;
+    ForEachSettingsBlock([&]<class Description>() {
+        settings.Of<Description>() = ResetSettings(commands.Of<Description>(), factory.Of<Description>());
+    });
+    return settings;
+}
 
 }  // namespace
 
-DeviceState::DeviceState(const DeviceIdentity& identity) {
-    StateFiller filler(*this);
-    filler.Fill(FactorySettings());
-    filler.Fill(FactoryOffers());
-    Merge(Of<AudioChangeSet>(), FactoryAudio());
-    Merge(Of<SupportedConversionsChangeSet>(), OfferedConversions());
-    Merge(Of<GenlockAvailabilityChangeSet>(), OfferedReferenceOffsets());
-    Merge(Of<AncillaryDataAvailabilityChangeSet>(), OfferedDropFrameModes());
-    Merge(Of<Mode3DAvailabilityChangeSet>(), Offered3DModes());
-    Merge(Of<VideoAdvancedAvailabilityChangeSet>(), OfferedProcessingModes());
-    Identify(identity);
-    std::apply([](auto&... stored) { ((stored.factory = stored.present), ...); }, blocks_);
+DeviceState::DeviceState(const DeviceIdentity& identity)
+    : factory_(FactoryDevice(identity)), stills_(identity.stillFrameTime) {
+    FollowModes(factory_);
+    SettleAll(factory_);
+    present_ = factory_;
 }
 
-void DeviceState::Identify(const DeviceIdentity& identity) {
-    MorquilDeviceChangeSet& device = Of<MorquilDeviceChangeSet>();
-    device.modelName.Set(identity.modelName);
-    device.softwareVersion.Set(identity.softwareVersion);
-    device.fpgaVersion.Set(identity.fpgaVersion);
-    device.remoteLock.Set(identity.remoteLock);
-    Of<ProtocolPreambleChangeSet>().version.Set(identity.protocolVersion);
+ChangeOutcome DeviceState::Change(const DeviceBlocks& changes) {
+    const DeviceBlocks settings = WithoutCommands(changes);
+    DeviceBlocks consequences = AllResets(changes, factory_);
+    const auto& stillAction = changes.Of<VideoOutputChangeSet>().stillFrameAction;
+    StillStore stills = stills_;
+    if (stillAction.IsPresent()) {
+        Merge(consequences.Of<VideoOutputChangeSet>(), stills.Begin(stillAction.Get()));
+    }
+    const PresetChangeSet& preset = changes.Of<PresetChangeSet>();
+
+    DeviceBlocks next = present_;
+    if (preset.recall.IsPresent()) {
+        presets_.Recall(preset.recall.Get(), factory_, next);
+    }
+    MergeSettings(next, consequences);
+    MergeSettings(next, settings);
+
+    const DeviceBlocks before = present_;
+    DeviceBlocks told = before;
+    MergeSettings(told, settings);
+    ChangeOutcome outcome = Adopt(next, changes, told, consequences);
+    if (outcome.complaint.empty()) {
+        stills_ = stills;
+        if (preset.save.IsPresent()) {
+            presets_.Save(preset.save.Get(), before);
+        }
+    }
+    return outcome;
 }
 
-std::string DeviceState::Greeting() {
+ChangeOutcome DeviceState::Load(const DeviceBlocks& settings) {
+    DeviceBlocks taken = WithoutCommands(settings);
+    // The settings of another device do not make this device that one, nor lock its hosts out.
+    ForgetObservations(taken.Of<MorquilDeviceChangeSet>());
+    DeviceBlocks next = present_;
+    MergeSettings(next, taken);
+    return Adopt(next, taken, present_, {});
+}
+
+ChangeOutcome DeviceState::Adopt(DeviceBlocks next, const DeviceBlocks& judged, const DeviceBlocks& told,
+                                 const DeviceBlocks& mentioned) {
+    FollowModes(next);
+    std::string complaint = FirstComplaint(judged, next);
+    if (!complaint.empty()) {
+        return {std::move(complaint), {}};
+    }
+    SettleAll(next);
+    std::string report = Announcement(told, next, mentioned);
+    present_ = next;
+    return {{}, std::move(report)};
+}
+
+std::string DeviceState::Advance(std::chrono::milliseconds now) {
+    DeviceBlocks flags;
+    flags.Of<VideoOutputChangeSet>() = stills_.Advance(now);
+    MergeSettings(present_, flags);
+    return Announcement(present_, present_, flags);
+}
+
+std::string DeviceState::Greeting() const {
     std::string text = DeviceText<ProtocolPreambleChangeSet>(Of<ProtocolPreambleChangeSet>());
-    ForEachBlock<BlockKind::Settings>([&](auto entry) {
-        using Description = typename decltype(entry)::Description;
+    ForEachSettingsBlock([&]<class Description>() { text += DeviceText<Description>(Of<Description>()); });
+    return text;
+}
+
+std::string DeviceState::CompleteDump() const {
+    std::string text;
+    const auto append = [&]<class Entry>(Entry) {
+        using Description = typename Entry::Description;
         text += DeviceText<Description>(Of<Description>());
-    });
+    };
+    std::apply([&](auto... entry) { (append(entry), ...); }, BlockTable());
     return text;
 }
 

@@ -1,25 +1,34 @@
 #pragma once
 
+#include <chrono>
+#include <optional>
 #include <string>
-#include <string_view>
-#include <tuple>
 
-#include "protocol/block_table.h"
-#include "simulator/commands.h"
+#include "simulator/device_blocks.h"
+#include "simulator/device_identity.h"
+#include "simulator/observations.h"
+#include "simulator/presets.h"
+#include "simulator/still_store.h"
 #include "simulator/wire_text.h"
 
 namespace Morquil::Simulator {
 
-/// What a device says about itself. Everything else about it is in its factory settings.
-struct DeviceIdentity {
-    std::string modelName = "Morquil Simulator";
-    std::uint32_t softwareVersion = 0x20417;
-    std::uint32_t fpgaVersion = 0x1c;
-    ProtocolVersion protocolVersion{2, 22};
-    bool remoteLock = false;
+/// Who changes something.
+enum class Hand {
+    Host,    // cannot set what the device observes: such lines are passed over
+    Device,  // somebody at the device, or the world around it
 };
 
-/// Every block of a device with its present values, settings and offers alike.
+/// What came of a change.
+struct ChangeOutcome {
+    /// Why it was refused, for people; empty when it was carried out. A refused change leaves everything as it was.
+    std::string complaint;
+    /// What all hosts are told: a block of exactly the fields that were taken over, and behind it everything that
+    /// follows from them. Nothing when nothing was taken over.
+    std::string report;
+};
+
+/// Every block of a device with its present values, and the rules by which they hang together.
 class DeviceState {
 public:
     /// A device as it leaves the factory.
@@ -27,47 +36,58 @@ public:
 
     /// The values of one block.
     template <class Description>
-    ChangeSetOf<Description>& Of() {
-        return std::get<Stored<Description>>(blocks_).present;
+    const ChangeSetOf<Description>& Of() const {
+        return present_.Of<Description>();
     }
 
-    /// Takes over the fields of `received` and carries out its commands.
-    /// Returns:   what all hosts are told: a block of exactly the received fields, and behind it a block of what the
-    ///            commands changed, if there were any. Nothing when nothing was received.
+    /// The values of all blocks.
+    const DeviceBlocks& Blocks() const { return present_; }
+
+    /// Takes over the fields of a block of settings and carries out its commands: all of it or nothing.
     template <class Description>
-    std::string Apply(const ChangeSetOf<Description>& received) {
-        using Set = ChangeSetOf<Description>;
-        if (HoldsNothing<Description>(received)) {
+    ChangeOutcome Change(const ChangeSetOf<Description>& received, Hand hand) {
+        ChangeSetOf<Description> taken = received;
+        if (hand == Hand::Host) {
+            ForgetObservations(taken);
+        }
+        if (IsEmpty(taken)) {
             return {};
         }
-        Stored<Description>& stored = std::get<Stored<Description>>(blocks_);
-        Set changed = Consequences(received, stored.factory);
-        const bool hasConsequences = !HoldsNothing<Description>(changed);
-        Merge(changed, received);
-        ForgetCommands(changed);
-        Merge(stored.present, changed);
-        return DeviceText<Description>(received) + (hasConsequences ? DeviceText<Description>(changed) : std::string());
+        DeviceBlocks changes;
+        changes.Of<Description>() = taken;
+        ChangeOutcome outcome = Change(changes);
+        if (outcome.complaint.empty() && !HoldsNothing<Description>(taken)) {
+            outcome.report.insert(0, DeviceText<Description>(taken));
+        }
+        return outcome;
     }
 
+    /// Takes over the settings of several blocks at once: all or nothing. Commands among them are passed over.
+    /// Returns the complaint, and a report of what is now different.
+    ChangeOutcome Load(const DeviceBlocks& settings);
+
+    /// Lets what is due happen. Time never runs backwards. Returns what all hosts are told.
+    std::string Advance(std::chrono::milliseconds now);
+    /// When something is due; nothing while nothing is under way.
+    std::optional<std::chrono::milliseconds> NextDue() const { return stills_.NextDue(); }
+
     /// What the device tells a host that has just connected: who it is, and all its settings.
-    std::string Greeting();
+    std::string Greeting() const;
+
+    /// Every block, settings and offers.
+    std::string CompleteDump() const;
 
 private:
-    template <class Description>
-    struct Stored {
-        ChangeSetOf<Description> present;
-        ChangeSetOf<Description> factory;
-    };
-    template <class Table>
-    struct AllStored;
-    template <class... Entries>
-    struct AllStored<std::tuple<Entries...>> {
-        using Type = std::tuple<Stored<typename Entries::Description>...>;
-    };
+    ChangeOutcome Change(const DeviceBlocks& changes);
+    /// Makes `next` the present state once all hangs together, unless a value of `judged` is not offered then. Reports
+    /// how it differs from `told`, and the fields that `mentioned` holds in any case.
+    ChangeOutcome Adopt(DeviceBlocks next, const DeviceBlocks& judged, const DeviceBlocks& told,
+                        const DeviceBlocks& mentioned);
 
-    void Identify(const DeviceIdentity& identity);
-
-    AllStored<BlockTable>::Type blocks_;
+    DeviceBlocks factory_;
+    DeviceBlocks present_;
+    Presets presets_;
+    StillStore stills_;
 };
 
 }  // namespace Morquil::Simulator

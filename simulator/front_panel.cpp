@@ -77,25 +77,28 @@ std::string_view LeadingKey(std::string_view header, std::string_view text) {
     return text.substr(0, length);
 }
 
-/// Applies what it reads to the state.
-class PanelSink final : public EveryBlockSink<PanelSink> {
+/// Reads a setting as the device reads a host's block, and hands it to `Derived::TakeSettings`, which answers why it
+/// cannot be, or nothing.
+template <class Derived>
+class SettingSink : public EveryBlockSink<SettingSink<Derived>> {
 public:
-    explicit PanelSink(DeviceState& state) : state_(state) { parser_.SetSink(this); }
-
-    PanelOutcome Apply(const Setting& setting) {
+    /// Returns: why the setting cannot be read; empty when it can.
+    std::string Read(const Setting& setting) {
+        parser_.SetSink(this);
         const std::string line = std::string(setting.key) + ": " + std::string(setting.value);
         HostLines(parser_).Feed(std::string(setting.header) + ":\n" + line + "\n\n");
-        if (outcome_.refusal.empty() && outcome_.report.empty()) {
-            outcome_.refusal = Quoted(setting.value) + " is no value of " + Quoted(setting.key);
+        if (complaint_.empty() && !taken_) {
+            complaint_ = Quoted(setting.value) + " is no value of " + Quoted(setting.key);
         }
-        return std::move(outcome_);
+        return std::move(complaint_);
     }
 
     template <class Description>
     void OnBlock(const ChangeSetOf<Description>& set) {
         if constexpr (KindOf<Description>() == BlockKind::Settings) {
-            if (outcome_.refusal.empty()) {
-                outcome_.report = state_.Apply<Description>(set);
+            taken_ = taken_ || !HoldsNothing<Description>(set);
+            if (complaint_.empty()) {
+                complaint_ = static_cast<Derived*>(this)->template TakeSettings<Description>(set);
             }
         }
     }
@@ -103,25 +106,52 @@ public:
     void OnAcknowledge(bool /*positive*/) override {}
     void OnUnknownBlock() override {}
     void OnProtocolError(const char* text) override {
-        std::string_view complaint = text;
-        complaint = complaint.substr(0, complaint.find('\n'));
-        outcome_.refusal = complaint;
+        const std::string_view complaint = text;
+        complaint_ = complaint.substr(0, complaint.find('\n'));
+    }
+
+private:
+    MorquilTextProtocolParser parser_;
+    std::string complaint_;
+    bool taken_ = false;
+};
+
+class ApplyingSink final : public SettingSink<ApplyingSink> {
+public:
+    explicit ApplyingSink(DeviceState& state) : state_(state) {}
+
+    std::string report;
+
+    template <class Description>
+    std::string TakeSettings(const ChangeSetOf<Description>& set) {
+        ChangeOutcome outcome = state_.Change<Description>(set, Hand::Device);
+        report = std::move(outcome.report);
+        return std::move(outcome.complaint);
     }
 
 private:
     DeviceState& state_;
-    MorquilTextProtocolParser parser_;
-    PanelOutcome outcome_;
 };
 
-PanelOutcome Refused(std::string why) {
-    return {std::move(why), {}};
+class CheckingSink final : public SettingSink<CheckingSink> {
+public:
+    template <class Description>
+    std::string TakeSettings(const ChangeSetOf<Description>& /*set*/) {
+        return {};
+    }
+};
+
+/// What a command says, or why it cannot be read.
+struct SettingReading {
+    Setting setting;
+    std::string refusal;
+};
+
+SettingReading Refused(std::string why) {
+    return {{}, std::move(why)};
 }
 
-}  // namespace
-
-PanelOutcome UseFrontPanel(DeviceState& state, std::string_view command) {
-    const std::string_view text = Trimmed(command);
+SettingReading ReadSetting(std::string_view text) {
     if (LeadingName(text, "set") == 0) {
         return Refused("unknown command " + Quoted(text) + "; try: set VIDEO PROC AMP Gain 12");
     }
@@ -137,7 +167,24 @@ PanelOutcome UseFrontPanel(DeviceState& state, std::string_view command) {
         return Refused("no key of " + std::string(setting.header) + ", with a value behind it, in " + Quoted(rest));
     }
     setting.value = Trimmed(rest.substr(setting.key.size()));
-    return PanelSink(state).Apply(setting);
+    return {setting, {}};
+}
+
+}  // namespace
+
+PanelOutcome UseFrontPanel(DeviceState& state, std::string_view command) {
+    SettingReading reading = ReadSetting(Trimmed(command));
+    if (!reading.refusal.empty()) {
+        return {std::move(reading.refusal), {}};
+    }
+    ApplyingSink sink(state);
+    std::string refusal = sink.Read(reading.setting);
+    return {std::move(refusal), std::move(sink.report)};
+}
+
+std::string PanelCommandProblem(std::string_view command) {
+    SettingReading reading = ReadSetting(Trimmed(command));
+    return reading.refusal.empty() ? CheckingSink().Read(reading.setting) : std::move(reading.refusal);
 }
 
 }  // namespace Morquil::Simulator

@@ -20,4 +20,8 @@ struct PanelOutcome {
 /// Blocks, keys and words are those of the protocol, in any case. Nothing changes when a command is refused.
 PanelOutcome UseFrontPanel(DeviceState& state, std::string_view command);
 
+/// Why no device could carry out such a command: it names no block, no key of the block, or no value of the key. Empty
+/// when there is nothing to say against it.
+std::string PanelCommandProblem(std::string_view command);
+
 }  // namespace Morquil::Simulator

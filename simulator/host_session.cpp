@@ -16,13 +16,17 @@ constexpr const char* refused = "NACK\n\n";
 template <class Description>
 void HostSession::OnBlock(const ChangeSetOf<Description>& set) {
     constexpr BlockKind kind = KindOf<Description>();
+    ChangeSetOf<Description> received = set;
+    for (const auto& [key, value] : lines_.Unreported()) {
+        unreadableLine_ |= !ReadUnreported<Description>(parser_, key, value, received);
+    }
     const bool unreadable = std::exchange(unreadableLine_, false);
     if (unreadable || kind == BlockKind::Announcement) {
         Refuse<Description>();
     } else if constexpr (kind == BlockKind::Offer) {
-        TellOffer<Description>(set);
+        TellOffer<Description>(received);
     } else {
-        Change<Description>(set);
+        Change<Description>(received);
     }
 }
 
@@ -35,7 +39,7 @@ void HostSession::Refuse() {
 template <class Description>
 void HostSession::TellOffer(const ChangeSetOf<Description>& request) {
     // A host asks with the header alone; what the device offers is not for hosts to change.
-    if (HoldsNothing<Description>(request)) {
+    if (IsEmpty(request)) {
         answer_.toSender += acknowledged;
         answer_.toSender += DeviceText<Description>(state_.Of<Description>());
     } else {
@@ -45,9 +49,13 @@ void HostSession::TellOffer(const ChangeSetOf<Description>& request) {
 
 template <class Description>
 void HostSession::Change(const ChangeSetOf<Description>& set) {
-    const std::string report = state_.Apply<Description>(set);
-    answer_.toSender += acknowledged + report;
-    answer_.toOthers += report;
+    const ChangeOutcome outcome = state_.Change<Description>(set, Hand::Host);
+    if (!outcome.complaint.empty()) {
+        Refuse<Description>();
+        return;
+    }
+    answer_.toSender += acknowledged + outcome.report;
+    answer_.toOthers += outcome.report;
 }
 
 HostSession::HostSession(DeviceState& state) : state_(state) {

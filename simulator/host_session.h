@@ -12,8 +12,9 @@ namespace Morquil::Simulator {
 
 /// The device's end of the conversation with one host. Knows no socket.
 ///
-/// Every block gets an answer of its own: "ACK" and what came of it; or "NACK" when the device does not know the block
-/// or cannot read one of its lines. A refused block changes nothing, and its present values are told to its sender.
+/// Every block gets an answer of its own: "ACK" and what came of it; or "NACK" when the device does not know the block,
+/// cannot read one of its lines or does not offer one of its values. A refused block changes nothing, and its present
+/// values are told to its sender.
 class HostSession final : public EveryBlockSink<HostSession> {
 public:
     /// `state` is not owned and is shared by all hosts.

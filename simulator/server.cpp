@@ -9,80 +9,119 @@ namespace Morquil::Simulator {
 
 namespace {
 
-/// A host that leaves this much unread is let go: a device's memory has an end.
-constexpr std::size_t unreadLimit = std::size_t{4} * 1024 * 1024;
+#ifdef _WIN32
+// There it would let two programs listen at the same address.
+constexpr bool reusesAddresses = false;
+#else
+// Connections of a program that has just ended do not keep the next one from listening.
+constexpr bool reusesAddresses = true;
+#endif
 
 }  // namespace
 
 /// The socket of one host. Operations that are on the way keep it alive; once closed it does nothing more.
 class Server::Connection : public std::enable_shared_from_this<Connection> {
 public:
-    Connection(Server& server, asio::ip::tcp::socket socket, SimulatedDevice::HostId host)
-        : server_(server), socket_(std::move(socket)), host_(host) {}
+    Connection(Server& server, asio::ip::tcp::socket socket, Station::HostId host)
+        : server_(server), socket_(std::move(socket)), timer_(socket_.get_executor()), host_(host) {}
 
     void Read() {
         socket_.async_read_some(asio::buffer(received_),
                                 [self = shared_from_this()](asio::error_code error, std::size_t length) {
-                                    if (self->closed_) {
-                                        return;
-                                    }
-                                    if (error) {
-                                        self->server_.Drop(self->host_);
-                                        return;
-                                    }
-                                    self->server_.device_.Receive(self->host_, {self->received_.data(), length});
-                                    self->server_.SendAll();
                                     if (!self->closed_) {
-                                        self->Read();
+                                        self->TakeReceived(error, length);
                                     }
                                 });
     }
 
-    /// Returns false when the host leaves too much unread.
-    bool Send(const std::string& text) {
-        waiting_ += text;
-        if (writing_.empty() && !waiting_.empty()) {
-            Write();
+    /// Sends what is due. What the host does not read stays with the station.
+    void Send() {
+        if (closed_) {
+            return;
         }
-        return waiting_.size() <= unreadLimit;
+        if (server_.station_.GivesUp(host_)) {
+            server_.Drop(host_);
+            return;
+        }
+        if (writing_) {
+            return;
+        }
+        Delivery delivery = server_.station_.Take(host_, server_.surroundings_.now());
+        if (delivery.hangUp) {
+            server_.Drop(host_);
+        } else if (!delivery.bytes.empty()) {
+            Write(std::move(delivery.bytes));
+        } else {
+            AwaitDelivery();
+        }
     }
 
     void Close() {
         closed_ = true;
+        timer_.cancel();
         asio::error_code ignored;
+        socket_.shutdown(asio::socket_base::shutdown_both, ignored);
         socket_.close(ignored);
     }
 
 private:
-    void Write() {
-        writing_ = std::exchange(waiting_, {});
-        asio::async_write(socket_, asio::buffer(writing_),
+    void TakeReceived(asio::error_code error, std::size_t length) {
+        if (error) {
+            server_.Drop(host_);
+            return;
+        }
+        server_.station_.Receive(host_, {received_.data(), length}, server_.surroundings_.now());
+        server_.SendAll();
+        if (!closed_) {
+            Read();
+        }
+    }
+
+    void Write(std::string text) {
+        writing_ = true;
+        sent_ = std::move(text);
+        asio::async_write(socket_, asio::buffer(sent_),
                           [self = shared_from_this()](asio::error_code error, std::size_t /*length*/) {
-                              self->writing_.clear();
+                              self->writing_ = false;
                               // A failed write needs no answer: the read fails as well and drops the host.
-                              if (!error && !self->closed_ && !self->waiting_.empty()) {
-                                  self->Write();
+                              if (!error && !self->closed_) {
+                                  self->Send();
                               }
                           });
     }
 
+    void AwaitDelivery() {
+        const std::optional<Station::Moment> due = server_.station_.NextDelivery(host_);
+        timer_.cancel();
+        if (due) {
+            timer_.expires_after(*due - server_.surroundings_.now());
+            timer_.async_wait([self = shared_from_this()](asio::error_code error) {
+                if (!error && !self->closed_) {
+                    self->Send();
+                }
+            });
+        }
+    }
+
     Server& server_;
     asio::ip::tcp::socket socket_;
-    const SimulatedDevice::HostId host_;
+    asio::steady_timer timer_;
+    const Station::HostId host_;
     bool closed_ = false;
+    bool writing_ = false;
     std::array<char, 4096> received_{};
-    std::string waiting_;
-    std::string writing_;
+    std::string sent_;
 };
 
-Server::Server(asio::io_context& context, SimulatedDevice& device) : acceptor_(context), device_(device) {}
+Server::Server(asio::io_context& context, Station& station, Surroundings surroundings)
+    : acceptor_(context), stationTimer_(context), station_(station), surroundings_(std::move(surroundings)) {}
 
 Server::~Server() = default;
 
 asio::error_code Server::Listen(const asio::ip::tcp::endpoint& endpoint) {
     asio::error_code error;
     acceptor_.open(endpoint.protocol(), error);
-    if (!error) {
+    if (!error && reusesAddresses) {
         acceptor_.set_option(asio::socket_base::reuse_address(true), error);
     }
     if (!error) {
@@ -108,36 +147,56 @@ void Server::Accept() {
             return;
         }
         if (!error) {
-            asio::error_code ignored;
-            socket.set_option(asio::ip::tcp::no_delay(true), ignored);
-            const SimulatedDevice::HostId host = ++lastHost_;
-            const auto connection = std::make_shared<Connection>(*this, std::move(socket), host);
-            connections_.emplace(host, connection);
-            device_.Connect(host);
-            SendAll();
-            connection->Read();
+            Welcome(std::move(socket));
         }
         Accept();
     });
 }
 
+void Server::Welcome(asio::ip::tcp::socket socket) {
+    asio::error_code ignored;
+    socket.set_option(asio::ip::tcp::no_delay(true), ignored);
+    const Station::HostId host = ++lastHost_;
+    const auto connection = std::make_shared<Connection>(*this, std::move(socket), host);
+    connections_.emplace(host, connection);
+    station_.Connect(host, surroundings_.now());
+    connection->Read();
+    SendAll();
+    surroundings_.onHostsChanged();
+}
+
 void Server::SendAll() {
-    std::vector<SimulatedDevice::HostId> tooSlow;
+    // Sending may end connections: the list does not change while it is walked.
+    std::vector<std::shared_ptr<Connection>> connections;
     for (const auto& [host, connection] : connections_) {
-        if (!connection->Send(device_.TakeTextFor(host))) {
-            tooSlow.push_back(host);
-        }
+        connections.push_back(connection);
     }
-    for (const SimulatedDevice::HostId host : tooSlow) {
-        Drop(host);
+    for (const auto& connection : connections) {
+        connection->Send();
+    }
+    AwaitStation();
+}
+
+void Server::AwaitStation() {
+    const std::optional<Station::Moment> due = station_.NextDue();
+    stationTimer_.cancel();
+    if (due) {
+        stationTimer_.expires_after(*due - surroundings_.now());
+        stationTimer_.async_wait([this](asio::error_code error) {
+            if (!error) {
+                station_.Advance(surroundings_.now());
+                SendAll();
+            }
+        });
     }
 }
 
-void Server::Drop(SimulatedDevice::HostId host) {
+void Server::Drop(Station::HostId host) {
     const auto found = connections_.find(host);
     found->second->Close();
     connections_.erase(found);
-    device_.Disconnect(host);
+    station_.Disconnect(host, surroundings_.now());
+    surroundings_.onHostsChanged();
 }
 
 }  // namespace Morquil::Simulator

@@ -1,18 +1,26 @@
 #pragma once
 
 #include <asio.hpp>
+#include <functional>
 #include <map>
 #include <memory>
 
-#include "simulator/simulated_device.h"
+#include "simulator/station.h"
 
 namespace Morquil::Simulator {
 
-/// Puts a simulated device on the network. Everything runs on the thread that runs the `io_context`.
+/// Puts a station on the network. Everything runs on the thread that runs the `io_context`.
 class Server {
 public:
-    /// `device` is not owned.
-    Server(asio::io_context& context, SimulatedDevice& device);
+    struct Surroundings {
+        /// What time it is for the station.
+        std::function<Station::Moment()> now;
+        /// Told when a host has come or gone.
+        std::function<void()> onHostsChanged;
+    };
+
+    /// `station` is not owned.
+    Server(asio::io_context& context, Station& station, Surroundings surroundings);
     ~Server();
 
     /// Starts to listen. Returns why that is impossible, or no error.
@@ -21,7 +29,9 @@ public:
     /// The address and port that hosts can connect to.
     asio::ip::tcp::endpoint Endpoint() const;
 
-    /// Sends what the device has to say. To be called after everything that may have changed it.
+    std::size_t HostCount() const { return connections_.size(); }
+
+    /// Sends what the station has to say. To be called after everything that may have changed it.
     void SendAll();
 
 private:
@@ -29,12 +39,16 @@ private:
     friend class Connection;
 
     void Accept();
-    void Drop(SimulatedDevice::HostId host);
+    void Welcome(asio::ip::tcp::socket socket);
+    void Drop(Station::HostId host);
+    void AwaitStation();
 
     asio::ip::tcp::acceptor acceptor_;
-    SimulatedDevice& device_;
-    SimulatedDevice::HostId lastHost_ = 0;
-    std::map<SimulatedDevice::HostId, std::shared_ptr<Connection>> connections_;
+    asio::steady_timer stationTimer_;
+    Station& station_;
+    Surroundings surroundings_;
+    Station::HostId lastHost_ = 0;
+    std::map<Station::HostId, std::shared_ptr<Connection>> connections_;
 };
 
 }  // namespace Morquil::Simulator

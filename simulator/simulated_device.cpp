@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "simulator/host_session.h"
+#include "simulator/settings_load.h"
 
 namespace Morquil::Simulator {
 
@@ -27,10 +28,32 @@ void SimulatedDevice::Receive(HostId host, std::string_view bytes) {
 
 PanelOutcome SimulatedDevice::UsePanel(std::string_view command) {
     PanelOutcome outcome = UseFrontPanel(state_, command);
-    for (auto& [id, host] : hosts_) {
-        host.unsent += outcome.report;
-    }
+    TellAll(outcome.report);
     return outcome;
+}
+
+void SimulatedDevice::Advance(std::chrono::milliseconds now) {
+    TellAll(state_.Advance(now));
+}
+
+std::optional<std::chrono::milliseconds> SimulatedDevice::NextDue() const {
+    return state_.NextDue();
+}
+
+std::string SimulatedDevice::CompleteDump() const {
+    return state_.CompleteDump();
+}
+
+std::string SimulatedDevice::LoadSettings(std::string_view text) {
+    const ChangeOutcome outcome = Simulator::LoadSettings(state_, text);
+    TellAll(outcome.report);
+    return outcome.complaint;
+}
+
+void SimulatedDevice::TellAll(std::string_view report) {
+    for (auto& [id, host] : hosts_) {
+        host.unsent += report;
+    }
 }
 
 std::string SimulatedDevice::TakeTextFor(HostId host) {

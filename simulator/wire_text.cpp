@@ -1,35 +1,22 @@
 #include "simulator/wire_text.h"
 
+#include <algorithm>
 #include <array>
 
 #include "protocol/ascii.h"
+#include "protocol/blocks/all.h"
 #include "simulator/text_lines.h"
 
 namespace Morquil::Simulator {
 
 namespace {
 
-/// The line's text up to its colon, and what follows the colon and the blank behind it.
-struct KeyAndValue {
-    std::string_view key;
-    std::string_view value;
-};
-
-KeyAndValue Split(std::string_view line) {
-    const std::size_t colon = line.find(':');
-    if (colon == std::string_view::npos) {
-        return {line, {}};
-    }
-    const std::size_t value = line.find_first_not_of(' ', colon + 1);
-    return {line.substr(0, colon), value == std::string_view::npos ? std::string_view() : line.substr(value)};
-}
-
 bool IsPhase(std::string_view key) {
     return StartsIgnoringCase(key, "AudioInPhase") || StartsIgnoringCase(key, "AudioDDPhase");
 }
 
 std::string PhaseAsNumber(std::string_view line) {
-    const KeyAndValue parts = Split(line);
+    const KeyAndValue parts = SplitLine(line);
     if (!IsPhase(parts.key) || (parts.value != "true" && parts.value != "false")) {
         return std::string(line);
     }
@@ -48,13 +35,27 @@ std::string_view AppendListLine(std::string& text, std::string_view key, std::st
     return end < words.size() ? words.substr(end + 1) : std::string_view();
 }
 
-/// Taken from hosts, never reported by devices, and therefore no key of the device's reader.
+bool IsTimecode(std::string_view text) {
+    std::uint32_t digits = 0;
+    return ParseTimecode(text, digits);
+}
+
+/// The number that stands for no transition setting is read like any other, and then there is none.
+bool IsTransitionSetting(std::string_view text) {
+    std::int32_t number = 0;
+    return !ValueReader(text).Read(number) || number != VideoOutputChangeSet::noTransitionSetting;
+}
+
+/// A key whose reader passes over bad values in silence.
 struct SilentKey {
-    std::string_view header;
+    std::string_view block;
     std::string_view key;
+    bool (*takes)(std::string_view value);
 };
-constexpr std::array<SilentKey, 2> silentKeys{SilentKey{"AUDIO", "Metadata program config"},
-                                              SilentKey{"ALIGN", "ResetValues"}};
+constexpr std::array<SilentKey, 3> silentKeys{
+    SilentKey{AncillaryDataChangeSet::block.header.name, "Timecode generate value", &IsTimecode},
+    SilentKey{AncillaryDataChangeSet::block.header.name, "Timecode jam sync value", &IsTimecode},
+    SilentKey{VideoOutputChangeSet::block.header.name, "Transition setting", &IsTransitionSetting}};
 
 }  // namespace
 
@@ -65,7 +66,7 @@ std::string BreakLongLines(std::string_view text) {
             broken.append(line).append("\n");
             return;
         }
-        const KeyAndValue parts = Split(line);
+        const KeyAndValue parts = SplitLine(line);
         for (std::string_view words = parts.value; !words.empty();) {
             words = AppendListLine(broken, parts.key, words);
         }
@@ -79,16 +80,24 @@ std::string PhasesAsNumbers(std::string_view text) {
     return rewritten;
 }
 
-std::string LineFromHost(std::string_view header, std::string_view line) {
-    const std::string_view block = header.ends_with(':') ? header.substr(0, header.size() - 1) : header;
-    const std::string_view key = Split(line).key;
-    for (const SilentKey& silent : silentKeys) {
-        if (EqualsIgnoringCase(block, silent.header) && EqualsIgnoringCase(key, silent.key)) {
-            return {};
-        }
-    }
-    const bool mayHoldPhases = EqualsIgnoringCase(block, "AUDIO");
-    return (mayHoldPhases ? PhaseAsNumber(line) : std::string(line)) + "\n";
+KeyAndValue SplitLine(std::string_view line) {
+    constexpr std::string_view separators = " :";
+    const std::size_t start = std::min(line.find_first_not_of(separators), line.size());
+    const std::size_t end = std::min(line.find(':', start), line.size());
+    const std::size_t value = std::min(line.find_first_not_of(separators, end), line.size());
+    return {line.substr(start, end - start), line.substr(value)};
+}
+
+std::string LineFromHost(std::string_view block, std::string_view line) {
+    const bool mayHoldPhases = EqualsIgnoringCase(block, AudioChangeSet::block.header.name);
+    return mayHoldPhases ? PhaseAsNumber(line) : std::string(line);
+}
+
+bool IsSilentlyLost(std::string_view block, const KeyAndValue& line) {
+    return std::any_of(silentKeys.begin(), silentKeys.end(), [&](const SilentKey& silent) {
+        return EqualsIgnoringCase(block, silent.block) && EqualsIgnoringCase(line.key, silent.key) &&
+               !silent.takes(line.value);
+    });
 }
 
 }  // namespace Morquil::Simulator

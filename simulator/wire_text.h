@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "protocol/message.h"
+#include "simulator/unreported_keys.h"
 
 namespace Morquil::Simulator {
 
@@ -18,20 +19,31 @@ std::string BreakLongLines(std::string_view text);
 /// Rewrites the phases of an AUDIO block: hosts write true or false, devices report 1 or 0.
 std::string PhasesAsNumbers(std::string_view text);
 
-/// One line from a host as a device's own reader understands it: phases become numbers, and the keys that devices take
-/// but never report vanish. `header` is the header line of the block that the line stands in.
-std::string LineFromHost(std::string_view header, std::string_view line);
+/// A line's text up to its colon, and what follows the colon, without the blanks and colons in front of either.
+struct KeyAndValue {
+    std::string_view key;
+    std::string_view value;
+};
+KeyAndValue SplitLine(std::string_view line);
+
+/// One line from a host as a device's own reader understands it, without its line feed: phases become numbers. `block`
+/// is the name of the block that the line stands in.
+std::string LineFromHost(std::string_view block, std::string_view line);
+
+/// Whether the reader passes over the value of such a line in silence although the device cannot take it.
+bool IsSilentlyLost(std::string_view block, const KeyAndValue& line);
 
 /// A whole block as the device sends it.
 template <class Description>
 std::string DeviceText(const ChangeSetOf<Description>& set) {
-    return BreakLongLines(PhasesAsNumbers(BlockText<Description>(set)));
+    const char* const name = Description::block.header.name;
+    return BreakLongLines(PhasesAsNumbers(WithoutUnreportedKeys(name, BlockText<Description>(set))));
 }
 
-/// Whether the block is its header and nothing else.
+/// Whether the device would send the header of the block and nothing else.
 template <class Description>
 bool HoldsNothing(const ChangeSetOf<Description>& set) {
-    return BlockText<Description>(set) == std::string(Description::block.header.name) + ":\n\n";
+    return DeviceText<Description>(set) == std::string(Description::block.header.name) + ":\n\n";
 }
 
 }  // namespace Morquil::Simulator

@@ -2,86 +2,102 @@
 
 #include <gtest/gtest.h>
 
-#include "simulator/device_state.h"
+#include "tests/simulator/lone_host.h"
 
 namespace Morquil::Simulator {
 namespace {
 
-constexpr const char* resetProcAmp =
+constexpr const char* factoryProcAmp =
     "VIDEO PROC AMP:\nGain: 0\nBlack: 0\nSaturation: 0\nHue: 0\nRY: 0\nBY: 0\nSharp: 0\n\n";
 
 class CommandsTest : public testing::Test {
 protected:
-    DeviceState state{DeviceIdentity{}};
+    LoneHost host;
 };
 
 TEST_F(CommandsTest, ResetReportsAllValuesBehindItsEcho) {
-    VideoProcAmpChangeSet change;
-    change.gain.Set(12);
-    state.Apply<VideoProcAmpChangeSet>(change);
-    VideoProcAmpChangeSet reset;
-    reset.reset.Set(true);
-    EXPECT_EQ(state.Apply<VideoProcAmpChangeSet>(reset),
-              std::string("VIDEO PROC AMP:\nReset: true\n\n") + resetProcAmp);
-    EXPECT_EQ(DeviceText<VideoProcAmpChangeSet>(state.Of<VideoProcAmpChangeSet>()), resetProcAmp);
+    host.Ask("VIDEO PROC AMP:\nGain: 12\n\n");
+    EXPECT_EQ(host.Ask("VIDEO PROC AMP:\nReset: true\n\n"),
+              std::string("ACK\n\nVIDEO PROC AMP:\nReset: true\n\n") + factoryProcAmp);
+    EXPECT_EQ(host.Value("VIDEO PROC AMP", "Gain"), "0");
+}
+
+TEST_F(CommandsTest, AResetThatIsFalseIsNone) {
+    host.Ask("VIDEO PROC AMP:\nGain: 12\n\n");
+    EXPECT_EQ(host.Ask("VIDEO PROC AMP:\nReset: false\n\n"), "ACK\n\n");
+    EXPECT_EQ(host.Value("VIDEO PROC AMP", "Gain"), "12");
 }
 
 TEST_F(CommandsTest, AValueSentTogetherWithAResetOutlivesIt) {
-    VideoProcAmpChangeSet change;
-    change.reset.Set(true);
-    change.gain.Set(5);
-    state.Apply<VideoProcAmpChangeSet>(change);
-    EXPECT_EQ(state.Of<VideoProcAmpChangeSet>().gain.Get(), 5);
+    host.Ask("VIDEO PROC AMP:\nReset: true\nGain: 5\n\n");
+    EXPECT_EQ(host.Value("VIDEO PROC AMP", "Gain"), "5");
 }
 
 TEST_F(CommandsTest, ResetValuesResetsTheKeysWhoseBitsAreSet) {
-    VideoAdjustChangeSet change;
-    change.red.Set(1);
-    change.green.Set(2);
-    change.blue.Set(3);
-    state.Apply<VideoAdjustChangeSet>(change);
-    VideoAdjustChangeSet reset;
-    reset.resetValues.Set(0b101);
-    EXPECT_EQ(state.Apply<VideoAdjustChangeSet>(reset),
-              "VIDEO ADJUST:\nResetValues: 5\n\nVIDEO ADJUST:\nRed: 0\nBlue: 0\n\n");
-    EXPECT_EQ(state.Of<VideoAdjustChangeSet>().green.Get(), 2);
+    host.Ask("VIDEO ADJUST:\nRed: 1\nGreen: 2\nBlue: 3\n\n");
+    EXPECT_EQ(host.Ask("VIDEO ADJUST:\nResetValues: 5\n\n"),
+              "ACK\n\nVIDEO ADJUST:\nResetValues: 5\n\nVIDEO ADJUST:\nRed: 0\nBlue: 0\n\n");
+    EXPECT_EQ(host.Value("VIDEO ADJUST", "Green"), "2");
 }
 
-TEST_F(CommandsTest, CapturingAStillFrameFillsTheStore) {
-    VideoOutputChangeSet change;
-    change.stillFrameAction.Set(morquilAPIStillFrameCapture);
-    EXPECT_EQ(state.Apply<VideoOutputChangeSet>(change),
-              "VIDEO OUTPUT:\nStill frame action: Capture\n\n"
-              "VIDEO OUTPUT:\nStill frame present: true\nStill store complete: true\n\n");
+struct Reset {
+    const char* block;
+    const char* key;
+    const char* other;
+    std::uint32_t bit;
+};
+
+TEST_F(CommandsTest, ResetValuesWorksInEveryBlockThatHasIt) {
+    const Reset resets[] = {
+        {"VIDEO PROC AMP", "Sharp", "7", 6},
+        {"VIDEO ADJUST", "Aspect fill Cr", "600", 9},
+        {"ANCILLARY DATA", "Timecode loss mode", "Stop", 5},
+        {"VARIABLE ASPECT RATIO", "Variable Aspect Ratio zoom/crop", "true", 12},
+        {"ALIGN", "Align trim Y right", "9", 11},
+        {"AUDIO", "AudioInLevel15", "-3", 3},
+    };
+    for (const Reset& reset : resets) {
+        const std::string before = host.Value(reset.block, reset.key);
+        EXPECT_TRUE(host.Set(reset.block, std::string(reset.key) + ": " + reset.other)) << reset.block;
+        EXPECT_EQ(host.Value(reset.block, reset.key), reset.other) << reset.block;
+        EXPECT_TRUE(host.Set(reset.block, "ResetValues: " + std::to_string(1U << reset.bit))) << reset.block;
+        EXPECT_EQ(host.Value(reset.block, reset.key), before) << reset.block;
+    }
 }
 
-TEST_F(CommandsTest, DeletingTheStillFrameEmptiesTheStore) {
-    VideoOutputChangeSet change;
-    change.stillFrameAction.Set(morquilAPIStillFrameCapture);
-    state.Apply<VideoOutputChangeSet>(change);
-    change.stillFrameAction.Set(morquilAPIStillFrameDelete);
-    state.Apply<VideoOutputChangeSet>(change);
-    EXPECT_FALSE(state.Of<VideoOutputChangeSet>().stillFramePresent.Get());
-    EXPECT_FALSE(state.Of<VideoOutputChangeSet>().stillStoreComplete.Get());
+TEST_F(CommandsTest, AllBitsAreReadAsMinusOne) {
+    const std::string before = host.device.CompleteDump();
+    host.Ask("VIDEO ADJUST:\nRed: 1\nAspect fill Cr: 600\n\n");
+    EXPECT_TRUE(host.Set("VIDEO ADJUST", "ResetValues: -1"));
+    EXPECT_EQ(host.device.CompleteDump(), before);
 }
 
-TEST_F(CommandsTest, PreviewingTheStillFrameCompletes) {
-    VideoOutputChangeSet change;
-    change.stillFrameAction.Set(morquilAPIStillFramePreview);
-    state.Apply<VideoOutputChangeSet>(change);
-    EXPECT_TRUE(state.Of<VideoOutputChangeSet>().stillPreviewComplete.Get());
+TEST_F(CommandsTest, AResetGivesTheNearestValueWhereTheFactorysIsNotOffered) {
+    host.SetModes("1080i59.94", "525i59.94 NTSC");
+    EXPECT_TRUE(host.Set("ANCILLARY DATA", "Timecode output line: 15"));
+    EXPECT_EQ(host.Ask("ANCILLARY DATA:\nResetValues: 4\n\n"),
+              "ACK\n\nANCILLARY DATA:\nResetValues: 4\n\nANCILLARY DATA:\nTimecode output line: 10\n\n");
+}
+
+TEST_F(CommandsTest, NoResetTouchesWhatTheDeviceObserves) {
+    host.SetModes("720p50", "1080i50");
+    const std::string reply = host.Ask("ANCILLARY DATA:\nResetValues: -1\n\n");
+    EXPECT_EQ(reply.find("last input height"), std::string::npos) << reply;
+    EXPECT_EQ(host.Value("ANCILLARY DATA", "Ancillary Data last input height"), "720");
+}
+
+TEST_F(CommandsTest, TimecodeStartsFromTheSourceThatIsSetWithIt) {
+    EXPECT_EQ(host.Ask("ANCILLARY DATA:\nTimecode start source: Input\nTimecode start: true\n\n"),
+              "ACK\n\nANCILLARY DATA:\nTimecode start source: Input\nTimecode start: true\n\n");
+    EXPECT_EQ(host.Value("ANCILLARY DATA", "Timecode start source"), "Input");
 }
 
 TEST_F(CommandsTest, AreEchoedButNotKept) {
-    const std::string before = state.Greeting();
-    PresetChangeSet preset;
-    preset.save.Set(2);
-    preset.recall.Set(3);
-    EXPECT_EQ(state.Apply<PresetChangeSet>(preset), "PRESET:\nSave: 2\nRecall: 3\n\n");
-    AncillaryDataChangeSet start;
-    start.timecodeStart.Set(true);
-    EXPECT_EQ(state.Apply<AncillaryDataChangeSet>(start), "ANCILLARY DATA:\nTimecode start: true\n\n");
-    EXPECT_EQ(state.Greeting(), before);
+    const std::string before = host.device.CompleteDump();
+    EXPECT_EQ(host.Ask("PRESET:\nSave: 2\nRecall: 3\n\n"), "ACK\n\nPRESET:\nSave: 2\nRecall: 3\n\n");
+    EXPECT_EQ(host.Ask("ANCILLARY DATA:\nTimecode start: true\n\n"),
+              "ACK\n\nANCILLARY DATA:\nTimecode start: true\n\n");
+    EXPECT_EQ(host.device.CompleteDump(), before);
 }
 
 }  // namespace

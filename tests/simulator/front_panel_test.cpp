@@ -30,7 +30,8 @@ TEST_F(FrontPanelTest, SetsBlocksAndKeysOfSeveralWords) {
     for (const Command& command : commands) {
         const PanelOutcome outcome = UseFrontPanel(state, command.text);
         EXPECT_EQ(outcome.refusal, "") << command.text;
-        EXPECT_EQ(outcome.report, command.report);
+        // What follows from another mode is told behind it.
+        EXPECT_EQ(outcome.report.substr(0, std::string_view(command.report).size()), command.report);
     }
 }
 
@@ -48,6 +49,7 @@ TEST_F(FrontPanelTest, SaysWhyItRefusesACommandAndChangesNothing) {
         {"set VIDEO PROC AMP Tint 2", "no key of VIDEO PROC AMP, with a value behind it, in \"Tint 2\""},
         {"set VIDEO PROC AMP Gain", "no key of VIDEO PROC AMP, with a value behind it, in \"Gain\""},
         {"set VIDEO PROC AMP Gain x", "Failed to parse \"VideoProcAmp\" value string \"x\""},
+        {"set VIDEO PROC AMP Gain 9999", "VIDEO PROC AMP, Gain: 9999: the device does not offer this value"},
         {"set AUDIO AudioOut16 TTMute", "Unknown Audio line \"AudioOut16\""},
         {"set VIDEO INPUT Timecode present Maybe", "\"Maybe\" is no value of \"Timecode present\""},
     };

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 #include "simulator/block_kinds.h"
 #include "simulator/text_lines.h"
 #include "tests/simulator/listening_host.h"
@@ -62,8 +66,36 @@ TEST_F(SimulatedDeviceTest, AnswersEveryRequestForWhatItOffers) {
     EXPECT_EQ(device.TakeTextFor(otherHost), "") << "only who asks is told";
 }
 
-TEST_F(SimulatedDeviceTest, EchoesEveryKeyOfEveryBlockToAllHostsAsItWasSent) {
+struct Observation {
+    const char* block;
+    const char* key;
+};
+
+// clang-format off
+/// What no host can set, and what stands in settings files all the same.
+constexpr Observation observations[] = {
+    {"MORQUIL DEVICE", "Model name"}, {"MORQUIL DEVICE", "Software Version"}, {"MORQUIL DEVICE", "FPGA Version"},
+    {"MORQUIL DEVICE", "Remote lock"},
+    {"VIDEO INPUT", "Signal present"}, {"VIDEO INPUT", "Timecode present"},
+    {"VIDEO INPUT", "Closed captioning present"}, {"VIDEO INPUT", "Optical module present"},
+    {"VIDEO OUTPUT", "Still frame present"}, {"VIDEO OUTPUT", "Still load complete"},
+    {"VIDEO OUTPUT", "Still store complete"}, {"VIDEO OUTPUT", "Still preview complete"},
+    {"ANCILLARY DATA", "Ancillary Data last input height"},
+    {"GENLOCK", "Signal locked"},
+    {"VARIABLE ASPECT RATIO", "Variable Aspect Ratio last input width"},
+    {"VARIABLE ASPECT RATIO", "Variable Aspect Ratio last input height"},
+    {"VARIABLE ASPECT RATIO", "Variable Aspect Ratio last output width"},
+    {"VARIABLE ASPECT RATIO", "Variable Aspect Ratio last output height"},
+    {"ALIGN", "Align last input width"}, {"ALIGN", "Align last input height"},
+    {"ALIGN", "Align last output width"}, {"ALIGN", "Align last output height"},
+    {"NETWORK CONFIG", "DHCP enabled"}, {"NETWORK CONFIG", "IP address"}, {"NETWORK CONFIG", "Gateway"},
+    {"NETWORK CONFIG", "Subnet"},
+};
+// clang-format on
+
+TEST_F(SimulatedDeviceTest, EchoesEverySettingToAllHostsAsItWasSentAndPassesOverWhatItObserves) {
     std::string header;
+    std::size_t passedOver = 0;
     ForEachLine(greeting.substr(greeting.find("MORQUIL DEVICE:")), [&](std::string_view line) {
         if (line.empty()) {
             header.clear();
@@ -71,10 +103,47 @@ TEST_F(SimulatedDeviceTest, EchoesEveryKeyOfEveryBlockToAllHostsAsItWasSent) {
             header = line;
         } else {
             const std::string block = header + "\n" + std::string(line) + "\n\n";
-            EXPECT_EQ(Ask(block), "ACK\n\n" + block);
-            EXPECT_EQ(device.TakeTextFor(otherHost), block);
+            const bool observed = std::any_of(std::begin(observations), std::end(observations), [&](const auto& row) {
+                return header == std::string(row.block) + ":" && line.starts_with(std::string(row.key) + ": ");
+            });
+            passedOver += observed ? 1 : 0;
+            EXPECT_EQ(Ask(block), "ACK\n\n" + (observed ? "" : block));
+            EXPECT_EQ(device.TakeTextFor(otherHost), observed ? "" : block);
         }
     });
+    EXPECT_EQ(passedOver, std::size(observations));
+}
+
+TEST_F(SimulatedDeviceTest, PassesOverOtherValuesOfWhatItObservesAndTakesTheSettingsBesideThem) {
+    const std::string before = device.CompleteDump();
+    EXPECT_EQ(Ask("MORQUIL DEVICE:\nModel name: Mine\nSoftware Version: 0x1\nRemote lock: true\n\n"), "ACK\n\n");
+    EXPECT_EQ(Ask("NETWORK CONFIG:\nDHCP enabled: true\nIP address: 1\nGateway: 2\nSubnet: 3\n\n"), "ACK\n\n");
+    EXPECT_EQ(device.CompleteDump(), before);
+    EXPECT_EQ(Ask("GENLOCK:\nLine offset: 4\nSignal locked: false\n\n"), "ACK\n\nGENLOCK:\nLine offset: 4\n\n");
+    EXPECT_EQ(Ask("MORQUIL DEVICE:\nRemote lock: true\nPanel lock: true\n\n"),
+              "ACK\n\nMORQUIL DEVICE:\nPanel lock: true\n\n");
+}
+
+TEST_F(SimulatedDeviceTest, LetsThePanelSetWhatItObserves) {
+    EXPECT_EQ(device.UsePanel("set MORQUIL DEVICE Remote lock true").refusal, "");
+    EXPECT_EQ(device.TakeTextFor(host), "MORQUIL DEVICE:\nRemote lock: true\n\n");
+}
+
+TEST_F(SimulatedDeviceTest, AcceptsEveryBlockThatItHasSent) {
+    const std::string settings = greeting.substr(greeting.find("MORQUIL DEVICE:"));
+    ListeningHost listener;
+    listener.Hear(Ask(settings));
+    EXPECT_EQ(listener.refusals, 0);
+    EXPECT_EQ(listener.errors, std::vector<std::string>());
+}
+
+TEST_F(SimulatedDeviceTest, DumpsEveryBlockInShortLinesThatHostsUnderstand) {
+    const std::string dump = device.CompleteDump();
+    ListeningHost listener;
+    listener.Hear(dump);
+    EXPECT_EQ(listener.blocks.size(), blockCount);
+    EXPECT_EQ(listener.errors, std::vector<std::string>());
+    ExpectShortLines(dump);
 }
 
 TEST_F(SimulatedDeviceTest, EchoesAWholeBlockInOnePiece) {
@@ -110,18 +179,57 @@ TEST_F(SimulatedDeviceTest, RefusesABlockWithAnUnreadableLineAndTellsTheSenderWh
 
 TEST_F(SimulatedDeviceTest, LetsNoHostChangeWhatItOffersOrItsPreamble) {
     EXPECT_TRUE(Ask("PRESET AVAILABILITY:\nPreset range: 1 99\n\n").starts_with("NACK\n\n"));
+    EXPECT_TRUE(Ask("AUDIO AVAILABILITY:\nMetadata dialog level range: 1 2\n\n").starts_with("NACK\n\n"));
     EXPECT_TRUE(Ask("PROTOCOL PREAMBLE:\nVersion: 2.21\n\n").starts_with("NACK\n\n"));
     EXPECT_EQ(Ask("PRESET AVAILABILITY:\n\n"), "ACK\n\nPRESET AVAILABILITY:\nPreset range: 1 6\n\n");
 }
 
 TEST_F(SimulatedDeviceTest, GivesTheSameAnswersForEverySplitOfTheStream) {
+    const std::string tooLong(300, 'x');
     const std::string stream =
-        "PING\n\nVIDEO PROC AMP:\r\nGain: 12\r\n\r\nCOFFEE:\nSugar: 2\n\nAUDIO:\nAudioInPhase3: true\n\n";
+        "PING\n\nVIDEO PROC AMP:\r\nGain: 12\r\n\r\nCOFFEE:\nSugar: 2\n\n"
+        "PING\nAUDIO:\nAudioInPhase3: true\n\nAUDIO:\nAudioInPhase3:" +
+        std::string(300, ' ') + "true\n\nAUDIO" + tooLong + ":\nAES output select: true\n\nALIGN:\nResetValues: 1\n\n" +
+        "GENLOCK:\n" + tooLong + "\nType: Input\n\n" + tooLong + "\n\n";
     const std::string whole = Ask(stream);
     for (std::size_t split = 1; split < stream.size(); ++split) {
         device.Receive(host, std::string_view(stream).substr(0, split));
         device.Receive(host, std::string_view(stream).substr(split));
         EXPECT_EQ(device.TakeTextFor(host), whole) << "split at " << split;
+    }
+    for (const char byte : stream) {
+        device.Receive(host, {&byte, 1});
+    }
+    EXPECT_EQ(device.TakeTextFor(host), whole);
+}
+
+TEST_F(SimulatedDeviceTest, AnswersHostileInputAndStaysAsItIs) {
+    using namespace std::string_literals;
+    const std::string before = device.CompleteDump();
+    const std::string genlock =
+        "NACK\n\nGENLOCK:\nType: Input\nGen reference: Blackburst\nLine offset: 0\nPixel offset: 0\n"
+        "Signal locked: true\n\n";
+    const std::string tooLong(300, 'x');
+    const std::pair<std::string, std::string> inputs[] = {
+        {"GENLOCK:\nLine offset\n\n", genlock},
+        {"GENLOCK:\nLine offset:\n\n", genlock},
+        {"GENLOCK:\n:::\n\n", genlock},
+        {"GENLOCK:\n\0\n\n"s, genlock},
+        {"GENLOCK:\nLine offset: 4\n\0Type: Input\n\n"s, genlock},
+        {"GENLOCK:\nLine offset: 4\nType: " + tooLong + "\n\n", genlock},
+        {"GENLOCK:\n" + tooLong + tooLong + ": 3\nLine offset: 4\n\n", genlock},
+        {"\0GENLOCK:\nLine offset: 4\n\n"s, "NACK\n\n"},
+        {":\nLine offset: 4\n\n", "NACK\n\n"},
+        {tooLong + "\nLine offset: 4\n\n", "NACK\n\n"},
+        {"GENLOCK" + std::string(1, '\0') + tooLong + "\nLine offset: 4\n\n", "NACK\n\n"},
+        {"GENLOCK:\n%s%n%d: %s%n\n\n", genlock},
+        {"\n\n\n\n", ""},
+        {"ACK\n\nNACK\n\n", ""},
+        {"\xff\xfe\xfd\n\n", "NACK\n\n"},
+    };
+    for (const auto& [text, answer] : inputs) {
+        EXPECT_EQ(Ask(text), answer) << text;
+        EXPECT_EQ(device.CompleteDump(), before) << text;
     }
 }
 
@@ -133,9 +241,20 @@ TEST_F(SimulatedDeviceTest, KeepsTheConversationsOfItsHostsApart) {
 }
 
 TEST_F(SimulatedDeviceTest, SurvivesALineThatNeverEnds) {
-    Ask(std::string(100000, 'x'));
+    const std::string piece(1024 * 1024, 'x');
+    for (int megabyte = 0; megabyte < 8; ++megabyte) {
+        EXPECT_EQ(Ask(piece), "");
+    }
     EXPECT_EQ(Ask("\n\n"), "NACK\n\n");
     EXPECT_EQ(Ask("PING\n\n"), "ACK\n\n");
+}
+
+TEST_F(SimulatedDeviceTest, AnswersABlockOfEndlessRepetitionsOnce) {
+    std::string block = "ALIGN:\n";
+    for (int line = 0; line < 10000; ++line) {
+        block += "ResetValues: 1\nAlign trim X left: 5\n";
+    }
+    EXPECT_EQ(Ask(block + "\n"), "ACK\n\nALIGN:\nAlign trim X left: 5\n\nALIGN:\nAlign size X left: 1.000000\n\n");
 }
 
 TEST_F(SimulatedDeviceTest, TellsHostsNothingAfterTheyHaveGone) {
@@ -152,8 +271,11 @@ TEST_F(SimulatedDeviceTest, TellsAllHostsWhatSomebodyChangedAtTheFrontPanel) {
 }
 
 TEST_F(SimulatedDeviceTest, TakesWhatDevicesNeverReport) {
-    EXPECT_EQ(Ask("ALIGN:\nResetValues: 1\nAlign trim X left: 5\n\n"), "ACK\n\nALIGN:\nAlign trim X left: 5\n\n");
+    Ask("ALIGN:\nAlign size X left: 0.75\n\n");
+    EXPECT_EQ(Ask("ALIGN:\nResetValues: 1\nAlign trim X left: 5\n\n"),
+              "ACK\n\nALIGN:\nAlign trim X left: 5\n\nALIGN:\nAlign size X left: 1.000000\n\n");
     EXPECT_EQ(Ask("AUDIO:\nMetadata program config: ProgCfg4_4\n\n"), "ACK\n\n");
+    EXPECT_EQ(device.CompleteDump().find("Metadata program config"), std::string::npos);
 }
 
 TEST(SimulatedDevice, SaysWhoItIs) {

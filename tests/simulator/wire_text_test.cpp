@@ -41,10 +41,25 @@ TEST(WireText, WritesPhasesAsNumbers) {
 }
 
 TEST(WireText, ReadsPhasesOfHostsInTheAudioBlockOnly) {
-    EXPECT_EQ(LineFromHost("AUDIO:", "AudioInPhase3: true"), "AudioInPhase3: 1\n");
-    EXPECT_EQ(LineFromHost("audio", "AudioDDPhase0: false"), "AudioDDPhase0: 0\n");
-    EXPECT_EQ(LineFromHost("AUDIO:", "AES output select: true"), "AES output select: true\n");
-    EXPECT_EQ(LineFromHost("DEVICE FILENAMES:", "AudioInPhase3: true"), "AudioInPhase3: true\n");
+    EXPECT_EQ(LineFromHost("AUDIO", "AudioInPhase3: true"), "AudioInPhase3: 1");
+    EXPECT_EQ(LineFromHost("audio", "AudioDDPhase0:false"), "AudioDDPhase0: 0");
+    EXPECT_EQ(LineFromHost("AUDIO", "AES output select: true"), "AES output select: true");
+    EXPECT_EQ(LineFromHost("DEVICE FILENAMES", "AudioInPhase3: true"), "AudioInPhase3: true");
+}
+
+TEST(WireText, LeavesOutWhatDevicesNeverReport) {
+    AlignChangeSet align;
+    align.resetValues.Set(1);
+    align.trimXLeft.Set(5);
+    EXPECT_EQ(DeviceText<AlignChangeSet>(align), "ALIGN:\nAlign trim X left: 5\n\n");
+}
+
+TEST(WireText, KnowsTheValuesThatReadersPassOverInSilence) {
+    EXPECT_TRUE(IsSilentlyLost("ANCILLARY DATA", {"Timecode generate value", "01:02:03"}));
+    EXPECT_FALSE(IsSilentlyLost("ANCILLARY DATA", {"timecode generate value", "01:02:03:04"}));
+    EXPECT_TRUE(IsSilentlyLost("video output", {"Transition setting", "-1"}));
+    EXPECT_FALSE(IsSilentlyLost("VIDEO OUTPUT", {"Transition setting", "10"}));
+    EXPECT_FALSE(IsSilentlyLost("VIDEO PROC AMP", {"Gain", "-1"}));
 }
 
 TEST(WireText, KnowsABlockThatHoldsNothing) {

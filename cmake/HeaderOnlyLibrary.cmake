@@ -1,0 +1,22 @@
+# Header-only packages of the build machine that serve every target system. Their folder holds the machine's own headers,
+# too, which must not meet a cross compiler: a folder in the build tree shows it just what belongs to the package.
+#   morquil_header_only_library(TARGET DEBIAN-PACKAGE HEADER ENTRY...)
+# HEADER is the path to include, by which the package is found; ENTRY... are the files and folders that it consists of.
+function(morquil_header_only_library target package header)
+    if(TARGET ${target})
+        return()
+    endif()
+    string(TOUPPER "MORQUIL_${package}_INCLUDE" variable)
+    string(MAKE_C_IDENTIFIER "${variable}" variable)
+    find_path(${variable} ${header} NO_CMAKE_FIND_ROOT_PATH PATHS /usr/include DOC "The folder of ${header}")
+    if(NOT ${variable})
+        message(FATAL_ERROR "${header} was not found: install Debian's ${package} (or set ${variable})")
+    endif()
+    set(folder ${CMAKE_BINARY_DIR}/header-only/${package})
+    file(MAKE_DIRECTORY ${folder})
+    foreach(entry IN LISTS ARGN)
+        file(CREATE_LINK ${${variable}}/${entry} ${folder}/${entry} SYMBOLIC)
+    endforeach()
+    add_library(${target} INTERFACE)
+    target_include_directories(${target} SYSTEM INTERFACE ${folder})
+endfunction()

@@ -1,0 +1,34 @@
+// Walks the members of change sets, and the elements of those that are arrays.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <tuple>
+
+namespace Morquil::Simulator {
+
+/// Calls `visit` with a pointer to every member of the block, in the order of its keys.
+template <class Set, class Visit>
+void ForEachMemberOf(Visit visit) {
+    std::apply([&](const auto&... row) { (row.ForEachMember(visit), ...); }, Set::block.rows);
+}
+
+/// Calls `visit` with a field of each of two like change sets; for arrays, with each pair of elements.
+template <class FieldType, class Visit>
+void ForEachPair(FieldType& one, const FieldType& other, Visit visit) {
+    visit(one, other);
+}
+template <class FieldType, std::size_t count, class Visit>
+void ForEachPair(std::array<FieldType, count>& one, const std::array<FieldType, count>& other, Visit visit) {
+    for (std::size_t index = 0; index < count; ++index) {
+        visit(one[index], other[index]);
+    }
+}
+
+/// Calls `visit` with the fields that belong together of two change sets of one block.
+template <class Set, class Visit>
+void ForEachPairOfFields(Set& one, const Set& other, Visit visit) {
+    ForEachMemberOf<Set>([&](auto member) { ForEachPair(one.*member, other.*member, visit); });
+}
+
+}  // namespace Morquil::Simulator

@@ -1,0 +1,75 @@
+// What shells and people are told of the command line.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <regex>
+
+#include "command/completion.h"
+#include "command/options.h"
+#include "command/property.h"
+#include "tests/command/invocation.h"
+
+namespace Morquil::Test {
+namespace {
+
+using Command::ExitCode;
+
+std::string ManPage() {
+    std::ifstream file(MORQUIL_TEST_DATA "/../../docs/man/morquilctl.1", std::ios::binary);
+    std::string text{std::istreambuf_iterator<char>(file), {}};
+    // In the source a hyphen that is typed has a backslash.
+    std::erase(text, '\\');
+    return text;
+}
+
+TEST(Completion, KnowsEveryPropertyAndWordInEveryShell) {
+    for (const char* const shell : {"bash", "zsh", "fish"}) {
+        const std::string script = Command::CompletionScript(shell);
+        for (const Command::Property& property : Command::AllProperties()) {
+            EXPECT_NE(script.find(property.name), std::string::npos) << shell << ": " << property.name;
+            for (const Command::NamedValue& named : property.type.words) {
+                EXPECT_NE(script.find(named.word), std::string::npos) << shell << ": " << named.word;
+            }
+        }
+    }
+}
+
+TEST(Completion, KnowsEveryCommandAndOptionInEveryShell) {
+    const Command::Grammar grammar = Command::CommandLineGrammar();
+    for (const char* const shell : {"bash", "zsh", "fish"}) {
+        const std::string script = Command::CompletionScript(shell);
+        for (const Command::Offered& command : grammar.commands) {
+            EXPECT_NE(script.find(command.name), std::string::npos) << shell << ": " << command.name;
+        }
+        for (const Command::Offered& option : grammar.options) {
+            EXPECT_NE(script.find(option.name.substr(2)), std::string::npos) << shell << ": " << option.name;
+        }
+    }
+}
+
+TEST(ManPage, TellsOfEveryCommandAndOption) {
+    const std::string page = ManPage();
+    const Command::Grammar grammar = Command::CommandLineGrammar();
+    EXPECT_GE(grammar.commands.size(), 10u);
+    for (const Command::Offered& command : grammar.commands) {
+        const std::regex heading("\\n\\.B[IR]? \"?" + command.name + "\\b");
+        EXPECT_TRUE(std::regex_search(page, heading)) << command.name;
+    }
+    for (const Command::Offered& option : grammar.options) {
+        EXPECT_NE(page.find(option.name), std::string::npos) << option.name;
+    }
+}
+
+TEST(Help, IsGivenOnStandardOutput) {
+    for (const char* const option : {"--help", "--version"}) {
+        const Outcome outcome = RunCommand("127.0.0.1", {option});
+        EXPECT_EQ(outcome.code, ExitCode::Done);
+        EXPECT_NE(outcome.out.find("morquilctl"), std::string::npos);
+        EXPECT_EQ(outcome.err, "");
+    }
+}
+
+}  // namespace
+}  // namespace Morquil::Test

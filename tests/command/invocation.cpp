@@ -1,0 +1,45 @@
+#include "tests/command/invocation.h"
+
+#include <chrono>
+
+namespace Morquil::Test {
+
+RunningCommand::RunningCommand(const std::string& address, std::vector<std::string> arguments)
+    : thread_([this, address, words = std::move(arguments)] {
+          const Command::Surroundings surroundings{
+              .terminal = {.out = [this](std::string_view text) { Append(outcome_.out, text); },
+                           .err = [this](std::string_view text) { Append(outcome_.err, text); }},
+              .defaultAddress = address,
+              .isInterrupted = isInterrupted_};
+          outcome_.code = RunProgram(words, surroundings);
+      }) {}
+
+RunningCommand::~RunningCommand() {
+    Interrupt();
+    Join();
+}
+
+Outcome RunningCommand::Join() {
+    if (thread_.joinable()) {
+        thread_.join();
+    }
+    return outcome_;
+}
+
+bool RunningCommand::Await(const std::string& stream, const std::string& text) {
+    std::unique_lock lock(mutex_);
+    return changed_.wait_for(lock, std::chrono::seconds(10),
+                             [&] { return stream.find(text) != std::string::npos; });
+}
+
+void RunningCommand::Append(std::string& stream, std::string_view text) {
+    const std::lock_guard lock(mutex_);
+    stream += text;
+    changed_.notify_all();
+}
+
+Outcome RunCommand(const std::string& address, std::vector<std::string> arguments) {
+    return RunningCommand(address, std::move(arguments)).Join();
+}
+
+}  // namespace Morquil::Test

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "command/program.h"
+
+namespace Morquil::Test {
+
+/// What a run of the command line has come to.
+struct Outcome {
+    Command::ExitCode code;
+    std::string out;
+    std::string err;
+};
+
+/// Runs the command line to its end; the device is at `address`.
+Outcome RunCommand(const std::string& address, std::vector<std::string> arguments);
+
+/// A command without an end, in a thread of its own.
+class RunningCommand {
+public:
+    RunningCommand(const std::string& address, std::vector<std::string> arguments);
+    ~RunningCommand();
+    RunningCommand(const RunningCommand&) = delete;
+    RunningCommand& operator=(const RunningCommand&) = delete;
+
+    /// Waits until standard output or standard error holds `text`. Returns: whether it does within 10 s.
+    bool AwaitOut(const std::string& text) { return Await(outcome_.out, text); }
+    bool AwaitErr(const std::string& text) { return Await(outcome_.err, text); }
+
+    /// As Ctrl-C.
+    void Interrupt() { isInterrupted_ = true; }
+    /// Waits for the end.
+    Outcome Join();
+
+private:
+    bool Await(const std::string& stream, const std::string& text);
+    void Append(std::string& stream, std::string_view text);
+
+    std::atomic<bool> isInterrupted_{false};
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    Outcome outcome_{Command::ExitCode::Done, {}, {}};
+    std::thread thread_;
+};
+
+}  // namespace Morquil::Test

@@ -1,0 +1,67 @@
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <sstream>
+
+#include "command/value.h"
+#include "tests/command/invocation.h"
+#include "tests/command/simulated_device.h"
+
+namespace Morquil::Test {
+namespace {
+
+using Command::ExitCode;
+using Command::Json;
+
+TEST(Watching, TellsAChangeWithItsTime) {
+    SimulatedOnNetwork device;
+    RunningCommand watch(device.Address(), {"watch", "proc-amp"});
+    ASSERT_TRUE(watch.AwaitErr("watching 7 properties"));
+    device.UsePanel("set VIDEO PROC AMP Gain 12");
+    ASSERT_TRUE(watch.AwaitOut("0 -> 12"));
+    watch.Interrupt();
+    const Outcome outcome = watch.Join();
+    EXPECT_EQ(outcome.code, ExitCode::Done);
+    const std::regex line(R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}  proc-amp\.gain  0 -> 12\n)");
+    EXPECT_TRUE(std::regex_match(outcome.out, line)) << outcome.out;
+}
+
+TEST(Watching, IsSilentAboutWhatIsNotWatched) {
+    SimulatedOnNetwork device;
+    RunningCommand watch(device.Address(), {"watch", "--json", "proc-amp.hue"});
+    ASSERT_TRUE(watch.AwaitErr("watching 1 properties"));
+    device.UsePanel("set VIDEO PROC AMP Gain 12");
+    device.UsePanel("set VIDEO PROC AMP Hue 5");
+    ASSERT_TRUE(watch.AwaitOut("\n"));
+    watch.Interrupt();
+    const Json change = Json::parse(watch.Join().out);
+    EXPECT_EQ(change.at("name"), "proc-amp.hue");
+    EXPECT_EQ(change.at("old"), 0);
+    EXPECT_EQ(change.at("new"), 5);
+}
+
+TEST(Watching, EndsWhenTheConnectionIsLost) {
+    SimulatedOnNetwork device;
+    RunningCommand watch(device.Address(), {"watch"});
+    ASSERT_TRUE(watch.AwaitErr("watching"));
+    device.HangUp();
+    const Outcome outcome = watch.Join();
+    EXPECT_EQ(outcome.code, ExitCode::ConnectionLost);
+    EXPECT_NE(outcome.err.find("the connection was lost"), std::string::npos) << outcome.err;
+}
+
+TEST(Watching, GoesOnAfterALossWhenItMay) {
+    SimulatedOnNetwork device;
+    RunningCommand watch(device.Address(), {"watch", "--wait-reconnect", "proc-amp.gain"});
+    ASSERT_TRUE(watch.AwaitErr("watching 1 properties"));
+    device.HangUp();
+    ASSERT_TRUE(watch.AwaitOut("the connection was lost"));
+    ASSERT_TRUE(watch.AwaitOut("connected again"));
+    device.UsePanel("set VIDEO PROC AMP Gain 7");
+    ASSERT_TRUE(watch.AwaitOut("0 -> 7"));
+    watch.Interrupt();
+    EXPECT_EQ(watch.Join().code, ExitCode::Done);
+}
+
+}  // namespace
+}  // namespace Morquil::Test

@@ -47,22 +47,21 @@ TEST(CommandFailures, AWrongNameIsRefusedWithTheNearest) {
 }
 
 TEST(CommandFailures, MisuseIsToldInOneLine) {
-    const std::vector<std::vector<std::string>> lines = {
-        {},
-        {"dance"},
-        {"get"},
-        {"set", "proc-amp.gain"},
-        {"set", "input.signal-present", "true"},
-        {"get", "timecode.start"},
-        {"watch", "timecode.start"},
-        {"get", "--timeout", "0", "device.name"},
-        {"get", "--timeout", "soon", "device.name"},
-        {"preset", "name", "7"},
-        {"preset", "save", "first"},
-        {"load", "there is no such file"},
-        {"completion", "csh"},
-        {"-d", "", "status"},
-        {"ranges", "device.name"}};
+    const std::vector<std::vector<std::string>> lines = {{},
+                                                         {"dance"},
+                                                         {"get"},
+                                                         {"set", "proc-amp.gain"},
+                                                         {"set", "input.signal-present", "true"},
+                                                         {"get", "timecode.start"},
+                                                         {"watch", "timecode.start"},
+                                                         {"get", "--timeout", "0", "device.name"},
+                                                         {"get", "--timeout", "soon", "device.name"},
+                                                         {"preset", "name", "7"},
+                                                         {"preset", "save", "first"},
+                                                         {"load", "there is no such file"},
+                                                         {"completion", "csh"},
+                                                         {"-d", "", "status"},
+                                                         {"ranges", "device.name"}};
     for (const std::vector<std::string>& line : lines) {
         const Outcome outcome = RunCommand(nowhere, line);
         EXPECT_EQ(outcome.code, ExitCode::Usage) << outcome.err;

@@ -28,8 +28,7 @@ Outcome RunningCommand::Join() {
 
 bool RunningCommand::Await(const std::string& stream, const std::string& text) {
     std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, std::chrono::seconds(10),
-                             [&] { return stream.find(text) != std::string::npos; });
+    return changed_.wait_for(lock, std::chrono::seconds(10), [&] { return stream.find(text) != std::string::npos; });
 }
 
 void RunningCommand::Append(std::string& stream, std::string_view text) {

@@ -30,7 +30,9 @@ Testing::DeviceScript HostileDevice() {
     Testing::DeviceScript script = CompleteDevice();
     std::string& text = script.greeting;
     const std::string name = "Model name: Scripted";
-    text.replace(text.find(name), name.size(), "Model name: A\x1b[2J\x7f\xc2\x9b\xe2\x80\xae" "B\tC");
+    text.replace(text.find(name), name.size(),
+                 "Model name: A\x1b[2J\x7f\xc2\x9b\xe2\x80\xae"
+                 "B\tC");
     return script;
 }
 
@@ -42,7 +44,10 @@ TEST(Escaping, ShowsWhatSteersATerminal) {
 }
 
 TEST(Escaping, ShowsBytesThatAreNoText) {
-    EXPECT_EQ(Escaped("a\x9b\xff" "b"), "a\\x9b\\xff" "b");
+    EXPECT_EQ(Escaped("a\x9b\xff"
+                      "b"),
+              "a\\x9b\\xff"
+              "b");
 }
 
 TEST(Escaping, LeavesOtherTextAlone) {
@@ -72,7 +77,9 @@ TEST(Output, AsJsonIsAsciiAlone) {
     const Outcome outcome = RunCommand(device.Address(), {"--json", "get", "device.name"});
     EXPECT_TRUE(IsHarmless(outcome.out)) << outcome.out;
     EXPECT_TRUE(std::all_of(outcome.out.begin(), outcome.out.end(), [](char c) { return c > 0; }));
-    EXPECT_EQ(Json::parse(outcome.out).at("device.name"), "A\x1b[2J\x7f\xc2\x9b\xe2\x80\xae" "B\tC");
+    EXPECT_EQ(Json::parse(outcome.out).at("device.name"),
+              "A\x1b[2J\x7f\xc2\x9b\xe2\x80\xae"
+              "B\tC");
 }
 
 TEST(Output, OfEveryCommandCanBeJson) {

@@ -35,7 +35,8 @@ TEST(SettingsText, KnowsWhatIsPlayedBack) {
 }
 
 TEST(SettingsText, MissesLinesWithAnotherValue) {
-    const auto saved = ParseSettings("GENLOCK:\nLine offset: 5\n\nANCILLARY DATA:\nTimecode generate value: 01:02:03;04\n");
+    const auto saved =
+        ParseSettings("GENLOCK:\nLine offset: 5\n\nANCILLARY DATA:\nTimecode generate value: 01:02:03;04\n");
     EXPECT_TRUE(MissingLines(ParseSettings("GENLOCK:\nLine offset: 9\nLine offset: 5.0\n"), saved).empty());
     EXPECT_TRUE(MissingLines(ParseSettings("ANCILLARY DATA:\nTimecode generate value: 01:02:03:04\n"), saved).empty());
     EXPECT_EQ(MissingLines(ParseSettings("GENLOCK:\nLine offset: 6\nType: Input\n"), saved).size(), 2u);

@@ -29,7 +29,7 @@ TEST(Watching, TellsAChangeWithItsTime) {
 TEST(Watching, IsSilentAboutWhatIsNotWatched) {
     SimulatedOnNetwork device;
     RunningCommand watch(device.Address(), {"watch", "--json", "proc-amp.hue"});
-    ASSERT_TRUE(watch.AwaitErr("watching 1 properties"));
+    ASSERT_TRUE(watch.AwaitErr("watching 1 property"));
     device.UsePanel("set VIDEO PROC AMP Gain 12");
     device.UsePanel("set VIDEO PROC AMP Hue 5");
     ASSERT_TRUE(watch.AwaitOut("\n"));
@@ -53,7 +53,7 @@ TEST(Watching, EndsWhenTheConnectionIsLost) {
 TEST(Watching, GoesOnAfterALossWhenItMay) {
     SimulatedOnNetwork device;
     RunningCommand watch(device.Address(), {"watch", "--wait-reconnect", "proc-amp.gain"});
-    ASSERT_TRUE(watch.AwaitErr("watching 1 properties"));
+    ASSERT_TRUE(watch.AwaitErr("watching 1 property"));
     device.HangUp();
     ASSERT_TRUE(watch.AwaitOut("the connection was lost"));
     ASSERT_TRUE(watch.AwaitOut("connected again"));

@@ -11,7 +11,7 @@
 
 #include "core/event.h"
 #include "tests/support/loopback_peer.h"
-#include "tests/transport/handle_count.h"
+#include "tests/support/process_counts.h"
 
 namespace Morquil {
 

@@ -1,10 +1,12 @@
 #include <windows.h>
+// After the one that it needs.
+#include <tlhelp32.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <vector>
 
-#include "tests/transport/handle_count.h"
+#include "tests/support/process_counts.h"
 
 namespace {
 
@@ -50,4 +52,16 @@ std::size_t Morquil::Testing::OpenHandleCount() {
     return static_cast<std::size_t>(
         std::count_if(table.entries, table.entries + table.count,
                       [](const HandleEntry& entry) { return entry.processId == GetCurrentProcessId(); }));
+}
+
+std::size_t Morquil::Testing::ThreadCount() {
+    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    THREADENTRY32 entry{};
+    entry.dwSize = sizeof entry;
+    std::size_t count = 0;
+    for (BOOL found = Thread32First(snapshot, &entry); found != FALSE; found = Thread32Next(snapshot, &entry)) {
+        count += entry.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
+    }
+    CloseHandle(snapshot);
+    return count;
 }

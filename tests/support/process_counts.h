@@ -7,4 +7,7 @@ namespace Morquil::Testing {
 /// How many descriptors or handles this process has open.
 std::size_t OpenHandleCount();
 
+/// How many threads this process has.
+std::size_t ThreadCount();
+
 }  // namespace Morquil::Testing

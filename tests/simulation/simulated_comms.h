@@ -1,0 +1,64 @@
+// A transport without a network: it waits on the simulated clock.
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "tests/simulation/dice.h"
+#include "tests/simulation/scheduler.h"
+#include "tests/simulation/wire.h"
+#include "transport/abstract_comms.h"
+
+namespace Morquil::Simulation {
+
+/// How the network and the device's socket behave.
+struct NetworkManners {
+    enum class Opening { Succeeds, IsRefused, Hangs };
+
+    Opening opening = Opening::Succeeds;
+    Time openingTime = 0;
+    /// The device takes at most so many bytes of one send.
+    std::size_t sendLimit = static_cast<std::size_t>(-1);
+    /// From this time on the device takes no bytes at all, without the connection breaking.
+    Time readsUntil = never;
+    /// From this time on sends fail.
+    Time sendsFailFrom = never;
+};
+
+/// One connection. Wire, manners and listener outlive it.
+class SimulatedComms final : public AbstractComms {
+public:
+    SimulatedComms(Wire& wire, const NetworkManners& manners, WireListener& listener)
+        : wire_(wire), manners_(manners), listener_(listener) {}
+    ~SimulatedComms() override { listener_.Destroyed(); }
+
+    bool Initialise() override { return true; }
+    bool Open(const std::string& host, std::uint32_t port, bool nonBlocking) override;
+    bool WaitForConnect(std::int32_t) override { return isOpen_; }
+    bool Attach(SocketHandle, bool) override { return true; }
+    void Close() override;
+    std::uint32_t SetWaitMode(bool includeSocket, std::uint32_t timeoutMs) override;
+    CommsEvent WaitForEvent() override;
+    int Receive(char* buffer, int length, int flags) override;
+    int Send(const char* data, int length, int flags) override;
+    bool Signal(int which) override;
+
+private:
+    bool IsSignalled() const { return signals_[0] || signals_[1] || signals_[2]; }
+    bool HasSocketEvent() const;
+    CommsEvent TakeSocketEvent();
+    bool TakeSignal(CommsSignal signal);
+
+    Wire& wire_;
+    const NetworkManners& manners_;
+    WireListener& listener_;
+    bool isOpen_ = false;
+    bool isArmed_ = false;     ///< `Writable` has not been told yet
+    bool isReadTold_ = false;  ///< `Readable` has been told since the last receive
+    bool includesSocket_ = false;
+    Time timeout_ = 0;
+    std::array<bool, 3> signals_{};
+    std::string unfinished_;
+};
+
+}  // namespace Morquil::Simulation

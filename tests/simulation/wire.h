@@ -1,0 +1,80 @@
+// What a device says, as pieces that arrive one after the other on the simulated clock.
+#pragma once
+
+#include <deque>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/simulation/dice.h"
+#include "tests/simulation/scheduler.h"
+
+namespace Morquil::Simulation {
+
+/// A block's lines, as key and value, in the order of the wire.
+using Lines = std::vector<std::pair<std::string, std::string>>;
+
+/// Something that a device says as a whole, and what it means.
+struct Saying {
+    enum class Kind { Nothing, Acknowledge, Block };
+
+    Kind kind = Kind::Nothing;
+    std::string header;  ///< of a block
+    Lines lines;         ///< of a block; those that mean something
+    std::string bytes;
+};
+
+/// What follows when somebody has received, sent or closed. Called by the thread that does it.
+class WireListener {
+public:
+    virtual ~WireListener() = default;
+
+    /// The receiver has just got the last byte of this, and nothing behind it.
+    virtual void Received(const Saying& saying) = 0;
+    /// The receiver is about to wait or to receive: it is done with everything that it has got.
+    virtual void ReadyForMore() = 0;
+    virtual void Opened() = 0;
+    virtual void OpenFailed() = 0;
+    /// A whole block, or something else that ends with an empty line.
+    virtual void Sent(const std::string& block) = 0;
+    /// The receiver was told that its wait has run out.
+    virtual void TimedOut() = 0;
+    virtual void Closed() = 0;
+    virtual void Destroyed() = 0;
+};
+
+/// The way from a device to a host.
+class Wire {
+public:
+    /// Queues `saying`, cut anywhere, behind all that is on its way; not before `delay` from now.
+    void Say(Dice& dice, const Saying& saying, Time delay);
+    /// The connection breaks behind all that is on its way.
+    void Break(Time delay);
+    /// Drops everything but the first `count` bytes that are on their way, and breaks the connection there.
+    void BreakAfter(std::size_t count);
+    bool IsBroken() const { return isBroken_; }
+
+    /// When the next piece arrives, or `never`.
+    Time NextArrival() const { return pieces_.empty() ? never : pieces_.front().at; }
+    bool HasArrived() const { return NextArrival() <= Scheduler::Instance().Now(); }
+    /// Whether the piece that has arrived is the end of the connection.
+    bool IsEnd() const { return pieces_.front().isEnd; }
+    /// Takes up to `capacity` bytes of the piece that has arrived. `whole` is what they complete, if anything.
+    std::string Take(std::size_t capacity, std::optional<Saying>& whole);
+
+private:
+    struct Piece {
+        Time at = 0;
+        std::string bytes;
+        std::optional<Saying> whole = std::nullopt;  ///< what is complete with the last byte
+        bool isEnd = false;
+    };
+
+    Time ArrivalAfter(Time delay) const;
+
+    std::deque<Piece> pieces_;
+    bool isBroken_ = false;
+};
+
+}  // namespace Morquil::Simulation

@@ -1,4 +1,7 @@
+#include <unistd.h>
+
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 
 #include "tests/support/process_counts.h"
@@ -18,4 +21,12 @@ std::size_t Morquil::Testing::OpenHandleCount() {
 
 std::size_t Morquil::Testing::ThreadCount() {
     return EntriesOf("/proc/self/task");
+}
+
+std::size_t Morquil::Testing::ProcessMemory() {
+    std::ifstream numbers("/proc/self/statm");
+    std::size_t total = 0;
+    std::size_t resident = 0;
+    numbers >> total >> resident;
+    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }

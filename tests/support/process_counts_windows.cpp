@@ -1,5 +1,6 @@
 #include <windows.h>
-// After the one that it needs.
+// After the one that they need.
+#include <psapi.h>
 #include <tlhelp32.h>
 
 #include <algorithm>
@@ -64,4 +65,10 @@ std::size_t Morquil::Testing::ThreadCount() {
     }
     CloseHandle(snapshot);
     return count;
+}
+
+std::size_t Morquil::Testing::ProcessMemory() {
+    PROCESS_MEMORY_COUNTERS counters{};
+    GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+    return counters.WorkingSetSize;
 }

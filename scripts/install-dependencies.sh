@@ -8,7 +8,7 @@ packages="
     g++-mingw-w64-x86-64-posix mingw-w64-tools
     wine wine64 libwine-dev
     libgtest-dev libgmock-dev googletest
-    libasio-dev libcli11-dev
+    libasio-dev libcli11-dev nlohmann-json3-dev
     clang clang-tidy clang-format libclang-rt-14-dev"
 
 missing=""

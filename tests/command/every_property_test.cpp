@@ -121,7 +121,8 @@ TEST(SimulatedDevice, ReportsEveryReadableProperty) {
     SimulatedOnNetwork device;
     const Outcome outcome = RunCommand(device.Address(), {"get", "--json", "*"});
     ASSERT_EQ(outcome.code, ExitCode::Done) << outcome.err;
-    for (const auto& [name, value] : Json::parse(outcome.out).items()) {
+    const Json values = Json::parse(outcome.out);
+    for (const auto& [name, value] : values.items()) {
         EXPECT_FALSE(value.is_null()) << name;
     }
 }

@@ -164,5 +164,12 @@ TEST(CommandFailures, NumbersBelowZeroAreNoOptions) {
     EXPECT_EQ(outcome.out, "proc-amp.gain  -5\n");
 }
 
+TEST(CommandFailures, TextsMayBeginWithAHyphenBehindTheMark) {
+    ScriptedDevice device(ObedientDevice());
+    const Outcome outcome = RunCommand(device.Address(), {"set", "network.name", "--", "--json"});
+    EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
+    EXPECT_EQ(outcome.out, "network.name  --json\n");
+}
+
 }  // namespace
 }  // namespace Morquil::Test

@@ -58,7 +58,7 @@ TEST(SettingsFiles, ComeBackAsTheyWereSaved) {
 TEST(SettingsFiles, TellWhichLinesWereNotApplied) {
     SimulatedOnNetwork device;
     const TemporaryFolder folder;
-    const std::string file = folder.Make("settings.txt", "VIDEO PROC AMP:\nGain: 4000\n\nGENLOCK:\nLine offset: 1\n");
+    const std::string file = folder.Make("settings.txt", "VIDEO PROC AMP:\nGain: 4000\n\nGENLOCK:\nLine offset: 1\n\n");
     const Outcome outcome = RunCommand(device.Address(), {"load", "--json", "-t", "0.5", file});
     EXPECT_EQ(outcome.code, ExitCode::NotApplied);
     const Command::Json missing = Command::Json::parse(outcome.out).at("notApplied");

@@ -8,6 +8,26 @@ namespace {
 
 using morquil::VideoMode;
 
+/// A device with a name of its own.
+class ScriptedName {
+public:
+    explicit ScriptedName(const std::string& name)
+        : device_([&] {
+              Testing::DeviceScript script = CompleteDevice();
+              script.greeting += "MORQUIL DEVICE:\nModel name: " + name + "\n\n";
+              return script;
+          }()) {}
+    std::string Read() const {
+        const morquil::Device host = morquil::Connect(device_.Address());
+        std::string name = host.GetDeviceName();
+        host.Disconnect();
+        return name;
+    }
+
+private:
+    Testing::ScriptedDevice device_;
+};
+
 TEST(CppValues, AreReadAsNumbersWordsAndTruth) {
     const Connected connected;
     const morquil::Device& host = connected.host;
@@ -41,6 +61,13 @@ TEST(CppValues, AreWrittenAsTheDeviceReadsThem) {
     EXPECT_EQ(sent(), "AUDIO:\nAudioOut15: TTMute\n\n");
     connected.host.NetworkConfig().SetFriendlyName("Z\u00FCrich \U0001F600");
     EXPECT_EQ(sent(), "NETWORK CONFIG:\nFriendly name: Z\xC3\xBCrich \xF0\x9F\x98\x80\n\n");
+}
+
+TEST(CppValues, KeepTheirCharactersOnTheWayIn) {
+    for (const std::string name : {"Studio", "Z\u00FCrich", "\u20AC\uFFFD", "\U0001F600\U0010FFFF"}) {
+        ScriptedName device(name);
+        EXPECT_EQ(device.Read(), name);
+    }
 }
 
 TEST(CppValues, ThatAreNoUtf8ReachTheDeviceAsReplacementCharacters) {

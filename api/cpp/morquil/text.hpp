@@ -36,7 +36,7 @@ inline void AppendUtf8(std::string& text, char32_t code) {
         return;
     }
     const int following = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
-    append((0xF00U >> following & 0xFFU) | code >> 6 * following);
+    append((0xF00U >> (following + 1) & 0xFFU) | code >> 6 * following);
     for (int left = following - 1; left >= 0; --left) {
         append(0x80U | (code >> 6 * left & 0x3FU));
     }

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <atomic>
+
+#include "command/exit_code.h"
+#include "command/link.h"
+#include "command/options.h"
+#include "command/terminal.h"
+
+namespace Morquil::Command {
+
+/// What a command works with. Each throws Failure when it cannot do its work.
+struct Context {
+    const Options& options;
+    const Terminal& terminal;
+    const Deadline deadline;
+    /// Set from outside when the user wants a command without an end to end.
+    const std::atomic<bool>& isInterrupted;
+};
+
+// What the device has reported, and what the table holds.
+void ShowStatus(const Context& context);
+void ShowValues(const Context& context);
+void ShowRanges(const Context& context);
+void ShowList(const Context& context);
+
+// What is sent to the device.
+void SetValues(const Context& context);
+void SavePreset(const Context& context);
+void RecallPreset(const Context& context);
+void NamePreset(const Context& context);
+
+// Settings as files.
+void SaveSettings(const Context& context);
+void LoadSettings(const Context& context);
+
+void WatchChanges(const Context& context);
+void WriteCompletion(const Context& context);
+
+}  // namespace Morquil::Command

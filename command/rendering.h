@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "command/property.h"
+#include "command/terminal.h"
+
+namespace Morquil::Command {
+
+/// A value that may not have been reported, for people: "-" then.
+Cell ValueAsCell(const Property& property, const std::optional<Value>& value);
+std::string ValueAsText(const Property& property, const std::optional<Value>& value);
+
+/// The same for programs: null then.
+Json ValueAsJson(const Property& property, const std::optional<Value>& value);
+
+/// "-60 to 60", or the words; empty when the device has not told.
+std::string OfferAsText(const Property& property, const Offer& offer);
+
+/// One document, indented.
+void PrintJson(const Terminal& terminal, const Json& document);
+/// One object on a line of its own.
+void PrintJsonLine(const Terminal& terminal, const Json& object);
+
+}  // namespace Morquil::Command

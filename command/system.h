@@ -1,0 +1,18 @@
+#pragma once
+
+#include <atomic>
+#include <string>
+#include <vector>
+
+namespace Morquil::Command {
+
+/// The words of the command line, in UTF-8, without the program's name.
+std::vector<std::string> CommandLineWords(int count, char** words);
+
+/// Sets the flag when the user interrupts the program or it is asked to end.
+void NoteInterruption(std::atomic<bool>& flag);
+
+/// An environment variable, in UTF-8; empty when there is none.
+std::string EnvironmentVariable(const char* name);
+
+}  // namespace Morquil::Command

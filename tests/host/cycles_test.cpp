@@ -34,9 +34,11 @@ TEST(Cycles, OfConnectingTakeNoMemory) {
     constexpr std::size_t allowedGrowth = std::size_t{1} << 20;
     NetworkDevice device({FullDump, [](std::string_view) { return std::string(); }});
     std::size_t before = 0;
+    std::size_t handlesBefore = 0;
     for (long cycle = 0; cycle < cycles; ++cycle) {
         if (cycle == cycles / 10) {
             before = Testing::ProcessMemory();
+            handlesBefore = Testing::OpenHandleCount();
         }
         ConnectOutcome outcome = Connect(device.Address());
         ASSERT_EQ(outcome.result, ok) << "in cycle " << cycle;
@@ -45,6 +47,7 @@ TEST(Cycles, OfConnectingTakeNoMemory) {
         ASSERT_TRUE(device.AwaitHostGone());
     }
     EXPECT_LE(Testing::ProcessMemory(), before + allowedGrowth);
+    EXPECT_LE(Testing::OpenHandleCount(), handlesBefore + Testing::systemsOwn.handles);
     RecordProperty("GrowthInBytes",
                    std::to_string(static_cast<long long>(Testing::ProcessMemory()) - static_cast<long long>(before)));
 }

@@ -10,6 +10,13 @@ std::size_t OpenHandleCount();
 /// How many threads this process has.
 std::size_t ThreadCount();
 
+/// What the system itself makes in a process, at some time and for good.
+struct SystemsOwn {
+    std::size_t handles;
+    std::size_t threads;
+};
+extern const SystemsOwn systemsOwn;
+
 /// How many bytes of memory this process occupies.
 std::size_t ProcessMemory();
 

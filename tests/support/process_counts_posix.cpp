@@ -23,6 +23,8 @@ std::size_t Morquil::Testing::ThreadCount() {
     return EntriesOf("/proc/self/task");
 }
 
+const Morquil::Testing::SystemsOwn Morquil::Testing::systemsOwn{0, 0};
+
 std::size_t Morquil::Testing::ProcessMemory() {
     std::ifstream numbers("/proc/self/statm");
     std::size_t total = 0;

@@ -61,11 +61,16 @@ std::size_t Morquil::Testing::ThreadCount() {
     entry.dwSize = sizeof entry;
     std::size_t count = 0;
     for (BOOL found = Thread32First(snapshot, &entry); found != FALSE; found = Thread32Next(snapshot, &entry)) {
-        count += entry.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
+        if (entry.th32OwnerProcessID == GetCurrentProcessId()) {
+            ++count;
+        }
     }
     CloseHandle(snapshot);
     return count;
 }
+
+// Sockets, apartments and thread pools come with their first use.
+const Morquil::Testing::SystemsOwn Morquil::Testing::systemsOwn{24, 4};
 
 std::size_t Morquil::Testing::ProcessMemory() {
     PROCESS_MEMORY_COUNTERS counters{};

@@ -124,6 +124,9 @@ fi
 say "The example host on Linux, linked with libMorquilAPI.so"
 visit "$logs/host-native.log" 25 build/native/examples/morquil-host "$address"
 
+say "The same device from the command line"
+build/native/command/morquilctl -d "$address" status
+
 say "Preparing Wine and registering MorquilAPI.dll"
 start_wine
 register

@@ -41,7 +41,7 @@ test_flavour() {
 }
 
 # What one thread does by itself needs no look for races.
-readonly programs="protocol unit allocation library cpp simulator"
+readonly programs="protocol unit allocation library cpp simulator command"
 readonly threaded_programs="unit library cpp"
 threaded_targets() {
     printf 'morquil-%s-tests ' $threaded_programs

@@ -51,7 +51,7 @@ void Begin(OwnOutput& output, const Options& options) {
 int main(int count, char** words) {
     using namespace Morquil::Command;
     // Where the library is registered it comes through COM, which threads must have asked for.
-    [[maybe_unused]] const morquil::detail::Apartment apartment;
+    [[maybe_unused]] const morquil::Apartment apartment;
     OwnOutput output;
     bool isWritten = true;
     const std::string device = EnvironmentVariable("MORQUIL_DEVICE");

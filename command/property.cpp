@@ -92,24 +92,31 @@ bool IsExactName(const std::string& pattern) {
 }
 
 Selection SelectProperties(const std::vector<std::string>& patterns) {
-    std::vector<bool> meant(AllProperties().size(), patterns.empty());
-    for (const std::string& given : patterns) {
-        const std::string pattern = WithoutDoubleStars(given);
+    Selection selection;
+    std::vector<bool> isTaken(AllProperties().size(), false);
+    const auto take = [&](std::size_t at) {
+        if (!isTaken[at]) {
+            isTaken[at] = true;
+            selection.push_back(&AllProperties()[at]);
+        }
+    };
+    const auto takeAll = [&](const std::string& pattern) {
         bool found = false;
-        for (std::size_t at = 0; at < meant.size(); ++at) {
+        for (std::size_t at = 0; at < isTaken.size(); ++at) {
             if (IsMeant(pattern, AllProperties()[at].name)) {
-                meant[at] = found = true;
+                take(at);
+                found = true;
             }
         }
-        if (!found) {
+        return found;
+    };
+    for (const std::string& given : patterns) {
+        if (!takeAll(WithoutDoubleStars(given))) {
             RefuseName(given);
         }
     }
-    Selection selection;
-    for (std::size_t at = 0; at < meant.size(); ++at) {
-        if (meant[at]) {
-            selection.push_back(&AllProperties()[at]);
-        }
+    if (patterns.empty()) {
+        takeAll("*");
     }
     return selection;
 }

@@ -59,7 +59,7 @@ const Property& FindProperty(std::string_view name);
 
 using Selection = std::vector<const Property*>;
 
-/// The properties that `patterns` mean, in the order of the table; all when there is none. A pattern is a name, the
+/// The properties that `patterns` mean, in their order, each once; all when there is none. A pattern is a name, the
 /// beginning of names up to a point ("proc-amp"), or a name with * for any letters and ? for one.
 /// Throws: UsageFailure for a pattern that means nothing.
 Selection SelectProperties(const std::vector<std::string>& patterns);

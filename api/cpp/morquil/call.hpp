@@ -126,8 +126,7 @@ public:
     Other Ask() const {
         using OtherRaw = std::remove_pointer_t<decltype(std::declval<Other>().Raw())>;
         void* found = nullptr;
-        detail::Check("QueryInterface", raw_->QueryInterface(detail::IidOf<OtherRaw>(), &found),
-                      detail::CallKind::Set);
+        detail::Check("QueryInterface", raw_->QueryInterface(detail::IidOf<OtherRaw>(), &found), detail::CallKind::Set);
         return Other(Pointer<OtherRaw>::Adopt(static_cast<OtherRaw*>(found)));
     }
 

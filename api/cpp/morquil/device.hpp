@@ -58,20 +58,21 @@ public:
     Subscription OnChange(PropertySet set, std::function<void(PropertySet)> handler,
                           Executor executor = RunAtOnce()) const {
         auto gate = std::make_shared<detail::Gate>(std::move(executor));
-        const auto observer = Pointer<IMorquilPropertyObserver>::Adopt(
-            new detail::PropertyObserver(gate, std::move(handler)));
+        const auto observer =
+            Pointer<IMorquilPropertyObserver>::Adopt(new detail::PropertyObserver(gate, std::move(handler)));
         const auto id = static_cast<_MorquilPropertySetId>(set);
         detail::Check("Device::AddPropertyObserver", Raw()->AddPropertyObserver(observer.Get(), id),
                       detail::CallKind::Set);
-        return Subscription(std::move(gate),
-                            [device = *this, observer, id] { device.Raw()->RemovePropertyObserver(observer.Get(), id); });
+        return Subscription(std::move(gate), [device = *this, observer, id] {
+            device.Raw()->RemovePropertyObserver(observer.Get(), id);
+        });
     }
 
     /// Tells the handlers when the connection is there and when it has ended.
     Subscription OnConnection(ConnectionHandlers handlers, Executor executor = RunAtOnce()) const {
         auto gate = std::make_shared<detail::Gate>(std::move(executor));
-        const auto observer = Pointer<IMorquilConnectionObserver>::Adopt(
-            new detail::ConnectionObserver(gate, std::move(handlers)));
+        const auto observer =
+            Pointer<IMorquilConnectionObserver>::Adopt(new detail::ConnectionObserver(gate, std::move(handlers)));
         detail::Check("Device::AddConnectionObserver", Raw()->AddConnectionObserver(observer.Get()),
                       detail::CallKind::Set);
         return Told(std::move(gate), observer);
@@ -91,8 +92,7 @@ public:
 
     /// Queues the settings of a file. What the file lacks, or a file that cannot be read, is not told.
     void LoadSettingsFile(std::string_view path) const {
-        detail::Check("Device::LoadSettingsFile", Raw()->LoadSettingsFile(detail::TextIn(path)),
-                      detail::CallKind::Set);
+        detail::Check("Device::LoadSettingsFile", Raw()->LoadSettingsFile(detail::TextIn(path)), detail::CallKind::Set);
     }
 
 private:

@@ -6,10 +6,9 @@
 #include "morquil/error.hpp"
 #include "morquil/pointer.hpp"
 
-namespace morquil::detail {
+namespace morquil {
 
 #ifdef _WIN32
-
 /// COM for the calling thread, for as long as it lives. A thread that has chosen otherwise before keeps its choice.
 class Apartment {
 public:
@@ -25,12 +24,20 @@ public:
 private:
     HRESULT result_;
 };
+#else
+/// COM for the calling thread: nothing to be done on this system.
+class Apartment {};
+#endif
+
+namespace detail {
+
+#ifdef _WIN32
 
 /// From MorquilAPI.dll beside the program, which needs no registration; null when there is none.
 inline IMorquilDiscovery* DiscoveryBesideTheProgram() {
     // Stays loaded: the objects that it makes outlive every scope.
-    static const HMODULE library = LoadLibraryExW(
-        L"MorquilAPI.dll", nullptr, LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
+    static const HMODULE library =
+        LoadLibraryExW(L"MorquilAPI.dll", nullptr, LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
     if (library == nullptr) {
         return nullptr;
     }
@@ -56,8 +63,6 @@ inline Pointer<IMorquilDiscovery> GetDiscovery() {
 
 #else
 
-class Apartment {};
-
 inline Pointer<IMorquilDiscovery> GetDiscovery() {
     IMorquilDiscovery* const discovery = GetMorquilDiscoveryInstance_0000();
     if (discovery == nullptr) {
@@ -68,4 +73,6 @@ inline Pointer<IMorquilDiscovery> GetDiscovery() {
 
 #endif
 
-}  // namespace morquil::detail
+}  // namespace detail
+
+}  // namespace morquil

@@ -117,9 +117,8 @@ public:
     }
     STDMETHODIMP Disconnected(_MorquilConnectToFailure reason) noexcept override {
         if (handlers_->disconnected) {
-            Gate::Pass(gate_, [handlers = handlers_, reason] {
-                handlers->disconnected(static_cast<ConnectFailure>(reason));
-            });
+            Gate::Pass(gate_,
+                       [handlers = handlers_, reason] { handlers->disconnected(static_cast<ConnectFailure>(reason)); });
         }
         return S_OK;
     }

@@ -82,7 +82,7 @@ private:
         };
 
         void Run() {
-            [[maybe_unused]] const detail::Apartment apartment;
+            [[maybe_unused]] const Apartment apartment;
             std::chrono::milliseconds delay = options.firstDelay;
             while (!IsStopped()) {
                 const auto progress = std::make_shared<Progress>();
@@ -103,9 +103,8 @@ private:
         ConnectFailure Serve(const std::shared_ptr<Progress>& progress) {
             try {
                 const Connecting connecting = ConnectAsync(
-                    address,
-                    {[this, progress] { Note([&] { progress->connected = true; }); },
-                     [this, progress](ConnectFailure reason) { Note([&] { progress->ended = reason; }); }});
+                    address, {[this, progress] { Note([&] { progress->connected = true; }); },
+                              [this, progress](ConnectFailure reason) { Note([&] { progress->ended = reason; }); }});
                 WaitFor([&] { return progress->connected || progress->ended; });
                 const bool connected = Announce(connecting.device, *progress);
                 WaitFor([&] { return progress->ended.has_value(); });

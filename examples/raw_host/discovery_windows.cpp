@@ -1,0 +1,18 @@
+#include <objbase.h>
+
+#include "examples/raw_host/discovery.h"
+
+ComRuntime::ComRuntime() {
+    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+}
+
+ComRuntime::~ComRuntime() {
+    CoUninitialize();
+}
+
+Owned<IMorquilDiscovery> GetDiscovery() {
+    // The library was registered with regsvr32: COM knows from the class where the file is.
+    void* discovery = nullptr;
+    CoCreateInstance(CLSID_CMorquilDiscovery, nullptr, CLSCTX_INPROC_SERVER, IID_IMorquilDiscovery, &discovery);
+    return Owned<IMorquilDiscovery>(static_cast<IMorquilDiscovery*>(discovery));
+}

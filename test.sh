@@ -1,17 +1,30 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds every flavour and runs all tests; ends with the line "N passed, N failed".
+#   ./test.sh [--long]
+# --long also lives 20,000 simulated lives instead of 1,000, and connects 20,000 times (2,000 times under Wine).
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/flavours.sh
 
+is_long=""
+case "${1:-}" in
+    "") ;;
+    --long) is_long=yes ;;
+    *)
+        echo "usage: ./test.sh [--long]" >&2
+        exit 2
+        ;;
+esac
+
 passed=0
 failed=0
+timeout_per_program=900
 
 # run_tests NAME COMMAND...: runs a test program; all that it says is kept.
 run_tests() {
     local log=build/logs/test-$1.log
     shift
-    timeout 900 "$@" > "$log" 2>&1 < /dev/null || echo "exit status $?" >> "$log"
+    timeout "$timeout_per_program" "$@" > "$log" 2>&1 < /dev/null || echo "exit status $?" >> "$log"
 }
 
 # report NAME: adds the results of a test program to the sums. One that died, or that ran nothing, has failed, too.
@@ -40,11 +53,49 @@ test_flavour() {
     done
 }
 
+# replay_findings FLAVOUR: what the fuzz targets have learnt and found, input by input.
+replay_findings() {
+    local log=build/logs/test-$1-fuzz.log good bad=0
+    ctest --test-dir "build/$1" -R morquil-fuzz-replay --verbose > "$log" 2>&1 || bad=1
+    good=$(grep -oE '[0-9]+ inputs replayed' "$log" | awk '{ sum += $1 } END { print sum + 0 }')
+    [ "$good" -gt 0 ] || bad=1
+    passed=$((passed + good))
+    failed=$((failed + bad))
+    printf '  %-18s %5s passed, %s failed\n' "$1-fuzz" "$good" "$bad"
+    [ "$bad" -eq 0 ] || tail -n 30 "$log"
+}
+
+# look_at_libraries: protection, exports and imports of what hosts load.
+look_at_libraries() {
+    local log=build/logs/test-hardening.log good bad
+    scripts/check-hardening.sh > "$log" 2>&1 || true
+    good=$(grep -c '^  ok ' "$log")
+    bad=$(grep -c '^  FAILED ' "$log" || true)
+    [ "$good" -gt 0 ] || bad=1
+    passed=$((passed + good))
+    failed=$((failed + bad))
+    printf '  %-18s %5s passed, %s failed\n' hardening "$good" "$bad"
+    [ "$bad" -eq 0 ] || grep -A1 'FAILED' "$log"
+}
+
 # What one thread does by itself needs no look for races.
 readonly programs="protocol unit allocation library cpp simulator command"
 readonly threaded_programs="unit library cpp"
 threaded_targets() {
     printf 'morquil-%s-tests ' $threaded_programs
+}
+
+if [ -n "$is_long" ]; then
+    export MORQUIL_SEEDS=20000
+    timeout_per_program=7200
+fi
+
+# cycles FLAVOUR COUNT COMMAND...: a host that connects and disconnects for weeks.
+cycles() {
+    [ -n "$is_long" ] || return 0
+    MORQUIL_CYCLES=$2 run_tests "$1-cycles" "${@:3}" "build/$1/tests/morquil-library-tests$suffix" \
+        --gtest_filter='Cycles.*'
+    report "$1-cycles"
 }
 
 scripts/install-dependencies.sh
@@ -55,19 +106,29 @@ build native -DMORQUIL_TESTS=ON
 MORQUIL_SLOW_TESTS=1 run_tests native-slow build/native/tests/morquil-library-tests --gtest_filter='Slow.*' &
 slow_tests=$!
 build windows -DMORQUIL_TESTS=ON -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake
-build asan -DMORQUIL_TESTS=ON -DMORQUIL_SANITIZE=address,undefined
+build windows-ubsan -DMORQUIL_TESTS=OFF -DMORQUIL_TOOLS=OFF -DMORQUIL_SANITIZE=undefined \
+    -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake -- MorquilAPI
+build asan -DMORQUIL_TESTS=ON -DMORQUIL_FUZZ=ON -DMORQUIL_SANITIZE=address,undefined
 # shellcheck disable=SC2046  # one word per target
 build tsan -DMORQUIL_TESTS=ON -DMORQUIL_SANITIZE=thread -- $(threaded_targets)
 
 echo "Testing ..."
 suffix=""
 test_flavour native "$programs"
+cycles native 20000
 test_flavour asan "$programs"
+replay_findings asan
 test_flavour tsan "$threaded_programs"
+look_at_libraries
 suffix=.exe
 start_wine
 trap stop_wine EXIT
 test_flavour windows "$programs" wine
+cycles windows 2000 wine
+# The same tests, on a library that ends the program where something is undefined.
+MORQUIL_TESTED_LIBRARY=$(winepath -w build/windows-ubsan/module/MorquilAPI.dll) \
+    run_tests windows-ubsan wine build/windows/tests/morquil-library-tests.exe
+report windows-ubsan
 wait "$slow_tests"
 report native-slow
 

@@ -28,10 +28,10 @@ std::string TakeText(BSTR text) {
 
 Library Load() {
     std::wstring path;
-    for (const char letter : std::string(libraryPath))
+    for (const char letter : std::string(LibraryPath()))
         path.push_back(static_cast<wchar_t>(letter));
     ITypeLib* library = nullptr;
-    EXPECT_EQ(LoadTypeLib(path.c_str(), &library), S_OK) << libraryPath;
+    EXPECT_EQ(LoadTypeLib(path.c_str(), &library), S_OK) << LibraryPath();
     return Library(library);
 }
 

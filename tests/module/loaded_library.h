@@ -1,13 +1,18 @@
 // The finished library, loaded into the test as a host loads it.
 #pragma once
 
+#include <cstdlib>
 #include <string>
 #include <vector>
 
 namespace Morquil::Test {
 
-/// Where the build put libMorquilAPI.so or MorquilAPI.dll.
-inline constexpr const char* libraryPath = MORQUIL_LIBRARY_PATH;
+/// Where the library to test lies: libMorquilAPI.so or MorquilAPI.dll of the build, or of another flavour's that the
+/// environment names.
+inline const char* LibraryPath() {
+    const char* const other = std::getenv("MORQUIL_TESTED_LIBRARY");
+    return other != nullptr ? other : MORQUIL_LIBRARY_PATH;
+}
 
 /// The names that this system's hosts call, in alphabetical order.
 std::vector<std::string> ExpectedExports();

@@ -60,7 +60,7 @@ std::vector<std::string> ExpectedExports() {
             "SysStringLen"};
 }
 
-LoadedLibrary::LoadedLibrary() : handle_(dlopen(libraryPath, RTLD_NOW | RTLD_LOCAL)) {
+LoadedLibrary::LoadedLibrary() : handle_(dlopen(LibraryPath(), RTLD_NOW | RTLD_LOCAL)) {
     EXPECT_NE(handle_, nullptr) << dlerror();
 }
 

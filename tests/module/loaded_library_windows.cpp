@@ -12,8 +12,8 @@ std::vector<std::string> ExpectedExports() {
             "DllRegisterServer", "DllUnregisterServer", "GetMorquilDiscoveryInstance_0000"};
 }
 
-LoadedLibrary::LoadedLibrary() : handle_(LoadLibraryA(libraryPath)) {
-    EXPECT_NE(handle_, nullptr) << libraryPath << ": error " << GetLastError();
+LoadedLibrary::LoadedLibrary() : handle_(LoadLibraryA(LibraryPath())) {
+    EXPECT_NE(handle_, nullptr) << LibraryPath() << ": error " << GetLastError();
 }
 
 LoadedLibrary::~LoadedLibrary() {

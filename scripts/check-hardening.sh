@@ -1,0 +1,67 @@
+#!/usr/bin/env bash
+# Looks at finished libraries: what they export, what they need, and how they are protected.
+#   scripts/check-hardening.sh [libMorquilAPI.so [MorquilAPI.dll]]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+elf=${1:-build/native/module/libMorquilAPI.so}
+dll=${2:-build/windows/module/MorquilAPI.dll}
+failures=0
+
+# expect WHAT COMMAND...: WHAT holds when the command succeeds.
+expect() {
+    local what=$1
+    shift
+    if "$@" > /dev/null 2>&1; then
+        printf '  ok      %s\n' "$what"
+    else
+        printf '  FAILED  %s\n' "$what"
+        failures=$((failures + 1))
+    fi
+}
+
+# same WHAT EXPECTED FOUND: two lists of words are the same.
+same() {
+    expect "$1: $(echo "$2" | tr '\n' ' ')" test "$2" = "$3"
+    [ "$2" = "$3" ] || printf '          found: %s\n' "$(echo "$3" | tr '\n' ' ')"
+}
+
+has() { grep -qE "$1" <<< "$2"; }
+has_not() { ! grep -qE "$1" <<< "$2"; }
+
+check_elf() {
+    echo "$elf"
+    local headers dynamic symbols
+    headers=$(readelf -lW "$elf")
+    dynamic=$(readelf -dW "$elf")
+    symbols=$(nm -D "$elf")
+    expect "relocations are read-only" has 'GNU_RELRO' "$headers"
+    expect "everything is bound before the first call" has 'BIND_NOW|FLAGS_1.*NOW' "$dynamic"
+    expect "stack and data cannot be executed" has 'GNU_STACK.* RW ' "$headers"
+    expect "no segment is both written and executed" has_not 'LOAD.* RWE ' "$headers"
+    expect "no text relocations" has_not 'TEXTREL' "$dynamic"
+    expect "stack protector" has '__stack_chk_fail' "$symbols"
+    expect "checked standard functions" has '__[a-z]+_chk@' "$symbols"
+    expect "no search path of the build" has_not 'RPATH|RUNPATH' "$dynamic"
+    same "exports" "$(sed -n '/global:/,/local:/s/^ *\([A-Za-z0-9_]*\);$/\1/p' module/MorquilAPI.map | sort)" \
+        "$(awk '$2 ~ /^[TW]$/ { sub(/@.*/, "", $3); print $3 }' <<< "$symbols" | sort)"
+}
+
+check_dll() {
+    echo "$dll"
+    local headers
+    headers=$(x86_64-w64-mingw32-objdump -p "$dll")
+    for protection in HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT; do
+        expect "$protection" has "^[[:space:]]+$protection" "$headers"
+    done
+    expect "relocations, without which the address could not vary" has 'Base Relocation Directory|\.reloc' "$headers"
+    expect "stack protector" bash -c "x86_64-w64-mingw32-nm '$dll' | grep -q __stack_chk_fail"
+    same "exports" "$(awk 'on { print $1 } /^EXPORTS/ { on = 1 }' module/MorquilAPI.def | sort)" \
+        "$(awk '/\[Ordinal\/Name Pointer\] Table/ { on = 1; next } !NF { on = 0 } on { print $NF }' <<< "$headers" | sort)"
+    same "needs" "$(printf '%s\n' ADVAPI32.dll KERNEL32.dll OLEAUT32.dll WS2_32.dll msvcrt.dll ole32.dll)" \
+        "$(awk '/DLL Name:/ { print $3 }' <<< "$headers" | LC_ALL=C sort)"
+}
+
+check_elf
+check_dll
+[ "$failures" -eq 0 ]

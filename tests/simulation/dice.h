@@ -13,6 +13,11 @@ public:
     virtual std::uint32_t Below(std::uint32_t count) = 0;
     /// Whether one of `count` chances has come.
     bool OneIn(std::uint32_t count) { return Below(count) == count - 1; }
+    /// One of the elements of an array.
+    template <class Elements>
+    auto& OneOf(Elements& elements) {
+        return elements[Below(static_cast<std::uint32_t>(elements.size()))];
+    }
 };
 
 /// The same throws for the same seed, everywhere.

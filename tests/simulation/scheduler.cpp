@@ -20,10 +20,12 @@ Scheduler::Scheduler() {
 void Scheduler::Begin(Dice& dice, std::function<void()> onDeadlock) {
     dice_ = &dice;
     onDeadlock_ = std::move(onDeadlock);
-    now_ = 0;
 }
 
 void Scheduler::End() {
+    if (LiveThreads() != 0) {
+        onDeadlock_();
+    }
     for (const std::unique_ptr<Thread>& thread : threads_) {
         if (thread->thread.joinable()) {
             thread->thread.join();
@@ -31,10 +33,12 @@ void Scheduler::End() {
     }
     threads_.resize(1);
     dice_ = nullptr;
+    now_ = 0;
 }
 
 std::size_t Scheduler::LiveThreads() const {
-    const auto live = std::count_if(threads_.begin(), threads_.end(), [](const auto& thread) { return !thread->ended; });
+    const auto live =
+        std::count_if(threads_.begin(), threads_.end(), [](const auto& thread) { return !thread->ended; });
     return static_cast<std::size_t>(live) - 1;
 }
 
@@ -70,7 +74,7 @@ void Scheduler::Block(const std::function<bool()>& ready, Time deadline) {
     self.ready = nullptr;
 }
 
-void Scheduler::Yield() {
+void Scheduler::GiveWay() {
     if (dice_ != nullptr && threads_.size() > 1 && dice_->OneIn(4)) {
         HandOver(*PickRunnable());
     }

@@ -20,7 +20,7 @@ namespace Morquil::Simulation {
 using Time = std::int64_t;
 inline constexpr Time never = std::numeric_limits<Time>::max();
 
-/// Runs the threads of one world at a time. A thread runs until it blocks or yields; who is next is thrown with the
+/// Runs the threads of one world at a time. A thread runs until it blocks or gives way; who is next is thrown with the
 /// world's dice, so a world goes the same way for the same dice. The thread that begins a world is its driver.
 ///
 /// Only the thread whose turn it is touches anything of the world, so that nothing in it needs a lock.
@@ -29,9 +29,10 @@ public:
     /// The one that the simulated core asks.
     static Scheduler& Instance();
 
-    /// Begins a world at time 0. `onDeadlock` is called when no thread can ever go on; it must not return.
+    /// Begins a world. `onDeadlock` is called when no thread can ever go on, or one outlives the
+    /// world; it must not return.
     void Begin(Dice& dice, std::function<void()> onDeadlock);
-    /// Ends the world, whose threads must all have ended.
+    /// Ends the world, whose threads must all have ended. The next begins at time 0.
     void End();
 
     Time Now() const { return now_; }
@@ -49,7 +50,7 @@ public:
     /// Blocks the calling thread until `ready()` or until the clock reads `deadline`. Others may ask `ready`, too.
     void Block(const std::function<bool()>& ready, Time deadline = never);
     /// Lets another thread go first, if there is one and the dice say so.
-    void Yield();
+    void GiveWay();
     /// The driver waits until nobody else has anything to do before the clock reads `until`.
     void LetOthersRun(Time until);
 

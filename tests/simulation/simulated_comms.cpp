@@ -20,7 +20,8 @@ Scheduler& World() {
 bool SimulatedComms::Open(const std::string& host, std::uint32_t port, bool) {
     using Opening = NetworkManners::Opening;
     const bool hangs = manners_.opening == Opening::Hangs;
-    World().Block([this] { return signals_[signalStop]; }, World().Now() + (hangs ? connectLimit : manners_.openingTime));
+    World().Block([this] { return signals_[signalStop]; },
+                  World().Now() + (hangs ? connectLimit : manners_.openingTime));
     isOpen_ = !TakeSignal(signalStop) && manners_.opening == Opening::Succeeds && !host.empty() && port != 0;
     isArmed_ = isOpen_;
     isOpen_ ? listener_.Opened() : listener_.OpenFailed();
@@ -39,7 +40,7 @@ std::uint32_t SimulatedComms::SetWaitMode(bool includeSocket, std::uint32_t time
 }
 
 bool SimulatedComms::TakeSignal(CommsSignal signal) {
-    return std::exchange(signals_[signal], false);
+    return std::exchange(signals_[static_cast<std::size_t>(signal)], false);
 }
 
 bool SimulatedComms::HasSocketEvent() const {
@@ -61,7 +62,7 @@ CommsEvent SimulatedComms::TakeSocketEvent() {
 
 CommsEvent SimulatedComms::WaitForEvent() {
     listener_.ReadyForMore();
-    World().Yield();
+    World().GiveWay();
     const Time deadline = World().Now() + timeout_;
     const auto hasEvent = [this] { return IsSignalled() || HasSocketEvent(); };
     while (!hasEvent() && World().Now() < deadline) {
@@ -110,7 +111,7 @@ int SimulatedComms::Send(const char* data, int length, int) {
     }
     if (World().Now() >= manners_.readsUntil) {
         // Who tries again and again shall not keep the clock from going on.
-        World().Block([this] { return signals_[signalStop]; }, World().Now() + 1);
+        World().Block([this] { return signals_[signalStop]; }, World().Now() + 20);
         isArmed_ = true;
         return commsWouldBlock;
     }
@@ -118,7 +119,7 @@ int SimulatedComms::Send(const char* data, int length, int) {
     unfinished_.append(data, taken);
     if (unfinished_.ends_with("\n\n")) {
         listener_.Sent(std::exchange(unfinished_, {}));
-        World().Yield();
+        World().GiveWay();
     }
     return static_cast<int>(taken);
 }

@@ -1,6 +1,7 @@
 #include "tests/simulation/wire.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Morquil::Simulation {
 
@@ -21,6 +22,12 @@ void Wire::Say(Dice& dice, const Saying& saying, Time delay) {
         delay = dice.Below(3);
     }
     pieces_.push_back({.at = ArrivalAfter(delay), .bytes = saying.bytes.substr(from), .whole = saying});
+}
+
+void Wire::Say(std::string bytes) {
+    if (!isBroken_ && !bytes.empty()) {
+        pieces_.push_back({.at = ArrivalAfter(0), .bytes = std::move(bytes)});
+    }
 }
 
 void Wire::Break(Time delay) {

@@ -25,23 +25,23 @@ struct Saying {
     std::string bytes;
 };
 
-/// What follows when somebody has received, sent or closed. Called by the thread that does it.
+/// Hears of what the receiver does, on the thread that does it.
 class WireListener {
 public:
     virtual ~WireListener() = default;
 
     /// The receiver has just got the last byte of this, and nothing behind it.
-    virtual void Received(const Saying& saying) = 0;
+    virtual void Received(const Saying& /*saying*/) {}
     /// The receiver is about to wait or to receive: it is done with everything that it has got.
-    virtual void ReadyForMore() = 0;
-    virtual void Opened() = 0;
-    virtual void OpenFailed() = 0;
+    virtual void ReadyForMore() {}
+    virtual void Opened() {}
+    virtual void OpenFailed() {}
     /// A whole block, or something else that ends with an empty line.
-    virtual void Sent(const std::string& block) = 0;
+    virtual void Sent(const std::string& /*block*/) {}
     /// The receiver was told that its wait has run out.
-    virtual void TimedOut() = 0;
-    virtual void Closed() = 0;
-    virtual void Destroyed() = 0;
+    virtual void TimedOut() {}
+    virtual void Closed() {}
+    virtual void Destroyed() {}
 };
 
 /// The way from a device to a host.
@@ -49,6 +49,8 @@ class Wire {
 public:
     /// Queues `saying`, cut anywhere, behind all that is on its way; not before `delay` from now.
     void Say(Dice& dice, const Saying& saying, Time delay);
+    /// Queues one piece, which arrives at once.
+    void Say(std::string bytes);
     /// The connection breaks behind all that is on its way.
     void Break(Time delay);
     /// Drops everything but the first `count` bytes that are on their way, and breaks the connection there.

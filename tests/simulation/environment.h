@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+
+namespace Morquil::Simulation {
+
+/// The number that the environment variable `name` holds; `fallback` when there is none.
+inline std::uint64_t FromEnvironment(const char* name, std::uint64_t fallback) {
+    const char* const text = std::getenv(name);
+    return text != nullptr ? std::strtoull(text, nullptr, 10) : fallback;
+}
+
+}  // namespace Morquil::Simulation

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+namespace Morquil::Simulation {
+
+/// Who is in a list of observers, each by a number, and who has to be called next. Nothing is ever forgotten, so that a
+/// round goes on behind whatever is added and removed meanwhile.
+class ExpectedList {
+public:
+    /// One round of calls, which begins at the front.
+    class Round {
+    public:
+        bool IsOn() const { return isOn_; }
+        void Begin() {
+            next_ = 0;
+            isOn_ = true;
+        }
+        void Cancel() { isOn_ = false; }
+
+    private:
+        friend class ExpectedList;
+        std::size_t next_ = 0;
+        bool isOn_ = false;
+    };
+
+    bool Has(std::size_t observer) const {
+        for (const Entry& entry : entries_) {
+            if (entry.observer == observer && !entry.removed) {
+                return true;
+            }
+        }
+        return false;
+    }
+    bool IsEmpty() const {
+        Round all;
+        all.Begin();
+        return !Next(all);
+    }
+    void Add(std::size_t observer) { entries_.push_back({observer}); }
+    void Remove(std::size_t observer) {
+        for (Entry& entry : entries_) {
+            entry.removed |= entry.observer == observer;
+        }
+    }
+
+    /// Whom `round` has to call next; nobody when it is over.
+    std::optional<std::size_t> Next(Round& round) const {
+        while (round.isOn_ && round.next_ < entries_.size() && entries_[round.next_].removed) {
+            ++round.next_;
+        }
+        return round.isOn_ && round.next_ < entries_.size() ? std::optional(entries_[round.next_].observer)
+                                                            : std::nullopt;
+    }
+    void Called(Round& round) const { ++round.next_; }
+
+private:
+    struct Entry {
+        std::size_t observer;
+        bool removed = false;
+    };
+
+    std::vector<Entry> entries_;
+};
+
+}  // namespace Morquil::Simulation

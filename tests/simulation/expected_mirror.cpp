@@ -1,0 +1,189 @@
+#include "tests/simulation/expected_mirror.h"
+
+#include <array>
+
+#include "tests/simulation/device_sayings.h"
+
+namespace Morquil::Simulation {
+
+namespace {
+
+/// Who is told of a change of a key; an empty key stands for all of its block.
+struct Owner {
+    std::string_view header;
+    std::string_view key;
+    _MorquilPropertySetId propertySet;
+};
+
+// clang-format off
+constexpr std::array owners{
+    Owner{"MORQUIL DEVICE",                     "",                     morquilDeviceControlPropertySetId},
+    Owner{"VIDEO INPUT",                        "",                     morquilInputConfigurationPropertySetId},
+    Owner{"VIDEO INPUT AVAILABILITY",           "",                     morquilInputConfigurationPropertySetId},
+    Owner{"VIDEO OUTPUT",                       "",                     morquilOutputConfigurationPropertySetId},
+    Owner{"VIDEO PROC AMP",                     "",                     morquilVideoProcAmpPropertySetId},
+    Owner{"VIDEO ADJUST",                       "Red",                  morquilColorCorrectionPropertySetId},
+    Owner{"VIDEO ADJUST",                       "Luma low",             morquilVideoClipPropertySetId},
+    Owner{"VIDEO ADJUST",                       "Aspect fill luma",     morquilAspectFillPropertySetId},
+    Owner{"NOISE REDUCTION",                    "",                     morquilNoiseReductionPropertySetId},
+    Owner{"NOISE REDUCTION AVAILABILITY",       "",                     morquilNoiseReductionPropertySetId},
+    Owner{"TEST PATTERN",                       "",                     morquilTestPatternPropertySetId},
+    Owner{"TEST PATTERN AVAILABILITY",          "",                     morquilTestPatternPropertySetId},
+    Owner{"VIDEO ADVANCED",                     "",                     morquilVideoAdvancedPropertySetId},
+    Owner{"VIDEO ADVANCED AVAILABILITY",        "",                     morquilVideoAdvancedPropertySetId},
+    Owner{"ANCILLARY DATA",                     "Timecode output line", morquilTimecodePropertySetId},
+    Owner{"ANCILLARY DATA",                     "CC output line",       morquilClosedCaptionPropertySetId},
+    Owner{"ANCILLARY DATA",                     "AFD output line",      morquilVideoIndexPropertySetId},
+    Owner{"ANCILLARY DATA AVAILABILITY",        "CC output line range", morquilClosedCaptionPropertySetId},
+    Owner{"GENLOCK",                            "",                     morquilReferencePropertySetId},
+    Owner{"GENLOCK AVAILABILITY",               "",                     morquilReferencePropertySetId},
+    Owner{"VARIABLE ASPECT RATIO",              "",                     morquilVariableAspectRatioPropertySetId},
+    Owner{"VARIABLE ASPECT RATIO AVAILABILITY", "",                     morquilVariableAspectRatioPropertySetId},
+    Owner{"AUDIO",                              "",                     morquilAudioMappingPropertySetId},
+    Owner{"AUDIO AVAILABILITY",                 "",                     morquilAudioMappingPropertySetId},
+    Owner{"MODE3D",                             "",                     morquil3dModePropertySetId},
+    Owner{"MODE3D AVAILABILITY",                "",                     morquil3dModePropertySetId},
+    Owner{"NETWORK CONFIG",                     "",                     morquilNetworkConfigPropertySetId},
+    Owner{"DEVICE FILENAMES",                   "",                     morquilDeviceFilenamesPropertySetId},
+    Owner{"PRESET",                             "",                     morquilPresetPropertySetId},
+    Owner{"PRESET AVAILABILITY",                "",                     morquilPresetPropertySetId}};
+
+/// Which block is asked for when a key differs from what was known.
+struct Question {
+    std::string_view header;
+    std::string_view key;
+    std::string_view request;
+};
+constexpr std::array questions{
+    Question{"VIDEO INPUT",    "Video source",     "VIDEO INPUT AVAILABILITY"},
+    Question{"VIDEO INPUT",    "Video mode",       "VARIABLE ASPECT RATIO AVAILABILITY"},
+    Question{"VIDEO INPUT",    "Wide SD aspect",   "VARIABLE ASPECT RATIO AVAILABILITY"},
+    Question{"VIDEO INPUT",    "Video mode",       "NOISE REDUCTION AVAILABILITY"},
+    Question{"VIDEO INPUT",    "HDMI 3D Full",     "NOISE REDUCTION AVAILABILITY"},
+    Question{"VIDEO INPUT",    "Video mode",       "VIDEO ADVANCED AVAILABILITY"},
+    Question{"VIDEO INPUT",    "HDMI 3D Full",     "VIDEO ADVANCED AVAILABILITY"},
+    Question{"VIDEO OUTPUT",   "Video mode",       "VARIABLE ASPECT RATIO AVAILABILITY"},
+    Question{"VIDEO OUTPUT",   "Aspect ratio",     "VARIABLE ASPECT RATIO AVAILABILITY"},
+    Question{"VIDEO OUTPUT",   "Video mode",       "NOISE REDUCTION AVAILABILITY"},
+    Question{"VIDEO OUTPUT",   "Video mode",       "VIDEO ADVANCED AVAILABILITY"},
+    Question{"VIDEO OUTPUT",   "Video mode",       "GENLOCK AVAILABILITY"},
+    Question{"VIDEO ADVANCED", "Processing",       "VIDEO ADVANCED AVAILABILITY"},
+    Question{"VIDEO ADVANCED", "Scenecut detect",  "VIDEO ADVANCED AVAILABILITY"},
+    Question{"GENLOCK",        "Signal locked",    "GENLOCK AVAILABILITY"}};
+
+/// Of these blocks not just their arrival is waited for but all of their keys.
+constexpr std::array<std::string_view, 6> wholeBlocks{
+    "VIDEO INPUT", "VIDEO OUTPUT", "VIDEO OUTPUT AVAILABILITY",
+    "VIDEO PROC AMP", "VIDEO PROC AMP AVAILABILITY", "PRESET AVAILABILITY"};
+// clang-format on
+
+bool Holds(const std::map<std::string, std::string>& block, const Lines& lines) {
+    for (const auto& line : lines) {
+        if (!block.contains(line.first)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool IsWhole(std::string_view header) {
+    for (const std::string_view whole : wholeBlocks) {
+        if (whole == header) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+bool HasEchoes(std::string_view header) {
+    return header != "MORQUIL DEVICE" && header != "SUPPORTED CONVERSIONS" && !header.ends_with("AVAILABILITY");
+}
+
+ExpectedMirror::Keys ExpectedMirror::Merge(const std::string& header, const Lines& lines) {
+    Keys changed;
+    auto& block = blocks_[header];
+    for (const auto& [key, value] : lines) {
+        const auto [place, isNew] = block.try_emplace(key, value);
+        if (isNew || place->second != value) {
+            place->second = value;
+            changed.insert(key);
+        }
+    }
+    return changed;
+}
+
+std::vector<_MorquilPropertySetId> ExpectedMirror::Told(const std::string& header, const Keys& changed) {
+    std::vector<_MorquilPropertySetId> told;
+    for (const Owner& owner : owners) {
+        if (owner.header == header && !changed.empty() &&
+            (owner.key.empty() || changed.contains(std::string(owner.key)))) {
+            told.push_back(owner.propertySet);
+        }
+    }
+    return told;
+}
+
+std::vector<std::string> ExpectedMirror::Requests(const std::string& header, const Keys& changed) {
+    std::vector<std::string> requests;
+    for (const Question& question : questions) {
+        if (question.header == header && changed.contains(std::string(question.key))) {
+            requests.emplace_back(question.request);
+        }
+    }
+    return requests;
+}
+
+void ExpectedMirror::TakePreamble(const Lines& lines) {
+    if (Merge("PROTOCOL PREAMBLE", lines).empty() || lines.front().second.ends_with(".22")) {
+        return;
+    }
+    reason_ = lines.front().second.starts_with("2.") ? morquilConnectToFailureIncompatibleUpdateSupported
+                                                     : morquilConnectToFailureIncompatibleFirmware;
+}
+
+ExpectedMirror::Effect ExpectedMirror::Take(const std::string& header, const Lines& lines) {
+    if (header == "PROTOCOL PREAMBLE") {
+        TakePreamble(lines);
+        return {};
+    }
+    const bool isFirstDevice = header == "MORQUIL DEVICE" && blocks_[header].empty();
+    const Keys changed = Merge(header, lines);
+    Effect effect{Told(header, changed), Requests(header, changed)};
+    if (isFirstDevice && !changed.empty()) {
+        for (const Saying& answer : AvailabilitySayings()) {
+            effect.requests.push_back(answer.header);
+        }
+    }
+    for (const auto& [key, value] : lines) {
+        if (header == "MORQUIL DEVICE" && key == "Remote lock" && value == "true" && !changed.empty()) {
+            reason_ = morquilConnectToFailureRemoteLock;
+        }
+    }
+    return effect;
+}
+
+std::optional<std::string> ExpectedMirror::Value(const std::string& header, const std::string& key) const {
+    const auto block = blocks_.find(header);
+    if (block == blocks_.end() || !block->second.contains(key)) {
+        return std::nullopt;
+    }
+    return block->second.at(key);
+}
+
+bool ExpectedMirror::IsComplete() const {
+    for (const auto* const sayings : {&GreetingSayings(), &AvailabilitySayings()}) {
+        for (const Saying& saying : *sayings) {
+            const auto block = blocks_.find(saying.header);
+            const bool isNeeded = saying.header != "PROTOCOL PREAMBLE";
+            if (isNeeded &&
+                (block == blocks_.end() || (IsWhole(saying.header) && !Holds(block->second, saying.lines)))) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+}  // namespace Morquil::Simulation

@@ -1,0 +1,356 @@
+#include "tests/simulation/host.h"
+
+#include <string_view>
+
+#include "platform/text.h"
+#include "tests/platform/owned_bstr.h"
+#include "tests/simulation/mad_device.h"
+#include "tests/support/temporary_folder.h"
+
+namespace Morquil::Simulation {
+
+namespace {
+
+using Test::OwnedBstr;
+
+/// Nothing that a host calls may take longer, whatever the device does.
+constexpr Time callLimit = 1000;
+
+constexpr std::array propertySets{
+    morquilDeviceControlPropertySetId,       morquilVideoProcAmpPropertySetId,       morquilNoiseReductionPropertySetId,
+    morquilOutputConfigurationPropertySetId, morquilInputConfigurationPropertySetId, morquilNetworkConfigPropertySetId,
+    morquilColorCorrectionPropertySetId,     morquilVideoClipPropertySetId,          morquilAspectFillPropertySetId,
+    morquilClosedCaptionPropertySetId,       morquilReferencePropertySetId,          morquilTestPatternPropertySetId};
+
+template <class Interface, class Out>
+std::optional<std::string> ReadNumber(Interface* face, HRESULT (STDMETHODCALLTYPE Interface::*getter)(Out*)) {
+    Out value{};
+    return (face->*getter)(&value) == S_OK ? std::optional(std::to_string(value)) : std::nullopt;
+}
+
+const Test::TemporaryFolder& Folder() {
+    static const Test::TemporaryFolder folder;
+    return folder;
+}
+
+OwnedBstr Bstr(std::string_view text) {
+    return OwnedBstr(BstrFromUtf8(text));
+}
+
+}  // namespace
+
+/// Stands while a thread is in a call of the library's.
+class Host::Call {
+public:
+    explicit Call(Host& host) : host_(host) { ++host_.callsInProgress_[Scheduler::Instance().Current()]; }
+    ~Call() {
+        --host_.callsInProgress_[Scheduler::Instance().Current()];
+        host_.trace_.Require(Scheduler::Instance().Now() - begin_ <= callLimit, "a call takes too long");
+    }
+    Call(const Call&) = delete;
+    Call& operator=(const Call&) = delete;
+
+private:
+    Host& host_;
+    const Time begin_ = Scheduler::Instance().Now();
+};
+
+STDMETHODIMP Host::ConnectionWatcher::Connected() {
+    host->model_.ToldConnected(number);
+    host->InsideCallback();
+    host->model_.ConnectedReturns();
+    return S_OK;
+}
+
+STDMETHODIMP Host::ConnectionWatcher::Disconnected(_MorquilConnectToFailure reason) {
+    host->model_.ToldDisconnected(number, reason);
+    host->InsideCallback();
+    host->model_.DisconnectedReturns();
+    return S_OK;
+}
+
+STDMETHODIMP Host::PropertyWatcher::PropertyChanged(_MorquilPropertySetId set) {
+    host->model_.ToldChanged(number, set);
+    host->InsideCallback();
+    host->model_.ChangedReturns(set);
+    return S_OK;
+}
+
+Host::Host(Dice& dice, Trace& trace, Model& model) : dice_(dice), trace_(trace), model_(model) {
+    std::size_t number = 0;
+    for (ConnectionWatcher& watcher : connectionWatchers_) {
+        watcher.host = this;
+        watcher.number = number++;
+    }
+    for (PropertyWatcher& watcher : propertyWatchers_) {
+        watcher.host = this;
+        watcher.number = number++;
+    }
+}
+
+void Host::InsideCallback() {
+    Scheduler::Instance().GiveWay();
+    for (int actions = 0; actions < 2 && dice_.OneIn(4) && HasDevice(); ++actions) {
+        dice_.OneIn(16) ? ReleaseDevice() : Act();
+    }
+    Scheduler::Instance().GiveWay();
+}
+
+bool Host::AttemptIsOver() const {
+    return !connects_ && (timerThread_ == 0 || Scheduler::Instance().HasEnded(timerThread_));
+}
+
+void Host::Connect(bool isAsynchronous) {
+    const OwnedBstr address = Bstr("device.test");
+    _MorquilConnectToFailure reason = morquilConnectWarningIncompatibleFirmware;
+    trace_.Note(isAsynchronous ? "connect asynchronously" : "connect");
+    const Time begin = Scheduler::Instance().Now();
+    model_.ConnectBegins(isAsynchronous ? &connectionWatchers_[0].number : nullptr);
+    if (isAsynchronous) {
+        const HRESULT result = device_->Connect(address.Get(), &connectionWatchers_[0], &reason);
+        timerThread_ = Scheduler::Instance().LastStarted();
+        trace_.Require(result == S_FALSE && reason == morquilConnectToFailureNoFailure, "cannot connect");
+        return;
+    }
+    connects_ = true;
+    ++callsInProgress_[Scheduler::Instance().Current()];
+    const HRESULT result = device_->Connect(address.Get(), nullptr, &reason);
+    --callsInProgress_[Scheduler::Instance().Current()];
+    connects_ = false;
+    trace_.Note("connect returns " + std::to_string(result));
+    model_.CheckConnectResult(result, reason, Scheduler::Instance().Now() - begin);
+}
+
+void Host::AddObservers() {
+    for (int count = 0; count < 8; ++count) {
+        ChangeConnectionObservers();
+        AddPropertyObserver();
+    }
+}
+
+void Host::Act() {
+    switch (dice_.Below(20)) {
+        case 0:
+            return AddPropertyObserver();
+        case 1:
+            return RemovePropertyObserver();
+        case 2:
+            return ChangeConnectionObservers();
+        case 3:
+            return Query();
+        case 4:
+            return SetBadText();
+        case 5:
+            return dice_.OneIn(4) ? Disconnect() : ReadAll();
+        case 6:
+            return dice_.OneIn(8) ? ReleaseDevice() : ReadAll();
+        case 7:
+            return dice_.OneIn(2) ? Load() : Save();
+        case 8:
+        case 9:
+            return Read(dice_.Below(settings.size()));
+        default:
+            return Set(dice_.Below(settings.size()));
+    }
+}
+
+template <class Interface>
+Interface* Host::Ask(const IID& iid) {
+    void* face = nullptr;
+    trace_.Require(device_->QueryInterface(iid, &face) == S_OK, "an interface is missing");
+    ++references_;
+    return static_cast<Interface*>(face);
+}
+
+void Host::GiveBack(IUnknown* face) {
+    const ULONG expected = --references_ + (AttemptIsOver() ? 0 : 1);
+    trace_.Require(face->Release() == expected, "the count of references is wrong");
+}
+
+void Host::Query() {
+    const Call call(*this);
+    trace_.Note("query");
+    GiveBack(Ask<IUnknown>(IID_IUnknown));
+    void* face = this;
+    trace_.Require(device_->QueryInterface(IID_IMorquilConnectionObserver, &face) == E_NOINTERFACE && face == nullptr,
+                   "an interface too many");
+}
+
+HRESULT Host::SetOnDevice(std::size_t setting, std::uint32_t number) {
+    const int level = static_cast<int>(number) - 2;
+    HRESULT result = E_FAIL;
+    if (setting < 2) {
+        auto* const procAmp = Ask<IMorquilVideoProcAmp>(IID_IMorquilVideoProcAmp);
+        result = setting == 0 ? procAmp->SetGain(level) : procAmp->SetHue(level);
+        GiveBack(procAmp);
+    } else if (setting == 2) {
+        auto* const noiseReduction = Ask<IMorquilNoiseReduction>(IID_IMorquilNoiseReduction);
+        result = noiseReduction->SetBias(level);
+        GiveBack(noiseReduction);
+    } else if (setting == 3) {
+        auto* const output = Ask<IMorquilOutputConfiguration>(IID_IMorquilOutputConfiguration);
+        result = output->SetTransitionSetting(static_cast<int>(number));
+        GiveBack(output);
+    } else if (setting == 4) {
+        auto* const network = Ask<IMorquilNetworkConfig>(IID_IMorquilNetworkConfig);
+        result = network->SetFriendlyName(Bstr(SettingValue(setting, number)).Get());
+        GiveBack(network);
+    } else {
+        result = device_->SetPanelLock(static_cast<LONG>(number % 2));
+    }
+    return result;
+}
+
+void Host::Set(std::size_t setting) {
+    const Call call(*this);
+    const std::uint32_t number = dice_.Below(5);
+    const std::string value = SettingValue(setting, number);
+    const auto& [header, key] = settings[setting];
+    trace_.Note("set " + key + " " + value);
+    model_.SetterBegins(header, {{key, value}}, HasEchoes(header));
+    trace_.Require(SetOnDevice(setting, number) == S_OK, "cannot set " + key);
+}
+
+void Host::SetBadText() {
+    const Call call(*this);
+    trace_.Note("set a bad text");
+    auto* const network = Ask<IMorquilNetworkConfig>(IID_IMorquilNetworkConfig);
+    trace_.Require(network->SetFriendlyName(Bstr("a\n\nMORQUIL DEVICE:\nPanel lock: true\n").Get()) == E_INVALIDARG,
+                   "a text can end its line");
+    GiveBack(network);
+}
+
+std::optional<std::string> Host::ReadFromDevice(std::size_t setting) {
+    if (setting < 2) {
+        auto* const procAmp = Ask<IMorquilVideoProcAmp>(IID_IMorquilVideoProcAmp);
+        const auto value =
+            ReadNumber(procAmp, setting == 0 ? &IMorquilVideoProcAmp::GetGain : &IMorquilVideoProcAmp::GetHue);
+        GiveBack(procAmp);
+        return value;
+    }
+    if (setting == 2) {
+        auto* const noiseReduction = Ask<IMorquilNoiseReduction>(IID_IMorquilNoiseReduction);
+        const auto value = ReadNumber(noiseReduction, &IMorquilNoiseReduction::GetBias);
+        GiveBack(noiseReduction);
+        return value;
+    }
+    if (setting == 3) {
+        auto* const output = Ask<IMorquilOutputConfiguration>(IID_IMorquilOutputConfiguration);
+        const auto value = ReadNumber(output, &IMorquilOutputConfiguration::GetTransitionSetting);
+        GiveBack(output);
+        return value;
+    }
+    if (setting == 4) {
+        auto* const network = Ask<IMorquilNetworkConfig>(IID_IMorquilNetworkConfig);
+        BSTR name = nullptr;
+        const bool isKnown = network->GetFriendlyName(&name) == S_OK;
+        const OwnedBstr owned(name);
+        GiveBack(network);
+        return isKnown ? std::optional(Utf8FromBstr(owned.Get())) : std::nullopt;
+    }
+    const auto lock = ReadNumber<IMorquilDevice>(device_, &IMorquilDevice::GetPanelLock);
+    return lock ? std::optional(SettingValue(5, *lock == "1" ? 1 : 0)) : std::nullopt;
+}
+
+void Host::Read(std::size_t setting) {
+    const Call call(*this);
+    const auto value = ReadFromDevice(setting);
+    trace_.Note("read " + settings[setting].key + " " + value.value_or("(nothing)"));
+    model_.Read(settings[setting].header, settings[setting].key, value);
+}
+
+void Host::ReadAll() {
+    for (std::size_t setting = 0; setting < settings.size(); ++setting) {
+        Read(setting);
+    }
+}
+
+void Host::AddPropertyObserver() {
+    const Call call(*this);
+    PropertyWatcher& watcher = dice_.OneOf(propertyWatchers_);
+    const _MorquilPropertySetId set = dice_.OneOf(propertySets);
+    trace_.Note("add property observer " + std::to_string(watcher.number));
+    model_.PropertyObserverAdded(watcher.number, set, device_->AddPropertyObserver(&watcher, set));
+}
+
+void Host::RemovePropertyObserver() {
+    const Call call(*this);
+    PropertyWatcher& watcher = dice_.OneOf(propertyWatchers_);
+    const _MorquilPropertySetId set = dice_.OneOf(propertySets);
+    trace_.Note("remove property observer " + std::to_string(watcher.number));
+    model_.PropertyObserverRemoved(watcher.number, set, device_->RemovePropertyObserver(&watcher, set));
+}
+
+void Host::ChangeConnectionObservers() {
+    const Call call(*this);
+    ConnectionWatcher& watcher = dice_.OneOf(connectionWatchers_);
+    if (dice_.OneIn(2)) {
+        trace_.Note("add connection observer " + std::to_string(watcher.number));
+        model_.ConnectionObserverAdded(watcher.number, device_->AddConnectionObserver(&watcher));
+    } else {
+        trace_.Note("remove connection observer " + std::to_string(watcher.number));
+        model_.ConnectionObserverRemoved(watcher.number, device_->RemoveConnectionObserver(&watcher));
+    }
+}
+
+void Host::Disconnect() {
+    const Call call(*this);
+    trace_.Note("disconnect");
+    const bool wasEnding = model_.IsEnding();
+    model_.DisconnectBegins();
+    device_->Disconnect();
+    trace_.Note("disconnect returns");
+    model_.DisconnectReturned(wasEnding);
+}
+
+bool Host::OthersAreInCalls() const {
+    for (const auto& [thread, calls] : callsInProgress_) {
+        if (thread != Scheduler::Instance().Current() && calls > 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Nobody lets the last reference go while another thread is using it.
+void Host::ReleaseDevice() {
+    if (!HasDevice() || OthersAreInCalls() || references_ > 1) {
+        return;
+    }
+    const Call call(*this);
+    trace_.Note("release");
+    const bool isLast = AttemptIsOver();
+    model_.ReleaseBegins(isLast);
+    CMorquilDevice* const device = std::exchange(device_, nullptr);
+    trace_.Require(device->Release() == (isLast ? 0U : 1U), "the last count of references is wrong");
+    trace_.Note("release returns");
+}
+
+void Host::Load() {
+    const Call call(*this);
+    static const std::array<std::string, 2> paths{
+        Folder().Make("still", "junk\n\nTEST PATTERN:\nMotion: false\n\n"),
+        Folder().Make("moving", "TEST PATTERN:\r\nMotion: true\r\n\r\nPRESET:\nPresetName0: a\n\n")};
+    const std::uint32_t isMoving = dice_.Below(2);
+    trace_.Note(isMoving != 0 ? "load moving" : "load still");
+    model_.SetterBegins("TEST PATTERN", {{"Motion", isMoving != 0 ? "true" : "false"}}, false);
+    trace_.Require(device_->LoadSettingsFile(Bstr(paths[isMoving]).Get()) == S_FALSE, "wrong answer of a load");
+}
+
+void Host::Save() {
+    const Call call(*this);
+    static const std::string path = Folder().PathOf("saved");
+    trace_.Note("save");
+    trace_.Require(device_->SaveSettingsFile(Bstr(path).Get()) == S_FALSE, "wrong answer of a save");
+}
+
+void Host::CheckObserversReleased() {
+    for (const ConnectionWatcher& watcher : connectionWatchers_) {
+        trace_.Require(watcher.References() == 0, "a connection observer is kept");
+    }
+    for (const PropertyWatcher& watcher : propertyWatchers_) {
+        trace_.Require(watcher.References() == 0, "a property observer is kept");
+    }
+}
+
+}  // namespace Morquil::Simulation

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+
+#include "device/device.h"
+#include "tests/simulation/counted_observer.h"
+#include "tests/simulation/dice.h"
+#include "tests/simulation/model.h"
+#include "tests/simulation/trace.h"
+
+namespace Morquil::Simulation {
+
+/// A host that does anything with one device object that the interface allows, also inside the calls that it gets.
+/// Holds one reference to the object until it lets it go.
+class Host {
+public:
+    Host(Dice& dice, Trace& trace, Model& model);
+
+    /// Takes over the reference.
+    void Take(CMorquilDevice* device) { device_ = device; }
+    bool HasDevice() const { return device_ != nullptr; }
+
+    void Connect(bool isAsynchronous);
+    /// One call of any kind.
+    void Act();
+    /// A few observers from the beginning.
+    void AddObservers();
+    void ReleaseDevice();
+    /// Whether no thread waits for the initial state any more.
+    bool AttemptIsOver() const;
+    /// Compares all that the model knows with what the getters answer.
+    void ReadAll();
+    /// All observers have been let go.
+    void CheckObserversReleased();
+
+private:
+    class ConnectionWatcher final : public CountedObserver<IMorquilConnectionObserver> {
+    public:
+        STDMETHODIMP Connected() override;
+        STDMETHODIMP Disconnected(_MorquilConnectToFailure reason) override;
+        Host* host = nullptr;
+        std::size_t number = 0;
+    };
+    class PropertyWatcher final : public CountedObserver<IMorquilPropertyObserver> {
+    public:
+        STDMETHODIMP PropertyChanged(_MorquilPropertySetId set) override;
+        Host* host = nullptr;
+        std::size_t number = 0;
+    };
+    class Call;
+
+    void InsideCallback();
+    void Set(std::size_t setting);
+    HRESULT SetOnDevice(std::size_t setting, std::uint32_t number);
+    void Read(std::size_t setting);
+    std::optional<std::string> ReadFromDevice(std::size_t setting);
+    void SetBadText();
+    void AddPropertyObserver();
+    void RemovePropertyObserver();
+    void ChangeConnectionObservers();
+    void Query();
+    void Disconnect();
+    void Load();
+    void Save();
+    bool OthersAreInCalls() const;
+    template <class Interface>
+    Interface* Ask(const IID& iid);
+    void GiveBack(IUnknown* face);
+
+    Dice& dice_;
+    Trace& trace_;
+    Model& model_;
+    CMorquilDevice* device_ = nullptr;
+    ULONG references_ = 1;  ///< the host's own
+    bool connects_ = false;
+    QRN::Core::ThreadId timerThread_ = 0;
+    std::array<ConnectionWatcher, 2> connectionWatchers_;
+    std::array<PropertyWatcher, 3> propertyWatchers_;
+    std::map<QRN::Core::ThreadId, int> callsInProgress_;
+};
+
+}  // namespace Morquil::Simulation

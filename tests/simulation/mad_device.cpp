@@ -1,0 +1,199 @@
+#include "tests/simulation/mad_device.h"
+
+#include <array>
+#include <vector>
+
+#include "tests/simulation/device_sayings.h"
+
+namespace Morquil::Simulation {
+
+const std::array<Setting, 6> settings{{{"VIDEO PROC AMP", "Gain"},
+                                       {"VIDEO PROC AMP", "Hue"},
+                                       {"NOISE REDUCTION", "Bias"},
+                                       {"VIDEO OUTPUT", "Transition setting"},
+                                       {"NETWORK CONFIG", "Friendly name"},
+                                       {"MORQUIL DEVICE", "Panel lock"}}};
+
+std::string SettingValue(std::size_t index, std::uint32_t number) {
+    switch (index) {
+        // -1 would stand for none.
+        case 3:
+            return std::to_string(number);
+        case 4:
+            return "Rack " + std::to_string(number);
+        case 5:
+            return number % 2 != 0 ? "true" : "false";
+        default:
+            return std::to_string(static_cast<int>(number) - 2);
+    }
+}
+
+MadDevice::MadDevice(Dice& dice)
+    : dice_(dice),
+      isSpoiling_(dice.OneIn(3)),
+      acknowledges_(dice.OneIn(4) ? 3 : 4),
+      refuses_(dice.OneIn(4) ? 2 : 0),
+      echoes_(dice.Below(5)),
+      isSlow_(dice.OneIn(4)),
+      isWild_(dice.OneIn(8)) {
+    using Opening = NetworkManners::Opening;
+    if (dice.OneIn(16)) {
+        manners.opening = dice.OneIn(2) ? Opening::IsRefused : Opening::Hangs;
+    }
+    manners.openingTime = dice.Below(50);
+    manners.sendLimit = dice.OneIn(8) ? 1 + dice.Below(40) : manners.sendLimit;
+    manners.readsUntil = dice.OneIn(20) ? dice.Below(30'000) : never;
+    manners.sendsFailFrom = dice.OneIn(20) ? dice.Below(30'000) : never;
+}
+
+Time MadDevice::Delay() {
+    return isSlow_ && dice_.OneIn(8) ? dice_.Below(11'000) : dice_.Below(4);
+}
+
+void MadDevice::Say(Saying saying, Time delay) {
+    if (isSpoiling_ && saying.kind == Saying::Kind::Block) {
+        Spoil(dice_, saying);
+    }
+    if (isSpoiling_ && dice_.OneIn(6)) {
+        wire.Say(dice_, Nonsense(dice_), delay);
+    }
+    wire.Say(dice_, saying, delay);
+}
+
+void MadDevice::Greet() {
+    enum Greeting { wrongVersion, remoteLocked, lackingBlocks, silent, cutOff, hangsUp, complete };
+    const std::uint32_t greeting = dice_.Below(20);
+    if (greeting == silent) {
+        return;
+    }
+    for (const Saying& saying : GreetingSayings()) {
+        Saying said = saying;
+        if (greeting == wrongVersion && said.header == "PROTOCOL PREAMBLE") {
+            said = BlockSaying(said.header, {{"Version", dice_.OneIn(2) ? "2.21" : "1.21"}});
+        }
+        if (greeting == remoteLocked && said.header == "MORQUIL DEVICE") {
+            said.lines.back().second = "true";
+            said = BlockSaying(said.header, said.lines);
+        }
+        if (greeting != lackingBlocks || !dice_.OneIn(8)) {
+            Say(said, dice_.OneIn(8) ? Delay() : 0);
+        }
+    }
+    if (greeting == cutOff) {
+        wire.BreakAfter(dice_.Below(2000));
+    } else if (greeting == hangsUp) {
+        wire.Break(Delay());
+    }
+}
+
+Saying MadDevice::Echo(const std::string& block) {
+    Saying echo = BlockSaying(block);
+    if (!echo.lines.empty() && dice_.OneIn(8)) {
+        return Change();
+    }
+    return echo;
+}
+
+void MadDevice::Answer(const std::string& block) {
+    const bool acknowledges = dice_.Below(4) < acknowledges_;
+    const Saying acknowledgement = Acknowledgement(dice_.Below(4) >= refuses_);
+    const bool isFirst = !dice_.OneIn(8);
+    const Time delay = Delay();
+    if (acknowledges && isFirst) {
+        Say(acknowledgement, delay);
+    }
+    if (block != "PING\n\n") {
+        const Saying asked = BlockSaying(block);
+        for (const Saying& answer : AvailabilitySayings()) {
+            if (answer.header == asked.header) {
+                Say(answer, delay);
+            }
+        }
+        if (!asked.lines.empty() && dice_.Below(4) < echoes_) {
+            Say(Echo(block), delay);
+        }
+    }
+    if (acknowledges && !isFirst) {
+        Say(acknowledgement, delay);
+    }
+}
+
+Saying MadDevice::Change() {
+    const std::uint32_t number = dice_.Below(5);
+    const std::uint32_t kind = dice_.Below(16);
+    if (kind < settings.size()) {
+        return BlockSaying(settings[kind].header, {{settings[kind].key, SettingValue(kind, number)}});
+    }
+    static const std::array<Saying, 14> others{
+        BlockSaying("VIDEO INPUT:\nVideo mode: 720p50\n\n"),
+        BlockSaying("VIDEO INPUT:\nVideo source: SDI1\nVideo mode: 1080i50\nWide SD aspect: true\n\n"),
+        BlockSaying("VIDEO INPUT:\nVideo source: HDMI\nHDMI 3D Full: true\n\n"),
+        BlockSaying("VIDEO OUTPUT:\nVideo mode: 720p50\n\n"),
+        BlockSaying("VIDEO OUTPUT:\nVideo mode: 1080i50\nAspect ratio: Anamorphic\nTransition setting: 10\n\n"),
+        BlockSaying("VIDEO ADVANCED:\nScenecut detect: false\n\n"),
+        BlockSaying("VIDEO ADVANCED:\nScenecut detect: true\n\n"),
+        BlockSaying("GENLOCK:\nSignal locked: false\n\n"),
+        BlockSaying("VIDEO ADJUST:\nRed: 3\nLuma low: 7\n\n"),
+        BlockSaying("VIDEO ADJUST:\nRed: 0\nAspect fill luma: 65\n\n"),
+        BlockSaying("ANCILLARY DATA:\nTimecode output line: 10\nCC output line: 10\nAFD output line: 12\n\n"),
+        BlockSaying("VIDEO PROC AMP AVAILABILITY:\nGain range: -1 1\n\n"),
+        BlockSaying("MORQUIL DEVICE:\nModel name: Other\nRemote lock: true\n\n"),
+        BlockSaying("PROTOCOL PREAMBLE:\nVersion: 1.23\n\n"),
+    };
+    return others[dice_.Below(static_cast<std::uint32_t>(dice_.OneIn(4) ? others.size() : others.size() - 2))];
+}
+
+void MadDevice::HangUp() {
+    if (dice_.OneIn(2)) {
+        wire.Break(Delay());
+    } else {
+        wire.BreakAfter(dice_.Below(100));
+    }
+}
+
+/// Bytes of any kind, or a block of which some have changed.
+std::string MadDevice::WildBytes() {
+    if (dice_.OneIn(2)) {
+        std::string bytes(dice_.Below(80), '\0');
+        for (char& byte : bytes) {
+            byte = static_cast<char>(dice_.Below(256));
+        }
+        return bytes;
+    }
+    std::string bytes = dice_.OneIn(2) ? Change().bytes : dice_.OneOf(AvailabilitySayings()).bytes;
+    for (std::uint32_t changes = dice_.Below(4); changes > 0; --changes) {
+        dice_.OneOf(bytes) = static_cast<char>(dice_.Below(256));
+    }
+    return bytes;
+}
+
+void MadDevice::SpeakUp() {
+    if (isWild_ && dice_.OneIn(2)) {
+        return wire.Say(WildBytes());
+    }
+    switch (dice_.Below(8)) {
+        case 0:
+            Say(Acknowledgement(true), Delay());
+            break;
+        case 1:
+            Say(Nonsense(dice_), Delay());
+            break;
+        case 2:
+            for (std::uint32_t left = dice_.Below(8); left > 0; --left) {
+                Say(Acknowledgement(false));
+            }
+            break;
+        case 3:
+            for (std::uint32_t left = dice_.Below(60); left > 0; --left) {
+                Say(Change());
+            }
+            break;
+        case 4:
+            dice_.OneIn(4) ? HangUp() : Say(Change(), Delay());
+            break;
+        default:
+            Say(Change(), Delay());
+    }
+}
+
+}  // namespace Morquil::Simulation

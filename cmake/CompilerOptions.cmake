@@ -15,7 +15,7 @@ add_library(MorquilOptions INTERFACE)
 target_include_directories(MorquilOptions INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(MorquilOptions INTERFACE
     # Lines and names for backtraces; more makes every build a third longer.
-    $<$<CONFIG:RelWithDebInfo>:-g1>
+    $<$<AND:$<CONFIG:RelWithDebInfo>,$<NOT:$<BOOL:$<TARGET_PROPERTY:MORQUIL_UNOPTIMISED>>>>:-g1>
     -Wall -Wextra -Wpedantic -Wshadow -Wformat=2 -Wconversion -Wsign-conversion -Woverloaded-virtual)
 if(MORQUIL_STRICT)
     target_compile_options(MorquilOptions INTERFACE -Werror)

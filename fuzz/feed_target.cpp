@@ -6,12 +6,12 @@
 #include <string_view>
 
 #include "fuzz/allocation_count.h"
-#include "fuzz/any_block_sink.h"
 #include "fuzz/block_text.h"
 #include "fuzz/digest.h"
 #include "fuzz/feed_input.h"
 #include "fuzz/fuzz_target.h"
 #include "fuzz/require.h"
+#include "protocol/every_block_sink.h"
 #include "protocol/morquil_text_protocol_parser.h"
 #include "settings/morquil_config_loader.h"
 #include "tests/settings/queue_client.h"
@@ -20,7 +20,7 @@ namespace Morquil::Fuzz {
 namespace {
 
 /// Digests all events, and notes the digest at one moment on the way.
-class DigestingSink final : public AnyBlockSink<DigestingSink> {
+class DigestingSink final : public EveryBlockSink<DigestingSink> {
 public:
     explicit DigestingSink(std::uint64_t noteAfter) : noteAfter_(noteAfter) {}
 

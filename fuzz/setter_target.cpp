@@ -6,7 +6,6 @@
 #include <tuple>
 #include <utility>
 
-#include "fuzz/any_block_sink.h"
 #include "fuzz/block_text.h"
 #include "fuzz/byte_source.h"
 #include "fuzz/digest.h"
@@ -16,6 +15,7 @@
 #include "fuzz/random_change_set.h"
 #include "fuzz/require.h"
 #include "protocol/cut_detector.h"
+#include "protocol/every_block_sink.h"
 #include "protocol/morquil_text_protocol_parser.h"
 
 namespace Morquil::Fuzz {
@@ -23,7 +23,7 @@ namespace {
 
 /// Expects one block of one kind, and keeps it.
 template <class Expected>
-class OneBlockSink final : public AnyBlockSink<OneBlockSink<Expected>> {
+class OneBlockSink final : public EveryBlockSink<OneBlockSink<Expected>> {
 public:
     const ChangeSetOf<Expected>& Block() const {
         Require(block_ != nullptr, "what is written is read as a block");

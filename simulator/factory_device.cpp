@@ -1,7 +1,7 @@
 #include "simulator/factory_device.h"
 
+#include "protocol/every_block_sink.h"
 #include "protocol/morquil_text_protocol_parser.h"
-#include "simulator/every_block_sink.h"
 #include "simulator/factory_settings.h"
 #include "simulator/offers.h"
 

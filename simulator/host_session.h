@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
+#include "protocol/every_block_sink.h"
 #include "protocol/morquil_text_protocol_parser.h"
 #include "simulator/device_state.h"
-#include "simulator/every_block_sink.h"
 #include "simulator/host_lines.h"
 
 namespace Morquil::Simulator {

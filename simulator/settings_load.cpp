@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "protocol/every_block_sink.h"
 #include "protocol/morquil_text_protocol_parser.h"
 #include "simulator/block_kinds.h"
-#include "simulator/every_block_sink.h"
 #include "simulator/host_lines.h"
 #include "simulator/text_lines.h"
 

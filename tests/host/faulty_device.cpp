@@ -183,6 +183,15 @@ std::string FaultyDevice::Said(Simulator::ConversationEvent::Kind who) const {
     return text;
 }
 
+std::size_t FaultyDevice::TimesRecorded(std::string_view text) const {
+    const std::string recorded = ContentOf(recording_);
+    std::size_t times = 0;
+    for (std::size_t at = recorded.find(text); at != std::string::npos; at = recorded.find(text, at + text.size())) {
+        ++times;
+    }
+    return times;
+}
+
 std::size_t FaultyDevice::LongestPiece() const {
     std::size_t longest = 0;
     for (const auto& event : Recorded()) {

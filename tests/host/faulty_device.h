@@ -62,6 +62,8 @@ public:
     std::string HostSaid() const { return Said(Simulator::ConversationEvent::Kind::HostSays); }
     std::string DeviceSaid() const { return Said(Simulator::ConversationEvent::Kind::DeviceSays); }
     std::size_t LongestPiece() const;
+    /// How often `text` stands in the recording, whoever said it; for a recording that is too long to be taken apart.
+    std::size_t TimesRecorded(std::string_view text) const;
 
     /// A number that a feature knows, or `unknown`.
     static constexpr int unknown = -9999;

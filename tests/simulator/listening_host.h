@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "protocol/every_block_sink.h"
 #include "protocol/morquil_text_protocol_parser.h"
-#include "simulator/every_block_sink.h"
 
 namespace Morquil::Simulator {
 

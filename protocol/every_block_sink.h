@@ -3,7 +3,7 @@
 #include "protocol/block_table.h"
 #include "protocol/sink.h"
 
-namespace Morquil::Simulator {
+namespace Morquil {
 
 /// A sink that treats all blocks alike: hands each to `Derived::OnBlock<Description>(set)`. What is no block (pings,
 /// acknowledgements, unknown blocks, errors) stays with the derived class.
@@ -56,4 +56,4 @@ private:
     }
 };
 
-}  // namespace Morquil::Simulator
+}  // namespace Morquil

@@ -1,0 +1,111 @@
+// A transport on this machine's loopback, whose other end the test holds.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <chrono>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "core/event.h"
+#include "tests/support/loopback_peer.h"
+#include "tests/support/process_counts.h"
+#include "transport/make_comms.h"
+
+namespace Morquil {
+
+// A failure prints the event, not its bytes.
+inline void PrintTo(CommsEvent event, std::ostream* out) {
+    *out << "event " << static_cast<std::uint32_t>(event);
+}
+
+using Testing::LoopbackListener;
+using Testing::LoopbackPeer;
+using Testing::OpenHandleCount;
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr std::uint32_t longMs = 5000;
+
+// The system may count in ticks of 16 ms.
+constexpr milliseconds tick{16};
+
+class CommsTest : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(comms->Initialise()); }
+    void TearDown() override { comms->Close(); }
+
+    // A standing connection, watched, whose first `Writable` has been told.
+    void Connect() {
+        ASSERT_TRUE(comms->Open("127.0.0.1", listener.Port(), false));
+        ASSERT_TRUE(comms->WaitForConnect(2000));
+        peer = listener.Accept();
+        ASSERT_NE(peer, nullptr);
+        comms->SetWaitMode(true, longMs);
+        ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Writable);
+    }
+
+    // An existing connection of a plain socket, whose far end is `peer`; nothing is watched yet.
+    SocketHandle PlainConnection() {
+        const std::unique_ptr<LoopbackPeer> plain = listener.Connect();
+        peer = listener.Accept();
+        return plain->Detach();
+    }
+
+    // The same; a byte from the peer is there already.
+    SocketHandle PlainConnectionWithAByte() {
+        const std::unique_ptr<LoopbackPeer> plain = listener.Connect();
+        peer = listener.Accept();
+        EXPECT_TRUE(peer->Send("x"));
+        EXPECT_TRUE(plain->HasReceived());
+        return plain->Detach();
+    }
+
+    // What comes without waiting; `Timeout` for nothing.
+    CommsEvent EventAtOnce() {
+        comms->SetWaitMode(true, 0);
+        const CommsEvent event = comms->WaitForEvent();
+        comms->SetWaitMode(true, longMs);
+        return event;
+    }
+
+    std::string Receive(int length = 1024) {
+        std::array<char, 1024> buffer{};
+        const int size = comms->Receive(buffer.data(), length, 0);
+        return size > 0 ? std::string(buffer.data(), static_cast<std::size_t>(size)) : std::string();
+    }
+
+    int ReceiveResult() {
+        char byte = 0;
+        return comms->Receive(&byte, 1, 0);
+    }
+
+    LoopbackListener listener;
+    std::unique_ptr<LoopbackPeer> peer;
+    std::unique_ptr<AbstractComms> comms = MakeComms();
+};
+
+// Takes no further connection and refuses none: attempts to connect neither stand nor fail.
+class StalledListener {
+public:
+    StalledListener() {
+        for (int count = 0; count < 3; ++count) {
+            fillers_.push_back(listener_.BeginConnect());
+        }
+    }
+    std::uint32_t Port() const { return listener_.Port(); }
+
+private:
+    LoopbackListener listener_{0};
+    std::vector<std::unique_ptr<LoopbackPeer>> fillers_;
+};
+
+inline std::uint32_t RefusingPort() {
+    LoopbackListener listener;
+    return listener.Port();
+}
+
+}  // namespace Morquil

@@ -1,0 +1,191 @@
+// What a transport tells who waits, and what it sends.
+#include "tests/transport/comms_rig.h"
+
+namespace Morquil {
+namespace {
+
+// --- waiting for the socket ---
+
+TEST_F(CommsTest, TellsWritableOncePerArming) {
+    Connect();
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+    EXPECT_EQ(comms->Send("x", 1, 0), 1);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+}
+
+TEST_F(CommsTest, TellsReadableAndThenWritableWithoutWaiting) {
+    const SocketHandle socket = PlainConnectionWithAByte();
+    comms->Attach(socket, false);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Readable);
+    EXPECT_TRUE(comms->Signal(signalStop));
+    // Found by the wait before, and so told before the stop.
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Writable);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::StopRequested);
+}
+
+TEST_F(CommsTest, TellsReadableWhenBytesCome) {
+    Connect();
+    ASSERT_TRUE(peer->Send("some bytes"));
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(), "some bytes");
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+    ASSERT_TRUE(peer->Send("more"));
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+}
+
+TEST_F(CommsTest, TellsReadableAgainAfterAReceiveThatLeftBytes) {
+    Connect();
+    ASSERT_TRUE(peer->Send("abcdef"));
+    ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+    EXPECT_EQ(Receive(4), "abcd");
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(4), "ef");
+}
+
+TEST_F(CommsTest, TellsAReceiveThatWouldBlockFromALoss) {
+    Connect();
+    EXPECT_EQ(ReceiveResult(), commsWouldBlock);
+    ASSERT_TRUE(peer->Send("x"));
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(), "x");
+}
+
+TEST_F(CommsTest, TellsThatThePeerHasClosed) {
+    Connect();
+    peer->Close();
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
+    EXPECT_EQ(ReceiveResult(), 0);
+}
+
+TEST_F(CommsTest, TellsThatThePeerSendsNoMore) {
+    Connect();
+    peer->ShutdownSending();
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
+}
+
+TEST_F(CommsTest, TellsThatThePeerHasReset) {
+    Connect();
+    peer->Reset();
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
+    const int result = ReceiveResult();
+    EXPECT_TRUE(result == commsFailed || result == 0) << result;
+}
+
+TEST_F(CommsTest, TellsTheEndOfAConnectionOnce) {
+    Connect();
+    peer->Close();
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+}
+
+TEST_F(CommsTest, LeavesTheSocketOutWhenToldTo) {
+    Connect();
+    ASSERT_TRUE(peer->Send("x"));
+    EXPECT_EQ(comms->SetWaitMode(false, 5), 1000U);
+    const auto begin = Clock::now();
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Timeout);
+    EXPECT_GE(Clock::now() - begin, milliseconds(1000) - tick);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Readable);
+}
+
+TEST_F(CommsTest, HearsSignalsWithoutTheSocket) {
+    comms->SetWaitMode(false, 0);
+    EXPECT_TRUE(comms->Signal(signalStop));
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::StopRequested);
+}
+
+TEST_F(CommsTest, TellsTheTimeOutThatItUses) {
+    EXPECT_EQ(comms->SetWaitMode(true, 9000), 9000U);
+    EXPECT_EQ(comms->SetWaitMode(true, 0), 0U);
+    EXPECT_EQ(comms->SetWaitMode(false, 9000), 1000U);
+}
+
+TEST_F(CommsTest, TimesOutAfterTheTimeAskedFor) {
+    Connect();
+    comms->SetWaitMode(true, 60);
+    const auto begin = Clock::now();
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Timeout);
+    const auto taken = Clock::now() - begin;
+    EXPECT_GE(taken, milliseconds(60) - tick);
+    EXPECT_LT(taken, milliseconds(1000));
+}
+
+// --- signals ---
+
+TEST_F(CommsTest, TellsStopThenSendThenUserThenTheSocket) {
+    Connect();
+    ASSERT_TRUE(peer->Send("x"));
+    EXPECT_TRUE(comms->Signal(signalUser));
+    EXPECT_TRUE(comms->Signal(signalSend));
+    EXPECT_TRUE(comms->Signal(signalStop));
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::StopRequested);
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SendRequested);
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::UserSignal);
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+}
+
+TEST_F(CommsTest, TellsASignalOnceHoweverOftenItWasGiven) {
+    for (int count = 0; count < 3; ++count) {
+        EXPECT_TRUE(comms->Signal(signalSend));
+    }
+    EXPECT_EQ(EventAtOnce(), CommsEvent::SendRequested);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+}
+
+TEST_F(CommsTest, HasNoOtherSignals) {
+    for (const int which : {-1, 3, 4, 255, 1 << 30}) {
+        EXPECT_FALSE(comms->Signal(which)) << which;
+    }
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+}
+
+TEST_F(CommsTest, IsWokenByAnotherThread) {
+    Connect();
+    for (int round = 0; round < 50; ++round) {
+        std::thread signaller([&] { EXPECT_TRUE(comms->Signal(signalSend)); });
+        EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SendRequested);
+        signaller.join();
+    }
+}
+
+// --- sending ---
+
+TEST_F(CommsTest, SendsBytes) {
+    Connect();
+    EXPECT_EQ(comms->Send("PING\n\n", 6, 0), 6);
+    EXPECT_EQ(peer->Receive(6), "PING\n\n");
+}
+
+TEST_F(CommsTest, TellsWritableAgainOnlyAfterASendThatWouldBlock) {
+    Connect();
+    const std::string block(65536, 'x');
+    std::size_t sent = 0;
+    int result = 0;
+    while ((result = comms->Send(block.data(), static_cast<int>(block.size()), 0)) > 0) {
+        sent += static_cast<std::size_t>(result);
+    }
+    EXPECT_EQ(result, commsWouldBlock);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+    EXPECT_EQ(peer->Receive(sent).size(), sent);
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Writable);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+}
+
+TEST_F(CommsTest, FailsToSendOnABrokenConnection) {
+    Connect();
+    peer->Reset();
+    ASSERT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
+    EXPECT_EQ(comms->Send("x", 1, 0), commsFailed);
+    EXPECT_EQ(comms->Send("x", 1, 0), commsFailed);
+}
+
+TEST_F(CommsTest, TakesNoNegativeLength) {
+    Connect();
+    char byte = 0;
+    EXPECT_EQ(comms->Send("x", -1, 0), commsFailed);
+    EXPECT_EQ(comms->Receive(&byte, -1, 0), commsFailed);
+}
+
+}  // namespace
+}  // namespace Morquil

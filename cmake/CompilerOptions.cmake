@@ -31,17 +31,13 @@ if(WIN32)
     target_compile_definitions(MorquilOptions INTERFACE
         WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 _WINSOCK_DEPRECATED_NO_WARNINGS)
 endif()
-if(NOT MORQUIL_SANITIZE AND NOT MORQUIL_COVERAGE)
+if(NOT MORQUIL_SANITIZE)
     # What goes wrong all the same ends at once instead of going on with a broken stack. The checked functions need an
     # optimised build, which tests are not.
     target_compile_options(MorquilOptions INTERFACE
         -fstack-protector-strong
         $<$<NOT:$<BOOL:$<TARGET_PROPERTY:MORQUIL_UNOPTIMISED>>>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
     target_link_options(MorquilOptions INTERFACE -fstack-protector-strong)
-endif()
-if(MORQUIL_COVERAGE)
-    target_compile_options(MorquilOptions INTERFACE --coverage -O0 -fprofile-update=atomic)
-    target_link_options(MorquilOptions INTERFACE --coverage)
 endif()
 if(MORQUIL_SANITIZE)
     target_compile_options(MorquilOptions INTERFACE

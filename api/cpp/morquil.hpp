@@ -1,5 +1,5 @@
-// The library for C++17 hosts: reference-counted objects, std::string, enum class values, errors as exceptions, observers
-// as lambdas, and a session that connects anew after a loss. Header-only; it adds nothing to the library.
+// The library for C++17 hosts: reference-counted objects, std::string, enum class values, errors as exceptions,
+// observers as lambdas, and a session that connects anew after a loss. Header-only; it adds nothing to the library.
 //
 //     #include <morquil.hpp>
 //

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string_view>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 
 #include "protocol/ascii.h"
@@ -62,12 +63,7 @@ public:
     /// Reads one line into `set`; reports what is wrong with it.
     static void ReadLine(const LineContext& line, std::string_view key, Set& set) {
         std::size_t index = 0;
-        std::size_t name = table.Find(key);
-        if (name == nameCount) {
-            name = FindIndexed(key, index);
-        } else if (names[name].indexCount != 0) {
-            name = nameCount;
-        }
+        const std::size_t name = FindKey(key, index);
         if (name < nameCount) {
             readers[name](line, set, index);
         } else {
@@ -131,6 +127,28 @@ private:
         return all;
     }();
 
+    static constexpr bool hasIndexedKeys = [] {
+        for (const KeyName& name : names) {
+            if (name.indexCount != 0) {
+                return true;
+            }
+        }
+        return false;
+    }();
+
+    static std::size_t FindKey(std::string_view key, std::size_t& index) {
+        if constexpr (!hasIndexedKeys) {
+            return table.Find(key);
+        } else {
+            const std::size_t indexed = FindIndexed(key, index);
+            if (indexed < nameCount) {
+                return indexed;
+            }
+            const std::size_t name = table.Find(key);
+            return name < nameCount && names[name].indexCount != 0 ? nameCount : name;
+        }
+    }
+
     /// Takes a key apart into name and index; the index has no leading zeros.
     static std::size_t FindIndexed(std::string_view key, std::size_t& index) {
         std::size_t digits = 0;
@@ -153,10 +171,10 @@ private:
         return name;
     }
 
-    static void ReportUnknownKey(const LineContext& line, std::string_view key) {
+    [[gnu::cold]] static void ReportUnknownKey(const LineContext& line, std::string_view key) {
         constexpr BlockHeader header = Description::block.header;
         if (header.readsValueFirst == nullptr || header.readsValueFirst(line)) {
-            ReportLine(line, header.unknownKeyText, LineText(key).CString());
+            ReportText(line.errors, header.unknownKeyText, key);
         }
     }
 };
@@ -199,10 +217,15 @@ bool IsEmpty(const Set& set) {
     return !Merge(none, set);
 }
 
-/// Makes every field absent.
+/// A set whose every field is absent.
+template <class Set>
+inline constexpr Set emptySet{};
+
+/// Makes every field absent: a copy, which takes less time than to do so field by field.
 template <class Set>
 void Clear(Set& set) {
-    set = Set();
+    static_assert(std::is_trivially_copyable_v<Set>);
+    set = emptySet<Set>;
 }
 
 }  // namespace Morquil

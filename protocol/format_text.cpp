@@ -1,10 +1,11 @@
 #include "protocol/format_text.h"
 
 #include <algorithm>
-#include <charconv>
 #include <climits>
+#include <cmath>
 #include <cstring>
-#include <string_view>
+
+#include "protocol/number_text.h"
 
 namespace Morquil {
 
@@ -13,100 +14,107 @@ namespace {
 /// Counts everything that is appended and keeps what fits.
 class TextBuffer {
 public:
-    TextBuffer(char* text, std::size_t capacity) : text_(text), room_(capacity > 0 ? capacity - 1 : 0) {}
+    TextBuffer(char* text, std::size_t capacity)
+        : text_(text), capacity_(capacity), room_(capacity > 0 ? capacity - 1 : 0) {}
 
-    void Append(std::string_view piece) {
+    void Append(char character) {
         if (length_ < room_) {
-            std::memcpy(text_ + length_, piece.data(), std::min(piece.size(), room_ - length_));
+            text_[length_] = character;
         }
-        length_ += piece.size();
+        ++length_;
     }
 
-    template <class Number, class... Form>
-    void AppendNumber(Number number, Form... form) {
-        char digits[320];  // the largest double has 309 digits before its point
-        const auto [end, error] = std::to_chars(digits, digits + sizeof digits, number, form...);
-        Append({digits, static_cast<std::size_t>(end - digits)});
+    void Append(const char* piece, std::size_t size) {
+        if (length_ < room_) {
+            std::memcpy(text_ + length_, piece, std::min(size, room_ - length_));
+        }
+        length_ += size;
     }
 
-    std::size_t Length() const { return length_; }
-    std::size_t KeptLength() const { return std::min(length_, room_); }
+    /// Appends what `write` writes of a number: at most `longest` characters.
+    template <std::size_t longest, class Number>
+    void AppendNumber(char* (*write)(char*, Number), Number number) {
+        if (length_ + longest <= room_) {
+            length_ = static_cast<std::size_t>(write(text_ + length_, number) - text_);
+        } else {
+            AppendCut<longest>(write, number);
+        }
+    }
+
+    void Terminate() {
+        if (capacity_ > 0) {
+            text_[std::min(length_, room_)] = '\0';
+        }
+    }
+
+    /// Negative when there are more than an int can say.
+    int Length() const { return length_ <= INT_MAX ? static_cast<int>(length_) : -1; }
 
 private:
+    // Apart from the rest, which needs no memory of its own, and so no guard for it either.
+    template <std::size_t longest, class Number>
+    [[gnu::noinline]] void AppendCut(char* (*write)(char*, Number), Number number) {
+        char piece[longest];
+        Append(piece, static_cast<std::size_t>(write(piece, number) - piece));
+    }
+
     char* text_;
-    std::size_t room_;
+    std::size_t capacity_;
+    std::size_t room_;  // without the terminator
     std::size_t length_ = 0;
 };
 
-/// A copy of the arguments that can be handed on while it is being read.
-class Arguments {
-public:
-    explicit Arguments(std::va_list list) { va_copy(list_, list); }
-    ~Arguments() { va_end(list_); }
-    Arguments(const Arguments&) = delete;
-    Arguments& operator=(const Arguments&) = delete;
-
-    template <class T>
-    T Next() {
-        return va_arg(list_, T);
-    }
-
-private:
-    std::va_list list_;
-};
-
-/// Returns false, and takes no argument, for a conversion that is not known.
-bool AppendConversion(TextBuffer& text, char conversion, Arguments& arguments) {
-    switch (conversion) {
-        case 's': {
-            const char* const argument = arguments.Next<const char*>();
-            text.Append(argument != nullptr ? argument : "(null)");
-            return true;
-        }
-        case 'd':
-            text.AppendNumber(arguments.Next<int>());
-            return true;
-        case 'u':
-            text.AppendNumber(arguments.Next<unsigned>());
-            return true;
-        case 'x':
-            text.AppendNumber(arguments.Next<unsigned>(), 16);
-            return true;
-        case 'f':
-            text.AppendNumber(arguments.Next<double>(), std::chars_format::fixed, 6);
-            return true;
-        case '%':
-            text.Append("%");
-            return true;
-        default:
-            return false;
-    }
+void AppendWord(TextBuffer& text, const char* word) {
+    const char* const known = word != nullptr ? word : "(null)";
+    text.Append(known, std::strlen(known));
 }
 
-void AppendFormatted(TextBuffer& text, std::string_view format, Arguments& arguments) {
-    while (!format.empty()) {
-        const std::size_t plain = std::min(format.find('%'), format.size());
-        text.Append(format.substr(0, plain));
-        format.remove_prefix(plain);
-        if (format.size() > 1 && AppendConversion(text, format[1], arguments)) {
-            format.remove_prefix(2);
-        } else if (!format.empty()) {
-            text.Append("%");
-            format.remove_prefix(1);
-        }
+void AppendDecimal(TextBuffer& text, double number) {
+    if (std::abs(number) < shortDecimalLimit) {
+        text.AppendNumber<longestShortDecimalText>(WriteDecimal, number);
+    } else {
+        text.AppendNumber<longestDecimalText>(WriteDecimal, number);
     }
 }
 
 }  // namespace
 
+// All arguments are taken here, where they are: a copy of what the caller has only just made ready would have to wait
+// for it, which takes as long as all the rest.
 int FormatText(char* buffer, std::size_t capacity, const char* format, std::va_list arguments) {
     TextBuffer text(buffer, capacity);
-    Arguments copy(arguments);
-    AppendFormatted(text, format, copy);
-    if (capacity > 0) {
-        buffer[text.KeptLength()] = '\0';
+    for (; *format != '\0'; ++format) {
+        if (*format != '%') {
+            text.Append(*format);
+            continue;
+        }
+        ++format;
+        switch (*format) {
+            case 's':
+                AppendWord(text, va_arg(arguments, const char*));
+                break;
+            case 'd':
+                text.AppendNumber<longestIntegerText>(WriteSigned, va_arg(arguments, int));
+                break;
+            case 'u':
+                text.AppendNumber<longestIntegerText>(WriteUnsigned, va_arg(arguments, unsigned));
+                break;
+            case 'x':
+                text.AppendNumber<longestIntegerText>(WriteHexadecimal, va_arg(arguments, unsigned));
+                break;
+            case 'f':
+                AppendDecimal(text, va_arg(arguments, double));
+                break;
+            case '%':
+                text.Append('%');
+                break;
+            default:
+                text.Append('%');
+                --format;
+        }
     }
-    return text.Length() <= INT_MAX ? static_cast<int>(text.Length()) : -1;
+    text.Terminate();
+    return text.Length();
 }
 
 }  // namespace Morquil

@@ -9,6 +9,7 @@
 
 #include "protocol/field.h"
 #include "protocol/frame_heights.h"
+#include "protocol/indexed_key_text.h"
 #include "protocol/line_context.h"
 #include "protocol/message_sender.h"
 #include "protocol/vocabularies.h"
@@ -73,16 +74,6 @@ struct WriteOnly {
     }
 };
 
-/// The text of an indexed key: the stem and a decimal index.
-class IndexedKeyText {
-public:
-    IndexedKeyText(std::string_view stem, std::size_t index);
-    const char* CString() const { return text_; }
-
-private:
-    char text_[48];
-};
-
 /// Keys that differ only in an index from 0 behind their common stem; one array member.
 template <class Owner, class FieldType, std::size_t count, class Kind>
 struct IndexedKey {
@@ -97,7 +88,7 @@ struct IndexedKey {
 
     template <std::size_t which, class Set>
     void Read(const LineContext& line, Set& set, std::size_t index) const {
-        kind.Read(line, IndexedKeyText(stem, index).CString(), (set.*member)[index]);
+        kind.Read(line, ReportedKey(stem, index), (set.*member)[index]);
     }
     template <class Set>
     void WriteElement(IMessageSender& sender, const Set& set, std::size_t index) const {

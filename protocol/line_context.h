@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 
 #include "protocol/text_protocol_parser.h"
@@ -24,20 +23,6 @@ struct Selections {
     std::uint32_t frameHeight = 0;
 };
 
-/// A zero-terminated copy of a piece of a line, for reports.
-class LineText {
-public:
-    explicit LineText(std::string_view text) {
-        const std::size_t length = text.size() < sizeof text_ ? text.size() : sizeof text_ - 1;
-        std::memcpy(text_, text.data(), length);
-        text_[length] = '\0';
-    }
-    const char* CString() const { return text_; }
-
-private:
-    char text_[257];
-};
-
 /// One line of a block on its way into a change set: where errors go, what earlier lines selected, and the value.
 struct LineContext {
     TextProtocolParser& errors;
@@ -45,29 +30,46 @@ struct LineContext {
     std::string_view value;
 };
 
-/// Reports a bad line in the words of its block. `format` holds up to two %s, for `first` and `second` in this order.
-void ReportLine(const LineContext& line, const char* format, const char* first, const char* second = "");
+/// A key as reports name it. An indexed key stays in two parts until there is something to report.
+struct ReportedKey {
+    static constexpr std::size_t noIndex = static_cast<std::size_t>(-1);
+
+    // NOLINTNEXTLINE(google-explicit-constructor): most keys are one text.
+    constexpr ReportedKey(const char* wholeKey) : stem(wholeKey) {}
+    constexpr ReportedKey(const char* keyStem, std::size_t keyIndex) : stem(keyStem), index(keyIndex) {}
+
+    const char* stem;
+    std::size_t index = noIndex;
+};
+
+// Reports are rare, and kept out of the functions that read.
+
+/// Reports a line's value in the words of its block. `format` holds two %s, for key and value in this order.
+[[gnu::cold]] void ReportValue(const LineContext& line, const char* format, ReportedKey key);
+
+/// Reports a piece of a line. `format` holds one %s.
+[[gnu::cold]] void ReportText(TextProtocolParser& errors, const char* format, std::string_view text);
 
 /// Reads one number or truth value; reports under `name` and leaves `result` alone when there is none.
 template <class T>
-bool ParseValue(const LineContext& line, const char* name, T& result) {
+bool ParseValue(const LineContext& line, ReportedKey name, T& result) {
     if (ValueReader(line.value).Read(result)) {
         return true;
     }
-    ReportLine(line, "Failed to parse \"%s\" value string \"%s\"\n", name, LineText(line.value).CString());
+    ReportValue(line, "Failed to parse \"%s\" value string \"%s\"\n", name);
     return false;
 }
 
 /// Reads two numbers, minimum then maximum; reports under `name` and leaves `result` alone when either is missing.
 template <class RangeType>
-bool ParseRange(const LineContext& line, const char* name, RangeType& result) {
+bool ParseRange(const LineContext& line, ReportedKey name, RangeType& result) {
     RangeType range;
     ValueReader reader(line.value);
     if (reader.Read(range.minimum) && reader.Read(range.maximum)) {
         result = range;
         return true;
     }
-    ReportLine(line, "Failed to parse \"%s\" range string \"%s\"\n", name, LineText(line.value).CString());
+    ReportValue(line, "Failed to parse \"%s\" range string \"%s\"\n", name);
     return false;
 }
 

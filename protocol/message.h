@@ -37,14 +37,14 @@ template <class Description>
 std::string BlockText(const ChangeSetOf<Description>& set) {
     MessageToString collector;
     WriteBlock<Description>(collector, set);
-    return collector.GetText();
+    return std::string(collector.GetText());
 }
 
 /// The whole protocol text of a message; two messages are the same when these texts are.
 inline std::string TextOf(const TextProtocolMessageBase& message) {
     MessageToString collector;
     message.WriteTo(collector);
-    return collector.GetText();
+    return std::string(collector.GetText());
 }
 
 }  // namespace Morquil

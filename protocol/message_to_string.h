@@ -1,7 +1,8 @@
 #pragma once
 
-#include <string>
+#include <string_view>
 
+#include "protocol/gathered_text.h"
 #include "protocol/message_sender.h"
 
 namespace Morquil {
@@ -9,14 +10,15 @@ namespace Morquil {
 /// Collects the text of messages. `BeginMessage` empties it; a writer that does not call it appends.
 class MessageToString final : public IMessageSender {
 public:
-    void BeginMessage() override { text_.clear(); }
+    void BeginMessage() override { text_.Clear(); }
     void SendFormatted(const char* format, ...) override MORQUIL_PRINTF(2, 3);
     bool EndMessage() override { return true; }
 
-    const std::string& GetText() const { return text_; }
+    /// Until the next piece or message.
+    std::string_view GetText() const { return text_.View(); }
 
 private:
-    std::string text_;
+    GatheredText text_;
 };
 
 }  // namespace Morquil

@@ -1,5 +1,6 @@
 #include "protocol/morquil_text_protocol_parser.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -53,7 +54,7 @@ constexpr NameTable<blockCount> BlockOperations::headers = []<std::size_t... blo
 bool MorquilTextProtocolParser::BeginBlock(std::string_view header) {
     const std::size_t block = BlockOperations::headers.Find(header);
     if (block == blockCount) {
-        ReportErrorFormatted("Received unknown block header \"%s\"\n", LineText(header).CString());
+        ReportText(*this, "Received unknown block header \"%s\"\n", header);
         currentBlock_ = unknownBlock;
         return false;
     }
@@ -62,30 +63,61 @@ bool MorquilTextProtocolParser::BeginBlock(std::string_view header) {
     return true;
 }
 
+namespace {
+
+constexpr bool IsSkipped(char character) {
+    return character == ' ' || character == ':';
+}
+
+/// The first place from `at` on that is neither space nor colon, or the text's size.
+std::size_t Skip(std::string_view text, std::size_t at) {
+    while (at < text.size() && IsSkipped(text[at])) {
+        ++at;
+    }
+    return at;
+}
+
+struct KeyAndValue {
+    std::string_view key;
+    std::string_view value;  // empty when the line has none
+};
+
 /// The key runs from its first character that is neither space nor colon to the next colon; the value from the first
 /// such character behind a colon to the end of the line. A line that begins with a colon has seen one already when its
 /// key starts, so the key's second character starts the value.
-void MorquilTextProtocolParser::ParseLine(std::string_view line) {
-    constexpr std::size_t none = std::string_view::npos;
-    const std::size_t firstColon = line.find(':');
-    if (firstColon == none) {
+[[gnu::noinline]] KeyAndValue SplitAnyLine(std::string_view line, std::size_t colon) {
+    const std::size_t keyStart = Skip(line, 0);
+    const bool colonIsFirst = colon < keyStart;
+    const std::size_t valueStart = Skip(line, std::min((colonIsFirst ? keyStart : colon) + 1, line.size()));
+    const std::size_t keyEnd = std::min(colonIsFirst ? line.find(':', keyStart) : colon, line.size());
+    return {{line.data() + keyStart, (keyEnd < valueStart ? keyEnd : line.size()) - keyStart},
+            {line.data() + valueStart, line.size() - valueStart}};
+}
+
+/// Devices write a key, a colon, one space and a value; to see that a line is one of these takes no search.
+KeyAndValue SplitLine(std::string_view line, std::size_t colon) {
+    const std::size_t value = colon + 2;
+    if (value < line.size() && !IsSkipped(line[0]) && IsSkipped(line[value - 1]) && !IsSkipped(line[value])) {
+        return {{line.data(), colon}, {line.data() + value, line.size() - value}};
+    }
+    return SplitAnyLine(line, colon);
+}
+
+}  // namespace
+
+void MorquilTextProtocolParser::ParseLine(std::string_view line, std::size_t colon) {
+    if (colon == std::string_view::npos) {
         ReportErrorFormatted("Received line with no colon character\n");
         return;
     }
-    const std::size_t keyStart = line.find_first_not_of(" :");
-    const std::size_t keyEnd = keyStart == none ? none : line.find(':', keyStart);
-    const std::size_t valueSearch = firstColon < keyStart ? keyStart : keyEnd;
-    const std::size_t valueStart = valueSearch == none ? none : line.find_first_not_of(" :", valueSearch + 1);
-    if (valueStart == none) {
-        const LineText beforeColon(line.substr(0, firstColon));
-        ReportErrorFormatted("Received line \"%s\" with no value string\n", beforeColon.CString());
+    const auto [key, value] = SplitLine(line, colon);
+    if (value.empty()) {
+        ReportText(*this, "Received line \"%s\" with no value string\n", {line.data(), colon});
         return;
     }
-    if (currentBlock_ < 1) {
-        return;
+    if (currentBlock_ >= 1) {
+        BlockOperations::all[static_cast<std::size_t>(currentBlock_ - 1)].read(*this, key, value);
     }
-    const std::string_view key = line.substr(keyStart, keyEnd < valueStart ? keyEnd - keyStart : none);
-    BlockOperations::all[static_cast<std::size_t>(currentBlock_ - 1)].read(*this, key, line.substr(valueStart));
 }
 
 void MorquilTextProtocolParser::EndBlock() {

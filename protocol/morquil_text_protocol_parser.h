@@ -1,7 +1,9 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <tuple>
 
 #include "protocol/block_table.h"
@@ -22,7 +24,7 @@ public:
 protected:
     void ReportError(const char* text) override;
     bool BeginBlock(std::string_view header) override;
-    void ParseLine(std::string_view line) override;
+    void ParseLine(std::string_view line, std::size_t colon) override;
     void EndBlock() override;
     void OnPingLine() override;
     void OnAcknowledgeLine(bool positive) override;

@@ -7,57 +7,54 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
-#include <utility>
 
 #include "protocol/ascii.h"
+#include "protocol/byte_words.h"
 
 namespace Morquil {
 
-namespace NameHash {
+/// The length of a text, its first eight bytes and its last sixteen: all that names are told apart by, and all of them
+/// for most. Loaded at once, since names are short and searching for them is most of what reading text consists of.
+struct NameEnds {
+    std::uint64_t first = 0;
+    std::uint64_t inner = 0;
+    std::uint64_t last = 0;
+    std::size_t size = 0;
 
-/// Little-endian in every compiler's constant evaluation, and one load instruction at run time.
-template <std::size_t bytes>
-constexpr std::uint64_t Load(const char* from) {
-    return [from]<std::size_t... at>(std::index_sequence<at...>) {
-        return (... | (static_cast<std::uint64_t>(static_cast<unsigned char>(from[at])) << (8 * at)));
-    }
-    (std::make_index_sequence<bytes>());
-}
+    static constexpr std::size_t covered = 24;
 
-/// All bytes of a text of less than eight. Its length is hashed beside them, so that overlaps lose nothing.
-constexpr std::uint64_t LoadShort(std::string_view text) {
-    const char* const first = text.data();
-    const std::size_t size = text.size();
-    if (size >= 4) {
-        return Load<4>(first) | Load<4>(first + size - 4) << 32;
+    constexpr NameEnds() = default;
+    [[gnu::always_inline]] constexpr explicit NameEnds(std::string_view name) : size(name.size()) {
+        if (size < 8) {
+            first = ByteWords::LoadShort(name.data(), size);
+            return;
+        }
+        first = ByteWords::Load<8>(name.data());
+        inner = ByteWords::Load<8>(name.data() + (size < 16 ? 0 : size - 16));
+        last = ByteWords::Load<8>(name.data() + size - 8);
     }
-    if (size == 0) {
-        return 0;
+    [[gnu::always_inline]] constexpr bool operator==(const NameEnds& other) const {
+        return first == other.first && inner == other.inner && last == other.last && size == other.size;
     }
-    return Load<1>(first) | Load<1>(first + size / 2) << 8 | Load<1>(first + size - 1) << 16;
-}
 
-constexpr std::uint64_t Mix(std::uint64_t hash, std::uint64_t word) {
-    // Setting bit 5 of every byte folds letters. It also folds a few other characters, which only costs the hash a
-    // distinction: the comparison that follows is exact.
-    const std::uint64_t mixed = (hash ^ (word | 0x2020202020202020U)) * 0x9E3779B97F4A7C15U;
-    return mixed ^ mixed >> 32;
-}
+    /// Setting bit 5 of every byte folds letters. It also folds a few other characters, which only costs the hash a
+    /// distinction: the comparison that follows is exact.
+    static constexpr std::uint64_t letterCase = ByteWords::Repeat(' ');
 
-/// Hashes every byte, eight at a time, so that names that differ in one digit differ.
-constexpr std::uint64_t Of(std::string_view text) {
-    std::uint64_t hash = text.size() * 0xD1B54A32D192ED03U;
-    if (text.size() < 8) {
-        return Mix(hash, LoadShort(text));
+    /// Whether no multiplier gives the two different hashes.
+    constexpr bool CollidesWith(const NameEnds& other) const {
+        return (first | letterCase) == (other.first | letterCase) &&
+               (inner | letterCase) == (other.inner | letterCase) && (last | letterCase) == (other.last | letterCase) &&
+               size == other.size;
     }
-    const char* const tail = text.data() + text.size() - 8;
-    for (const char* at = text.data(); at < tail; at += 8) {
-        hash = Mix(hash, Load<8>(at));
-    }
-    return Mix(hash, Load<8>(tail));
-}
 
-}  // namespace NameHash
+    /// Only the upper bits are well mixed. `multiplier` is odd.
+    [[gnu::always_inline]] constexpr std::uint64_t Hash(std::uint64_t multiplier) const {
+        constexpr std::uint64_t spread = 0xD1B54A32D192ED02U;
+        return ((first | letterCase) + size * spread + std::rotl(inner | letterCase, 32)) * multiplier +
+               (last | letterCase) * (multiplier ^ spread);
+    }
+};
 
 /// A constant, ordered list of names with a case-insensitive (ASCII) whole-text search that costs the same for every
 /// entry. Names are string literals; two that differ at most in case do not compile.
@@ -72,13 +69,13 @@ public:
         : NameTable(std::array<std::string_view, N>{std::string_view(names)...}) {}
 
     consteval explicit NameTable(const std::array<std::string_view, N>& names) : names_(names) {
-        std::array<std::uint64_t, N> hashes{};
+        std::array<NameEnds, N> ends{};
         for (std::size_t i = 0; i < N; ++i) {
-            hashes[i] = NameHash::Of(names[i]);
+            ends[i] = NameEnds(names[i]);
             longest_ = names[i].size() > longest_ ? names[i].size() : longest_;
-            CheckName(hashes, i);
+            CheckName(ends, i);
         }
-        while (!Place(hashes)) {
+        while (!Place(ends)) {
             multiplier_ += 0x5851F42D4C957F2EU;  // even, so that the multiplier stays odd
         }
     }
@@ -90,8 +87,9 @@ public:
         if (name.size() > longest_) {
             return N;  // a line of a hostile device is not hashed to its end
         }
-        const std::size_t index = slots_[Slot(NameHash::Of(name))];
-        return index < N && EqualsIgnoringCase(names_[index], name) ? index : N;
+        const NameEnds ends(name);
+        const std::size_t index = slots_[Slot(ends)];
+        return index < N && IsName(index, name, ends) ? index : N;
     }
 
     /// The name at `index`, zero-terminated; an empty text beyond the table.
@@ -103,28 +101,41 @@ private:
     static constexpr std::size_t slotCount_ = std::bit_ceil(4 * N);
     static constexpr int slotShift_ = 64 - std::countr_zero(slotCount_);
 
-    constexpr std::size_t Slot(std::uint64_t hash) const {
-        return static_cast<std::size_t>(hash * multiplier_ >> slotShift_);
+    [[gnu::always_inline]] constexpr std::size_t Slot(const NameEnds& ends) const {
+        return static_cast<std::size_t>(ends.Hash(multiplier_) >> slotShift_);
     }
 
-    consteval void CheckName(const std::array<std::uint64_t, N>& hashes, std::size_t index) const {
+    /// A device nearly always writes its words in the table's own case.
+    [[gnu::always_inline]] constexpr bool IsName(std::size_t index, std::string_view text, const NameEnds& ends) const {
+        const std::string_view name = names_[index];
+        if (name.size() == text.size() && text.size() <= NameEnds::covered && NameEnds(name) == ends) {
+            return true;
+        }
+        return IsNameInAnotherCase(name, text);
+    }
+
+    [[gnu::noinline]] static constexpr bool IsNameInAnotherCase(std::string_view name, std::string_view text) {
+        return EqualsIgnoringCase(name, text);
+    }
+
+    consteval void CheckName(const std::array<NameEnds, N>& ends, std::size_t index) const {
         if (names_[index].data()[names_[index].size()] != '\0') {
             throw "a name is not the whole of a string literal";
         }
         for (std::size_t earlier = 0; earlier < index; ++earlier) {
-            if (hashes[earlier] == hashes[index]) {
-                throw "two names are the same, or differ only in case";
+            if (ends[earlier].CollidesWith(ends[index])) {
+                throw "two names are the same, or differ only in case or between their ends";
             }
         }
     }
 
     /// Fills the slots; false when two names meet in one under the present multiplier.
-    consteval bool Place(const std::array<std::uint64_t, N>& hashes) {
+    consteval bool Place(const std::array<NameEnds, N>& ends) {
         for (auto& slot : slots_) {
             slot = static_cast<std::uint8_t>(N);
         }
         for (std::size_t i = 0; i < N; ++i) {
-            auto& slot = slots_[Slot(hashes[i])];
+            auto& slot = slots_[Slot(ends[i])];
             if (slot != N) {
                 return false;
             }

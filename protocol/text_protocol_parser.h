@@ -1,10 +1,10 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
+#include "protocol/line_buffer.h"
 #include "protocol/message_sender.h"
 
 namespace Morquil {
@@ -29,24 +29,26 @@ protected:
     virtual void ReportError(const char* text) = 0;
     /// `header` has lost its colon. Returns whether the block is known; the lines of an unknown one are skipped.
     virtual bool BeginBlock(std::string_view header) = 0;
-    virtual void ParseLine(std::string_view line) = 0;
+    /// `colon` is the place of the line's first colon, or npos.
+    virtual void ParseLine(std::string_view line, std::size_t colon) = 0;
     virtual void EndBlock() = 0;
     virtual void OnPingLine() = 0;
     virtual void OnAcknowledgeLine(bool positive) = 0;
 
 private:
     enum class ReaderState : std::uint32_t { HeaderExpected = 0, InsideBlock = 1, SkippingBlock = 2 };
-    static constexpr std::size_t lineCapacity = 256;
 
-    const char* TakeWholeLines(const char* bytes, const char* end);
-    const char* TakeBytesOfOneLine(const char* bytes, const char* end);
-    void TakeByte(char byte);
-    void TakeLine(std::string_view line);
-    void TakeHeader(std::string_view line);
+    void TakeControl(char byte);
+    void TakeBufferedLine();
+    // No device sends what these are for.
+    [[gnu::cold]] void CutRun(std::string_view run);
+    [[gnu::cold]] void CutLine();
+    [[gnu::cold]] void TakeOddLine(std::string_view line);
+    void TakeLine(std::string_view line, std::size_t colon);
+    void TakeHeader(std::string_view header);
 
     ReaderState readerState_ = ReaderState::HeaderExpected;
-    std::array<char, lineCapacity> lineBuffer_{};
-    std::size_t lineLength_ = 0;
+    LineBuffer line_;
 };
 
 }  // namespace Morquil

@@ -44,9 +44,9 @@ struct Single {
     const char* reportName = nullptr;
 
     template <class FieldType>
-    void Read(const LineContext& line, const char* key, FieldType& field) const {
+    void Read(const LineContext& line, ReportedKey key, FieldType& field) const {
         T value{};
-        if (ParseValue(line, reportName != nullptr ? reportName : key, value)) {
+        if (ParseValue(line, reportName != nullptr ? ReportedKey(reportName) : key, value)) {
             field.Set(value);
         }
     }
@@ -66,9 +66,9 @@ struct Limits {
     /// The name under which a bad range is reported, where it is not the key.
     const char* reportName = nullptr;
 
-    void Read(const LineContext& line, const char* key, Field<Range<T>>& field) const {
+    void Read(const LineContext& line, ReportedKey key, Field<Range<T>>& field) const {
         Range<T> range;
-        if (ParseRange(line, reportName != nullptr ? reportName : key, range)) {
+        if (ParseRange(line, reportName != nullptr ? ReportedKey(reportName) : key, range)) {
             field.Set(range);
         }
     }
@@ -82,7 +82,7 @@ using DecimalRange = Limits<double>;
 
 /// An unsigned number that devices expect in signed notation: 4294967295 is written as -1 and read back from it.
 struct UnsignedAsSigned {
-    void Read(const LineContext& line, const char* key, Field<std::uint32_t>& field) const {
+    void Read(const LineContext& line, ReportedKey key, Field<std::uint32_t>& field) const {
         Unsigned{}.Read(line, key, field);
     }
     void Write(IMessageSender& sender, const char* key, const Field<std::uint32_t>& field) const {
@@ -92,7 +92,7 @@ struct UnsignedAsSigned {
 
 /// A version number in hexadecimal. A malformed one is known to be 0; 0 is never written.
 struct HexVersion {
-    void Read(const LineContext& line, const char* /*key*/, Field<std::uint32_t>& field) const {
+    void Read(const LineContext& line, ReportedKey /*key*/, Field<std::uint32_t>& field) const {
         field.Set(ParseHexVersion(line.value));
     }
     void Write(IMessageSender& sender, const char* key, const Field<std::uint32_t>& field) const {
@@ -104,7 +104,7 @@ struct HexVersion {
 
 /// A command that is given by its presence: "false" is no command, and none is written.
 struct OneShot {
-    void Read(const LineContext& line, const char* key, Field<bool>& field) const {
+    void Read(const LineContext& line, ReportedKey key, Field<bool>& field) const {
         bool value = false;
         if (ParseValue(line, key, value) && value) {
             field.Set(true);
@@ -117,7 +117,7 @@ struct OneShot {
 
 /// An audio phase: devices report it as a number and are told it as a word, so a written one does not read back.
 struct Phase {
-    void Read(const LineContext& line, const char* key, Field<bool>& field) const {
+    void Read(const LineContext& line, ReportedKey key, Field<bool>& field) const {
         std::int32_t value = 0;
         if (ParseValue(line, key, value)) {
             field.Set(value != 0);
@@ -135,12 +135,12 @@ struct WordOf {
     const char* failureText = nullptr;
 
     template <class FieldType>
-    void Read(const LineContext& line, const char* key, FieldType& field) const {
+    void Read(const LineContext& line, ReportedKey key, FieldType& field) const {
         const std::size_t index = Vocabulary::words.Find(line.value);
         if (index < Vocabulary::words.Size()) {
             field.Set(static_cast<std::int32_t>(index));
         } else if (failureText != nullptr) {
-            ReportLine(line, failureText, key, LineText(line.value).CString());
+            ReportValue(line, failureText, key);
         }
     }
     /// A value outside the vocabulary has no word: it writes no line.
@@ -156,7 +156,7 @@ struct WordOf {
 /// Words separated by white space; unknown ones are dropped in silence. Reading only ever adds words.
 template <class Vocabulary>
 struct WordList {
-    void Read(const LineContext& line, const char* /*key*/, SetField<Vocabulary>& field) const {
+    void Read(const LineContext& line, ReportedKey /*key*/, SetField<Vocabulary>& field) const {
         field.MarkReceived();
         ValueReader reader(line.value);
         for (std::string_view word; reader.ReadWord(word);) {
@@ -183,7 +183,7 @@ struct TruthList {
     using FieldType = Field<std::array<bool, count>>;
 
     /// Reads as far as there are truth values; a line without any leaves the field alone.
-    void Read(const LineContext& line, const char* key, FieldType& field) const {
+    void Read(const LineContext& line, ReportedKey key, FieldType& field) const {
         std::array<bool, count> values = field.Get();
         std::size_t read = 0;
         ValueReader reader(line.value);
@@ -211,7 +211,7 @@ inline constexpr std::size_t receivedTextLimit = 49;
 /// Free text.
 struct Text {
     template <class FieldType>
-    void Read(const LineContext& line, const char* /*key*/, FieldType& field) const {
+    void Read(const LineContext& line, ReportedKey /*key*/, FieldType& field) const {
         field.Set(line.value, receivedTextLimit);
     }
     template <class FieldType>
@@ -233,7 +233,7 @@ struct NonEmptyText : Text {
 /// A timecode, held as eight BCD digits, hours first. Anything else passes in silence.
 /// Always written with the drop-frame separator before the frames, whatever the drop-frame mode.
 struct Timecode {
-    void Read(const LineContext& line, const char* /*key*/, Field<std::uint32_t>& field) const {
+    void Read(const LineContext& line, ReportedKey /*key*/, Field<std::uint32_t>& field) const {
         std::uint32_t digits = 0;
         if (ParseTimecode(line.value, digits)) {
             field.Set(digits);
@@ -255,12 +255,12 @@ struct ProtocolVersion {
 struct VersionPair {
     const char* failureText;
 
-    void Read(const LineContext& line, const char* key, Field<ProtocolVersion>& field) const {
+    void Read(const LineContext& line, ReportedKey key, Field<ProtocolVersion>& field) const {
         ProtocolVersion version;
         if (ParseVersionPair(line.value, version.flags, version.minor)) {
             field.Set(version);
         } else {
-            ReportLine(line, failureText, key, LineText(line.value).CString());
+            ReportValue(line, failureText, key);
         }
     }
     void Write(IMessageSender& sender, const char* key, const Field<ProtocolVersion>& field) const {

@@ -1,19 +1,17 @@
 #include "protocol/value_reader.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cstddef>
+#include <cstring>
 #include <system_error>
 
 #include "protocol/ascii.h"
+#include "protocol/byte_words.h"
+#include "protocol/decimal_reader.h"
 
 namespace Morquil {
 
 namespace {
-
-bool IsSign(char character) {
-    return character == '+' || character == '-';
-}
 
 std::size_t LengthOfSpace(std::string_view text) {
     std::size_t length = 0;
@@ -25,6 +23,14 @@ std::size_t LengthOfSpace(std::string_view text) {
 
 std::size_t LengthOfWord(std::string_view text) {
     std::size_t length = 0;
+    while (text.size() - length >= 8) {
+        // Every space is at most a blank, and so are a few characters that are none.
+        const std::uint64_t blanks = ByteWords::MarkBelow(ByteWords::Load<8>(text.data() + length), ' ' + 1);
+        length += ByteWords::FirstMarked(blanks);
+        if (blanks != 0) {
+            break;
+        }
+    }
     while (length < text.size() && !IsSpace(text[length])) {
         ++length;
     }
@@ -44,11 +50,13 @@ bool TakeSign(std::string_view& text) {
     return negative;
 }
 
-bool TakeText(std::string_view& text, std::string_view expected) {
-    if (!text.starts_with(expected)) {
+template <std::size_t size>
+bool TakeText(std::string_view& text, const char (&expected)[size]) {
+    constexpr std::size_t length = size - 1;
+    if (text.size() < length || std::memcmp(text.data(), expected, length) != 0) {
         return false;
     }
-    text.remove_prefix(expected.size());
+    text.remove_prefix(length);
     return true;
 }
 
@@ -57,57 +65,6 @@ bool TakeMagnitude(std::string_view& text, std::uint32_t largest, std::uint32_t&
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), magnitude);
     text.remove_prefix(static_cast<std::size_t>(end - text.data()));
     return error == std::errc() && magnitude <= largest;
-}
-
-/// Takes the characters that a stream collects for a decimal number before it looks whether they are one: digits with
-/// at most one point and, once there is a digit, one exponent mark that a sign may follow.
-std::string_view TakeDecimal(std::string_view& text) {
-    std::size_t length = 0;
-    bool point = false;
-    bool exponent = false;
-    for (; length < text.size(); ++length) {
-        const char character = text[length];
-        if (IsDigit(character)) {
-            continue;
-        }
-        if (character == '.' && !point && !exponent) {
-            point = true;
-        } else if (FoldCase(character) == 'e' && !exponent) {
-            exponent = true;
-        } else if (!IsSign(character) || length == 0 || FoldCase(text[length - 1]) != 'e') {
-            break;
-        }
-    }
-    const std::string_view decimal = text.substr(0, length);
-    text.remove_prefix(length);
-    return decimal;
-}
-
-/// Of a decimal number that is out of every double's range: whether it lies on the side of zero.
-bool IsTooSmall(std::string_view decimal) {
-    const std::size_t mark = std::min(decimal.find_first_of("eE"), decimal.size());
-    const std::string_view mantissa = decimal.substr(0, mark);
-    std::string_view exponentText = decimal.substr(std::min(mark + 1, decimal.size()));
-    const bool negativeExponent = TakeSign(exponentText);
-    std::uint32_t exponent = 0;
-    if (!exponentText.empty() && !TakeMagnitude(exponentText, UINT32_MAX, exponent)) {
-        return negativeExponent;
-    }
-    const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
-    const auto firstDigit = static_cast<std::int64_t>(mantissa.find_first_of("123456789"));
-    return point - firstDigit + (negativeExponent ? -std::int64_t{exponent} : std::int64_t{exponent}) < 0;
-}
-
-bool ToDouble(std::string_view decimal, double& value) {
-    double converted = 0;  // what a number too small for a double becomes
-    const char* const last = decimal.data() + decimal.size();
-    const auto [end, error] = std::from_chars(decimal.data(), last, converted);
-    const bool tooSmall = error == std::errc::result_out_of_range && IsTooSmall(decimal);
-    if (end != last || (error != std::errc() && !tooSmall)) {
-        return false;  // a dangling exponent spoils the whole number, as it does for a stream
-    }
-    value = converted;
-    return true;
 }
 
 /// Takes what "%d" takes; of a larger number the lower 32 bits remain.
@@ -160,7 +117,7 @@ bool ValueReader::Read(double& value) {
     SkipSpace(rest_);
     const bool negative = TakeSign(rest_);
     double magnitude = 0;
-    if (!ToDouble(TakeDecimal(rest_), magnitude)) {
+    if (!TakeDecimal(rest_, magnitude)) {
         return Fail();
     }
     value = negative ? -magnitude : magnitude;
@@ -182,7 +139,7 @@ bool ValueReader::ReadWord(std::string_view& word) {
     if (rest_.empty()) {
         return Fail();
     }
-    word = rest_.substr(0, LengthOfWord(rest_));
+    word = {rest_.data(), LengthOfWord(rest_)};
     rest_.remove_prefix(word.size());
     return true;
 }

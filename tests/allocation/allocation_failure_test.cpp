@@ -9,7 +9,9 @@
 #include <utility>
 #include <vector>
 
+#include "MorquilEntry.h"
 #include "device/device.h"
+#include "tests/allocation/exempt_comms.h"
 #include "tests/allocation/scarce_memory.h"
 #include "tests/device/device_texts.h"
 #include "tests/device/recording_observers.h"
@@ -23,39 +25,10 @@ namespace {
 
 using namespace Testing;
 using Test::Exempt;
+using Test::ExemptComms;
 using Test::OwnedBstr;
 using Test::ScarceMemory;
 using Test::Utf16;
-
-/// A transport whose own memory never runs out.
-class ExemptComms final : public AbstractComms {
-public:
-    explicit ExemptComms(std::unique_ptr<AbstractComms> comms) : comms_(std::move(comms)) {}
-    ~ExemptComms() override {
-        const Exempt test;
-        comms_.reset();
-    }
-    // clang-format off
-    bool Initialise() override { const Exempt test; return comms_->Initialise(); }
-    bool Open(const std::string& host, std::uint32_t port, bool nonBlocking) override
-        { const Exempt test; return comms_->Open(host, port, nonBlocking); }
-    bool WaitForConnect(std::int32_t timeoutMs) override { const Exempt test; return comms_->WaitForConnect(timeoutMs); }
-    bool Attach(SocketHandle socket, bool nonBlocking) override
-        { const Exempt test; return comms_->Attach(socket, nonBlocking); }
-    void Close() override { const Exempt test; comms_->Close(); }
-    std::uint32_t SetWaitMode(bool includeSocket, std::uint32_t timeoutMs) override
-        { const Exempt test; return comms_->SetWaitMode(includeSocket, timeoutMs); }
-    CommsEvent WaitForEvent() override { const Exempt test; return comms_->WaitForEvent(); }
-    int Receive(char* buffer, int length, int flags) override
-        { const Exempt test; return comms_->Receive(buffer, length, flags); }
-    int Send(const char* data, int length, int flags) override
-        { const Exempt test; return comms_->Send(data, length, flags); }
-    bool Signal(int which) override { const Exempt test; return comms_->Signal(which); }
-    // clang-format on
-
-private:
-    std::unique_ptr<AbstractComms> comms_;
-};
 
 // Told on the library's threads, and in need of memory of their own.
 class ExemptConnectionObserver final : public RecordingObserver<IMorquilConnectionObserver> {
@@ -135,7 +108,7 @@ bool Live(long index, bool lasting) {
     SCOPED_TRACE(index);
     const Watchdog watchdog;
     const Test::TemporaryFolder folder;
-    const OwnedBstr address{Utf16{OLESTR("device.test")}};
+    const OwnedBstr address{Utf16{OLESTR("a-device-whose-name-is-long.test")}};
     const OwnedBstr text{Utf16{OLESTR("a name that is longer than what a small text holds")}};
     const std::string file = folder.PathOf("settings.txt");
     const OwnedBstr path{Utf16(file.begin(), file.end())};
@@ -215,6 +188,22 @@ TEST(AllocationFailureAnywhere, LeavesNothingBehind) {
         Live(index, false);
         ASSERT_EQ(Morquil::Test::LiveAllocations(), before) << "when allocation " << index << " fails";
     }
+}
+
+TEST(AllocationFailureAnywhere, LetsTheDiscoveryAnswerThatItCannotConnect) {
+    const Exempt test;
+    IMorquilDiscovery* const discovery = GetMorquilDiscoveryInstance_0000();
+    const OwnedBstr noAddress{Utf16{}};
+    bool hasRunOut = true;
+    for (long index = 0; hasRunOut; ++index) {
+        const ScarceMemory memory(index, false);
+        IMorquilDevice* device = nullptr;
+        _MorquilConnectToFailure reason{};
+        EXPECT_EQ(InTheLibrary([&] { return discovery->Connect(noAddress.Get(), &device, &reason); }), E_FAIL);
+        EXPECT_EQ(device, nullptr);
+        hasRunOut = ScarceMemory::HasRunOut();
+    }
+    EXPECT_EQ(discovery->Release(), 0U);
 }
 
 std::string HowOften(const testing::TestParamInfo<bool>& test) {

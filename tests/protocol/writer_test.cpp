@@ -50,7 +50,7 @@ std::string TextAfterOther(const TextProtocolMessageBase& message) {
     MessageToString collector;
     collector.SendFormatted("before");
     message.WriteTo(collector);
-    return collector.GetText();
+    return std::string(collector.GetText());
 }
 
 template <class Message>

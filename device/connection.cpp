@@ -1,5 +1,4 @@
 // How a device object connects and disconnects.
-#include <cstdio>
 #include <new>
 #include <optional>
 #include <string>
@@ -9,6 +8,7 @@
 #include "core/thread.h"
 #include "device/device.h"
 #include "platform/text.h"
+#include "transport/console.h"
 
 using namespace Morquil;
 using QRN::Core::CurrentThreadId;
@@ -47,7 +47,7 @@ HRESULT CMorquilDevice::Connect(BSTR address, IMorquilConnectionObserver* observ
 bool CMorquilDevice::SetAddress(BSTR address) {
     try {
         std::string host = Utf8FromBstr(address);
-        std::printf("Connecting to %s\n", host.c_str());
+        Print(std::string("Connecting to ") + host.c_str() + '\n');
         return SetServer(std::move(host), devicePort);
     } catch (const std::bad_alloc&) {
         return false;
@@ -62,7 +62,7 @@ HRESULT CMorquilDevice::ConnectAsynchronously(IMorquilConnectionObserver* observ
     AddRef();  // the attempt's own, before its thread can give it back
     QRN::Core::ThreadHandle timerThread;
     if (QRN::Core::StartThread(timerThread, &ConnectionTimerMain, this) != 0) {
-        std::printf("Error creating connection timer thread!\n");
+        Print("Error creating connection timer thread!\n");
         Stop();
         ClearMirror();
         Release();
@@ -82,14 +82,7 @@ std::uint32_t CMorquilDevice::ConnectionTimerMain(void* device) {
 
 /// The caller holds a reference for the whole wait.
 HRESULT CMorquilDevice::WaitForConnection() {
-    bool started = false;
-    try {
-        started = Start();
-    } catch (const std::bad_alloc&) {
-        // Resolving the address takes memory; without it there is no connection.
-        started = false;
-    }
-    if (!started) {
+    if (!Start()) {
         Disconnect();
         return E_FAIL;
     }
@@ -118,7 +111,7 @@ HRESULT CMorquilDevice::ConcludeConnecting() {
         Disconnect();
         return E_FAIL;
     }
-    std::printf("connected\n");
+    Print("connected\n");
     connectedRound->CallEach([](IMorquilConnectionObserver& observer) { observer.Connected(); });
     return S_OK;
 }
@@ -193,15 +186,20 @@ void CMorquilDevice::CheckInitialState() {
     }
 }
 
+/// Looks at the feature first that was missing last: it mostly still is, and this is asked after every block.
 bool CMorquilDevice::IsInitialStateComplete() {
+    if (!features_[missingFeature_].feature.IsCacheComplete()) {
+        return false;
+    }
     {
         Lock lock(mirrorLock_);
         if (!deviceReceived_ || !conversionsReceived_) {
             return false;
         }
     }
-    for (const FeatureEntry& entry : features_) {
-        if (!entry.feature.IsCacheComplete()) {
+    for (std::size_t place = 0; place < features_.size(); ++place) {
+        if (!features_[place].feature.IsCacheComplete()) {
+            missingFeature_ = place;
             return false;
         }
     }

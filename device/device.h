@@ -209,6 +209,7 @@ private:
 
     /// The connection thread's own.
     Morquil::ProtocolPreambleChangeSet preamble_;
+    std::size_t missingFeature_ = 0;  ///< the place in `features_` of one that a connection waited for last
     std::atomic<std::uint32_t> protocolVersionFlags_ = 0;
     std::atomic<std::uint32_t> protocolVersionMinor_ = 0;
 

@@ -9,6 +9,10 @@ HRESULT CObservablePropertySet::RemoveObserver(IMorquilPropertyObserver* observe
 }
 
 void CObservablePropertySet::NotifyObservers() {
+    // A round takes a while, and most sets are observed by nobody.
+    if (observers_.IsEmpty()) {
+        return;
+    }
     Morquil::ObserverList<IMorquilPropertyObserver>::Round round(observers_);
     round.CallEach([this](IMorquilPropertyObserver& observer) { observer.PropertyChanged(propertySet_); });
 }

@@ -63,6 +63,12 @@ public:
         return result;
     }
 
+    /// Whether nobody is there to be told.
+    bool IsEmpty() {
+        QRN::Core::Lock lock(lock_);
+        return entries_.empty();
+    }
+
     /// Ends the rounds on their way after the call that each is in.
     void CancelRounds() {
         QRN::Core::Lock lock(lock_);

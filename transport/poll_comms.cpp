@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <limits>
 #include <memory>
+#include <optional>
 
 #include "transport/connect_rules.h"
 #include "transport/make_comms.h"
@@ -18,12 +19,9 @@
 namespace Morquil {
 namespace {
 
-// Places of the wake-ups; the first that is signalled wins.
-constexpr std::size_t stopPlace = 0;
-constexpr std::size_t sendPlace = 1;
-constexpr std::size_t userPlace = 2;
-constexpr std::size_t socketPlace = 3;
-constexpr std::array wakeUpEvents{CommsEvent::StopRequested, CommsEvent::SendRequested, CommsEvent::UserSignal};
+// Places of what is waited for.
+constexpr std::size_t wakeUpPlace = 0;
+constexpr std::size_t socketPlace = 1;
 
 // poll leaves a negative descriptor out.
 constexpr int notWatched = -1;
@@ -95,7 +93,7 @@ bool HasConnected(int socket) {
 }  // namespace
 
 bool PollComms::Initialise() {
-    return std::all_of(wakeUps_.begin(), wakeUps_.end(), [](WakeUp& wakeUp) { return wakeUp.Create(); });
+    return wakeUp_.Create();
 }
 
 bool PollComms::Open(const std::string& host, std::uint32_t port, bool nonBlocking) {
@@ -110,16 +108,29 @@ bool PollComms::Open(const std::string& host, std::uint32_t port, bool nonBlocki
     if (!nonBlocking && !AwaitConnection(attempt.Get())) {
         return false;
     }
+    SendAtOnce(attempt.Get());
     Arm(attempt.Detach());
     stands_ = !nonBlocking;
     return true;
 }
 
-// Waits for the connection or for a stop, which wins.
+// Waits for the connection or for a stop, which wins. Other signals keep.
 bool PollComms::AwaitConnection(int socket) {
-    std::array<pollfd, 2> watched{{{wakeUps_[stopPlace].Descriptor(), POLLIN, 0}, {socket, POLLOUT, 0}}};
-    const bool reported = PollUntil(watched, Deadline(connectLimitMs)) > 0;
-    return !wakeUps_[stopPlace].Take() && reported && HasConnected(socket);
+    const Deadline deadline(connectLimitMs);
+    const Signals::Wait wait(signals_);
+    std::array<pollfd, 2> watched{{{wakeUp_.Descriptor(), POLLIN, 0}, {socket, POLLOUT, 0}}};
+    while (!signals_.Take(signalStop)) {
+        if (watched[socketPlace].revents != 0) {
+            return HasConnected(socket);
+        }
+        if (PollUntil(watched, deadline) <= 0) {
+            return false;
+        }
+        if (watched[wakeUpPlace].revents != 0) {
+            wakeUp_.Take();
+        }
+    }
+    return false;
 }
 
 bool PollComms::WaitForConnect(std::int32_t timeoutMs) {
@@ -134,8 +145,11 @@ bool PollComms::WaitForConnect(std::int32_t timeoutMs) {
 }
 
 bool PollComms::Attach(SocketHandle socket, bool /*nonBlocking*/) {
+    const auto attached = static_cast<int>(socket);
+    fcntl(attached, F_SETFL, fcntl(attached, F_GETFL) | O_NONBLOCK);
+    SendAtOnce(attached);
     stands_ = false;
-    Arm(static_cast<int>(socket));
+    Arm(attached);
     return true;
 }
 
@@ -144,8 +158,6 @@ void PollComms::Arm(int socket) {
     socket_ = socket;
     pending_.Clear();
     tellReadable_ = tellWritable_ = tellGone_ = true;
-    fcntl(socket, F_SETFL, fcntl(socket, F_GETFL) | O_NONBLOCK);
-    SendAtOnce(socket);
 }
 
 void PollComms::Close() {
@@ -168,32 +180,34 @@ CommsEvent PollComms::WaitForEvent() {
     return pending_.TakeOldest();
 }
 
-// Waits once and queues what it finds, which may be nothing.
+// Queues a signal, or waits once and queues what it finds, which may be nothing. Further signals keep.
 void PollComms::Poll(const Deadline& deadline) {
+    const Signals::Wait wait(signals_);
+    if (TakeSignal()) {
+        return;
+    }
     const bool watchSocket = includeSocket_ && tellGone_;
-    std::array<pollfd, 4> watched{{{wakeUps_[stopPlace].Descriptor(), POLLIN, 0},
-                                   {wakeUps_[sendPlace].Descriptor(), POLLIN, 0},
-                                   {wakeUps_[userPlace].Descriptor(), POLLIN, 0},
-                                   {watchSocket ? socket_ : notWatched, WatchedEvents(), 0}}};
+    std::array<pollfd, 2> watched{
+        {{wakeUp_.Descriptor(), POLLIN, 0}, {watchSocket ? socket_ : notWatched, WatchedEvents(), 0}}};
     const int result = PollUntil(watched, deadline);
     if (result < 0) {
         pending_.AddOne(CommsEvent::WaitFailed);
     } else if (result == 0) {
         pending_.AddOne(CommsEvent::Timeout);
-    } else if (!TakeWakeUp(watched)) {
+    } else if (watched[wakeUpPlace].revents == 0) {
         pending_.AddSocket(Translate(watched[socketPlace].revents));
+    } else {
+        wakeUp_.Take();
+        TakeSignal();
     }
 }
 
-// Queues the first wake-up that is signalled; later ones keep their signal for the next wait.
-bool PollComms::TakeWakeUp(const std::array<pollfd, 4>& watched) {
-    for (std::size_t index = 0; index < wakeUps_.size(); ++index) {
-        if (watched[index].revents != 0 && wakeUps_[index].Take()) {
-            pending_.AddOne(wakeUpEvents[index]);
-            return true;
-        }
+bool PollComms::TakeSignal() {
+    const std::optional<CommsEvent> signal = signals_.TakeFirst();
+    if (signal) {
+        pending_.AddOne(*signal);
     }
-    return false;
+    return signal.has_value();
 }
 
 short PollComms::WatchedEvents() const {
@@ -247,16 +261,11 @@ int PollComms::Send(const char* data, int length, int flags) {
 }
 
 bool PollComms::Signal(int which) {
-    switch (which) {
-        case signalSend:
-            return wakeUps_[sendPlace].Signal();
-        case signalStop:
-            return wakeUps_[stopPlace].Signal();
-        case signalUser:
-            return wakeUps_[userPlace].Signal();
-        default:
-            return false;
+    const bool isSignal = which == signalSend || which == signalStop || which == signalUser;
+    if (!isSignal || !wakeUp_.IsOpen()) {
+        return false;
     }
+    return !signals_.Give(static_cast<CommsSignal>(which)) || wakeUp_.Signal();
 }
 
 std::unique_ptr<AbstractComms> MakeComms() {

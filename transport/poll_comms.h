@@ -2,7 +2,6 @@
 
 #include <poll.h>
 
-#include <array>
 #include <cstdint>
 #include <string>
 
@@ -10,6 +9,7 @@
 #include "transport/deadline.h"
 #include "transport/file_descriptor.h"
 #include "transport/pending_events.h"
+#include "transport/signals.h"
 #include "transport/wake_up.h"
 
 namespace Morquil {
@@ -32,7 +32,7 @@ private:
     void Arm(int socket);
     bool AwaitConnection(int socket);
     void Poll(const Deadline& deadline);
-    bool TakeWakeUp(const std::array<pollfd, 4>& watched);
+    bool TakeSignal();
     short WatchedEvents() const;
     SocketState Translate(short reported);
 
@@ -40,8 +40,8 @@ private:
     bool stands_ = false;  // the connection has been seen to stand
     std::uint32_t waitTimeoutMs_ = 0;
     bool includeSocket_ = false;
-    // In the order in which they win: stop, send, user.
-    std::array<WakeUp, 3> wakeUps_;
+    Signals signals_;
+    WakeUp wakeUp_;  // of a wait, for a signal
     PendingEvents pending_;
 
     // poll reports a state for as long as it lasts, the client counts on being told of a change once: these say what it

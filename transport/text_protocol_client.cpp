@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
-#include <cstdio>
 #include <utility>
 
 #include "core/lock.h"
 #include "core/wait_graph.h"
 #include "protocol/ascii.h"
 #include "protocol/format_text.h"
+#include "transport/console.h"
 
 namespace Morquil {
 
@@ -44,7 +44,7 @@ bool TextProtocolClient::Start() {
     }
     LetThreadEnd();
     if (!Connect()) {
-        std::printf("Error connecting to server\n");
+        Print("Error connecting to server\n");
         return false;
     }
     awaitingAcknowledge_ = false;
@@ -124,7 +124,7 @@ bool TextProtocolClient::RequestStop() {
     if (IsOnConnectionThread() || (!running_ && !opening_) || comms_->Signal(signalStop)) {
         return true;
     }
-    std::printf("Could not signal the connection thread to stop\n");
+    Print("Could not signal the connection thread to stop\n");
     return false;
 }
 
@@ -170,7 +170,7 @@ bool TextProtocolClient::Handle(CommsEvent event) {
             ReceiveAvailable();
             return true;
         case CommsEvent::SocketError:
-            std::printf("Network error on the socket\n");
+            Print("Network error on the socket\n");
             return false;
         case CommsEvent::Timeout:
             return !connected_ || HandleSilence();
@@ -259,7 +259,7 @@ void TextProtocolClient::ReceiveAvailable() {
         }
         // The console shows what the device says, as text: up to a zero byte.
         const auto length = static_cast<std::size_t>(received);
-        std::fwrite(receiveBuffer_.data(), 1, UpToZero({receiveBuffer_.data(), length}).size(), stdout);
+        Print(UpToZero({receiveBuffer_.data(), length}));
         OnDataReceived(receiveBuffer_.data(), length);
         if (received < receiveSize) {
             return;

@@ -14,6 +14,7 @@ public:
     /// Takes the signal. Returns: whether there was one.
     bool Take() const;
 
+    bool IsOpen() const { return counter_.IsOpen(); }
     int Descriptor() const { return counter_.Get(); }
 
 private:

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <memory>
+#include <optional>
 
 #include "transport/connect_rules.h"
 #include "transport/make_comms.h"
@@ -109,9 +110,16 @@ bool WSAComms::Connect(SOCKET socket, const sockaddr_in& address) {
         !BeginConnect(socket, address)) {
         return false;
     }
+    const Deadline deadline(connectLimitMs);
+    const Signals::Wait wait(signals_);
     const std::array<HANDLE, 2> handles{stopEvent_.Get(), connectEvent.Get()};
-    const DWORD result = WSAWaitForMultipleEvents(2, handles.data(), FALSE, connectLimitMs, FALSE);
-    return result == WSA_WAIT_EVENT_0 + 1 && HasConnected(socket, connectEvent.Get());
+    while (!signals_.Take(signalStop)) {
+        const DWORD result = WSAWaitForMultipleEvents(2, handles.data(), FALSE, deadline.RemainingMs(), FALSE);
+        if (result != WSA_WAIT_EVENT_0) {
+            return result == WSA_WAIT_EVENT_0 + 1 && HasConnected(socket, connectEvent.Get());
+        }
+    }
+    return false;
 }
 
 bool WSAComms::WaitForConnect(std::int32_t timeoutMs) {
@@ -167,25 +175,30 @@ CommsEvent WSAComms::WaitForEvent() {
     return pending_.TakeOldest();
 }
 
-// Waits once and queues what it finds, which may be nothing. A wait that failed counts as one that found nothing, but
-// cannot outlast the time-out.
+// Queues a signal, or waits once and queues what it finds, which may be nothing. A wait that failed counts as one that
+// found nothing, but cannot outlast the time-out.
 void WSAComms::Wait(const Deadline& deadline) {
+    const Signals::Wait wait(signals_);
+    if (TakeSignal()) {
+        return;
+    }
     const DWORD remaining = deadline.RemainingMs();
     const DWORD result = WSAWaitForMultipleEvents(waitCount_, waitHandles_.data(), FALSE, remaining, FALSE);
-    switch (result) {
-        case WSA_WAIT_EVENT_0:
-            return pending_.AddOne(CommsEvent::StopRequested);
-        case WSA_WAIT_EVENT_0 + 1:
-            return pending_.AddOne(CommsEvent::SendRequested);
-        case WSA_WAIT_EVENT_0 + 2:
-            return pending_.AddOne(CommsEvent::UserSignal);
-        case WSA_WAIT_EVENT_0 + 3:
-            return pending_.AddSocket(EnumerateSocket());
-        default:
-            if (result == WSA_WAIT_TIMEOUT || remaining == 0) {
-                pending_.AddOne(CommsEvent::Timeout);
-            }
+    if (result < WSA_WAIT_EVENT_0 + allButSocket) {
+        TakeSignal();
+    } else if (result == WSA_WAIT_EVENT_0 + allButSocket) {
+        pending_.AddSocket(EnumerateSocket());
+    } else if (result == WSA_WAIT_TIMEOUT || remaining == 0) {
+        pending_.AddOne(CommsEvent::Timeout);
     }
+}
+
+bool WSAComms::TakeSignal() {
+    const std::optional<CommsEvent> signal = signals_.TakeFirst();
+    if (signal) {
+        pending_.AddOne(*signal);
+    }
+    return signal.has_value();
 }
 
 SocketState WSAComms::EnumerateSocket() const {
@@ -212,14 +225,18 @@ int WSAComms::Send(const char* data, int length, int flags) {
 bool WSAComms::Signal(int which) {
     switch (which) {
         case signalSend:
-            return SetEvent(sendEvent_.Get()) != 0;
+            return Signal(signalSend, sendEvent_);
         case signalStop:
-            return SetEvent(stopEvent_.Get()) != 0;
+            return Signal(signalStop, stopEvent_);
         case signalUser:
-            return SetEvent(userEvent_.Get()) != 0;
+            return Signal(signalUser, userEvent_);
         default:
             return false;
     }
+}
+
+bool WSAComms::Signal(CommsSignal which, const WindowsHandle& event) {
+    return event.IsOpen() && (!signals_.Give(which) || SetEvent(event.Get()) != 0);
 }
 
 std::unique_ptr<AbstractComms> MakeComms() {

@@ -7,6 +7,7 @@
 #include "transport/abstract_comms.h"
 #include "transport/deadline.h"
 #include "transport/pending_events.h"
+#include "transport/signals.h"
 #include "transport/windows_handle.h"
 
 namespace Morquil {
@@ -32,12 +33,16 @@ private:
     bool CreateEvents();
     bool Connect(SOCKET socket, const sockaddr_in& address);
     void Wait(const Deadline& deadline);
+    bool TakeSignal();
+    bool Signal(CommsSignal which, const WindowsHandle& event);
     SocketState EnumerateSocket() const;
 
     SOCKET socket_ = INVALID_SOCKET;
     bool started_ = false;
     bool stands_ = false;  // the connection has been seen to stand: the system reports that once only
     std::uint32_t waitTimeoutMs_ = 0;
+    Signals signals_;
+    // Wake a wait for a signal.
     WindowsHandle stopEvent_;
     WindowsHandle sendEvent_;
     WindowsHandle userEvent_;

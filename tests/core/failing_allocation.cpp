@@ -1,6 +1,7 @@
 #include "tests/core/failing_allocation.h"
 
 #include <atomic>
+#include <cstdlib>
 #include <new>
 
 namespace {
@@ -13,14 +14,20 @@ void QRN::Core::Testing::FailNextAllocation() {
     failNext = true;
 }
 
-// Replaces the standard library's; its partner, the ordinary delete, stays the library's own.
+// The whole set takes the place of the standard library's: a sanitizer's own does not mix with a part of it.
+void* operator new(std::size_t size) {
+    void* const memory = std::malloc(size != 0 ? size : 1);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
-    if (failNext.exchange(false)) {
-        return nullptr;
-    }
-    try {
-        return ::operator new(size);
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
+    return failNext.exchange(false) ? nullptr : std::malloc(size != 0 ? size : 1);
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+    std::free(memory);
 }

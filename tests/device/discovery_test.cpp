@@ -61,6 +61,7 @@ TEST_F(Discovery, RefusesNullPointers) {
     EXPECT_EQ(discovery->Connect(nowhere.Get(), &device, nullptr), E_POINTER);
     EXPECT_EQ(discovery->ConnectAsync(nowhere.Get(), nullptr, observer.Get()), E_POINTER);
     EXPECT_EQ(discovery->ConnectAsync(nowhere.Get(), &device, nullptr), E_POINTER);
+    EXPECT_EQ(discovery->Disconnect(nullptr), E_POINTER);
     EXPECT_EQ(device, nullptr);
     EXPECT_EQ(reason, morquilConnectToFailureNoFailure);
     EXPECT_EQ(observer->References(), 1U);

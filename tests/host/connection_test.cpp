@@ -6,6 +6,7 @@
 #include "tests/host/complete_device.h"
 #include "tests/host/host.h"
 #include "tests/host/watched_device.h"
+#include "tests/support/process_counts.h"
 
 namespace Morquil::Test {
 namespace {
@@ -256,6 +257,20 @@ TEST(Connection, ServesTwoDevicesApart) {
     EXPECT_EQ(DeviceName(other.device), u"Scripted");
     WatchedDevice watched(otherDevice, other.device);
     EXPECT_EQ(watched.Report("VIDEO PROC AMP:\nGain: 7\n\n"), "vpap");
+}
+
+TEST(Connection, TakesOneThread) {
+    ScriptedDevice devices[]{ScriptedDevice(CompleteDevice()), ScriptedDevice(CompleteDevice()),
+                             ScriptedDevice(CompleteDevice())};
+    { const ConnectOutcome first = Connect(devices[0].Address()); }  // what the system itself starts is there now
+    const std::size_t before = Testing::ThreadCount();
+
+    std::vector<ConnectOutcome> outcomes;
+    for (ScriptedDevice& device : devices) {
+        outcomes.push_back(Connect(device.Address()));
+    }
+
+    EXPECT_EQ(Testing::ThreadCount(), before + outcomes.size());
 }
 
 TEST(Connection, IsClosedByTheLastRelease) {

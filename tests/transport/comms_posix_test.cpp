@@ -165,11 +165,26 @@ TEST_F(PollCommsTest, HandsNoDescriptorToOtherPrograms) {
     close(plain);
 }
 
+TEST_F(PollCommsTest, SendsSmallBlocksOfAnOpenedConnectionAtOnce) {
+    ASSERT_TRUE(comms.Initialise());
+    const int opened = FileDescriptor(dup(0)).Get();
+    ASSERT_TRUE(comms.Open("127.0.0.1", listener.Port(), false));
+    LoopbackPeer connection(opened);
+    EXPECT_TRUE(connection.SendsAtOnce());
+    connection.Detach();
+}
+
+TEST_F(PollCommsTest, TakesOneDescriptorBesideTheConnection) {
+    const int first = FileDescriptor(dup(0)).Get();
+    ASSERT_TRUE(comms.Initialise());
+    EXPECT_EQ(FileDescriptor(dup(0)).Get(), first + 1);
+}
+
 TEST_F(PollCommsTest, IsNotInitialisedWithoutDescriptors) {
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
     const int next = FileDescriptor(dup(0)).Get();
-    const rlimit lowered{static_cast<rlim_t>(next) + 2, before.rlim_max};
+    const rlimit lowered{static_cast<rlim_t>(next), before.rlim_max};
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &lowered), 0);
     const bool initialised = comms.Initialise();
     setrlimit(RLIMIT_NOFILE, &before);
@@ -192,7 +207,7 @@ TEST_F(PollCommsTest, TellsThatTheSystemRefusesToWait) {
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
     // No call may look at more descriptors than a process may have.
-    const rlimit lowered{2, before.rlim_max};
+    const rlimit lowered{1, before.rlim_max};
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &lowered), 0);
     const CommsEvent event = comms.WaitForEvent();
     setrlimit(RLIMIT_NOFILE, &before);

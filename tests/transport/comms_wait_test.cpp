@@ -1,5 +1,6 @@
 // What a transport tells who waits, and what it sends.
 #include "tests/transport/comms_rig.h"
+#include "transport/deadline.h"
 
 namespace Morquil {
 namespace {
@@ -31,6 +32,14 @@ TEST_F(CommsTest, TellsReadableWhenBytesCome) {
     EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
     ASSERT_TRUE(peer->Send("more"));
     EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+}
+
+TEST_F(CommsTest, WaitsWithoutALimitForWhatComes) {
+    Connect();
+    comms->SetWaitMode(true, unlimitedTimeout);
+    ASSERT_TRUE(peer->Send("x"));
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(), "x");
 }
 
 TEST_F(CommsTest, TellsReadableAgainAfterAReceiveThatLeftBytes) {

@@ -1,0 +1,57 @@
+#include "transport/signals.h"
+
+#include <gtest/gtest.h>
+
+namespace Morquil {
+namespace {
+
+TEST(Signals, WakeNobodyWhoDoesNotWait) {
+    Signals signals;
+    EXPECT_FALSE(signals.Give(signalSend));
+    EXPECT_EQ(signals.TakeFirst(), CommsEvent::SendRequested);
+}
+
+TEST(Signals, WakeAWaitOnceForEachOfThem) {
+    Signals signals;
+    const Signals::Wait wait(signals);
+    EXPECT_TRUE(signals.Give(signalSend));
+    EXPECT_FALSE(signals.Give(signalSend));
+    EXPECT_TRUE(signals.Give(signalStop));
+    EXPECT_FALSE(signals.Give(signalStop));
+}
+
+TEST(Signals, WakeAWaitAgainAfterTheyWereTaken) {
+    Signals signals;
+    const Signals::Wait wait(signals);
+    EXPECT_TRUE(signals.Give(signalUser));
+    EXPECT_TRUE(signals.Take(signalUser));
+    EXPECT_TRUE(signals.Give(signalUser));
+}
+
+TEST(Signals, WakeNobodyWhoWaitsNoLonger) {
+    Signals signals;
+    { const Signals::Wait wait(signals); }
+    EXPECT_FALSE(signals.Give(signalStop));
+}
+
+TEST(Signals, AreTakenOnceInTheirOrderHoweverOftenTheyWereGiven) {
+    Signals signals;
+    for (const CommsSignal signal : {signalUser, signalSend, signalStop, signalSend}) {
+        signals.Give(signal);
+    }
+    EXPECT_EQ(signals.TakeFirst(), CommsEvent::StopRequested);
+    EXPECT_EQ(signals.TakeFirst(), CommsEvent::SendRequested);
+    EXPECT_EQ(signals.TakeFirst(), CommsEvent::UserSignal);
+    EXPECT_EQ(signals.TakeFirst(), std::nullopt);
+}
+
+TEST(Signals, AreTakenAloneWithoutTheOthers) {
+    Signals signals;
+    signals.Give(signalSend);
+    EXPECT_FALSE(signals.Take(signalStop));
+    EXPECT_TRUE(signals.Take(signalSend));
+    EXPECT_FALSE(signals.Take(signalSend));
+}
+
+}  // namespace
+}  // namespace Morquil

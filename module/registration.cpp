@@ -1,7 +1,7 @@
 #include "module/registration.h"
 
+#include <algorithm>
 #include <cstddef>
-#include <cstdio>
 #include <memory>
 #include <string_view>
 
@@ -12,6 +12,7 @@ constexpr std::string_view description = "Morquil video converter control librar
 constexpr std::string_view threadingModel = "Both";
 
 constexpr std::size_t keyNameSize = 256;
+constexpr int guidTextSize = 39;  // with braces and a terminating zero
 
 // The path of a module as the system's narrow text, and as much of it as fits.
 struct ModulePath {
@@ -28,15 +29,20 @@ struct ClassKeys {
     char classKey[keyNameSize] = "";
     char serverKey[keyNameSize] = "";
 
-    // False when a name does not fit.
+    // False when the class has no name.
     [[nodiscard]] bool Format() noexcept {
-        wchar_t clsid[128];
-        if (StringFromGUID2(CLSID_CMorquilDiscovery, clsid, 128) == 0)
+        wchar_t clsid[guidTextSize];
+        if (StringFromGUID2(CLSID_CMorquilDiscovery, clsid, guidTextSize) == 0)
             return false;
-        const int classLength = std::snprintf(classKey, keyNameSize, "CLSID\\%ls", clsid);
-        const int serverLength = std::snprintf(serverKey, keyNameSize, "CLSID\\%ls\\InprocServer32", clsid);
-        const auto fits = [](int length) { return length > 0 && static_cast<std::size_t>(length) < keyNameSize; };
-        return fits(classLength) && fits(serverLength);
+        constexpr std::string_view classes = "CLSID\\";
+        constexpr std::string_view server = "\\InprocServer32";
+        static_assert(classes.size() + guidTextSize + server.size() < keyNameSize);
+        char* const name = std::copy(classes.begin(), classes.end(), classKey);
+        const auto narrow = [](wchar_t character) { return static_cast<char>(character); };  // all of it is ASCII
+        std::transform(clsid, clsid + guidTextSize - 1, name, narrow);
+        const std::string_view key = classKey;
+        std::copy(server.begin(), server.end(), std::copy(key.begin(), key.end(), serverKey));
+        return true;
     }
 };
 

@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
-# Looks at finished libraries: what they export, what they need, and how they are protected.
+# Looks at finished libraries: what they export, what they need, how they are protected, and what a host has to load.
 #   scripts/check-hardening.sh [libMorquilAPI.so [MorquilAPI.dll]]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 elf=${1:-build/native/module/libMorquilAPI.so}
 dll=${2:-build/windows/module/MorquilAPI.dll}
+readonly most_bytes=$((700 * 1024))  # of the DLL as it ships
 failures=0
 
 # expect WHAT COMMAND...: WHAT holds when the command succeeds.
@@ -47,6 +48,24 @@ check_elf() {
         "$(awk '$2 ~ /^[TW]$/ { sub(/@.*/, "", $3); print $3 }' <<< "$symbols" | sort)"
 }
 
+# check_weight: little to map, and next to nothing to do, when a host loads the DLL.
+check_weight() {
+    local stripped symbols
+    stripped=$(mktemp)
+    x86_64-w64-mingw32-strip -o "$stripped" "$dll"
+    expect "at most $most_bytes bytes stripped ($(stat -c %s "$stripped"))" \
+        test "$(stat -c %s "$stripped")" -le "$most_bytes"
+    expect "stripped sections can be mapped" has '^FileAlignment[[:space:]]+00001000' \
+        "$(x86_64-w64-mingw32-objdump -p "$stripped")"
+    rm "$stripped"
+    symbols=$(x86_64-w64-mingw32-nm "$dll")
+    expect "symbols to look at" has ' T DllGetClassObject$' "$symbols"
+    expect "no streams and no locales" has_not '_ZNK?St[0-9]*(basic_[io]*stream|basic_[a-z]*buf|ios_base|locale)' "$symbols"
+    expect "no demangler" has_not '__cxa_demangle' "$symbols"
+    same "constructors of static objects" "_GLOBAL__sub_I__ZN9__gnu_cxx9__freeresEv" \
+        "$(grep -oE '_GLOBAL__(sub_I|I)_[A-Za-z0-9_]*' <<< "$symbols" | sort -u)"
+}
+
 check_dll() {
     echo "$dll"
     local headers
@@ -56,8 +75,11 @@ check_dll() {
     done
     expect "relocations, without which the address could not vary" has 'Base Relocation Directory|\.reloc' "$headers"
     expect "stack protector" bash -c "x86_64-w64-mingw32-nm '$dll' | grep -q __stack_chk_fail"
+    expect "a random guard for it" has 'SystemFunction036' "$headers"
+    expect "no provider of cryptography for it" has_not 'CryptAcquireContext' "$headers"
     same "exports" "$(awk 'on { print $1 } /^EXPORTS/ { on = 1 }' module/MorquilAPI.def | sort)" \
         "$(awk '/\[Ordinal\/Name Pointer\] Table/ { on = 1; next } !NF { on = 0 } on { print $NF }' <<< "$headers" | sort)"
+    check_weight
     same "needs" "$(printf '%s\n' ADVAPI32.dll KERNEL32.dll OLEAUT32.dll WS2_32.dll msvcrt.dll ole32.dll)" \
         "$(awk '/DLL Name:/ { print $3 }' <<< "$headers" | LC_ALL=C sort)"
 }

@@ -1,0 +1,15 @@
+#include "bench/contest.h"
+
+#include <cstdlib>
+#include <iostream>
+
+namespace Morquil::Bench {
+
+void RequireEqual(const std::string& left, const std::string& right, const char* names) {
+    if (left != right) {
+        std::cerr << names << " do not have the same result\n" << left << "\n-----\n" << right << '\n';
+        std::exit(1);
+    }
+}
+
+}  // namespace Morquil::Bench

@@ -1,0 +1,140 @@
+// A device that answers as fast as it can, for any number of hosts: one thread, one look at what has come, one send.
+// Says what the simulated device says, but has made it all beforehand. Runs until it is ended.
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/epoll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <iostream>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "bench/connection_texts.h"
+
+namespace Morquil::Bench {
+
+namespace {
+
+/// A host, and what it has said of a block that is not complete yet.
+using Hosts = std::map<int, std::string>;
+
+class Device {
+public:
+    Device() {
+        for (const Exchange& exchange : ConnectConversation().requests) {
+            answers_[exchange.question] = exchange.answer;
+        }
+        Flood();
+    }
+
+    void Listen(const std::string& address) {
+        const int listener = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
+        constexpr int on = 1;
+        setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
+        sockaddr_in place{};
+        place.sin_family = AF_INET;
+        place.sin_addr.s_addr = inet_addr(address.c_str());
+        place.sin_port = htons(devicePort);
+        if (bind(listener, reinterpret_cast<const sockaddr*>(&place), sizeof(place)) != 0 ||
+            listen(listener, SOMAXCONN) != 0) {
+            std::cerr << "The device cannot listen at " << address << std::endl;
+            std::exit(1);
+        }
+        listeners_[listener] = true;
+        Watch(listener);
+    }
+
+    void Run() {
+        std::array<epoll_event, 64> events;
+        for (;;) {
+            const int count = epoll_wait(watch_, events.data(), events.size(), -1);
+            for (int at = 0; at < count; ++at) {
+                const int socket = events[static_cast<std::size_t>(at)].data.fd;
+                if (listeners_.contains(socket)) {
+                    Accept(socket);
+                } else {
+                    Receive(socket);
+                }
+            }
+        }
+    }
+
+private:
+    void Watch(int socket) {
+        epoll_event event{.events = EPOLLIN, .data = {.fd = socket}};
+        epoll_ctl(watch_, EPOLL_CTL_ADD, socket, &event);
+    }
+
+    void Accept(int listener) {
+        const int host = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
+        if (host < 0) {
+            return;
+        }
+        constexpr int on = 1;
+        setsockopt(host, IPPROTO_TCP, TCP_NODELAY, &on, sizeof(on));
+        hosts_[host].clear();
+        Watch(host);
+        Send(host, ConnectConversation().greeting);
+    }
+
+    void Receive(int host) {
+        std::array<char, 4096> buffer;
+        const ssize_t received = recv(host, buffer.data(), buffer.size(), 0);
+        if (received <= 0) {
+            close(host);
+            hosts_.erase(host);
+            return;
+        }
+        std::string& said = hosts_[host];
+        said.append(buffer.data(), static_cast<std::size_t>(received));
+        for (std::size_t end = said.find("\n\n"); end != std::string::npos; end = said.find("\n\n")) {
+            Answer(host, said.substr(0, end + 2));
+            said.erase(0, end + 2);
+        }
+    }
+
+    void Answer(int host, const std::string& block) {
+        const auto answer = answers_.find(block);
+        if (answer != answers_.end()) {
+            Send(host, answer->second);
+        } else if (block.starts_with(floodHeader)) {
+            Send(host, Flood() + EchoOf(block));
+        } else {
+            Send(host, EchoOf(block));
+        }
+    }
+
+    // A host that has gone is noticed when it is looked at next.
+    static void Send(int host, std::string_view text) {
+        while (!text.empty()) {
+            const ssize_t sent = send(host, text.data(), text.size(), MSG_NOSIGNAL);
+            if (sent <= 0) {
+                return;
+            }
+            text.remove_prefix(static_cast<std::size_t>(sent));
+        }
+    }
+
+    const int watch_ = epoll_create1(EPOLL_CLOEXEC);
+    std::map<int, bool> listeners_;
+    Hosts hosts_;
+    std::map<std::string, std::string, std::less<>> answers_;
+};
+
+}  // namespace
+
+}  // namespace Morquil::Bench
+
+int main() {
+    using namespace Morquil::Bench;
+    Device device;
+    for (int number = 0; number < deviceAddressCount; ++number) {
+        device.Listen(DeviceAddress(number));
+    }
+    device.Run();
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+#include "bench/plain_blocks.h"
+
+namespace Morquil::Bench {
+
+/// Reads a whole text with getline and string streams, a string for every piece.
+void NaiveParse(const std::string& text, PlainBlocks& blocks);
+
+}  // namespace Morquil::Bench

@@ -1,0 +1,55 @@
+// What takes part in the contest of writers, and how.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bench/contest.h"
+#include "protocol/every_block_sink.h"
+#include "protocol/message.h"
+#include "protocol/morquil_text_protocol_parser.h"
+#include "simulator/block_kinds.h"
+
+namespace Morquil::Bench {
+
+/// Makes a `Made<Set>` of every block of settings that a text holds.
+template <class Base, template <class> class Made>
+class MessageMaker final : public EveryBlockSink<MessageMaker<Base, Made>> {
+public:
+    using Messages = std::vector<std::unique_ptr<Base>>;
+
+    static Messages From(std::string_view text) {
+        MessageMaker maker;
+        MorquilTextProtocolParser parser;
+        parser.SetSink(&maker);
+        parser.Feed(text.data(), text.size());
+        return std::move(maker.messages_);
+    }
+
+    template <class Description>
+    void OnBlock(const ChangeSetOf<Description>& set) {
+        if constexpr (Simulator::KindOf<Description>() == Simulator::BlockKind::Settings) {
+            messages_.push_back(std::make_unique<Made<Description>>(set));
+        }
+    }
+    void OnPing() override {}
+    void OnAcknowledge(bool /*positive*/) override {}
+    void OnUnknownBlock() override {}
+    void OnProtocolError(const char* /*text*/) override {}
+
+private:
+    Messages messages_;
+};
+
+/// The messages of a figure, as the text that they are made from.
+struct MessageCorpus {
+    std::string name;
+    std::string text;
+};
+
+/// fmt's compiled formats, which are to write `expected`; none where there is no such package.
+void AddPeerWriters(std::vector<Contestant>& contestants, const MessageCorpus& corpus, const std::string& expected);
+
+}  // namespace Morquil::Bench

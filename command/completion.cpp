@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "command/commands.h"
+#include "command/description.h"
 #include "command/options.h"
-#include "command/property.h"
 
 namespace Morquil::Command {
 namespace {
@@ -27,33 +27,19 @@ std::string Lines(const std::vector<std::string>& words) {
     return Quoted(lines);
 }
 
-std::vector<std::string> WordsOf(const Property& property) {
-    if (property.type.kind == Kind::YesNo) {
-        return {"true", "false"};
-    }
-    std::vector<std::string> words;
-    for (const NamedValue& named : property.type.words) {
-        words.emplace_back(named.word);
-    }
-    return words;
+std::vector<std::string> WordsOf(const Json& property) {
+    return property.value("words", std::vector<std::string>());
 }
 
-template <class Condition>
-std::vector<std::string> Names(Condition isWanted) {
+// The names of the properties for which `ability`, "readable" or "writable", holds.
+std::string Names(const char* ability) {
     std::vector<std::string> names;
-    for (const Property& property : AllProperties()) {
-        if (isWanted(property)) {
-            names.push_back(property.name);
+    for (const Json& property : DescribeProperties()) {
+        if (property.at(ability)) {
+            names.push_back(property.at("name"));
         }
     }
-    return names;
-}
-
-std::string ReadableNames() {
-    return Lines(Names([](const Property& property) { return property.IsReadable(); }));
-}
-std::string WritableNames() {
-    return Lines(Names([](const Property& property) { return property.IsWritable(); }));
+    return Lines(names);
 }
 
 std::string NamesOf(const std::vector<Offered>& offered) {
@@ -67,10 +53,10 @@ std::string NamesOf(const std::vector<Offered>& offered) {
 // "name) printf ... ;;" for bash and zsh.
 std::string ValueCases() {
     std::string cases;
-    for (const Property& property : AllProperties()) {
+    for (const Json& property : DescribeProperties()) {
         const std::vector<std::string> words = WordsOf(property);
-        if (property.IsWritable() && !words.empty()) {
-            cases += "        " + property.name + ") printf '%s\\n' " + Lines(words) + " ;;\n";
+        if (property.at("writable") && !words.empty()) {
+            cases += "        " + property.at("name").get<std::string>() + ") printf '%s\\n' " + Lines(words) + " ;;\n";
         }
     }
     return cases;
@@ -82,8 +68,8 @@ std::string SharedFunctions(const Grammar& grammar) {
         presets = command.name == "preset" ? Lines(command.words) : presets;
     }
     return "_morquilctl_commands=" + NamesOf(grammar.commands) + "\n_morquilctl_options=" + NamesOf(grammar.options) +
-           "\n_morquilctl_presets=" + presets + "\n_morquilctl_readable=" + ReadableNames() +
-           "\n_morquilctl_writable=" + WritableNames() + "\n_morquilctl_values() {\n    case \"$1\" in\n" +
+           "\n_morquilctl_presets=" + presets + "\n_morquilctl_readable=" + Names("readable") +
+           "\n_morquilctl_writable=" + Names("writable") + "\n_morquilctl_values() {\n    case \"$1\" in\n" +
            ValueCases() + R"sh(    esac
 }
 # Prints what may follow: the words of the line so far, the command first; files are "<file>".
@@ -183,16 +169,17 @@ std::string FishScript() {
     for (const Offered& option : grammar.options) {
         script += "complete -c morquilctl -l " + option.name.substr(2) + " -d " + Quoted(option.summary) + "\n";
     }
-    for (const Property& property : AllProperties()) {
-        const std::string about = property.name + " -d " + Quoted(property.summary);
-        if (property.IsReadable()) {
+    for (const Json& property : DescribeProperties()) {
+        const std::string name = property.at("name");
+        const std::string about = name + " -d " + Quoted(property.at("summary").get<std::string>());
+        if (property.at("readable")) {
             script += FishLine("__fish_seen_subcommand_from get ranges watch list", about);
         }
-        if (property.IsWritable()) {
+        if (property.at("writable")) {
             script += FishLine("__fish_seen_subcommand_from set", about);
             const std::vector<std::string> words = WordsOf(property);
             if (!words.empty()) {
-                script += FishLine("test (commandline -opc)[-1] = " + property.name, FishWords(words));
+                script += FishLine("test (commandline -opc)[-1] = " + name, FishWords(words));
             }
         }
     }

@@ -20,9 +20,9 @@ void AddTimecode(std::vector<Property>& all) {
     FeatureRows rows(all, "timecode", PropertySet::Timecode);
     // clang-format off
     rows.Setting<&F::GetMode, &F::SetMode, &F::IsModeAvailable>("mode", "Where the timecode comes from");
-    rows.Setting<&F::GetInputLine, &F::SetInputLine, &RangeOfHeight<&F::GetLineRange, &InputMode>>("input-line", "Line at the input");
-    rows.Setting<&F::GetOutputLine, &F::SetOutputLine, &RangeOfHeight<&F::GetLineRange, &OutputMode>>("output-line", "Line at the output");
-    rows.Setting<&F::GetDropFrameMode, &F::SetDropFrameMode, &DropFrameModes>("drop-frame-mode", "Whether frames are dropped");
+    rows.Setting<&F::GetInputLine, &F::SetInputLine, &RangeOfHeight<&F::GetLineRange, &InputMode>>("input-line", "Line at the input").AskedWith(CallName<&F::GetLineRange>());
+    rows.Setting<&F::GetOutputLine, &F::SetOutputLine, &RangeOfHeight<&F::GetLineRange, &OutputMode>>("output-line", "Line at the output").AskedWith(CallName<&F::GetLineRange>());
+    rows.Setting<&F::GetDropFrameMode, &F::SetDropFrameMode, &DropFrameModes>("drop-frame-mode", "Whether frames are dropped").AskedWith(CallName<&F::IsDropFrameModeAvailable>());
     rows.Setting<&F::GetLossMode, &F::SetLossMode>("loss-mode", "What happens when the input loses it");
     rows.Setting<&F::GetSource, &F::SetSource>("source", "Kind of timecode at the input");
     rows.Setting<&F::GetGenerateValue, &F::SetGenerateValue>("generate-value", "Where the generator starts").As(Kind::Timecode);
@@ -52,7 +52,7 @@ void AddVideoIndex(std::vector<Property>& all) {
     // clang-format off
     rows.Setting<&F::GetIndexReaction, &F::SetIndexReaction>("reaction", "Whether the input's format description is followed");
     rows.Setting<&F::GetAFDInsertType, &F::SetAFDInsertType, &F::IsAFDInsertTypeAvailable>("afd-insert-type", "Format description that is put in");
-    rows.Setting<&F::GetAFDOutputLine, &F::SetAFDOutputLine, &RangeOfHeight<&F::GetAFDOutputLineRange, &OutputMode>>("afd-output-line", "Line at the output");
+    rows.Setting<&F::GetAFDOutputLine, &F::SetAFDOutputLine, &RangeOfHeight<&F::GetAFDOutputLineRange, &OutputMode>>("afd-output-line", "Line at the output").AskedWith(CallName<&F::GetAFDOutputLineRange>());
     // clang-format on
 }
 

@@ -56,8 +56,8 @@ void AddPresets(std::vector<Property>& all) {
     FeatureRows rows(all, "preset", PropertySet::Preset);
     // clang-format off
     rows.Settings<&F::GetPresetName, &F::SetPresetName>(presetNames, "name", "Name of a preset", nameBytes);
-    rows.Command<&F::SavePreset, &PresetNumbers<1>>("save", "Keeps the settings as a preset");
-    rows.Command<&F::RecallPreset, &PresetNumbers<2>>("recall", "Brings the settings of a preset back");
+    rows.Command<&F::SavePreset, &PresetNumbers<1>>("save", "Keeps the settings as a preset").AskedWith(CallName<&F::GetPresetRange>());
+    rows.Command<&F::RecallPreset, &PresetNumbers<2>>("recall", "Brings the settings of a preset back").AskedWith(CallName<&F::GetPresetRange>());
     // clang-format on
 }
 

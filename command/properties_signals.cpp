@@ -56,8 +56,8 @@ void AddOutput(std::vector<Property>& all) {
     using F = morquil::features::OutputConfiguration;
     FeatureRows rows(all, "output", PropertySet::OutputConfiguration);
     // clang-format off
-    rows.Setting<&F::GetVideoMode, &F::SetVideoMode, &OutputModes>("video-mode", "Format of the picture");
-    rows.Setting<&F::GetAspectRatio, &F::SetAspectRatio, &OutputRatios>("aspect-ratio", "How the picture fills the frame");
+    rows.Setting<&F::GetVideoMode, &F::SetVideoMode, &OutputModes>("video-mode", "Format of the picture").AskedWith(CallName<&morquil::DeviceCalls::IsConversionSupported>());
+    rows.Setting<&F::GetAspectRatio, &F::SetAspectRatio, &OutputRatios>("aspect-ratio", "How the picture fills the frame").AskedWith(CallName<&morquil::DeviceCalls::IsConversionSupported>());
     rows.Setting<&F::GetPixelFormat, &F::SetPixelFormat, &F::IsPixelFormatAvailable>("pixel-format", "Sampling of the picture");
     rows.Setting<&F::GetDualLinkEnabled, &F::SetDualLinkEnabled, &F::IsDemuxModeAvailable>("demux-mode", "How many SDI links carry the picture");
     rows.Setting<&F::GetSDIMode, &F::SetSDIMode, &F::IsSDIModeAvailable>("sdi-mode", "Mapping of 3G SDI");
@@ -81,8 +81,8 @@ void AddReference(std::vector<Property>& all) {
     // clang-format off
     rows.Setting<&F::GetType, &F::SetType>("type", "What the output is locked to");
     rows.Setting<&F::GetGenRef, &F::SetGenRef, &F::IsGenRefAvailable>("gen-ref", "Signal at the reference input");
-    rows.Setting<&F::GetLineOffset, &F::SetLineOffset, &RangeOfOutputMode<&F::GetLineOffsetRange>>("line-offset", "Vertical offset to the reference");
-    rows.Setting<&F::GetPixelOffset, &F::SetPixelOffset, &RangeOfOutputMode<&F::GetPixelOffsetRange>>("pixel-offset", "Horizontal offset to the reference");
+    rows.Setting<&F::GetLineOffset, &F::SetLineOffset, &RangeOfOutputMode<&F::GetLineOffsetRange>>("line-offset", "Vertical offset to the reference").AskedWith(CallName<&F::GetLineOffsetRange>());
+    rows.Setting<&F::GetPixelOffset, &F::SetPixelOffset, &RangeOfOutputMode<&F::GetPixelOffsetRange>>("pixel-offset", "Horizontal offset to the reference").AskedWith(CallName<&F::GetPixelOffsetRange>());
     rows.Reading<&F::GetSignalLocked>("signal-locked", "Whether the reference is locked");
     // clang-format on
 }

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -24,11 +25,13 @@ struct Property {
     std::string name;
     std::string_view summary;
     ValueType type = {};
-    morquil::PropertySet set{};  // which is told when it changes
-    int number = 0;              // of one of several, counted from 1; 0 when there is just one
-    // The calls behind it, as in "VideoProcAmp::GetGain"; empty where there is none.
+    morquil::PropertySet set{};           // which is told when it changes
+    int number = 0;                       // of one of several, counted from 1; 0 when there is just one
+    std::string_view interfaceName = {};  // "IMorquilVideoProcAmp"
+    // The calls behind it, as in "VideoProcAmp::GetGain"; empty where there is none. `range` tells what a device takes.
     std::string getter = {};
     std::string setter = {};
+    std::string range = {};
 
     // All three throw morquil::Error; `read` and `offer` throw morquil::NotKnown before the device has told.
     Value (*read)(const morquil::Device& device, int number) = nullptr;
@@ -43,6 +46,11 @@ struct Property {
     // For the table: what the types of the calls do not tell.
     Property& As(Kind kind) {
         type.kind = kind;
+        return *this;
+    }
+    /// The call that tells what the device takes, where it is not the offer itself.
+    Property& AskedWith(std::string call) {
+        range = std::move(call);
         return *this;
     }
     Property& AtMost(std::size_t bytes) {

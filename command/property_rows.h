@@ -45,6 +45,12 @@ constexpr std::string_view TypeName() {
     return LastName(__PRETTY_FUNCTION__);
 }
 
+/// The interface under a feature of the C++ layer.
+template <class Feature>
+constexpr std::string_view InterfaceName() {
+    return TypeName<std::remove_pointer_t<decltype(std::declval<Feature>().Raw())>>();
+}
+
 /// A feature of the device, or the device itself.
 template <class Feature>
 Feature Open(const morquil::Device& device) {
@@ -200,15 +206,20 @@ private:
         if constexpr (!std::is_null_pointer_v<decltype(set)>) {
             property.type = TypeOf<typename Call<decltype(set)>::Last>();
             property.setter = CallName<set>();
+            property.interfaceName = InterfaceName<typename Call<decltype(set)>::Feature>();
             property.write = &Write<set>;
         }
         if constexpr (!std::is_null_pointer_v<decltype(get)>) {
             property.type = TypeOf<typename Call<decltype(get)>::Result>();
             property.getter = CallName<get>();
+            property.interfaceName = InterfaceName<typename Call<decltype(get)>::Feature>();
             property.read = &Read<get>;
         }
         if constexpr (!std::is_null_pointer_v<decltype(offer)>) {
             property.offer = &Ask<offer>;
+            if constexpr (std::is_member_function_pointer_v<decltype(offer)>) {
+                property.range = CallName<offer>();
+            }
         }
         return property;
     }

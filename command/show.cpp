@@ -3,6 +3,7 @@
 #include <array>
 
 #include "command/commands.h"
+#include "command/description.h"
 #include "command/property.h"
 #include "command/rendering.h"
 
@@ -98,25 +99,6 @@ std::string AccessOf(const Property& property) {
     return property.IsCommand() ? "command" : property.IsWritable() ? "read/write" : "read";
 }
 
-Json DescribeAsJson(const Property& property) {
-    Json row = {{"name", property.name},
-                {"kind", NameOf(property.type.kind)},
-                {"readable", property.IsReadable()},
-                {"writable", property.IsWritable()},
-                {"summary", property.summary}};
-    const auto addUnlessEmpty = [&row](const char* key, std::string_view text) {
-        if (!text.empty()) {
-            row[key] = text;
-        }
-    };
-    addUnlessEmpty("getter", property.getter);
-    addUnlessEmpty("setter", property.setter);
-    for (const NamedValue& named : property.type.words) {
-        row["words"].push_back(named.word);
-    }
-    return row;
-}
-
 }  // namespace
 
 void ShowStatus(const Context& context) {
@@ -167,7 +149,7 @@ void ShowList(const Context& context) {
     Json document = Json::array();
     std::vector<Row> rows;
     for (const Property* const property : SelectProperties(context.options.words)) {
-        document.push_back(DescribeAsJson(*property));
+        document.push_back(DescribeProperty(*property));
         rows.push_back({property->name, std::string(NameOf(property->type.kind)), AccessOf(*property),
                         Cell(std::string(property->summary), Style::Faint)});
     }

@@ -12,7 +12,8 @@ constexpr std::string_view QualifiedName(std::string_view instance) {
 }
 constexpr std::string_view LastName(std::string_view instance) {
     const std::string_view name = QualifiedName(instance);
-    return name.substr(name.rfind("::") + 2);
+    const std::size_t scope = name.rfind("::");
+    return scope == std::string_view::npos ? name : name.substr(scope + 2);
 }
 /// The same, with the name before it: "Type::Member".
 constexpr std::string_view LastTwoNames(std::string_view instance) {

@@ -26,7 +26,7 @@ private:
 };
 #else
 /// COM for the calling thread: nothing to be done on this system.
-class Apartment {};
+class [[maybe_unused]] Apartment {};
 #endif
 
 namespace detail {

@@ -1,0 +1,73 @@
+// The keys of a block's table one by one, whatever kinds of rows they stand in.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <tuple>
+
+#include "protocol/block_table.h"
+
+namespace Morquil::Description {
+
+/// Where a key stands.
+struct KeyPlace {
+    std::string_view key;
+    std::size_t count = 0;
+    bool isRead = true;
+    std::string_view group = {};
+};
+
+// VisitKeys(row, visit) calls visit(place, kind, member) for each key of the row, in the order of the wire. The kind of
+// a selecting line is the selector; it fills no member.
+
+template <class Owner, class FieldType, class Kind, class Visit>
+void VisitKeys(const Key<Owner, FieldType, Kind>& row, Visit visit) {
+    visit(KeyPlace{row.name}, row.kind, row.member);
+}
+template <class Row, class Visit>
+void VisitKeys(const WriteOnly<Row>& row, Visit visit) {
+    VisitKeys(row.row, [&](KeyPlace place, const auto& kind, auto member) {
+        place.isRead = false;
+        visit(place, kind, member);
+    });
+}
+template <class Owner, class FieldType, std::size_t count, class Kind, class Visit>
+void VisitKeys(const IndexedKey<Owner, FieldType, count, Kind>& row, Visit visit) {
+    visit(KeyPlace{row.stem, count}, row.kind, row.member);
+}
+template <class First, class Second, class Visit>
+void VisitKeys(const Alternating<First, Second>& row, Visit visit) {
+    VisitKeys(row.first, visit);
+    VisitKeys(row.second, visit);
+}
+template <class Selector, class... GroupKeys, class Visit>
+void VisitKeys(const Group<Selector, GroupKeys...>& row, Visit visit) {
+    visit(KeyPlace{row.selector.name}, row.selector, nullptr);
+    const auto visitKey = [&](const auto& key) {
+        visit(KeyPlace{.key = key.name, .group = row.selector.name}, key.kind, key.member);
+    };
+    std::apply([&](const auto&... key) { (visitKey(key), ...); }, row.keys);
+}
+template <class Owner, class Visit>
+void VisitKeys(const ConversionRows<Owner>& row, Visit visit) {
+    visit(KeyPlace{row.input.name}, row.input, nullptr);
+    visit(KeyPlace{.key = row.output.name, .group = row.input.name}, row.output, nullptr);
+    visit(KeyPlace{.key = row.ratioName, .group = row.output.name}, WordList<AspectRatios>{}, row.member);
+}
+
+/// Calls visit(place, kind, member, row) for every key of a block.
+template <class Description, class Visit>
+void VisitKeysOf(Visit visit) {
+    const auto visitRow = [&](const auto& row) {
+        VisitKeys(row, [&](const KeyPlace& place, const auto& kind, auto member) { visit(place, kind, member, row); });
+    };
+    std::apply([&](const auto&... row) { (visitRow(row), ...); }, Description::block.rows);
+}
+
+/// Calls visit(entry) for every entry of the block table.
+template <class Visit>
+void VisitBlocks(Visit visit) {
+    std::apply([&](auto... entry) { (visit(entry), ...); }, BlockTable());
+}
+
+}  // namespace Morquil::Description

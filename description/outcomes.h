@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace Morquil::Description {
+
+/// A result of the interfaces, or a reason why there is no connection: what is behind it, and what to do.
+struct Outcome {
+    std::string_view name;
+    std::uint32_t code;
+    std::string_view cause;
+    std::string_view cure;
+};
+
+const std::vector<Outcome>& Results();
+const std::vector<Outcome>& ConnectionFailures();
+
+}  // namespace Morquil::Description

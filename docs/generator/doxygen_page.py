@@ -1,0 +1,107 @@
+#!/usr/bin/env python3
+"""Prints a page as Doxygen wants it; as it stands it is for the forges.
+
+    doxygen_page.py PAGE.md
+
+Mermaid diagrams become what Doxygen draws: flow charts dot, sequences mscgen. Of Mermaid it knows what the pages use;
+a line that it does not know is an error. Headings get names made of their words, as the forges give them, with the
+page's name before them, since Doxygen has one space of names for all pages.
+"""
+
+import os
+import re
+import sys
+
+
+def quoted(text):
+    return '"' + text.replace("<br>", "\\n") + '"'
+
+
+def flowchart(lines):
+    yield "\\dot"
+    yield 'digraph { rankdir=TB; bgcolor=transparent; node [shape=box, style=rounded, fontname="sans", fontsize=10];'
+    yield 'edge [fontname="sans", fontsize=9, arrowsize=0.7];'
+    clusters = 0
+    for line in lines:
+        node = re.fullmatch(r'(\w+)\["([^"]+)"\]', line)
+        arrow = re.fullmatch(r'(\w+) (-->|-\.->)(?:\|"([^"]+)"\|)? (\w+)', line)
+        group = re.fullmatch(r'subgraph \w+ \["([^"]+)"\]', line)
+        if node:
+            yield f"{node[1]} [label={quoted(node[2])}];"
+        elif arrow:
+            style = "dashed" if arrow[2] == "-.->" else "solid"
+            label = f", label={quoted(arrow[3])}" if arrow[3] else ""
+            yield f"{arrow[1]} -> {arrow[4]} [style={style}{label}];"
+        elif group:
+            clusters += 1
+            yield f"subgraph cluster_{clusters} {{ style=\"rounded,dashed\"; label={quoted(group[1])}; labeljust=l; fontname=\"sans\"; fontsize=10;"
+        elif line == "end":
+            yield "}"
+        else:
+            sys.exit(f"doxygen_page.py: a flow chart's line is not understood: {line}")
+    yield "}"
+    yield "\\enddot"
+
+
+def sequence(lines):
+    lines = list(lines)
+    people = [re.fullmatch(r"participant (\w+) as (.+)", line) for line in lines]
+    yield "\\msc"
+    yield 'width="760";'
+    yield ", ".join(f"{person[1]} [label={quoted(person[2])}]" for person in people if person) + ";"
+    for line in (line for line, person in zip(lines, people) if not person):
+        arrow = re.fullmatch(r"(\w+)(->>|-->>)(\w+): (.+)", line)
+        note = re.fullmatch(r"Note over (\w+): (.+)", line)
+        if arrow:
+            yield f"{arrow[1]} {'=>' if arrow[2] == '->>' else '>>'} {arrow[3]} [label={quoted(arrow[4])}];"
+        elif note:
+            yield f"{note[1]} note {note[1]} [label={quoted(note[2])}];"
+        else:
+            sys.exit(f"doxygen_page.py: a sequence's line is not understood: {line}")
+    yield "\\endmsc"
+
+
+def drawn(match):
+    first, *lines = [line.strip() for line in match[1].strip().split("\n")]
+    kinds = {"flowchart TB": flowchart, "sequenceDiagram": sequence}
+    if first not in kinds:
+        sys.exit(f"doxygen_page.py: a diagram of an unknown kind: {first}")
+    return "\n".join(kinds[first](line for line in lines if line))
+
+
+def slug(heading):
+    return re.sub(r"[^\w -]", "", heading.lower()).replace(" ", "-")
+
+
+def with_names(text, page):
+    def named(match):
+        marks, heading = match.groups()
+        name = page if marks == "#" else f"{page}-{slug(heading)}"
+        return match[0] if heading.endswith("}") else f"{marks} {heading} {{#{name}}}"
+    # What stands between fences is no heading.
+    parts = re.split(r"(^```.*?^```$)", text, flags=re.M | re.S)
+    return "".join(part if part.startswith("```") else re.sub(r"^(#+) (.+)$", named, part, flags=re.M)
+                   for part in parts)
+
+
+def with_links(text, page):
+    """Other pages by their names alone, wherever they lie, and headings by their names of above."""
+    def in_page(match):
+        # Blocks and vocabularies have names of their own.
+        name = match[1]
+        return f"](#{name})" if name.startswith(("words-", "block-")) else f"](#{page}-{name})"
+
+    text = re.sub(r"\]\(#([\w-]+)\)", in_page, text)
+    text = re.sub(r"\]\((?:[\w.-]+/)+([\w-]+\.md)", r"](\1", text)
+    return re.sub(r"\]\(([\w-]+)\.md#([\w-]+)\)", r"](#\1-\2)", text)
+
+
+def main():
+    page = os.path.splitext(os.path.basename(sys.argv[1]))[0].lower()
+    text = open(sys.argv[1], encoding="utf-8").read()
+    text = re.sub(r"^```mermaid\n(.*?)^```$", drawn, text, flags=re.M | re.S)
+    sys.stdout.write(with_links(with_names(text, page), page))
+
+
+if __name__ == "__main__":
+    main()

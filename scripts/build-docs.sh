@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# Builds the documentation into build/docs/html. A warning of Doxygen's is an error.
+#   scripts/build-docs.sh [BUILD-FOLDER]
+# BUILD-FOLDER, build/native unless given, is where the description of the protocol is built.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/flavours.sh
+
+readonly native=${1:-build/native}
+readonly targets=(MorquilDescriptionFile MorquilCppFiles)
+readonly description=$native/description/morquilapi.json
+
+if [ $# -gt 0 ]; then
+    run_logged build/logs/build-description.log cmake --build "$native" --target "${targets[@]}"
+else
+    build native -- "${targets[@]}"
+fi
+
+rm -rf build/docs
+export PYTHONDONTWRITEBYTECODE=1
+python3 docs/generator/pages.py "$description" build/docs/pages docs/reference/*.md
+python3 docs/generator/headers.py "$description" api/MorquilAPI.idl "$native/api/cpp/morquil/interfaces.hpp" \
+    build/docs/headers
+MORQUIL_VERSION=$(sed -n 's/^project(MorquilAPI VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+export MORQUIL_VERSION
+run_logged build/logs/docs.log doxygen docs/Doxyfile
+echo "  ok      build/docs/html/index.html"

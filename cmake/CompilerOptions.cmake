@@ -42,8 +42,8 @@ endif()
 if(MORQUIL_SANITIZE)
     target_compile_options(MorquilOptions INTERFACE
         -fsanitize=${MORQUIL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
-        # A host's objects need not be C++: an observer may be a bare table of functions.
-        -fno-sanitize=vptr)
+        # A host's objects need not be C++: an observer may be a bare table of functions, called by their slots.
+        -fno-sanitize=vptr $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=function>)
     if(WIN32)
         # There is no run-time library that could report: what is undefined ends the program.
         target_compile_options(MorquilOptions INTERFACE -fsanitize-undefined-trap-on-error)

@@ -1,6 +1,8 @@
 #!/bin/sh
 # Installs what building, testing and running need, on Debian 12. Run it as root or as somebody who may use sudo.
 # What is there already is left alone: a second run asks nobody for anything.
+#   scripts/install-dependencies.sh [bench]
+# bench: also what the benchmarks measure with, and against.
 set -eu
 
 packages="
@@ -9,7 +11,18 @@ packages="
     wine wine64 libwine-dev
     libgtest-dev libgmock-dev googletest
     libasio-dev libcli11-dev nlohmann-json3-dev
+    doxygen graphviz
+    dpkg-dev debhelper lintian
     clang clang-tidy clang-format libclang-rt-14-dev"
+
+case "${1:-}" in
+    "") ;;
+    bench) packages="$packages libbenchmark-dev libhttp-parser-dev libmpdclient-dev libhiredis-dev libfmt-dev" ;;
+    *)
+        echo "usage: scripts/install-dependencies.sh [bench]" >&2
+        exit 2
+        ;;
+esac
 
 missing=""
 for package in $packages; do

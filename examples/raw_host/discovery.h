@@ -2,7 +2,7 @@
 #pragma once
 
 #include "MorquilAPI.h"
-#include "examples/raw_host/owned.h"
+#include "owned.h"
 
 /// What must be set up before the library is used, for as long as the object lives: COM on Windows, nothing elsewhere.
 class ComRuntime {

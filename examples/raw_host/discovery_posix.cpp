@@ -1,5 +1,5 @@
 #include "MorquilEntry.h"
-#include "examples/raw_host/discovery.h"
+#include "discovery.h"
 
 ComRuntime::ComRuntime() = default;
 

@@ -1,6 +1,6 @@
 #include <objbase.h>
 
-#include "examples/raw_host/discovery.h"
+#include "discovery.h"
 
 ComRuntime::ComRuntime() {
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);

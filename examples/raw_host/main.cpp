@@ -11,11 +11,11 @@
 #include <cstdio>
 #include <string>
 
-#include "examples/raw_host/discovery.h"
-#include "examples/raw_host/owned.h"
-#include "examples/raw_host/property_watcher.h"
-#include "examples/raw_host/text.h"
-#include "examples/raw_host/video_mode_names.h"
+#include "discovery.h"
+#include "owned.h"
+#include "property_watcher.h"
+#include "text.h"
+#include "video_mode_names.h"
 
 #ifdef __GNUC__
 #define PRINTF_LIKE __attribute__((format(printf, 1, 2)))

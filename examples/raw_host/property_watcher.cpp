@@ -1,4 +1,4 @@
-#include "examples/raw_host/property_watcher.h"
+#include "property_watcher.h"
 
 STDMETHODIMP PropertyWatcher::QueryInterface(REFIID iid, void** object) {
     if (object == nullptr) {

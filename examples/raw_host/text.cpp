@@ -1,4 +1,4 @@
-#include "examples/raw_host/text.h"
+#include "text.h"
 
 Text::Text(const std::string& ascii) {
     const std::basic_string<OLECHAR> wide(ascii.begin(), ascii.end());

@@ -1,4 +1,4 @@
-#include "examples/raw_host/video_mode_names.h"
+#include "video_mode_names.h"
 
 #include <array>
 #include <cstddef>

@@ -1,0 +1,108 @@
+// A host that is built without the library's header. As a scripting language does, it learns at run time what there is:
+// identifiers, slots of methods and names of enumerated values come from the type library that MorquilAPI.dll carries.
+//
+//     morquil-type-library-host [ADDRESS [FILE]]
+//
+// FILE holds the type library: MorquilAPI.dll, where nothing is said, or MorquilAPI.tlb. The class must be registered.
+//
+// The library itself writes its diagnostics, and all that it receives, to standard output. This host starts its own
+// lines with "host: ", so that the two can be told apart.
+#include <windows.h>
+
+#include <objbase.h>
+
+#include <cstdio>
+#include <exception>
+#include <stdexcept>
+#include <string>
+
+#include "learnt_object.h"
+#include "type_library.h"
+
+namespace {
+
+void Say(const std::string& text) {
+    std::printf("\nhost: %s\n", text.c_str());
+    std::fflush(stdout);
+}
+
+std::string InWords(const GUID& identifier) {
+    wchar_t wide[40] = L"";
+    const int length = StringFromGUID2(identifier, wide, 40);
+    std::string text;
+    for (int i = 0; i + 1 < length; ++i) {
+        text += static_cast<char>(wide[i]);
+    }
+    return text;
+}
+
+void Introduce(const TypeLibrary& library) {
+    Say(library.NameAndVersion() + " has " + std::to_string(library.Count(TKIND_ENUM)) + " enumerations, " +
+        std::to_string(library.Count(TKIND_INTERFACE)) + " interfaces and " +
+        std::to_string(library.Count(TKIND_COCLASS)) + " class");
+}
+
+LearntObject CreateDiscovery(const TypeLibrary& library) {
+    const GUID classIdentifier = library.Find("CMorquilDiscovery").Identifier();
+    Type type = library.Find("IMorquilDiscovery");
+    Say("CMorquilDiscovery is " + InWords(classIdentifier));
+    void* discovery = nullptr;
+    if (FAILED(CoCreateInstance(classIdentifier, nullptr, CLSCTX_INPROC_SERVER, type.Identifier(), &discovery))) {
+        throw std::runtime_error("the class is not registered");
+    }
+    return LearntObject(std::move(type), discovery);
+}
+
+LearntObject Connect(const TypeLibrary& library, const LearntObject& discovery, const std::string& address) {
+    Say("connecting to " + address + "...");
+    void* device = nullptr;
+    int reason = 0;
+    const BSTR text = SysAllocString(std::wstring(address.begin(), address.end()).c_str());
+    try {
+        discovery.Call("Connect", {text, &device, &reason});
+    } catch (const std::exception&) {
+        SysFreeString(text);
+        throw std::runtime_error("no connection: " + library.Find("_MorquilConnectToFailure").NameOfValue(reason));
+    }
+    SysFreeString(text);
+    return LearntObject(library.Find("IMorquilDevice"), device);
+}
+
+void Visit(const TypeLibrary& library, const LearntObject& device) {
+    const LearntObject amp = device.As(library.Find("IMorquilVideoProcAmp"));
+    int gain = 0;
+    amp.Call("GetGain", {&gain});
+    Say("IMorquilVideoProcAmp is " + InWords(amp.GetType().Identifier()) + ", GetGain its slot " +
+        std::to_string(amp.GetType().MethodNamed("GetGain").Slot()) + ", and the gain " + std::to_string(gain));
+
+    const LearntObject output = device.As(library.Find("IMorquilOutputConfiguration"));
+    int mode = 0;
+    output.Call("GetVideoMode", {&mode});
+    Say("the output's video mode is " + std::to_string(mode) + ", which is " +
+        library.Find("_MorquilAPIVideoMode").NameOfValue(mode));
+}
+
+void Run(const std::string& address, const std::string& file) {
+    const TypeLibrary library(file);
+    Introduce(library);
+    const LearntObject discovery = CreateDiscovery(library);
+    const LearntObject device = Connect(library, discovery, address);
+    Visit(library, device);
+    discovery.Call("Disconnect", {device.Get()});
+    Say("disconnected");
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    int status = 0;
+    try {
+        Run(argumentCount > 1 ? arguments[1] : "127.0.0.1", argumentCount > 2 ? arguments[2] : "MorquilAPI.dll");
+    } catch (const std::exception& error) {
+        Say(std::string("FAILED: ") + error.what());
+        status = 1;
+    }
+    CoUninitialize();
+    return status;
+}

@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Runs the examples of a build against its simulated device, and compares what they print with their READMEs.
+#   scripts/check-examples.sh native
+#   scripts/check-examples.sh windows    under Wine, without a registration; the simulated device is the native build's
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/flavours.sh
+. scripts/example-checks.sh
+
+check_native() {
+    local example programs=build/native/examples
+    export PATH=$PWD/build/native/simulator:$PATH
+    for example in host raw_host c_host device_test; do
+        expect_readme "$example" native morquil-sim "$programs/$(program_of "$example")"
+    done
+}
+
+# Programs, library and manifests in one folder, as somebody would ship them.
+check_windows() {
+    local example program folder=build/examples-windows
+    rm -rf "$folder"
+    mkdir -p "$folder"
+    cp build/windows/module/MorquilAPI.dll build/windows/simulator/morquil-sim.exe \
+        build/windows/packaging/MorquilAPI.assembly.manifest "$folder"
+    [ -n "${WINEPREFIX:-}" ] || start_wine
+    export WINEPATH
+    WINEPATH=$(winepath -w "$folder")
+    for example in host raw_host c_host type_library_host device_test; do
+        program=$folder/$(program_of "$example").exe
+        cp "build/windows/examples/${program##*/}" "$program"
+        cp build/windows/packaging/program.exe.manifest "$program.manifest"
+        expect_readme "$example" windows build/native/simulator/morquil-sim wine "$program"
+    done
+}
+
+case "${1:-}" in
+    native) check_native ;;
+    windows) check_windows ;;
+    *)
+        echo "usage: scripts/check-examples.sh native|windows" >&2
+        exit 2
+        ;;
+esac
+[ "$failures" -eq 0 ]

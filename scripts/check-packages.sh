@@ -1,0 +1,120 @@
+#!/usr/bin/env bash
+# Unpacks what scripts/package.sh has made into empty folders, builds the examples against it as users would, runs them
+# against the packages' own simulated device, and compares what they print with their READMEs.
+#   scripts/check-packages.sh debian     by find_package and pkg-config; and by add_subdirectory, from the sources
+#   scripts/check-packages.sh windows    by find_package; run beside the library, with manifests; and the registration
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/flavours.sh
+. scripts/example-checks.sh
+
+readonly work=$PWD/build/package-check
+
+# build_with_cmake SOURCES FOLDER CMAKE-ARGUMENT...
+build_with_cmake() {
+    cmake -S "$1" -B "$2" -G Ninja "${@:3}" && cmake --build "$2"
+}
+
+# build_as_readme_says EXAMPLE FOLDER: the README's compiler line, in a copy of the example.
+build_as_readme_says() {
+    cp -r "$examples/$1" "$2"
+    (cd "$2" && sh -ex -c "$(grep -E '^(c\+\+|cc) ' README.md)")
+}
+
+# holds_no_path_of_the_build FOLDER
+holds_no_path_of_the_build() { ! grep -rl -e "$PWD" "$1"; }
+
+# ---- Debian --------------------------------------------------------------------------------------------------------
+
+check_debian() {
+    local root=$work/debian package example libraries
+    mkdir -p "$root"
+    for package in build/packages/*.deb; do
+        dpkg-deb --extract "$package" "$root"
+    done
+    libraries=$root/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)
+    examples=$root/usr/share/doc/morquilapi-doc/examples
+    export PATH=$root/usr/bin:$PATH PKG_CONFIG_PATH=$libraries/pkgconfig
+    expect "Debian: no path of the build in any file" debian-paths holds_no_path_of_the_build "$root"
+
+    expect "Debian: find_package" debian-find-package \
+        build_with_cmake "$examples" "$work/find_package" -DCMAKE_PREFIX_PATH="$root/usr"
+    for example in host raw_host c_host device_test; do
+        LD_LIBRARY_PATH=$libraries \
+            expect_readme "$example" find_package morquil-sim "$work/find_package/$(program_of "$example")"
+    done
+    for example in host raw_host c_host device_test; do
+        expect "Debian: pkg-config, $example" "debian-pkg-config-$example" \
+            build_as_readme_says "$example" "$work/pkg-config-$example"
+        LD_LIBRARY_PATH=$libraries \
+            expect_readme "$example" pkg-config morquil-sim "$work/pkg-config-$example/$(program_of "$example")"
+    done
+    expect "sources: add_subdirectory" add-subdirectory \
+        build_with_cmake tests/packages "$work/add_subdirectory" -DCMAKE_BUILD_TYPE=Debug
+    for example in host raw_host c_host device_test; do
+        expect_readme "$example" add_subdirectory morquil-sim \
+            "$work/add_subdirectory/examples/$(program_of "$example")"
+    done
+}
+
+# ---- Windows -------------------------------------------------------------------------------------------------------
+
+# registered HIVE: what is registered of the library below a hive, without the hive's own name. The type library's flags
+# apart: Wine's regsvr32 also writes there that it was read from a file.
+registered() {
+    local id ids
+    mapfile -t ids < <(grep -ohE '(CLSID|TypeLib)\\\{[0-9A-F-]+\}' "$bin/register.cmd")
+    for id in "${ids[@]}"; do
+        wine reg query "$1\\Software\\Classes\\$id" /s || return 1
+    done | tr -d '\r' | sed -e 's/^HKEY_[A-Z_]*//' -e '/^$/d' -e '/\\FLAGS$/{n;d}'
+}
+
+registers_what_regsvr32_does() {
+    wine regsvr32 /s "$(winepath -w "$bin/MorquilAPI.dll")" && registered HKLM > "$work/regsvr32.txt"
+    wine regsvr32 /s /u "$(winepath -w "$bin/MorquilAPI.dll")"
+    wine cmd /c "$(winepath -w "$bin/register.cmd")" && registered HKCU > "$work/register.txt" &&
+        diff "$work/regsvr32.txt" "$work/register.txt"
+}
+
+unregisters() {
+    wine cmd /c "$(winepath -w "$bin/unregister.cmd")" && ! registered HKCU
+}
+
+check_windows() {
+    local root example program
+    # A blank in the name, as in the folders of many users.
+    mkdir -p "$work/of a user" "$work/shipped"
+    cmake -E chdir "$work/of a user" cmake -E tar xf "$(echo "$PWD"/build/packages/MorquilAPI-*-windows-x64.zip)"
+    root=$(echo "$work/of a user"/MorquilAPI-*)
+    bin=$root/bin
+    [ -n "${WINEPREFIX:-}" ] || start_wine
+    expect "Windows: no path of the build in any file" windows-paths holds_no_path_of_the_build "$root"
+    expect "Windows: find_package" windows-find-package \
+        build_with_cmake "$root/share/doc/MorquilAPI/examples" "$work/find_package_windows" \
+        -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-w64.cmake" -DCMAKE_PREFIX_PATH="$root"
+
+    cp "$bin/MorquilAPI.dll" "$bin/MorquilAPI.assembly.manifest" "$work/shipped"
+    for example in host raw_host c_host type_library_host; do
+        program=$work/shipped/$(program_of "$example").exe
+        cp "$work/find_package_windows/${program##*/}" "$program"
+        # The C++ layer finds the library by itself.
+        [ "$example" = host ] || cp "$bin/program.exe.manifest" "$program.manifest"
+        expect_readme "$example" "beside the library" "wine '$bin/morquil-sim.exe'" wine "$program"
+    done
+
+    expect "Windows: register.cmd writes what regsvr32 writes" windows-register registers_what_regsvr32_does
+    expect "Windows: unregister.cmd leaves nothing" windows-unregister unregisters
+}
+
+# ---------------------------------------------------------------------------------------------------------------------
+
+rm -rf "$work"
+case "${1:-}" in
+    debian) check_debian ;;
+    windows) check_windows ;;
+    *)
+        echo "usage: scripts/check-packages.sh debian|windows" >&2
+        exit 2
+        ;;
+esac
+[ "$failures" -eq 0 ]

@@ -1,0 +1,26 @@
+# Shared by the scripts that run the examples. To be sourced from the root folder.
+
+failures=0
+
+# expect WHAT LOG COMMAND...: WHAT holds when the command succeeds; what it says is kept in build/logs/LOG.log.
+expect() {
+    local what=$1 log=build/logs/$2.log
+    shift 2
+    mkdir -p build/logs
+    if "$@" > "$log" 2>&1; then
+        printf '  ok      %s\n' "$what"
+    else
+        printf '  FAILED  %s\n' "$what"
+        tail -n 15 "$log" | sed 's/^/          /'
+        failures=$((failures + 1))
+    fi
+}
+
+# expect_readme EXAMPLE WAY SIMULATOR PROGRAM...: an example prints what its README says.
+expect_readme() {
+    expect "$1, $2: prints what its README says" "example-$1-${2// /-}" \
+        scripts/run-example.py "examples/$1/README.md" "${@:3}"
+}
+
+# program_of EXAMPLE
+program_of() { echo "morquil-${1//_/-}"; }

@@ -1,0 +1,68 @@
+#!/usr/bin/env bash
+# Makes what is handed out, in build/packages: Debian packages and a Windows zip.
+#   scripts/package.sh            both
+#   scripts/package.sh debian     libmorquilapi1, libmorquilapi-dev, morquilapi-tools, morquilapi-doc
+#   scripts/package.sh windows    MorquilAPI-VERSION-windows-x64.zip
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/flavours.sh
+
+readonly packages=$PWD/build/packages
+version=$(sed -n 's/^project(MorquilAPI VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+# Two runs over the same sources give the same dates.
+SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2> /dev/null || stat -c %Y CHANGELOG.md)}
+export SOURCE_DATE_EPOCH
+
+write_debian_changelog() {
+    printf 'morquilapi (%s) unstable; urgency=medium\n\n  * Release %s; see CHANGELOG.md.\n\n -- %s  %s\n' \
+        "$version" "$version" "$(sed -n 's/^Maintainer: //p' packaging/debian/control)" \
+        "$(LC_ALL=C date --utc --date="@$SOURCE_DATE_EPOCH" '+%a, %d %b %Y %H:%M:%S +0000')"
+}
+
+# A copy of the sources, where debian/ may lie at the root. What was built there before is used again.
+package_debian() {
+    local tree=build/debian/morquilapi-$version
+    mkdir -p "$tree" "$packages"
+    find "$tree" -mindepth 1 -maxdepth 1 ! -name 'obj-*' -exec rm -rf {} +
+    tar --create --exclude=./build --exclude='./build-*' --exclude=./.git . | tar --extract --directory "$tree"
+    cp -r packaging/debian "$tree/debian"
+    write_debian_changelog > "$tree/debian/changelog"
+    rm -f build/debian/*.{deb,changes,buildinfo} "$packages"/*.deb
+    run_logged build/logs/package-debian.log \
+        env --chdir="$tree" DEB_BUILD_OPTIONS="terse ${DEB_BUILD_OPTIONS:-}" \
+        dpkg-buildpackage --build=binary --no-sign --no-pre-clean
+    run_logged build/logs/lintian.log lintian --allow-root --fail-on=warning build/debian/*.changes
+    cp build/debian/*.deb "$packages"
+}
+
+package_windows() {
+    local name=MorquilAPI-$version-windows-x64 component
+    local tree=$packages/$name
+    build windows -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake -- MorquilAPI morquilctl morquil-sim
+    scripts/build-docs.sh
+    rm -rf "$tree" "$tree.zip"
+    for component in Runtime Development Tools Documentation; do
+        run_logged "build/logs/install-$component.log" \
+            cmake --install build/windows --prefix "$tree" --strip --component "$component"
+    done
+    cp build/native/description/morquilapi.json "$tree/share/morquilapi/"
+    cp -r build/docs/html "$tree/share/doc/MorquilAPI/html"
+    cmake -E chdir "$packages" cmake -E tar cf "$name.zip" --format=zip \
+        --mtime="$(date --utc --date="@$SOURCE_DATE_EPOCH" '+%Y-%m-%d %H:%M:%S UTC')" "$name"
+    rm -r "$tree"
+}
+
+scripts/install-dependencies.sh
+case "${1:-both}" in
+    debian) package_debian ;;
+    windows) package_windows ;;
+    both)
+        package_debian
+        package_windows
+        ;;
+    *)
+        echo "usage: scripts/package.sh [debian|windows]" >&2
+        exit 2
+        ;;
+esac
+ls "$packages"

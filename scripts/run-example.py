@@ -1,0 +1,106 @@
+#!/usr/bin/env python3
+"""Does what an example's README says, against a simulated device of its own, and compares what is printed.
+
+    scripts/run-example.py README SIMULATOR PROGRAM...
+
+SIMULATOR and PROGRAM... are commands; the program gets what the README's command has behind its name. Lines of the
+README's console blocks must appear in their order, and "Type `...` where morquil-sim runs" is typed there once all
+lines before it have appeared. Exit status 0: all of it came true.
+"""
+import os
+import random
+import re
+import shlex
+import subprocess
+import sys
+import threading
+
+LONGEST_SECONDS = 120
+README_ADDRESS = "127.0.0.1"
+
+
+def steps_of(readme):
+    """The arguments of the command, and what is to be done in order: ("expect", line) and ("type", command)."""
+    arguments, steps, in_console = None, [], False
+    for line in readme.splitlines():
+        if line.startswith("```"):
+            in_console = line == "```console"
+        elif in_console and re.match(r"[$>] ", line):
+            arguments = shlex.split(line[2:].split("|")[0], posix=False)[1:]
+        elif in_console:
+            steps.append(("expect", line))
+        elif typed := re.match(r"Type `(.+)` where morquil-sim runs", line):
+            steps.append(("type", typed[1]))
+    if arguments is None or not steps:
+        sys.exit("the README holds no console block with a command and its output")
+    return arguments, steps
+
+
+def start_simulator(command):
+    """A simulated device at an address that nobody else uses."""
+    for _ in range(20):
+        address = "127." + ".".join(str(random.randint(2, 251)) for _ in range(3))
+        process = subprocess.Popen([*shlex.split(command), "--address", address], stdin=subprocess.PIPE,
+                                   stdout=subprocess.PIPE, text=True)
+        if process.stdout.readline().startswith("listening on"):
+            # Nobody reads its front panel's answers, which are few; a full pipe would stop it.
+            threading.Thread(target=process.stdout.read, daemon=True).start()
+            return process, address
+        process.wait()
+    sys.exit(f"{command} does not listen")
+
+
+def normalised(line):
+    return re.sub(r"\(\d+ ms\)", "(N ms)", line.rstrip("\r\n"))
+
+
+def run(steps, program, simulator):
+    """Goes through the steps; returns what is wrong, or nothing."""
+    remaining = list(steps)
+    seen = []
+
+    def type_what_is_due():
+        while remaining and remaining[0][0] == "type":
+            simulator.stdin.write(remaining.pop(0)[1] + "\n")
+            simulator.stdin.flush()
+
+    prefixes = tuple({re.match(r"\S+", line)[0] for kind, line in steps if kind == "expect"})
+    for raw in program.stdout:
+        line = normalised(raw.decode("utf-8", "replace"))
+        if not line.startswith(prefixes):
+            continue
+        seen.append(line)
+        if remaining and line == normalised(remaining[0][1]):
+            remaining.pop(0)
+            type_what_is_due()
+        elif line.startswith("host:"):
+            return f"not in the README at this place: {line}"
+    if program.wait() != 0:
+        return f"exit status {program.returncode}, after: {seen[-1:]}"
+    return f"did not appear: {remaining[0][1]}" if remaining else None
+
+
+def main():
+    readme, simulator_command, *program_command = sys.argv[1:]
+    with open(readme, encoding="utf-8") as file:
+        arguments, steps = steps_of(file.read())
+    simulator, address = start_simulator(simulator_command)
+    try:
+        arguments = [argument.replace(README_ADDRESS, address) for argument in arguments]
+        steps = [(kind, text.replace(README_ADDRESS, address)) for kind, text in steps]
+        program = subprocess.Popen([*program_command, *arguments], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
+        watchdog = threading.Timer(LONGEST_SECONDS, program.kill)
+        watchdog.start()
+        problem = run(steps, program, simulator)
+        watchdog.cancel()
+        program.kill()
+        program.wait()
+    finally:
+        simulator.terminate()
+        simulator.wait()
+    if problem:
+        sys.exit(f"{os.path.relpath(readme)}: {problem}")
+
+
+if __name__ == "__main__":
+    main()

@@ -113,7 +113,8 @@ const Act acts[] = {
 class HostInACall : public testing::TestWithParam<std::tuple<Call, Act>> {};
 
 TEST_P(HostInACall, EndsWell) {
-    const auto& [call, act] = GetParam();
+    const Call& call = std::get<Call>(GetParam());
+    const Act& act = std::get<Act>(GetParam());
     const Testing::Watchdog watchdog;
     std::promise<void> acted;
     {

@@ -19,8 +19,8 @@ std::vector<std::string> ExpectedExports();
 
 class LoadedLibrary {
 public:
-    /// Loads the library; a failure is the test's.
-    LoadedLibrary();
+    /// Loads the library, or a copy of it; a failure is the test's.
+    explicit LoadedLibrary(const std::string& path = LibraryPath());
     LoadedLibrary(const LoadedLibrary&) = delete;
     LoadedLibrary& operator=(const LoadedLibrary&) = delete;
     ~LoadedLibrary();
@@ -36,6 +36,12 @@ public:
 
     /// All exported names in alphabetical order.
     [[nodiscard]] std::vector<std::string> ExportedNames() const;
+
+    /// Whether this process has a library of this path loaded.
+    static bool IsLoaded(const std::string& path);
+
+    /// Whether the system takes a library away that nobody uses any more; else it stays for the life of the process.
+    static const bool canGo;
 
 private:
     [[nodiscard]] void* FindAddress(const char* name) const;

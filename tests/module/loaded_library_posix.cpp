@@ -60,8 +60,18 @@ std::vector<std::string> ExpectedExports() {
             "SysStringLen"};
 }
 
-LoadedLibrary::LoadedLibrary() : handle_(dlopen(LibraryPath(), RTLD_NOW | RTLD_LOCAL)) {
+const bool LoadedLibrary::canGo = false;
+
+LoadedLibrary::LoadedLibrary(const std::string& path) : handle_(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
     EXPECT_NE(handle_, nullptr) << dlerror();
+}
+
+bool LoadedLibrary::IsLoaded(const std::string& path) {
+    void* const handle = dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    if (handle != nullptr) {
+        dlclose(handle);
+    }
+    return handle != nullptr;
 }
 
 LoadedLibrary::~LoadedLibrary() {

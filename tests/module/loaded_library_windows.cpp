@@ -12,8 +12,14 @@ std::vector<std::string> ExpectedExports() {
             "DllRegisterServer", "DllUnregisterServer", "GetMorquilDiscoveryInstance_0000"};
 }
 
-LoadedLibrary::LoadedLibrary() : handle_(LoadLibraryA(LibraryPath())) {
-    EXPECT_NE(handle_, nullptr) << LibraryPath() << ": error " << GetLastError();
+const bool LoadedLibrary::canGo = true;
+
+LoadedLibrary::LoadedLibrary(const std::string& path) : handle_(LoadLibraryA(path.c_str())) {
+    EXPECT_NE(handle_, nullptr) << path << ": error " << GetLastError();
+}
+
+bool LoadedLibrary::IsLoaded(const std::string& path) {
+    return GetModuleHandleA(path.c_str()) != nullptr;
 }
 
 LoadedLibrary::~LoadedLibrary() {

@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Says how many lines of the library the native tests run; build/coverage/html shows which ones. Fails below 95 % of
+# the lines of protocol/, transport/ or device/. What cannot be reached is marked in the code, with its reason.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/flavours.sh
+
+readonly programs="protocol feature unit allocation simulation library"
+readonly least=95
+targets() { printf 'morquil-%s-tests ' $programs; }
+
+command -v gcovr > /dev/null || scripts/install-dependencies.sh
+# The counters of several threads are added atomically; without optimisation every line stands for itself.
+# shellcheck disable=SC2046  # one word per target
+build coverage -DMORQUIL_TESTS=ON -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS="--coverage -fprofile-update=atomic" \
+    -- $(targets)
+find build/coverage -name '*.gcda' -delete
+for program in $programs; do
+    # Every split says the same of the lines.
+    MORQUIL_SPLITS=29 run_logged "build/logs/coverage-$program.log" "build/coverage/tests/morquil-$program-tests" < /dev/null
+done
+
+mkdir -p build/coverage/html
+status=0
+for folder in protocol transport device; do
+    log=build/logs/coverage-$folder.txt
+    gcovr --root . --filter "$folder/" --exclude-throw-branches --fail-under-line "$least" --txt - \
+        --html-details "build/coverage/html/$folder.html" --print-summary build/coverage > "$log" 2>&1 || status=1
+    printf '%-10s %s\n' "$folder" "$(grep '^lines' "$log")"
+done
+exit "$status"

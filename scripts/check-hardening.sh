@@ -42,7 +42,8 @@ check_elf() {
     expect "no segment is both written and executed" has_not 'LOAD.* RWE ' "$headers"
     expect "no text relocations" has_not 'TEXTREL' "$dynamic"
     expect "stack protector" has '__stack_chk_fail' "$symbols"
-    expect "checked standard functions" has '__[a-z]+_chk@' "$symbols"
+    # Where the compiler knows the room it checks it; what it cannot check is not used.
+    expect "no function that writes text into unknown room" has_not ' (v?sn?printf|st[pr]n?cpy|strn?cat|gets)@' "$symbols"
     expect "no search path of the build" has_not 'RPATH|RUNPATH' "$dynamic"
     same "exports" "$(sed -n '/global:/,/local:/s/^ *\([A-Za-z0-9_]*\);$/\1/p' module/MorquilAPI.map | sort)" \
         "$(awk '$2 ~ /^[TW]$/ { sub(/@.*/, "", $3); print $3 }' <<< "$symbols" | sort)"

@@ -46,13 +46,23 @@ inline IMorquilDiscovery* DiscoveryBesideTheProgram() {
     return function == nullptr ? nullptr : reinterpret_cast<Function>(reinterpret_cast<void (*)()>(function))();
 }
 
+/// Keeps the library that `object` comes from for the rest of the process. Else the end of the last apartment, which
+/// may be a session's own, would take it away from under the objects that are still there.
+inline void KeepLibraryOf(IUnknown* object) {
+    HMODULE library = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                       *reinterpret_cast<LPCWSTR*>(object), &library);
+}
+
 /// The registered library, else the one beside the program.
 inline Pointer<IMorquilDiscovery> GetDiscovery() {
     void* discovery = nullptr;
     const HRESULT result = CoCreateInstance(__uuidof(CMorquilDiscovery), nullptr, CLSCTX_INPROC_SERVER,
                                             __uuidof(IMorquilDiscovery), &discovery);
     if (SUCCEEDED(result)) {
-        return Pointer<IMorquilDiscovery>::Adopt(static_cast<IMorquilDiscovery*>(discovery));
+        const auto created = Pointer<IMorquilDiscovery>::Adopt(static_cast<IMorquilDiscovery*>(discovery));
+        KeepLibraryOf(created.Get());
+        return created;
     }
     if (IMorquilDiscovery* const found = DiscoveryBesideTheProgram()) {
         return Pointer<IMorquilDiscovery>::Adopt(found);

@@ -127,8 +127,10 @@ build windows-ubsan "$lightly" -DMORQUIL_TESTS=OFF -DMORQUIL_TOOLS=OFF -DMORQUIL
 # shellcheck disable=SC2046  # one word per target
 build asan -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ "$lightly" -DMORQUIL_TESTS=ON -DMORQUIL_FUZZ=ON \
     -DMORQUIL_SANITIZE=address,undefined -- $(targets_of "$sanitized_programs") morquil-fuzz-replay
+# This sanitizer does not follow the fences of the simulated device's network library, which has locks beside them.
 # shellcheck disable=SC2046
-build tsan "$lightly" -DMORQUIL_TESTS=ON -DMORQUIL_SANITIZE=thread -- $(targets_of "$threaded_programs")
+build tsan "$lightly" -DCMAKE_CXX_FLAGS=-Wno-tsan -DMORQUIL_TESTS=ON -DMORQUIL_SANITIZE=thread \
+    -- $(targets_of "$threaded_programs")
 
 test_natively() {
     run_flavour native "$native_programs"

@@ -61,7 +61,7 @@ class KeyIndex {
 
 public:
     /// Reads one line into `set`; reports what is wrong with it.
-    static void ReadLine(const LineContext& line, std::string_view key, Set& set) {
+    static void ReadLine(const LineContext& line, const std::string_view& key, Set& set) {
         std::size_t index = 0;
         const std::size_t name = FindKey(key, index);
         if (name < nameCount) {
@@ -136,7 +136,7 @@ private:
         return false;
     }();
 
-    static std::size_t FindKey(std::string_view key, std::size_t& index) {
+    static std::size_t FindKey(const std::string_view& key, std::size_t& index) {
         if constexpr (!hasIndexedKeys) {
             return table.Find(key);
         } else {
@@ -150,7 +150,7 @@ private:
     }
 
     /// Takes a key apart into name and index; the index has no leading zeros.
-    static std::size_t FindIndexed(std::string_view key, std::size_t& index) {
+    static std::size_t FindIndexed(const std::string_view& key, std::size_t& index) {
         std::size_t digits = 0;
         std::size_t number = 0;
         for (std::size_t place = 1; digits < key.size() && IsDigit(key[key.size() - 1 - digits]); place *= 10) {
@@ -163,7 +163,7 @@ private:
         if (digits == 0 || (digits > 1 && key[key.size() - digits] == '0')) {
             return nameCount;
         }
-        const std::size_t name = table.Find(key.substr(0, key.size() - digits));
+        const std::size_t name = table.Find({key.data(), key.size() - digits});
         if (name == nameCount || number >= names[name].indexCount) {
             return nameCount;
         }

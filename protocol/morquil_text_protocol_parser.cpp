@@ -22,8 +22,7 @@ struct BlockOperations {
         Clear(std::get<block>(parser.changeSets_));
     }
     template <std::size_t block>
-    static void Read(Parser& parser, std::string_view key, std::string_view value) {
-        const LineContext line{parser, parser.selections_, value};
+    static void Read(Parser& parser, const LineContext& line, const std::string_view& key) {
         KeyIndex<typename Entry<block>::Description>::ReadLine(line, key, std::get<block>(parser.changeSets_));
     }
     template <std::size_t block>
@@ -32,7 +31,7 @@ struct BlockOperations {
     }
 
     void (*begin)(Parser&);
-    void (*read)(Parser&, std::string_view key, std::string_view value);
+    void (*read)(Parser&, const LineContext& line, const std::string_view& key);
     void (*deliver)(Parser&, IMorquilTextProtocolSink&);
 
     static const std::array<BlockOperations, blockCount> all;
@@ -85,7 +84,7 @@ struct KeyAndValue {
 /// The key runs from its first character that is neither space nor colon to the next colon; the value from the first
 /// such character behind a colon to the end of the line. A line that begins with a colon has seen one already when its
 /// key starts, so the key's second character starts the value.
-[[gnu::noinline]] KeyAndValue SplitAnyLine(std::string_view line, std::size_t colon) {
+KeyAndValue SplitLine(std::string_view line, std::size_t colon) {
     const std::size_t keyStart = Skip(line, 0);
     const bool colonIsFirst = colon < keyStart;
     const std::size_t valueStart = Skip(line, std::min((colonIsFirst ? keyStart : colon) + 1, line.size()));
@@ -94,29 +93,39 @@ struct KeyAndValue {
             {line.data() + valueStart, line.size() - valueStart}};
 }
 
-/// Devices write a key, a colon, one space and a value; to see that a line is one of these takes no search.
-KeyAndValue SplitLine(std::string_view line, std::size_t colon) {
-    const std::size_t value = colon + 2;
-    if (value < line.size() && !IsSkipped(line[0]) && IsSkipped(line[value - 1]) && !IsSkipped(line[value])) {
-        return {{line.data(), colon}, {line.data() + value, line.size() - value}};
-    }
-    return SplitAnyLine(line, colon);
+/// Whether a line is what devices write: a key, a colon, one space and a value. To see that takes no search.
+bool IsPlain(const char* line, std::size_t size, std::size_t colon) {
+    return colon < size && colon + 2 < size && !IsSkipped(line[0]) && IsSkipped(line[colon + 1]) &&
+           !IsSkipped(line[colon + 2]);
 }
 
 }  // namespace
 
-void MorquilTextProtocolParser::ParseLine(std::string_view line, std::size_t colon) {
+void MorquilTextProtocolParser::ReadValue(std::string_view key, std::string_view value) {
+    if (currentBlock_ >= 1) {
+        const LineContext line{*this, selections_, value};
+        BlockOperations::all[static_cast<std::size_t>(currentBlock_ - 1)].read(*this, line, key);
+    }
+}
+
+void MorquilTextProtocolParser::ParseLine(const char* line, std::size_t size, std::size_t colon) {
+    if (IsPlain(line, size, colon)) {
+        ReadValue({line, colon}, {line + colon + 2, size - colon - 2});
+    } else {
+        ParseOddLine({line, size}, colon);
+    }
+}
+
+void MorquilTextProtocolParser::ParseOddLine(std::string_view line, std::size_t colon) {
     if (colon == std::string_view::npos) {
         ReportErrorFormatted("Received line with no colon character\n");
         return;
     }
-    const auto [key, value] = SplitLine(line, colon);
-    if (value.empty()) {
+    const KeyAndValue parts = SplitLine(line, colon);
+    if (parts.value.empty()) {
         ReportText(*this, "Received line \"%s\" with no value string\n", {line.data(), colon});
-        return;
-    }
-    if (currentBlock_ >= 1) {
-        BlockOperations::all[static_cast<std::size_t>(currentBlock_ - 1)].read(*this, key, value);
+    } else {
+        ReadValue(parts.key, parts.value);
     }
 }
 

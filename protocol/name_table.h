@@ -83,14 +83,7 @@ public:
     static constexpr std::size_t Size() { return N; }
 
     /// The index of `name`, or N when it is unknown.
-    constexpr std::size_t Find(std::string_view name) const {
-        if (name.size() > longest_) {
-            return N;  // a line of a hostile device is not hashed to its end
-        }
-        const NameEnds ends(name);
-        const std::size_t index = slots_[Slot(ends)];
-        return index < N && IsName(index, name, ends) ? index : N;
-    }
+    constexpr std::size_t Find(const std::string_view& name) const { return Find(name.data(), name.size()); }
 
     /// The name at `index`, zero-terminated; an empty text beyond the table.
     constexpr std::string_view operator[](std::size_t index) const {
@@ -100,6 +93,16 @@ public:
 private:
     static constexpr std::size_t slotCount_ = std::bit_ceil(4 * N);
     static constexpr int slotShift_ = 64 - std::countr_zero(slotCount_);
+
+    /// Takes the text in two parts: not every system passes a whole one in registers.
+    constexpr std::size_t Find(const char* name, std::size_t size) const {
+        if (size > longest_) {
+            return N;  // a line of a hostile device is not hashed to its end
+        }
+        const NameEnds ends({name, size});
+        const std::size_t index = slots_[Slot(ends)];
+        return index < N && IsName(index, {name, size}, ends) ? index : N;
+    }
 
     [[gnu::always_inline]] constexpr std::size_t Slot(const NameEnds& ends) const {
         return static_cast<std::size_t>(ends.Hash(multiplier_) >> slotShift_);

@@ -12,12 +12,6 @@ namespace Morquil {
 
 namespace {
 
-/// A run of bytes without control characters, which is what a line consists of.
-struct Run {
-    const char* end;
-    std::size_t colon;  // the place of the first one, or LineBuffer::noColon
-};
-
 /// The last bytes of a text that is shorter than a block: a zero follows them.
 [[gnu::noinline]] ByteBlock ShortBlock(const char* bytes, std::size_t length) {
     char block[ByteBlock::size] = {};
@@ -46,6 +40,12 @@ const char* FindMarked(std::string_view bytes, const char* at, Mark mark) {
     return at + std::min(ByteBlock::First(marks), left);
 }
 
+/// What of a line stands in a text: bytes without control characters.
+struct Run {
+    const char* end;
+    std::size_t colon;  // the place of the first one, or LineBuffer::noColon
+};
+
 /// The run of `bytes` from `start` on. Most are shorter than what it takes to call a search of the system's.
 Run FindRun(std::string_view bytes, const char* start) {
     const char* const mark =
@@ -63,19 +63,19 @@ void TextProtocolParser::Feed(const char* bytes, std::size_t length) {
     const std::string_view received(bytes, length);
     const char* const end = bytes + length;
     while (bytes != end) {
-        const Run found = FindRun(received, bytes);
-        const std::string_view run(bytes, static_cast<std::size_t>(found.end - bytes));
-        const bool isWhole = found.end != end && *found.end == '\n' && line_.IsEmpty();
-        bytes = found.end;
-        if (isWhole && run.size() < LineBuffer::capacity) {
-            TakeLine(run, found.colon);  // needs no buffer
+        const char* const start = bytes;
+        const Run run = FindRun(received, start);
+        const auto size = static_cast<std::size_t>(run.end - start);
+        bytes = run.end;
+        if (bytes != end && *bytes == '\n' && line_.IsEmpty() && size < LineBuffer::capacity) {
+            TakeLine(start, size, run.colon);  // needs no buffer
             ++bytes;
             continue;
         }
-        if (run.size() <= line_.Room()) {
-            line_.AppendRun(received, run, found.colon);
+        if (size <= line_.Room()) {
+            line_.AppendRun(received, {start, size}, run.colon);
         } else {
-            CutRun(run);
+            CutRun({start, size});
         }
         if (bytes != end) {
             TakeControl(*bytes++);
@@ -86,17 +86,14 @@ void TextProtocolParser::Feed(const char* bytes, std::size_t length) {
 /// Keeps what is left of a run after as many full lines as it takes.
 void TextProtocolParser::CutRun(std::string_view run) {
     while (!run.empty()) {
-        if (line_.IsFull()) {
-            CutLine();
-        }
+        CutFullLine();
         run = line_.Append(run);
     }
 }
 
+/// The byte behind a run.
 void TextProtocolParser::TakeControl(char byte) {
-    if (line_.IsFull()) {
-        CutLine();  // before the byte is looked at: a line feed right behind a full buffer ends an empty line
-    }
+    CutFullLine();  // before the byte is looked at: a line feed right behind a full buffer ends an empty line
     if (byte == '\n') {
         TakeBufferedLine();
     } else if (byte != '\r') {
@@ -104,20 +101,26 @@ void TextProtocolParser::TakeControl(char byte) {
     }
 }
 
-void TextProtocolParser::CutLine() {
+void TextProtocolParser::CutFullLine() {
+    if (line_.IsFull()) {
+        ReportFullLine();
+        line_.Clear();
+    }
+}
+
+void TextProtocolParser::ReportFullLine() {
     ReportErrorFormatted("Input data reached maximum line size of %d characters",
                          static_cast<int>(LineBuffer::capacity));
-    line_.Clear();
 }
 
 void TextProtocolParser::TakeBufferedLine() {
     const std::string_view line = line_.Text();
-    if (line_.IsPlain()) {
-        const std::size_t colon = line_.Colon();
-        line_.Clear();
-        TakeLine(line, colon);
+    const std::size_t colon = line_.Colon();
+    const bool isPlain = line_.IsPlain();
+    line_.Clear();
+    if (isPlain) {
+        TakeLine(line.data(), line.size(), colon);
     } else {
-        line_.Clear();
         TakeOddLine(line);
     }
 }
@@ -126,22 +129,22 @@ void TextProtocolParser::TakeBufferedLine() {
 void TextProtocolParser::TakeOddLine(std::string_view line) {
     const std::string_view upToZero = UpToZero(line);
     if (upToZero.size() == line.size()) {
-        TakeLine(line, line.find(':'));
+        TakeLine(line.data(), line.size(), line.find(':'));
     } else if (readerState_ == ReaderState::InsideBlock) {
-        ParseLine(upToZero, upToZero.find(':'));
+        ParseLine(upToZero.data(), upToZero.size(), upToZero.find(':'));
     } else if (readerState_ == ReaderState::HeaderExpected) {
         TakeHeader(upToZero);  // a colon at the end of the line stands behind the zero
     }
 }
 
-void TextProtocolParser::TakeLine(std::string_view line, std::size_t colon) {
-    if (line.empty()) {
+void TextProtocolParser::TakeLine(const char* line, std::size_t size, std::size_t colon) {
+    if (size == 0) {
         EndBlock();
         readerState_ = ReaderState::HeaderExpected;
     } else if (readerState_ == ReaderState::InsideBlock) {
-        ParseLine(line, colon);
+        ParseLine(line, size, colon);
     } else if (readerState_ == ReaderState::HeaderExpected) {
-        TakeHeader({line.data(), line.size() - (line.back() == ':' ? 1 : 0)});
+        TakeHeader({line, size - (line[size - 1] == ':' ? 1 : 0)});
     }
 }
 

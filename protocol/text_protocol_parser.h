@@ -29,8 +29,9 @@ protected:
     virtual void ReportError(const char* text) = 0;
     /// `header` has lost its colon. Returns whether the block is known; the lines of an unknown one are skipped.
     virtual bool BeginBlock(std::string_view header) = 0;
-    /// `colon` is the place of the line's first colon, or npos.
-    virtual void ParseLine(std::string_view line, std::size_t colon) = 0;
+    /// A line of a known block: its text in two parts, which every system passes in registers, and the place of its
+    /// first colon, or npos.
+    virtual void ParseLine(const char* line, std::size_t size, std::size_t colon) = 0;
     virtual void EndBlock() = 0;
     virtual void OnPingLine() = 0;
     virtual void OnAcknowledgeLine(bool positive) = 0;
@@ -40,11 +41,12 @@ private:
 
     void TakeControl(char byte);
     void TakeBufferedLine();
+    void TakeLine(const char* line, std::size_t size, std::size_t colon);
+    void CutFullLine();
     // No device sends what these are for.
     [[gnu::cold]] void CutRun(std::string_view run);
-    [[gnu::cold]] void CutLine();
+    [[gnu::cold]] void ReportFullLine();
     [[gnu::cold]] void TakeOddLine(std::string_view line);
-    void TakeLine(std::string_view line, std::size_t colon);
     void TakeHeader(std::string_view header);
 
     ReaderState readerState_ = ReaderState::HeaderExpected;

@@ -1,5 +1,5 @@
 // Many devices in one process: what each takes up, and how long it takes until all are connected, against a raw client
-// that has all conversations on one thread.
+// that has all conversations on one thread, and raw clients with a thread each.
 //   --devices=NUMBER  how many
 //   --rounds=NUMBER   how often all of them are connected
 #include <condition_variable>
@@ -58,6 +58,17 @@ std::vector<Device> ConnectAll(const std::vector<std::string>& addresses) {
         device->RemoveConnectionObserver(&observer);
     }
     return devices;
+}
+
+/// As the library does it: a thread for each conversation.
+void ConnectAllRawOnThreads(const std::vector<std::string>& addresses) {
+    std::vector<std::jthread> threads;
+    for (const std::string& address : addresses) {
+        threads.emplace_back([&address] {
+            RawClient client(address);
+            ConnectRaw(client);
+        });
+    }
 }
 
 /// Threads that have just ended may still be counted.
@@ -131,6 +142,7 @@ int main(int argumentCount, char** arguments) {
     }
     std::vector<double> library;
     std::vector<double> raw;
+    std::vector<double> threads;
     Footprint bare{};
     Footprint device{};
     {
@@ -140,11 +152,13 @@ int main(int argumentCount, char** arguments) {
         device = FootprintOf(addresses.size(), [&] { return ConnectAll(addresses); });
         for (int round = 0; round < rounds; ++round) {
             raw.push_back(MicrosecondsOf([&] { ConnectAllRaw(addresses); }) / 1000);
+            threads.push_back(MicrosecondsOf([&] { ConnectAllRawOnThreads(addresses); }) / 1000);
             std::vector<Device> connected;
             library.push_back(MicrosecondsOf([&] { connected = ConnectAll(addresses); }) / 1000);
         }
     }
     results.AddMedian("Devices/Raw", raw, "ms");
+    results.AddMedian("Devices/RawThreads", threads, "ms");
     results.AddMedian("Devices/Library", library, "ms");
     results.Add("Devices/Library/kilobytes", device.kilobytes);
     results.Add("Devices/BareThread/kilobytes", bare.kilobytes);

@@ -1,20 +1,55 @@
+#include <windows.h>
+// windows.h comes first.
 #include <io.h>
+#include <winternl.h>
 
+#include <atomic>
 #include <cstdio>
 
 #include "transport/console.h"
 
 namespace Morquil {
+namespace {
+
+bool AskWhetherNullDevice(HANDLE output) {
+    constexpr ULONG nullDeviceType = 0x15;
+    IO_STATUS_BLOCK status{};
+    FILE_FS_DEVICE_INFORMATION device{};
+    return NtQueryVolumeInformationFile(output, &status, &device, sizeof(device), FileFsDeviceInformation) == 0 &&
+           device.DeviceType == nullDeviceType;
+}
+
+// The answer is kept, since each question may be a round trip to another process. A console that has got the number of
+// a null device that was closed is still written to, without what the C library does for consoles.
+bool IsNullDevice(HANDLE output) {
+    static std::atomic<HANDLE> known = nullptr;
+    if (output == known) {
+        return true;
+    }
+    const bool isNull = AskWhetherNullDevice(output);
+    if (isNull) {
+        known = output;
+    }
+    return isNull;
+}
+
+}  // namespace
 
 // On a character device a stream may have no buffer and write each character by itself, which takes longer than all
-// else that a connection does.
+// else that a connection does. For the null device the C library asks before each write whether it is a console.
 void Print(std::string_view text) {
-    const int output = _fileno(stdout);
-    if (_isatty(output) != 0) {
-        std::fflush(stdout);
-        _write(output, text.data(), static_cast<unsigned>(text.size()));
-    } else {
+    const int descriptor = _fileno(stdout);
+    if (_isatty(descriptor) == 0) {
         std::fwrite(text.data(), 1, text.size(), stdout);
+        return;
+    }
+    std::fflush(stdout);
+    const auto output = reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
+    if (IsNullDevice(output)) {
+        DWORD written = 0;
+        WriteFile(output, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+    } else {
+        _write(descriptor, text.data(), static_cast<unsigned>(text.size()));
     }
 }
 

@@ -157,6 +157,7 @@ bool PollComms::Attach(SocketHandle socket, bool /*nonBlocking*/) {
 void PollComms::Arm(int socket) {
     socket_ = socket;
     pending_.Clear();
+    readAhead_.Clear();
     tellReadable_ = tellWritable_ = tellGone_ = true;
 }
 
@@ -187,12 +188,13 @@ void PollComms::Poll(const Deadline& deadline) {
         return;
     }
     const bool watchSocket = includeSocket_ && tellGone_;
+    const bool leftOver = includeSocket_ && readAhead_.IsUntold();
     std::array<pollfd, 2> watched{
         {{wakeUp_.Descriptor(), POLLIN, 0}, {watchSocket ? socket_ : notWatched, WatchedEvents(), 0}}};
-    const int result = PollUntil(watched, deadline);
+    const int result = PollUntil(watched, leftOver ? Deadline(0) : deadline);
     if (result < 0) {
         pending_.AddOne(CommsEvent::WaitFailed);
-    } else if (result == 0) {
+    } else if (result == 0 && !leftOver) {
         pending_.AddOne(CommsEvent::Timeout);
     } else if (watched[wakeUpPlace].revents == 0) {
         pending_.AddSocket(Translate(watched[socketPlace].revents));
@@ -219,10 +221,11 @@ short PollComms::WatchedEvents() const {
 SocketState PollComms::Translate(short reported) {
     SocketState state;
     state.gone = (reported & (POLLRDHUP | POLLHUP | POLLERR | POLLNVAL)) != 0;
-    state.readable = (reported & POLLIN) != 0;
+    state.readable = (reported & POLLIN) != 0 || readAhead_.IsUntold();
     state.writable = (reported & POLLOUT) != 0;
     tellGone_ = tellGone_ && !state.gone;
     tellReadable_ = tellReadable_ && !state.readable;
+    readAhead_.Tell(false);
     tellWritable_ = tellWritable_ && !state.writable;
     return state;
 }
@@ -232,14 +235,13 @@ int PollComms::Receive(char* buffer, int length, int flags) {
     if (length < 0) {
         return commsFailed;
     }
-    ssize_t result = 0;
-    do {
-        result = recv(socket_, buffer, static_cast<std::size_t>(length), flags);
-    } while (result < 0 && errno == EINTR);
-    if (result < 0) {
-        return errno == EAGAIN ? commsWouldBlock : commsFailed;
-    }
-    return static_cast<int>(result);
+    return readAhead_.Take(buffer, length, flags, (flags & MSG_PEEK) != 0, [this](char* into, int room, int way) {
+        ssize_t result = 0;
+        do {
+            result = recv(socket_, into, static_cast<std::size_t>(room), way);
+        } while (result < 0 && errno == EINTR);
+        return result >= 0 ? static_cast<int>(result) : errno == EAGAIN ? commsWouldBlock : commsFailed;
+    });
 }
 
 int PollComms::Send(const char* data, int length, int flags) {

@@ -9,6 +9,7 @@
 #include "transport/deadline.h"
 #include "transport/file_descriptor.h"
 #include "transport/pending_events.h"
+#include "transport/read_ahead.h"
 #include "transport/signals.h"
 #include "transport/wake_up.h"
 
@@ -43,6 +44,7 @@ private:
     Signals signals_;
     WakeUp wakeUp_;  // of a wait, for a signal
     PendingEvents pending_;
+    ReadAhead readAhead_;
 
     // poll reports a state for as long as it lasts, the client counts on being told of a change once: these say what it
     // still has to be told of.

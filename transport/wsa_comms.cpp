@@ -73,7 +73,7 @@ bool WSAComms::Initialise() {
 }
 
 bool WSAComms::CreateEvents() {
-    networkEvent_ = WindowsHandle(WSACreateEvent());
+    networkEvent_ = WindowsHandle(CreateEventA(nullptr, FALSE, FALSE, nullptr));
     stopEvent_ = WindowsHandle(CreateEventA(nullptr, FALSE, FALSE, nullptr));
     sendEvent_ = WindowsHandle(CreateEventA(nullptr, FALSE, FALSE, nullptr));
     userEvent_ = WindowsHandle(CreateEventA(nullptr, FALSE, FALSE, nullptr));
@@ -151,6 +151,7 @@ bool WSAComms::Attach(SocketHandle socket, bool nonBlocking) {
 void WSAComms::Arm(SOCKET socket) {
     socket_ = socket;
     pending_.Clear();
+    readAhead_.Clear();
     SendAtOnce(socket);
     WSAEventSelect(socket, networkEvent_.Get(), watchedEvents);
 }
@@ -182,11 +183,12 @@ void WSAComms::Wait(const Deadline& deadline) {
     if (TakeSignal()) {
         return;
     }
-    const DWORD remaining = deadline.RemainingMs();
+    const bool leftOver = waitCount_ == allHandles && readAhead_.IsUntold();
+    const DWORD remaining = leftOver ? 0 : deadline.RemainingMs();
     const DWORD result = WSAWaitForMultipleEvents(waitCount_, waitHandles_.data(), FALSE, remaining, FALSE);
     if (result < WSA_WAIT_EVENT_0 + allButSocket) {
         TakeSignal();
-    } else if (result == WSA_WAIT_EVENT_0 + allButSocket) {
+    } else if (leftOver || result == WSA_WAIT_EVENT_0 + allButSocket) {
         pending_.AddSocket(EnumerateSocket());
     } else if (result == WSA_WAIT_TIMEOUT || remaining == 0) {
         pending_.AddOne(CommsEvent::Timeout);
@@ -201,21 +203,28 @@ bool WSAComms::TakeSignal() {
     return signal.has_value();
 }
 
-SocketState WSAComms::EnumerateSocket() const {
+// The wait has reset the event.
+SocketState WSAComms::EnumerateSocket() {
     WSANETWORKEVENTS found{};
     SocketState state;
-    if (WSAEnumNetworkEvents(socket_, networkEvent_.Get(), &found) != 0) {
+    if (WSAEnumNetworkEvents(socket_, nullptr, &found) != 0) {
         state.gone = true;
         return state;
     }
-    state.readable = (found.lNetworkEvents & FD_READ) != 0;
+    const bool more = (found.lNetworkEvents & FD_READ) != 0;
+    state.readable = more || readAhead_.IsUntold();
+    readAhead_.Tell(more);
     state.writable = (found.lNetworkEvents & FD_WRITE) != 0;
     state.gone = (found.lNetworkEvents & FD_CLOSE) != 0;
     return state;
 }
 
 int WSAComms::Receive(char* buffer, int length, int flags) {
-    return length < 0 ? commsFailed : ResultOf(recv(socket_, buffer, length, flags));
+    if (length < 0) {
+        return commsFailed;
+    }
+    return readAhead_.Take(buffer, length, flags, (flags & MSG_PEEK) != 0,
+                           [this](char* into, int room, int way) { return ResultOf(recv(socket_, into, room, way)); });
 }
 
 int WSAComms::Send(const char* data, int length, int flags) {

@@ -7,6 +7,7 @@
 #include "transport/abstract_comms.h"
 #include "transport/deadline.h"
 #include "transport/pending_events.h"
+#include "transport/read_ahead.h"
 #include "transport/signals.h"
 #include "transport/windows_handle.h"
 
@@ -35,7 +36,7 @@ private:
     void Wait(const Deadline& deadline);
     bool TakeSignal();
     bool Signal(CommsSignal which, const WindowsHandle& event);
-    SocketState EnumerateSocket() const;
+    SocketState EnumerateSocket();
 
     SOCKET socket_ = INVALID_SOCKET;
     bool started_ = false;
@@ -50,6 +51,7 @@ private:
     std::array<HANDLE, 4> waitHandles_{};  // stop, send, user, network: the first that is signalled wins
     DWORD waitCount_ = 0;
     PendingEvents pending_;
+    ReadAhead readAhead_;
 };
 
 }  // namespace Morquil

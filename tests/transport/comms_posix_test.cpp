@@ -3,6 +3,7 @@
 #include <poll.h>
 #include <pthread.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <array>
@@ -103,6 +104,28 @@ TEST_F(PollCommsTest, TellsEverythingAnewWhenItIsArmedAgain) {
     EXPECT_TRUE(comms.WaitForConnect(0));
     EXPECT_EQ(comms.WaitForEvent(), CommsEvent::Readable);
     EXPECT_EQ(comms.WaitForEvent(), CommsEvent::Writable);
+}
+
+TEST_F(PollCommsTest, TellsTheEndWithoutTheBytesThatAReceiveLeft) {
+    Connect();
+    ASSERT_TRUE(peer->Send("abcdef"));
+    ASSERT_EQ(comms.WaitForEvent(), CommsEvent::Readable);
+    std::array<char, 4> some{};
+    EXPECT_EQ(comms.Receive(some.data(), 4, 0), 4);
+    peer->Close();
+    EXPECT_EQ(comms.WaitForEvent(), CommsEvent::SocketError);
+}
+
+TEST_F(PollCommsTest, LooksAtBytesAndLeavesThem) {
+    Connect();
+    ASSERT_TRUE(peer->Send("abc"));
+    ASSERT_EQ(comms.WaitForEvent(), CommsEvent::Readable);
+    std::array<char, 4> seen{};
+    EXPECT_EQ(comms.Receive(seen.data(), 4, MSG_PEEK), 3);
+    EXPECT_EQ(comms.Receive(seen.data(), 1, 0), 1);
+    EXPECT_EQ(comms.Receive(seen.data(), 4, MSG_PEEK), 2);
+    EXPECT_EQ(comms.Receive(seen.data(), 4, 0), 2);
+    EXPECT_EQ(seen[0], 'b');
 }
 
 TEST_F(PollCommsTest, EndsAnInterruptedWaitInTime) {

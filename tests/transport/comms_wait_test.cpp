@@ -52,6 +52,55 @@ TEST_F(CommsTest, TellsReadableAgainAfterAReceiveThatLeftBytes) {
     EXPECT_EQ(Receive(4), "ef");
 }
 
+TEST_F(CommsTest, TellsASignalBeforeTheBytesThatAReceiveLeft) {
+    Connect();
+    ASSERT_TRUE(peer->Send("abcdef"));
+    ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(4), "abcd");
+    EXPECT_TRUE(comms->Signal(signalStop));
+    EXPECT_EQ(EventAtOnce(), CommsEvent::StopRequested);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Readable);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+    EXPECT_EQ(Receive(4), "ef");
+}
+
+TEST_F(CommsTest, TellsNothingOfLeftBytesWhileTheSocketIsLeftOut) {
+    Connect();
+    ASSERT_TRUE(peer->Send("abcdef"));
+    ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(4), "abcd");
+    comms->SetWaitMode(false, 0);
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Timeout);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Readable);
+}
+
+TEST_F(CommsTest, LosesNothingOfALongTextInSmallPieces) {
+    Connect();
+    std::string sent;
+    for (int number = 0; sent.size() < 50'000; ++number) {
+        sent += std::to_string(number) + ' ';
+    }
+    ASSERT_TRUE(peer->Send(sent));
+    std::string received;
+    while (received.size() < sent.size()) {
+        ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+        received += Receive(300);
+    }
+    EXPECT_EQ(received, sent);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+}
+
+TEST_F(CommsTest, ForgetsTheBytesOfAnEarlierConnection) {
+    Connect();
+    ASSERT_TRUE(peer->Send("abcdef"));
+    ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(4), "abcd");
+    comms->Close();
+    Connect();
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+    EXPECT_EQ(ReceiveResult(), commsWouldBlock);
+}
+
 TEST_F(CommsTest, TellsAReceiveThatWouldBlockFromALoss) {
     Connect();
     EXPECT_EQ(ReceiveResult(), commsWouldBlock);

@@ -75,7 +75,7 @@ run_target() {
         [ -d "$folder" ] && set -- "$@" "$folder"
     done
     nice "$built/morquil-fuzz-$name" -jobs="$processes" -workers="$processes" -max_total_time="$seconds" \
-        -max_len="$longest" -dict="$built/morquil.dict" -entropic=0 -timeout=10 -rss_limit_mb=1024 \
+        -max_len="$longest" -dict="$built/morquil.dict" -entropic=0 -timeout=60 -rss_limit_mb=1024 \
         -artifact_prefix=found/ -print_final_stats=1 learnt "$@" > all.log 2>&1 < /dev/null || status=$?
     executions=$(awk '/^stat::number_of_executed_units:/ { sum += $2 } END { printf "%.0f", sum }' fuzz-*.log)
     printf '  %-8s %12s executions in %s s\n' "$name" "$executions" "$seconds"

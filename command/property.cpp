@@ -5,6 +5,7 @@
 #include <span>
 
 #include "command/exit_code.h"
+#include "command/lower_case.h"
 #include "command/property_table.h"
 #include "command/suggestion.h"
 
@@ -20,10 +21,6 @@ std::vector<Property> MakeTable() {
     AddAncillaryRows(all);
     AddAudioRows(all);
     return all;
-}
-
-char Lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 bool Matches(std::string_view pattern, std::string_view name) {

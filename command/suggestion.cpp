@@ -4,15 +4,9 @@
 #include <numeric>
 #include <vector>
 
+#include "command/lower_case.h"
+
 namespace Morquil::Command {
-namespace {
-
-char Lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-}  // namespace
-
 std::size_t EditDistance(std::string_view left, std::string_view right) {
     // One row of the table at a time: row[n] is the distance of what has been read of `left` to n letters of `right`.
     std::vector<std::size_t> row(right.size() + 1);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "command/exit_code.h"
+#include "command/lower_case.h"
 #include "command/suggestion.h"
 
 namespace Morquil::Command {
@@ -22,8 +23,7 @@ std::string Quoted(std::string_view text) {
 
 std::string LowerCase(std::string_view text) {
     std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    std::transform(lower.begin(), lower.end(), lower.begin(), Lower);
     return lower;
 }
 

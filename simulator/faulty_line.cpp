@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "simulator/acknowledgements.h"
+
 namespace Morquil::Simulator {
 
 namespace {
 
 constexpr std::string_view blockEnd = "\n\n";
-constexpr std::string_view acknowledged = "ACK\n\n";
-constexpr std::string_view refused = "NACK\n\n";
 constexpr std::size_t overlongLine = 5000;
 constexpr std::size_t floodBurst = 16384;
 constexpr std::chrono::milliseconds floodPause{1};

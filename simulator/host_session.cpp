@@ -2,16 +2,10 @@
 
 #include <utility>
 
+#include "simulator/acknowledgements.h"
 #include "simulator/block_kinds.h"
 
 namespace Morquil::Simulator {
-
-namespace {
-
-constexpr const char* acknowledged = "ACK\n\n";
-constexpr const char* refused = "NACK\n\n";
-
-}  // namespace
 
 template <class Description>
 void HostSession::OnBlock(const ChangeSetOf<Description>& set) {
@@ -54,7 +48,8 @@ void HostSession::Change(const ChangeSetOf<Description>& set) {
         Refuse<Description>();
         return;
     }
-    answer_.toSender += acknowledged + outcome.report;
+    answer_.toSender += acknowledged;
+    answer_.toSender += outcome.report;
     answer_.toOthers += outcome.report;
 }
 

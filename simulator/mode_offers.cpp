@@ -3,6 +3,8 @@
 #include <cmath>
 #include <initializer_list>
 
+#include "simulator/mode_sizes.h"
+
 namespace Morquil::Simulator {
 
 namespace {
@@ -12,10 +14,6 @@ struct Conversion {
     const VideoModeDetails& from;
     const VideoModeDetails& to;
 };
-
-bool IsStandardDefinition(const VideoModeDetails& mode) {
-    return mode.height < 720;
-}
 
 bool IsUltraHighDefinition(const VideoModeDetails& mode) {
     return mode.height > 1080;

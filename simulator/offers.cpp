@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "simulator/mode_sizes.h"
+
 namespace Morquil::Simulator {
 
 namespace {
@@ -26,10 +28,6 @@ bool CountsIn(const VideoModeDetails& mode, std::int32_t rate) {
 /// 25 goes with 50; 24 goes with 30 and 60; the fractional rates go with each other.
 bool RatesBelongTogether(const VideoModeDetails& from, const VideoModeDetails& to) {
     return IsFractional(from) == IsFractional(to) && CountsIn(from, 25000) == CountsIn(to, 25000);
-}
-
-bool IsStandardDefinition(const VideoModeDetails& mode) {
-    return mode.height < 720;
 }
 
 /// Words that hold a space cannot stand in a list of words.

@@ -5,16 +5,9 @@
 #include <vector>
 
 #include "MorquilAPI.h"
+#include "tests/support/four_characters.h"
 
 namespace Morquil::Test {
-
-/// 'abcd' as a number: the first character in the most significant byte.
-constexpr int FourCharacters(const char (&text)[5]) {
-    unsigned value = 0;
-    for (int i = 0; i < 4; ++i)
-        value = (value << 8) | static_cast<unsigned char>(text[i]);
-    return static_cast<int>(value);
-}
 
 struct ExpectedMethod {
     std::string name;

@@ -15,7 +15,7 @@ namespace {
 struct ReleaseObject {
     void operator()(IUnknown* object) const { object->Release(); }
 };
-using Library = std::unique_ptr<ITypeLib, ReleaseObject>;
+using TypeLibrary = std::unique_ptr<ITypeLib, ReleaseObject>;
 using Type = std::unique_ptr<ITypeInfo, ReleaseObject>;
 
 std::string TakeText(BSTR text) {
@@ -26,13 +26,13 @@ std::string TakeText(BSTR text) {
     return narrow;
 }
 
-Library Load() {
+TypeLibrary Load() {
     std::wstring path;
     for (const char letter : std::string(LibraryPath()))
         path.push_back(static_cast<wchar_t>(letter));
     ITypeLib* library = nullptr;
     EXPECT_EQ(LoadTypeLib(path.c_str(), &library), S_OK) << LibraryPath();
-    return Library(library);
+    return TypeLibrary(library);
 }
 
 Type TypeAt(ITypeLib& library, UINT index) {
@@ -163,7 +163,7 @@ TEST(TypeLibrary, IsResourceNumberOneOfTheModuleInItsLanguage) {
 }
 
 TEST(TypeLibrary, HasItsIdentityVersionLocaleAndSystem) {
-    const Library library = Load();
+    const TypeLibrary library = Load();
     ASSERT_NE(library, nullptr);
     TLIBATTR* attributes = nullptr;
     ASSERT_EQ(library->GetLibAttr(&attributes), S_OK);
@@ -180,28 +180,28 @@ TEST(TypeLibrary, HasItsIdentityVersionLocaleAndSystem) {
 }
 
 TEST(TypeLibrary, HoldsTheInterfacesEnumerationsAndTheClassAndNothingElse) {
-    const Library library = Load();
+    const TypeLibrary library = Load();
     ASSERT_NE(library, nullptr);
 
     EXPECT_EQ(library->GetTypeInfoCount(), ExpectedInterfaces().size() + ExpectedEnumerations().size() + 1);
 }
 
 TEST(TypeLibrary, ListsEveryInterfaceWithItsMethodsInTheirSlots) {
-    const Library library = Load();
+    const TypeLibrary library = Load();
     ASSERT_NE(library, nullptr);
     for (const ExpectedInterface& expected : ExpectedInterfaces())
         ExpectInterface(*library, expected);
 }
 
 TEST(TypeLibrary, ListsEveryEnumerationWithItsValues) {
-    const Library library = Load();
+    const TypeLibrary library = Load();
     ASSERT_NE(library, nullptr);
     for (const ExpectedEnumeration& expected : ExpectedEnumerations())
         ExpectEnumeration(*library, expected);
 }
 
 TEST(TypeLibrary, ListsTheClassWithItsDefaultInterface) {
-    const Library library = Load();
+    const TypeLibrary library = Load();
     ASSERT_NE(library, nullptr);
     std::string help;
     const Type type = Find(*library, "CMorquilDiscovery", &help);

@@ -20,7 +20,7 @@ using std::chrono::steady_clock;
 const Strings connectedAndLeft = {"connected", "disconnected cfnr"};
 const Strings neverConnected = {"disconnected cfnr"};
 
-constexpr int setGain = 3;
+constexpr int setVideoGain = 3;
 constexpr int getGain = 4;
 constexpr int getGainRange = 5;
 
@@ -199,9 +199,9 @@ TEST_F(Faults, WithoutAnAcknowledgementTheNextSetterWaits) {
     device.Obey("ack off");
     device.Heard();
 
-    device.Set(Iid::videoProcAmp, setGain, 7);
+    device.Set(Iid::videoProcAmp, setVideoGain, 7);
     EXPECT_TRUE(Eventually([&] { return device.Number(Iid::videoProcAmp, getGain) == 7; }));
-    device.Set(Iid::videoProcAmp, setGain, 8);
+    device.Set(Iid::videoProcAmp, setVideoGain, 8);
     EXPECT_EQ(device.Heard(), "");
 
     EXPECT_EQ(device.Number(Iid::videoProcAmp, getGain), 7);
@@ -215,7 +215,7 @@ TEST_F(Faults, RefusalsAreTakenForAnswersAndChangeNothing) {
 
     for (const int gain : {7, 8}) {
         const std::string block = "VIDEO PROC AMP:\nGain: " + std::to_string(gain) + "\n\n";
-        device.Set(Iid::videoProcAmp, setGain, gain);
+        device.Set(Iid::videoProcAmp, setVideoGain, gain);
         EXPECT_TRUE(Eventually([&] { return device.HostSaid().ends_with(block); }));
         EXPECT_EQ(device.Heard(), "");
         EXPECT_EQ(device.Number(Iid::videoProcAmp, getGain), 0);

@@ -15,8 +15,6 @@
 
 namespace Morquil::Test {
 
-using Strings = std::vector<std::string>;
-
 /// Asks again and again, for up to 10 s: for what the library and the device tell nobody. Returns: whether it came
 /// true.
 bool Eventually(const std::function<bool()>& condition);

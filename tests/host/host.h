@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "tests/host/host_observer.h"
 #include "tests/host/host_text.h"
@@ -8,6 +9,8 @@
 #include "tests/module/loaded_library.h"
 
 namespace Morquil::Test {
+
+using Strings = std::vector<std::string>;
 
 /// The library under test. Stays loaded, as hosts keep it.
 const LoadedLibrary& Library();

@@ -10,7 +10,6 @@
 namespace Morquil::Test {
 namespace {
 
-using Strings = std::vector<std::string>;
 using Testing::DeviceScript;
 using Testing::ScriptedDevice;
 

@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "tests/support/four_characters.h"
+
 namespace Morquil::Test {
 
 using Result = std::int32_t;
@@ -27,14 +29,7 @@ struct Guid {
 /// From the form {7FC720E3-B8C6-4A7C-8CAE-AF5DCB3E4E4A}.
 Guid ToGuid(const char* text);
 
-/// The four characters of a code, the first on top.
-constexpr std::int32_t FourCharacters(const char (&text)[5]) {
-    std::uint32_t code = 0;
-    for (int index = 0; index < 4; ++index) {
-        code = code << 8 | static_cast<unsigned char>(text[index]);
-    }
-    return static_cast<std::int32_t>(code);
-}
+/// The other way round than `FourCharacters`.
 std::string FourCharacterText(std::int32_t code);
 
 namespace Iid {

@@ -13,8 +13,6 @@
 namespace Morquil::Test {
 namespace {
 
-using Strings = std::vector<std::string>;
-
 /// A copy of the library, so that nobody else's use keeps it loaded.
 class OwnLibrary {
 public:

@@ -14,8 +14,8 @@
 namespace Morquil {
 namespace {
 
-constexpr NameTable headers{"VIDEO INPUT", "VIDEO INPUT AVAILABILITY", "VIDEO OUTPUT", "VIDEO OUTPUT AVAILABILITY",
-                            "ALIGN",       "ALIGN AVAILABILITY",       "AUDIO",        "PRESET"};
+constexpr NameTable blockHeaders{"VIDEO INPUT", "VIDEO INPUT AVAILABILITY", "VIDEO OUTPUT", "VIDEO OUTPUT AVAILABILITY",
+                                 "ALIGN",       "ALIGN AVAILABILITY",       "AUDIO",        "PRESET"};
 
 // Names that differ in one byte only, wherever it stands, and names of every length up to a long word.
 constexpr NameTable keys{"size X left",
@@ -59,7 +59,7 @@ void ExpectEveryNameFound(const NameTable<N>& table) {
 }
 
 TEST(NameTable, FindsEveryNameInAnyCase) {
-    ExpectEveryNameFound(headers);
+    ExpectEveryNameFound(blockHeaders);
     ExpectEveryNameFound(keys);
 }
 
@@ -76,16 +76,16 @@ TEST(NameTable, FindsNoTextThatDiffersInOneByte) {
 }
 
 TEST(NameTable, FindsNoLongerOrShorterText) {
-    for (std::size_t i = 0; i < headers.Size(); ++i) {
-        const std::string name(headers[i]);
-        EXPECT_EQ(headers.Find(name + " "), headers.Size()) << name;
-        EXPECT_EQ(headers.Find(name + '\0'), headers.Size()) << name;
-        EXPECT_EQ(headers.Find(name.substr(1)), headers.Size()) << name;
-        EXPECT_EQ(headers.Find(name.substr(0, name.size() - 1)), headers.Size()) << name;
+    for (std::size_t i = 0; i < blockHeaders.Size(); ++i) {
+        const std::string name(blockHeaders[i]);
+        EXPECT_EQ(blockHeaders.Find(name + " "), blockHeaders.Size()) << name;
+        EXPECT_EQ(blockHeaders.Find(name + '\0'), blockHeaders.Size()) << name;
+        EXPECT_EQ(blockHeaders.Find(name.substr(1)), blockHeaders.Size()) << name;
+        EXPECT_EQ(blockHeaders.Find(name.substr(0, name.size() - 1)), blockHeaders.Size()) << name;
     }
-    EXPECT_EQ(headers.Find(""), headers.Size());
-    EXPECT_EQ(headers.Find({}), headers.Size());
-    EXPECT_EQ(headers.Find(std::string(1000, 'V')), headers.Size());
+    EXPECT_EQ(blockHeaders.Find(""), blockHeaders.Size());
+    EXPECT_EQ(blockHeaders.Find({}), blockHeaders.Size());
+    EXPECT_EQ(blockHeaders.Find(std::string(1000, 'V')), blockHeaders.Size());
 }
 
 TEST(NameTable, TakesOnlyLettersForTheSameInBothCases) {
@@ -108,17 +108,17 @@ TEST(NameTable, ReadsOnlyTheTextItIsGiven) {
 }
 
 TEST(NameTable, GivesZeroTerminatedNamesAndNothingBeyondTheLast) {
-    EXPECT_EQ(headers.Size(), 8U);
-    EXPECT_STREQ(headers[0].data(), "VIDEO INPUT");
-    EXPECT_STREQ(headers[7].data(), "PRESET");
-    EXPECT_STREQ(headers[8].data(), "");
-    EXPECT_STREQ(headers[static_cast<std::size_t>(-1)].data(), "");
+    EXPECT_EQ(blockHeaders.Size(), 8U);
+    EXPECT_STREQ(blockHeaders[0].data(), "VIDEO INPUT");
+    EXPECT_STREQ(blockHeaders[7].data(), "PRESET");
+    EXPECT_STREQ(blockHeaders[8].data(), "");
+    EXPECT_STREQ(blockHeaders[static_cast<std::size_t>(-1)].data(), "");
 }
 
 TEST(NameTable, IsSearchedAtCompileTimeToo) {
-    static_assert(headers.Find("video output") == 2);
+    static_assert(blockHeaders.Find("video output") == 2);
     static_assert(keys.Find("variable aspect ratio SIZE Y LEFT") == 5);
-    static_assert(headers.Find("VIDEO") == headers.Size());
+    static_assert(blockHeaders.Find("VIDEO") == blockHeaders.Size());
     static constexpr std::array<std::string_view, 2> names{"One", "Two"};
     static constexpr NameTable fromArray(names);
     static_assert(fromArray.Find("two") == 1);

@@ -13,7 +13,7 @@ namespace {
 using namespace std::string_view_literals;
 using Events = RecordingSink::Events;
 
-std::string Genlock(const std::string& lines) {
+std::string GenlockEvent(const std::string& lines) {
     return "OnGenlock: GENLOCK:\n" + lines + "\n";
 }
 
@@ -25,28 +25,28 @@ TEST(TextProtocolParser, DeliversABlockAtItsEmptyLine) {
     recorded.Feed("GENLOCK:\nLine offset: -5\n");
     EXPECT_EQ(recorded.sink.AllEvents(), Events());
     recorded.Feed("\n");
-    EXPECT_EQ(recorded.sink.AllEvents(), Events{Genlock("Line offset: -5\n")});
+    EXPECT_EQ(recorded.sink.AllEvents(), Events{GenlockEvent("Line offset: -5\n")});
 }
 
 TEST(TextProtocolParser, NeverDeliversABlockTwice) {
-    EXPECT_EQ(EventsOf("GENLOCK:\nLine offset: -5\n\n\n\n"), Events{Genlock("Line offset: -5\n")});
+    EXPECT_EQ(EventsOf("GENLOCK:\nLine offset: -5\n\n\n\n"), Events{GenlockEvent("Line offset: -5\n")});
 }
 
 TEST(TextProtocolParser, DeliversABlockWithoutLines) {
-    EXPECT_EQ(EventsOf("GENLOCK:\n\n"), Events{Genlock("")});
+    EXPECT_EQ(EventsOf("GENLOCK:\n\n"), Events{GenlockEvent("")});
 }
 
 TEST(TextProtocolParser, ClearsABlockAtItsNextHeader) {
     EXPECT_EQ(EventsOf("GENLOCK:\nLine offset: -5\n\nGENLOCK:\nPixel offset: 6\n\n"),
-              (Events{Genlock("Line offset: -5\n"), Genlock("Pixel offset: 6\n")}));
+              (Events{GenlockEvent("Line offset: -5\n"), GenlockEvent("Pixel offset: 6\n")}));
 }
 
 TEST(TextProtocolParser, MatchesHeadersWhateverTheirCase) {
-    EXPECT_EQ(EventsOf("genlock:\n\nGenLock:\n\n"), (Events{Genlock(""), Genlock("")}));
+    EXPECT_EQ(EventsOf("genlock:\n\nGenLock:\n\n"), (Events{GenlockEvent(""), GenlockEvent("")}));
 }
 
 TEST(TextProtocolParser, TakesAHeaderWithoutItsColon) {
-    EXPECT_EQ(EventsOf("GENLOCK\nLine offset: -5\n\n"), Events{Genlock("Line offset: -5\n")});
+    EXPECT_EQ(EventsOf("GENLOCK\nLine offset: -5\n\n"), Events{GenlockEvent("Line offset: -5\n")});
 }
 
 TEST(TextProtocolParser, RemovesOnlyOneColonFromAHeader) {
@@ -67,11 +67,11 @@ TEST(TextProtocolParser, HearsPingAndAcknowledgementsBetweenBlocks) {
 }
 
 TEST(TextProtocolParser, ExpectsAHeaderAfterAnAcknowledgementWithoutEmptyLine) {
-    EXPECT_EQ(EventsOf("ACK\nGENLOCK:\n\n"), (Events{"ack", Genlock("")}));
+    EXPECT_EQ(EventsOf("ACK\nGENLOCK:\n\n"), (Events{"ack", GenlockEvent("")}));
 }
 
 TEST(TextProtocolParser, TakesPingAndAcknowledgementsInsideABlockForLines) {
-    EXPECT_EQ(EventsOf("GENLOCK:\nPING\nACK\nNACK\n\n"), (Events{noColon, noColon, noColon, Genlock("")}));
+    EXPECT_EQ(EventsOf("GENLOCK:\nPING\nACK\nNACK\n\n"), (Events{noColon, noColon, noColon, GenlockEvent("")}));
 }
 
 TEST(TextProtocolParser, SkipsTheLinesOfAnUnknownBlockInSilence) {
@@ -84,36 +84,38 @@ TEST(TextProtocolParser, EndsNothingWithAnEmptyLineBetweenBlocks) {
 }
 
 TEST(TextProtocolParser, TakesBothLineEndings) {
-    EXPECT_EQ(EventsOf("GENLOCK:\r\nLine offset: -5\r\n\r\n"), Events{Genlock("Line offset: -5\n")});
+    EXPECT_EQ(EventsOf("GENLOCK:\r\nLine offset: -5\r\n\r\n"), Events{GenlockEvent("Line offset: -5\n")});
 }
 
 TEST(TextProtocolParser, DropsALoneCarriageReturn) {
-    EXPECT_EQ(EventsOf("GEN\rLOCK:\n\rLine off\rset: \r-\r5\r\r\n\r\r\n"), Events{Genlock("Line offset: -5\n")});
+    EXPECT_EQ(EventsOf("GEN\rLOCK:\n\rLine off\rset: \r-\r5\r\r\n\r\r\n"), Events{GenlockEvent("Line offset: -5\n")});
 }
 
 TEST(TextProtocolParser, TakesALineOf255Characters) {
     EXPECT_EQ(EventsOf("GENLOCK:\nLine offset: 5" + std::string(241, 'x') + "\n\n"),
-              Events{Genlock("Line offset: 5\n")});
+              Events{GenlockEvent("Line offset: 5\n")});
 }
 
 // The buffer is emptied before the line feed is looked at, which therefore ends an empty line: the block.
 TEST(TextProtocolParser, EndsTheBlockWithALineOf256Characters) {
-    EXPECT_EQ(EventsOf("GENLOCK:\n" + std::string(256, 'x') + "\nPING\n"), (Events{overLong, Genlock(""), "ping"}));
-    EXPECT_EQ(EventsOf("GENLOCK:\n" + std::string(256, 'x') + "\r\nPING\n"), (Events{overLong, Genlock(""), "ping"}));
+    EXPECT_EQ(EventsOf("GENLOCK:\n" + std::string(256, 'x') + "\nPING\n"),
+              (Events{overLong, GenlockEvent(""), "ping"}));
+    EXPECT_EQ(EventsOf("GENLOCK:\n" + std::string(256, 'x') + "\r\nPING\n"),
+              (Events{overLong, GenlockEvent(""), "ping"}));
 }
 
 TEST(TextProtocolParser, TakesTheRestOfAnOverLongLineForALineOfItsOwn) {
-    EXPECT_EQ(EventsOf("GENLOCK:\n" + std::string(256, 'x') + "y\n\n"), (Events{overLong, noColon, Genlock("")}));
+    EXPECT_EQ(EventsOf("GENLOCK:\n" + std::string(256, 'x') + "y\n\n"), (Events{overLong, noColon, GenlockEvent("")}));
     EXPECT_EQ(EventsOf("GENLOCK:\n" + std::string(256, 'x') + "Line offset: 5\n\n"),
-              (Events{overLong, Genlock("Line offset: 5\n")}));
+              (Events{overLong, GenlockEvent("Line offset: 5\n")}));
 }
 
 TEST(TextProtocolParser, ReportsAnOverLongLineOncePer256Characters) {
-    EXPECT_EQ(EventsOf("GENLOCK:\n" + std::string(511, 'x') + "\n\n"), (Events{overLong, noColon, Genlock("")}));
+    EXPECT_EQ(EventsOf("GENLOCK:\n" + std::string(511, 'x') + "\n\n"), (Events{overLong, noColon, GenlockEvent("")}));
     EXPECT_EQ(EventsOf("GENLOCK:\n" + std::string(512, 'x') + "\nPING\n"),
-              (Events{overLong, overLong, Genlock(""), "ping"}));
+              (Events{overLong, overLong, GenlockEvent(""), "ping"}));
     EXPECT_EQ(EventsOf("GENLOCK:\n" + std::string(513, 'x') + "\n\n"),
-              (Events{overLong, overLong, noColon, Genlock("")}));
+              (Events{overLong, overLong, noColon, GenlockEvent("")}));
 }
 
 TEST(TextProtocolParser, ReportsAnOverLongLineOnlyWithTheNextByte) {
@@ -122,16 +124,16 @@ TEST(TextProtocolParser, ReportsAnOverLongLineOnlyWithTheNextByte) {
 }
 
 TEST(TextProtocolParser, SurvivesAnOverLongHeader) {
-    EXPECT_EQ(EventsOf(std::string(256, 'x') + "GENLOCK:\n\n"), (Events{overLong, Genlock("")}));
+    EXPECT_EQ(EventsOf(std::string(256, 'x') + "GENLOCK:\n\n"), (Events{overLong, GenlockEvent("")}));
 }
 
 TEST(TextProtocolParser, ReadsALineUpToAZeroByte) {
     EXPECT_EQ(EventsOf("GENLOCK:\nLine offset: 5\0 7: x\nPixel\0 offset: 5\n\0\n\n"sv),
-              (Events{noColon, noColon, Genlock("Line offset: 5\n")}));
+              (Events{noColon, noColon, GenlockEvent("Line offset: 5\n")}));
 }
 
 TEST(TextProtocolParser, ReadsAHeaderUpToAZeroByte) {
-    EXPECT_EQ(EventsOf("GENLOCK\0S:\n\nPING\0:\n"sv), (Events{Genlock(""), "ping"}));
+    EXPECT_EQ(EventsOf("GENLOCK\0S:\n\nPING\0:\n"sv), (Events{GenlockEvent(""), "ping"}));
     // The colon that opens a block is the last character of the line, not the last before the zero byte.
     EXPECT_EQ(EventsOf("GENLOCK:\0S\n\n"sv),
               (Events{"error: Received unknown block header \"GENLOCK:\"\n", "unknown block"}));
@@ -147,7 +149,7 @@ TEST(TextProtocolParser, FollowsTheBlocksBehindGarbage) {
     recorded.Feed("\n\n");
     recorded.sink.Forget();
     recorded.Feed("GENLOCK:\nLine offset: 5\n\n");
-    EXPECT_EQ(recorded.sink.AllEvents(), Events{Genlock("Line offset: 5\n")});
+    EXPECT_EQ(recorded.sink.AllEvents(), Events{GenlockEvent("Line offset: 5\n")});
 }
 
 TEST(TextProtocolParser, CutsAReportAfter255Characters) {

@@ -15,7 +15,7 @@ using Morquil::Test::TemporaryFolder;
 using Morquil::Testing::RawHost;
 using Morquil::Testing::RunningProgram;
 
-const std::string gain = "VIDEO PROC AMP:\nGain: 12\n\n";
+const std::string gainReport = "VIDEO PROC AMP:\nGain: 12\n\n";
 
 /// Connects and hears the greeting, of which the names of the presets are the end.
 std::string Greeted(RawHost& host) {
@@ -28,7 +28,7 @@ TEST(Program, AnswersHostsAndObeysOrders) {
     RawHost host("127.0.0.1", program->Port());
     EXPECT_TRUE(Greeted(host).starts_with("PROTOCOL PREAMBLE:\n"));
     program->Obey("set VIDEO PROC AMP Gain 12");
-    EXPECT_EQ(host.ReceiveUntil(gain), gain);
+    EXPECT_EQ(host.ReceiveUntil(gainReport), gainReport);
     program->Obey("drop");
     EXPECT_EQ(host.ReceiveToEnd(), "");
     EXPECT_TRUE(host.SeesClose());
@@ -69,8 +69,8 @@ TEST(Program, ReplaysWhatItHasRecorded) {
     const auto talk = [](const std::unique_ptr<RunningProgram>& program) {
         RawHost host("127.0.0.1", program->Port());
         std::string text = Greeted(host);
-        host.Send(gain);
-        return text + host.ReceiveUntil(gain);
+        host.Send(gainReport);
+        return text + host.ReceiveUntil(gainReport);
     };
     std::string original;
     {
@@ -85,7 +85,7 @@ TEST(Program, ReplaysWhatItHasRecorded) {
 
 TEST(Program, BeginsWithTheSettingsOfAFile) {
     const TemporaryFolder folder;
-    const auto program = RunningProgram::AtAnyPort(Options{.settingsFile = folder.Make("settings.txt", gain)});
+    const auto program = RunningProgram::AtAnyPort(Options{.settingsFile = folder.Make("settings.txt", gainReport)});
     RawHost host("127.0.0.1", program->Port());
     EXPECT_NE(Greeted(host).find("VIDEO PROC AMP:\nGain: 12\n"), std::string::npos);
 }

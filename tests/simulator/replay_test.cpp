@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr Station::HostId host = 1;
+constexpr Station::HostId replayedHost = 1;
 
 class ReplayTest : public testing::Test {
 protected:
@@ -34,38 +34,38 @@ constexpr std::string_view shortConversation =
 
 TEST_F(ReplayTest, SaysWhatTheDeviceSaidAtTheSameDistances) {
     Prepare(shortConversation);
-    replay->Connect(host, 5000ms);
-    EXPECT_EQ(replay->NextDelivery(host), 5010ms);
-    EXPECT_TRUE(replay->Take(host, 5009ms).IsNothing());
-    EXPECT_EQ(replay->Take(host, 5010ms).bytes, "Hello");
-    EXPECT_EQ(replay->NextDelivery(host), std::nullopt) << "the host comes next";
-    replay->Receive(host, "PING\n\n", 7000ms);
-    EXPECT_EQ(replay->NextDelivery(host), 7030ms);
-    EXPECT_EQ(replay->Take(host, 7031ms).bytes, "ACK");
-    EXPECT_EQ(replay->Take(host, 7035ms).bytes, "\n\n");
-    EXPECT_TRUE(replay->Take(host, 7040ms).hangUp);
-    EXPECT_EQ(replay->NextDelivery(host), std::nullopt);
+    replay->Connect(replayedHost, 5000ms);
+    EXPECT_EQ(replay->NextDelivery(replayedHost), 5010ms);
+    EXPECT_TRUE(replay->Take(replayedHost, 5009ms).IsNothing());
+    EXPECT_EQ(replay->Take(replayedHost, 5010ms).bytes, "Hello");
+    EXPECT_EQ(replay->NextDelivery(replayedHost), std::nullopt) << "the host comes next";
+    replay->Receive(replayedHost, "PING\n\n", 7000ms);
+    EXPECT_EQ(replay->NextDelivery(replayedHost), 7030ms);
+    EXPECT_EQ(replay->Take(replayedHost, 7031ms).bytes, "ACK");
+    EXPECT_EQ(replay->Take(replayedHost, 7035ms).bytes, "\n\n");
+    EXPECT_TRUE(replay->Take(replayedHost, 7040ms).hangUp);
+    EXPECT_EQ(replay->NextDelivery(replayedHost), std::nullopt);
     EXPECT_EQ(differences, std::vector<std::string>());
 }
 
 TEST_F(ReplayTest, WaitsForAllBytesOfTheHostHoweverTheyAreSplit) {
     Prepare(shortConversation);
-    replay->Connect(host, 0ms);
-    replay->Receive(host, "PI", 1ms);
-    EXPECT_EQ(replay->Take(host, 10ms).bytes, "Hello");
-    replay->Receive(host, "NG\n", 20ms);
-    EXPECT_EQ(replay->NextDelivery(host), std::nullopt);
-    replay->Receive(host, "\nmore", 40ms);
-    EXPECT_EQ(replay->NextDelivery(host), 70ms);
+    replay->Connect(replayedHost, 0ms);
+    replay->Receive(replayedHost, "PI", 1ms);
+    EXPECT_EQ(replay->Take(replayedHost, 10ms).bytes, "Hello");
+    replay->Receive(replayedHost, "NG\n", 20ms);
+    EXPECT_EQ(replay->NextDelivery(replayedHost), std::nullopt);
+    replay->Receive(replayedHost, "\nmore", 40ms);
+    EXPECT_EQ(replay->NextDelivery(replayedHost), 70ms);
 }
 
 TEST_F(ReplayTest, TellsOnceWhenAHostSaysSomethingElseAndGoesOn) {
     Prepare(shortConversation);
-    replay->Connect(host, 0ms);
-    replay->Take(host, 10ms);
-    replay->Receive(host, "pong\n\n", 20ms);
+    replay->Connect(replayedHost, 0ms);
+    replay->Take(replayedHost, 10ms);
+    replay->Receive(replayedHost, "pong\n\n", 20ms);
     EXPECT_EQ(differences, std::vector<std::string>{"host 1 said \"pong\\n\\n\" where \"PING\\n\\n\" is recorded"});
-    EXPECT_EQ(replay->Take(host, 50ms).bytes, "ACK");
+    EXPECT_EQ(replay->Take(replayedHost, 50ms).bytes, "ACK");
 }
 
 TEST_F(ReplayTest, GivesEachHostTheNextConversationAndThenStartsOver) {
@@ -80,19 +80,19 @@ TEST_F(ReplayTest, GivesEachHostTheNextConversationAndThenStartsOver) {
 /// Talks to a station for a while. Returns: all that it said, with the moments.
 std::string Talk(Station& station, std::chrono::milliseconds start) {
     std::string heard;
-    station.Connect(host, start);
+    station.Connect(replayedHost, start);
     for (std::chrono::milliseconds time = 0ms; time < 200ms; ++time) {
         if (time % 50ms == 0ms) {
-            station.Receive(host, "GENLOCK:\nLine offset: " + std::to_string(time.count()) + "\n\nPING\n\n",
+            station.Receive(replayedHost, "GENLOCK:\nLine offset: " + std::to_string(time.count()) + "\n\nPING\n\n",
                             start + time);
         }
         station.Advance(start + time);
-        for (Delivery next = station.Take(host, start + time); !next.IsNothing();
-             next = station.Take(host, start + time)) {
+        for (Delivery next = station.Take(replayedHost, start + time); !next.IsNothing();
+             next = station.Take(replayedHost, start + time)) {
             heard += std::to_string(time.count()) + " " + next.bytes;
         }
     }
-    station.Disconnect(host, start + 200ms);
+    station.Disconnect(replayedHost, start + 200ms);
     return heard;
 }
 
@@ -115,9 +115,9 @@ TEST(Recorder, WritesWhoEndedTheConnection) {
     Simulation simulation(DeviceIdentity{}, Faults{.dropAfter = 0});
     std::string file;
     Recorder recorder(simulation, [&](const std::string& text) { file += text; });
-    recorder.Connect(host, 1ms);
-    EXPECT_TRUE(recorder.Take(host, 2ms).hangUp);
-    recorder.Disconnect(host, 2ms);
+    recorder.Connect(replayedHost, 1ms);
+    EXPECT_TRUE(recorder.Take(replayedHost, 2ms).hangUp);
+    recorder.Disconnect(replayedHost, 2ms);
     EXPECT_EQ(file, ConversationHeading() + "1 1 connects\n2 1 hangs-up\n");
 }
 

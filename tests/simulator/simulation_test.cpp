@@ -10,20 +10,20 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr Station::HostId host = 1;
-constexpr Station::HostId otherHost = 2;
+constexpr Station::HostId speaker = 1;
+constexpr Station::HostId listener = 2;
 const std::string gain = "VIDEO PROC AMP:\nGain: 12\n\n";
 
 class SimulationTest : public testing::Test {
 protected:
     SimulationTest() {
-        for (const Station::HostId id : {host, otherHost}) {
+        for (const Station::HostId id : {speaker, listener}) {
             simulation.Connect(id, 0ms);
             Hear(id);
         }
     }
 
-    std::string Hear(Station::HostId id = host) {
+    std::string Hear(Station::HostId id = speaker) {
         std::string text;
         for (Delivery next = simulation.Take(id, 0ms); !next.IsNothing(); next = simulation.Take(id, 0ms)) {
             text += next.hangUp ? "(end)" : next.bytes;
@@ -31,7 +31,7 @@ protected:
         return text;
     }
     std::string Ask(std::string_view text) {
-        simulation.Receive(host, text, 0ms);
+        simulation.Receive(speaker, text, 0ms);
         return Hear();
     }
     PanelOutcome Order(std::string_view text) {
@@ -45,26 +45,26 @@ protected:
 
 TEST_F(SimulationTest, PassesOnWhatDeviceAndHostsSay) {
     EXPECT_EQ(Ask(gain), "ACK\n\n" + gain);
-    EXPECT_EQ(Hear(otherHost), gain);
+    EXPECT_EQ(Hear(listener), gain);
 }
 
 TEST_F(SimulationTest, TurnsKnobs) {
     EXPECT_EQ(Order("set VIDEO PROC AMP Gain 12").report, gain);
     EXPECT_EQ(Hear(), gain);
-    EXPECT_EQ(Hear(otherHost), gain);
+    EXPECT_EQ(Hear(listener), gain);
 }
 
 TEST_F(SimulationTest, LocksAndUnlocksRemoteControlAndTellsTheHosts) {
     Order("lock");
     EXPECT_EQ(Hear(), "MORQUIL DEVICE:\nRemote lock: true\n\n");
     Order("unlock");
-    EXPECT_EQ(Hear(otherHost), "MORQUIL DEVICE:\nRemote lock: true\n\nMORQUIL DEVICE:\nRemote lock: false\n\n");
+    EXPECT_EQ(Hear(listener), "MORQUIL DEVICE:\nRemote lock: true\n\nMORQUIL DEVICE:\nRemote lock: false\n\n");
 }
 
 TEST_F(SimulationTest, HangsUpOnAllHosts) {
     Order("drop");
     EXPECT_EQ(Hear(), "(end)");
-    EXPECT_EQ(Hear(otherHost), "(end)");
+    EXPECT_EQ(Hear(listener), "(end)");
 }
 
 TEST_F(SimulationTest, HangsUpInTheMiddleOfTheNextBlock) {
@@ -77,7 +77,7 @@ TEST_F(SimulationTest, RefusesEverythingWithTheUnchangedBlockUntilToldOtherwise)
     Order("nack on");
     const std::string answer = Ask(gain);
     EXPECT_TRUE(answer.starts_with("NACK\n\nVIDEO PROC AMP:\nGain: 0\n")) << answer;
-    EXPECT_EQ(Hear(otherHost), "");
+    EXPECT_EQ(Hear(listener), "");
     EXPECT_EQ(Ask("PING\n\n"), "NACK\n\n");
     EXPECT_TRUE(Ask("PRESET AVAILABILITY:\n\n").starts_with("NACK\n\nPRESET AVAILABILITY:\n"));
     Order("nack off");
@@ -105,9 +105,9 @@ TEST_F(SimulationTest, SendsNonsenseOnce) {
 }
 
 TEST_F(SimulationTest, ForgetsHostsThatHaveGone) {
-    simulation.Disconnect(otherHost, 0ms);
+    simulation.Disconnect(listener, 0ms);
     EXPECT_EQ(Ask(gain), "ACK\n\n" + gain);
-    EXPECT_THROW(simulation.Take(otherHost, 0ms), std::out_of_range);
+    EXPECT_THROW(simulation.Take(listener, 0ms), std::out_of_range);
 }
 
 TEST(CommandHelp, ListsCommandsThatCanAllBeRead) {

@@ -10,7 +10,7 @@ namespace Morquil {
 namespace {
 
 using Align = AlignChangeSet;
-using Available = VariableAspectRatioAvailabilityChangeSet;
+using AlignAvailable = VariableAspectRatioAvailabilityChangeSet;
 using Decimals = Range<double>;
 using Unsigned32 = Range<std::uint32_t>;
 
@@ -33,13 +33,13 @@ const GoldenBlock<Align> align{"ALIGN", {
     {"Align last output width: 1280", &Align::lastOutputWidth,  1280U},
     {"Align last output height: 720", &Align::lastOutputHeight, 720U}}};
 
-const GoldenBlock<AlignAvailabilityBlock> available{"ALIGN AVAILABILITY", {
-    {"Align size X range: 0.100000 8.000000", &Available::sizeXRange, Decimals{0.1, 8}},
-    {"Align size Y range: 0.200000 4.000000", &Available::sizeYRange, Decimals{0.2, 4}},
-    {"Align pos X range: -1.000000 1.000000", &Available::posXRange,  Decimals{-1, 1}},
-    {"Align pos Y range: -0.500000 0.500000", &Available::posYRange,  Decimals{-0.5, 0.5}},
-    {"Align trim X range: 0 960",             &Available::trimXRange, Unsigned32{0, 960}},
-    {"Align trim Y range: 1 540",             &Available::trimYRange, Unsigned32{1, 540}}}};
+const GoldenBlock<AlignAvailabilityBlock> alignAvailable{"ALIGN AVAILABILITY", {
+    {"Align size X range: 0.100000 8.000000", &AlignAvailable::sizeXRange, Decimals{0.1, 8}},
+    {"Align size Y range: 0.200000 4.000000", &AlignAvailable::sizeYRange, Decimals{0.2, 4}},
+    {"Align pos X range: -1.000000 1.000000", &AlignAvailable::posXRange,  Decimals{-1, 1}},
+    {"Align pos Y range: -0.500000 0.500000", &AlignAvailable::posYRange,  Decimals{-0.5, 0.5}},
+    {"Align trim X range: 0 960",             &AlignAvailable::trimXRange, Unsigned32{0, 960}},
+    {"Align trim Y range: 1 540",             &AlignAvailable::trimYRange, Unsigned32{1, 540}}}};
 // clang-format on
 
 const std::string prefix = "Align ";
@@ -86,23 +86,23 @@ TEST(AlignBlock, DoesNotReadTheResetValuesThatItWrites) {
 }
 
 TEST(AlignAvailabilityBlock, ReadsEveryLine) {
-    available.ExpectReadsAndWritesEveryLine();
+    alignAvailable.ExpectReadsAndWritesEveryLine();
 }
 
 TEST(AlignAvailabilityBlock, ReportsBadRangesAndUnknownKeys) {
     for (const char* const rest :
          {"size X range", "size Y range", "pos X range", "pos Y range", "trim X range", "trim Y range"}) {
-        available.ExpectReports({NotARange(prefix + rest, "1"), NotARange(prefix + rest, "x 1")});
+        alignAvailable.ExpectReports({NotARange(prefix + rest, "1"), NotARange(prefix + rest, "x 1")});
     }
-    available.ExpectReports({{"Variable Aspect Ratio pos X range: 1 2",
-                              "Unknown supported align line \"Variable Aspect Ratio pos X range\"\n"}});
+    alignAvailable.ExpectReports({{"Variable Aspect Ratio pos X range: 1 2",
+                                   "Unknown supported align line \"Variable Aspect Ratio pos X range\"\n"}});
 }
 
 TEST(AlignAvailabilityBlock, LeavesTheRangesOfTheVariableAspectRatioAlone) {
     const auto recorded = FedWith("ALIGN AVAILABILITY", "Align trim X range: 0 960");
     EXPECT_TRUE(recorded->sink.Last<AlignAvailabilityBlock>().trimXRange.IsPresent());
     recorded->Feed("VARIABLE ASPECT RATIO AVAILABILITY:\n\n");
-    EXPECT_TRUE(IsEmpty(recorded->sink.Last<Available>()));
+    EXPECT_TRUE(IsEmpty(recorded->sink.Last<AlignAvailable>()));
 }
 
 }  // namespace

@@ -11,11 +11,11 @@ namespace Morquil {
 namespace {
 
 using Audio = AudioChangeSet;
-using Available = AudioAvailabilityChangeSet;
+using AudioAvailable = AudioAvailabilityChangeSet;
 using Limits32 = Range<std::int32_t>;
-using Lines = std::vector<GoldenLine<Audio>>;
+using AudioLines = std::vector<GoldenLine<Audio>>;
 
-const std::string header = "AUDIO";
+const std::string audioHeader = "AUDIO";
 
 std::string Indexed(const std::string& stem, std::size_t index, const std::string& value) {
     return stem + std::to_string(index) + ": " + value;
@@ -23,7 +23,7 @@ std::string Indexed(const std::string& stem, std::size_t index, const std::strin
 
 /// Keys from index 0, each with a number of its own.
 template <class Array>
-void AddNumbers(Lines& lines, const std::string& stem, Array Audio::*member, std::size_t count) {
+void AddNumbers(AudioLines& lines, const std::string& stem, Array Audio::*member, std::size_t count) {
     for (std::size_t index = 0; index < count; ++index) {
         lines.emplace_back(Indexed(stem, index, std::to_string(index)), At(member, index), index);
     }
@@ -31,7 +31,7 @@ void AddNumbers(Lines& lines, const std::string& stem, Array Audio::*member, std
 
 /// Keys from index 0, each with the word of its own number.
 template <class Array>
-void AddWords(Lines& lines, const std::string& stem, Array Audio::*member, const std::vector<std::string>& words) {
+void AddWords(AudioLines& lines, const std::string& stem, Array Audio::*member, const std::vector<std::string>& words) {
     for (std::size_t index = 0; index < words.size(); ++index) {
         lines.emplace_back(Indexed(stem, index, words[index]), At(member, index), index);
     }
@@ -39,7 +39,7 @@ void AddWords(Lines& lines, const std::string& stem, Array Audio::*member, const
 
 /// A level and a phase for every index; the phase is read as a number and written as a word.
 template <class Levels, class Phases>
-void AddLevelsAndPhases(Lines& lines, const std::string& stem, Levels Audio::*level, Phases Audio::*phase,
+void AddLevelsAndPhases(AudioLines& lines, const std::string& stem, Levels Audio::*level, Phases Audio::*phase,
                         std::size_t count) {
     for (std::size_t index = 0; index < count; ++index) {
         const bool odd = index % 2 != 0;
@@ -50,7 +50,7 @@ void AddLevelsAndPhases(Lines& lines, const std::string& stem, Levels Audio::*le
 }
 
 GoldenBlock<Audio> Table() {
-    Lines lines;
+    AudioLines lines;
     // clang-format off
     AddWords(lines, "AudioOut", &Audio::audioOut, {
         "AudioIn1", "AudioIn2", "AudioIn3", "AudioIn4", "AudioIn5", "AudioIn6", "AudioIn7", "AudioIn8", "AudioIn9",
@@ -74,17 +74,17 @@ GoldenBlock<Audio> Table() {
         {"Audio meter channels: MeterChan15&16", &Audio::audioMeterChannels,  morquilAudMeterChannels_15_16},
         {"ResetValues: 7",                       &Audio::resetValues,         7U}});
     // clang-format on
-    return {header, lines};
+    return {audioHeader, lines};
 }
 
 const GoldenBlock<Audio> audio = Table();
 
 // clang-format off
-const GoldenBlock<Available> available{"AUDIO AVAILABILITY", {
-    {"Audio level range: -60 12",           &Available::audioLevelRange,          Limits32{-60, 12}},
-    {"Analog input ref level range: 0 24",  &Available::analogInputRefLevelRange, Limits32{0, 24}},
-    {"Analog delay range: -100 1000",       &Available::analogDelayRange,         Limits32{-100, 1000}},
-    {"Audio selections: AudioIn1 AudioIn16 DolbyE2 TTMute", &Available::audioSelections, Members(0, 15, 25, 30)}}};
+const GoldenBlock<AudioAvailable> audioAvailable{"AUDIO AVAILABILITY", {
+    {"Audio level range: -60 12",           &AudioAvailable::audioLevelRange,          Limits32{-60, 12}},
+    {"Analog input ref level range: 0 24",  &AudioAvailable::analogInputRefLevelRange, Limits32{0, 24}},
+    {"Analog delay range: -100 1000",       &AudioAvailable::analogDelayRange,         Limits32{-100, 1000}},
+    {"Audio selections: AudioIn1 AudioIn16 DolbyE2 TTMute", &AudioAvailable::audioSelections, Members(0, 15, 25, 30)}}};
 // clang-format on
 
 TEST(AudioBlock, ReadsAndWritesEveryLine) {
@@ -97,7 +97,7 @@ TEST(AudioBlock, WritesItsLinesInOrder) {
 
 TEST(AudioBlock, ReadsEachVocabularyToItsEnd) {
     const std::string lines = "AudioOut15: TTMute\nAudioEncode7: DolbyE2\nAudioInPair7: MutePair";
-    EXPECT_EQ(WrittenBack<Audio>(header, lines), BlockOf(header, lines));
+    EXPECT_EQ(WrittenBack<Audio>(audioHeader, lines), BlockOf(audioHeader, lines));
 }
 
 TEST(AudioBlock, ReportsBadWordsUnderTheWholeKey) {
@@ -136,7 +136,7 @@ TEST(AudioBlock, ReportsUnknownKeys) {
 }
 
 TEST(AudioBlock, TakesEveryNumberButZeroForAnInvertedPhase) {
-    EXPECT_EQ(WrittenBack<Audio>(header, "AudioInPhase0: 1\nAudioInPhase1: -7\nAudioDDPhase0: 0"),
+    EXPECT_EQ(WrittenBack<Audio>(audioHeader, "AudioInPhase0: 1\nAudioInPhase1: -7\nAudioDDPhase0: 0"),
               "AUDIO:\nAudioInPhase0: true\nAudioInPhase1: true\nAudioDDPhase0: false\n\n");
 }
 
@@ -159,37 +159,37 @@ TEST(AudioBlock, DoesNotReadTheProgramConfigurationThatItWrites) {
 }
 
 TEST(AudioBlock, WritesTheResetValuesInSignedNotation) {
-    EXPECT_EQ(WrittenBack<Audio>(header, "ResetValues: 4294967295"), "AUDIO:\nResetValues: -1\n\n");
+    EXPECT_EQ(WrittenBack<Audio>(audioHeader, "ResetValues: 4294967295"), "AUDIO:\nResetValues: -1\n\n");
 }
 
 TEST(AudioAvailabilityBlock, ReadsAndWritesEveryLine) {
-    available.ExpectReadsAndWritesEveryLine();
+    audioAvailable.ExpectReadsAndWritesEveryLine();
 }
 
 TEST(AudioAvailabilityBlock, WritesItsLinesInOrder) {
-    available.ExpectWritesItsLinesInOrder();
+    audioAvailable.ExpectWritesItsLinesInOrder();
 }
 
 TEST(AudioAvailabilityBlock, ReportsBadRangesAndUnknownKeys) {
-    available.ExpectReports({NotARange("Audio level range", "1"),
-                             NotARange("Analog input ref level range", "x"),
-                             NotARange("Analog delay range", "1 x"),
-                             {"Audio level: 1", "Unknown supported audio avail line \"Audio level\"\n"}});
+    audioAvailable.ExpectReports({NotARange("Audio level range", "1"),
+                                  NotARange("Analog input ref level range", "x"),
+                                  NotARange("Analog delay range", "1 x"),
+                                  {"Audio level: 1", "Unknown supported audio avail line \"Audio level\"\n"}});
 }
 
 TEST(AudioAvailabilityBlock, WritesTheDialogLevelRangeBetweenTheRangesAndTheSelections) {
-    Available set;
+    AudioAvailable set;
     set.metadataDialogLevelRange.Set({-31, -1});
     set.audioSelections.Add(morquilAudSelMute);
     set.analogDelayRange.Set({0, 10});
-    EXPECT_EQ(BlockText<Available>(set),
+    EXPECT_EQ(BlockText<AudioAvailable>(set),
               "AUDIO AVAILABILITY:\nAnalog delay range: 0 10\nMetadata dialog level range: -31 -1\n"
               "Audio selections: TTMute\n\n");
 }
 
 TEST(AudioAvailabilityBlock, DoesNotReadTheDialogLevelRangeThatItWrites) {
-    available.ExpectReports({{"Metadata dialog level range: -31 -1",
-                              "Unknown supported audio avail line \"Metadata dialog level range\"\n"}});
+    audioAvailable.ExpectReports({{"Metadata dialog level range: -31 -1",
+                                   "Unknown supported audio avail line \"Metadata dialog level range\"\n"}});
 }
 
 }  // namespace

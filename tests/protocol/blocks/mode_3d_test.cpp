@@ -10,7 +10,7 @@ namespace Morquil {
 namespace {
 
 using Mode = Mode3DChangeSet;
-using Available = Mode3DAvailabilityChangeSet;
+using Mode3dAvailable = Mode3DAvailabilityChangeSet;
 using Limits32 = Range<std::int32_t>;
 
 // clang-format off
@@ -29,22 +29,22 @@ const GoldenBlock<Mode> mode{"MODE3D", {
     {"3D output: 3DLineByLine",  &Mode::output3D,      morquilAPI3dTypeLineByLine},
     {"3D input: 3DTopBottom",    &Mode::input3D,       morquilAPI3dTypeTopBottom}}};
 
-const GoldenBlock<Available> available{"MODE3D AVAILABILITY", {
-    {"2D3D intensity range: 0 100", &Available::intensityRange2D3D, Limits32{0, 100}},
-    {"2D3D depth range: -50 50",    &Available::depthRange2D3D,     Limits32{-50, 50}},
-    {"3D roll range: -1 1",         &Available::rollRange,          Limits32{-1, 1}},
-    {"3D tilt range: -2 2",         &Available::tiltRange,          Limits32{-2, 2}},
-    {"3D toeIn range: -3 3",        &Available::toeInRange,         Limits32{-3, 3}},
+const GoldenBlock<Mode3dAvailable> mode3dAvailable{"MODE3D AVAILABILITY", {
+    {"2D3D intensity range: 0 100", &Mode3dAvailable::intensityRange2D3D, Limits32{0, 100}},
+    {"2D3D depth range: -50 50",    &Mode3dAvailable::depthRange2D3D,     Limits32{-50, 50}},
+    {"3D roll range: -1 1",         &Mode3dAvailable::rollRange,          Limits32{-1, 1}},
+    {"3D tilt range: -2 2",         &Mode3dAvailable::tiltRange,          Limits32{-2, 2}},
+    {"3D toeIn range: -3 3",        &Mode3dAvailable::toeInRange,         Limits32{-3, 3}},
     {"Input: 525i59.94 NTSC\n"
-     "Output: 720p59.94 1080i59.94", At(&Available::output, 0),     Members(3, 6)},
+     "Output: 720p59.94 1080i59.94", At(&Mode3dAvailable::output, 0),     Members(3, 6)},
     {"Input: 2160p50\n"
-     "Output: 720p50 2160p50",      At(&Available::output, 33),     Members(4, 33)}}};
+     "Output: 720p50 2160p50",      At(&Mode3dAvailable::output, 33),     Members(4, 33)}}};
 // clang-format on
 
-Available Received(const std::string& lines) {
+Mode3dAvailable ReceivedMode3d(const std::string& lines) {
     const auto recorded = FedWith("MODE3D AVAILABILITY", lines);
     EXPECT_EQ(recorded->sink.Errors(), RecordingSink::Events()) << lines;
-    return recorded->sink.Last<Available>();
+    return recorded->sink.Last<Mode3dAvailable>();
 }
 
 TEST(Mode3DBlock, ReadsAndWritesEveryLine) {
@@ -86,45 +86,45 @@ TEST(Mode3DBlock, ReportsAnUnknownKeyWithABadNumberForItsNumber) {
 }
 
 TEST(Mode3DAvailabilityBlock, ReadsAndWritesEveryLine) {
-    available.ExpectReadsAndWritesEveryLine();
+    mode3dAvailable.ExpectReadsAndWritesEveryLine();
 }
 
 TEST(Mode3DAvailabilityBlock, WritesItsLinesInOrder) {
-    available.ExpectWritesItsLinesInOrder();
+    mode3dAvailable.ExpectWritesItsLinesInOrder();
 }
 
 TEST(Mode3DAvailabilityBlock, ReportsBadValuesAndUnknownKeys) {
     for (const char* const key :
          {"2D3D intensity range", "2D3D depth range", "3D roll range", "3D tilt range", "3D toeIn range"}) {
-        available.ExpectReports({NotARange(key, "5")});
+        mode3dAvailable.ExpectReports({NotARange(key, "5")});
     }
-    available.ExpectReports({{"Input: 8k", "Received invalid Mode 3D Avail input mode string \"8k\"\n"},
-                             {"3D mode: 1 2", "Unknown supported mode 3D avail line \"3D mode\"\n"}});
+    mode3dAvailable.ExpectReports({{"Input: 8k", "Received invalid Mode 3D Avail input mode string \"8k\"\n"},
+                                   {"3D mode: 1 2", "Unknown supported mode 3D avail line \"3D mode\"\n"}});
 }
 
 TEST(Mode3DAvailabilityBlock, IgnoresOutputsBeforeAnyInputInSilence) {
-    EXPECT_TRUE(IsEmpty(Received("Output: 720p50")));
+    EXPECT_TRUE(IsEmpty(ReceivedMode3d("Output: 720p50")));
 }
 
 TEST(Mode3DAvailabilityBlock, SelectsNothingWithAnUnknownInput) {
     const auto recorded = FedWith("MODE3D AVAILABILITY", "Input: 720p50\nInput: 8k\nOutput: 720p50");
     EXPECT_EQ(recorded->sink.Errors().size(), 1U);
-    EXPECT_TRUE(IsEmpty(recorded->sink.Last<Available>()));
+    EXPECT_TRUE(IsEmpty(recorded->sink.Last<Mode3dAvailable>()));
 }
 
 TEST(Mode3DAvailabilityBlock, ForgetsItsInputAtTheEndOfABlock) {
     const auto recorded = FedWith("MODE3D AVAILABILITY", "Input: 720p50");
     recorded->Feed("MODE3D AVAILABILITY:\nOutput: 720p50\n\n");
-    EXPECT_TRUE(IsEmpty(recorded->sink.Last<Available>()));
+    EXPECT_TRUE(IsEmpty(recorded->sink.Last<Mode3dAvailable>()));
 }
 
 TEST(Mode3DAvailabilityBlock, NeverFindsAModeThatHoldsSpacesAmongTheOutputs) {
-    const Available received = Received("Input: 720p50\nOutput: 525i59.94 NTSC 720p50 2K DCI 23.98p");
+    const Mode3dAvailable received = ReceivedMode3d("Input: 720p50\nOutput: 525i59.94 NTSC 720p50 2K DCI 23.98p");
     EXPECT_TRUE(Holds(received.output[morquilAPIVideoMode720p50], Members(morquilAPIVideoMode720p50)));
 }
 
 TEST(Mode3DAvailabilityBlock, WritesNothingForAnInputWithoutOutputs) {
-    EXPECT_EQ(BlockText<Available>(Received("Input: 720p50\nOutput: 8k")), "MODE3D AVAILABILITY:\n\n");
+    EXPECT_EQ(BlockText<Mode3dAvailable>(ReceivedMode3d("Input: 720p50\nOutput: 8k")), "MODE3D AVAILABILITY:\n\n");
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ const GoldenBlock<Device> device{"MORQUIL DEVICE", {
     {"Remote lock: false",          &Device::remoteLock,      false}}};
 // clang-format on
 
-Device Received(const std::string& lines) {
+Device ReceivedDevice(const std::string& lines) {
     const auto recorded = FedWith("MORQUIL DEVICE", lines);
     EXPECT_EQ(recorded->sink.Errors(), RecordingSink::Events()) << lines;
     return recorded->sink.Last<Device>();
@@ -45,25 +45,25 @@ TEST(MorquilDeviceBlock, WritesAVersionInLowerCaseHexadecimal) {
 }
 
 TEST(MorquilDeviceBlock, KnowsButNeverWritesAVersionOfZero) {
-    const Device received = Received("Software Version: 0x0\nFPGA Version: 0x0");
+    const Device received = ReceivedDevice("Software Version: 0x0\nFPGA Version: 0x0");
     EXPECT_TRUE(received.softwareVersion.IsPresent());
     EXPECT_TRUE(received.fpgaVersion.IsPresent());
     EXPECT_EQ(BlockText<Device>(received), "MORQUIL DEVICE:\n\n");
 }
 
 TEST(MorquilDeviceBlock, TakesAMalformedVersionInSilence) {
-    const Device received = Received("Software Version: newest\nFPGA Version: 26");
+    const Device received = ReceivedDevice("Software Version: newest\nFPGA Version: 26");
     EXPECT_TRUE(received.softwareVersion.IsPresent());
     EXPECT_TRUE(received.fpgaVersion.IsPresent());
 }
 
 TEST(MorquilDeviceBlock, KeepsTheFirst49CharactersOfTheModelName) {
-    EXPECT_EQ(Received("Model name: " + std::string(60, 'm')).modelName.Get(), std::string(49, 'm'));
+    EXPECT_EQ(ReceivedDevice("Model name: " + std::string(60, 'm')).modelName.Get(), std::string(49, 'm'));
 }
 
 TEST(MorquilDeviceBlock, NeverCutsTheModelNameInsideACharacter) {
     const std::string name = std::string(48, 'm') + "\xC3\xA9";
-    EXPECT_EQ(Received("Model name: " + name).modelName.Get(), std::string(48, 'm'));
+    EXPECT_EQ(ReceivedDevice("Model name: " + name).modelName.Get(), std::string(48, 'm'));
 }
 
 TEST(MorquilDeviceBlock, NeverWritesAnEmptyModelName) {

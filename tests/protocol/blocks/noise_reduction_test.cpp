@@ -8,7 +8,7 @@ namespace Morquil {
 namespace {
 
 using Noise = NoiseReductionChangeSet;
-using Available = NoiseReductionAvailabilityChangeSet;
+using NoiseReductionAvailable = NoiseReductionAvailabilityChangeSet;
 using Limits32 = Range<std::int32_t>;
 
 // clang-format off
@@ -18,9 +18,9 @@ const GoldenBlock<Noise> noise{"NOISE REDUCTION", {
     {"Split screen: false", &Noise::splitScreen, false},
     {"Red overlay: true",   &Noise::redOverlay,  true}}};
 
-const GoldenBlock<Available> available{"NOISE REDUCTION AVAILABILITY", {
-    {"Bias range: -10 10",              &Available::biasRange,               Limits32{-10, 10}},
-    {"Noise reduction available: true", &Available::noiseReductionAvailable, true}}};
+const GoldenBlock<NoiseReductionAvailable> noiseReductionAvailable{"NOISE REDUCTION AVAILABILITY", {
+    {"Bias range: -10 10",              &NoiseReductionAvailable::biasRange,               Limits32{-10, 10}},
+    {"Noise reduction available: true", &NoiseReductionAvailable::noiseReductionAvailable, true}}};
 // clang-format on
 
 TEST(NoiseReductionBlock, ReadsAndWritesEveryLine) {
@@ -40,17 +40,17 @@ TEST(NoiseReductionBlock, ReportsBadValuesAndUnknownKeys) {
 }
 
 TEST(NoiseReductionAvailabilityBlock, ReadsAndWritesEveryLine) {
-    available.ExpectReadsAndWritesEveryLine();
+    noiseReductionAvailable.ExpectReadsAndWritesEveryLine();
 }
 
 TEST(NoiseReductionAvailabilityBlock, WritesItsLinesInOrder) {
-    available.ExpectWritesItsLinesInOrder();
+    noiseReductionAvailable.ExpectWritesItsLinesInOrder();
 }
 
 TEST(NoiseReductionAvailabilityBlock, ReportsBadValuesAndUnknownKeys) {
-    available.ExpectReports({NotARange("Bias range", "-10"),
-                             NotAValue("Noise reduction available", "no"),
-                             {"Bias: 1 2", "Unknown supported noise reduction line \"Bias\"\n"}});
+    noiseReductionAvailable.ExpectReports({NotARange("Bias range", "-10"),
+                                           NotAValue("Noise reduction available", "no"),
+                                           {"Bias: 1 2", "Unknown supported noise reduction line \"Bias\"\n"}});
 }
 
 }  // namespace

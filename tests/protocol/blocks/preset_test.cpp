@@ -10,7 +10,7 @@ namespace Morquil {
 namespace {
 
 using Preset = PresetChangeSet;
-using Available = PresetAvailabilityChangeSet;
+using PresetAvailable = PresetAvailabilityChangeSet;
 
 // clang-format off
 const GoldenBlock<Preset> preset{"PRESET", {
@@ -23,8 +23,8 @@ const GoldenBlock<Preset> preset{"PRESET", {
     {"PresetName4: x:y",    At(&Preset::presetName, 4), "x:y"},
     {"PresetName5: Last",   At(&Preset::presetName, 5), "Last"}}};
 
-const GoldenBlock<Available> available{"PRESET AVAILABILITY", {
-    {"Preset range: 1 6",   &Available::presetRange,    Range<std::int32_t>{1, 6}}}};
+const GoldenBlock<PresetAvailable> presetAvailable{"PRESET AVAILABILITY", {
+    {"Preset range: 1 6",   &PresetAvailable::presetRange,    Range<std::int32_t>{1, 6}}}};
 // clang-format on
 
 TEST(PresetBlock, ReadsAndWritesEveryLine) {
@@ -57,11 +57,11 @@ TEST(PresetBlock, KeepsTheFirst49CharactersOfAName) {
 }
 
 TEST(PresetAvailabilityBlock, ReadsAndWritesEveryLine) {
-    available.ExpectReadsAndWritesEveryLine();
+    presetAvailable.ExpectReadsAndWritesEveryLine();
 }
 
 TEST(PresetAvailabilityBlock, ReportsBadRangesAndUnknownKeys) {
-    available.ExpectReports(
+    presetAvailable.ExpectReports(
         {NotARange("Preset range", "6"), {"Presets: 1 6", "Unknown preset availability command \"Presets\"\n"}});
 }
 

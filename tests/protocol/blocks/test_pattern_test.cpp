@@ -8,7 +8,7 @@ namespace Morquil {
 namespace {
 
 using Pattern = TestPatternChangeSet;
-using Available = TestPatternAvailabilityChangeSet;
+using TestPatternAvailable = TestPatternAvailabilityChangeSet;
 using Limits32 = Range<std::int32_t>;
 
 // clang-format off
@@ -20,11 +20,11 @@ const GoldenBlock<Pattern> pattern{"TEST PATTERN", {
     {"Horizontal Rate: -8",  &Pattern::horizontalRate, -8},
     {"Vertical Rate: 7",     &Pattern::verticalRate,   7}}};
 
-const GoldenBlock<Available> available{"TEST PATTERN AVAILABILITY", {
-    {"Available test patterns: None Bars Multiburst", &Available::availableTestPatterns, Members(0, 2, 5)},
-    {"Available test tones: None Tone6KHz",           &Available::availableTestTones,    Members(0, 4)},
-    {"Motion: true",                                  &Available::motion,                true},
-    {"Motion range: -8 8",                            &Available::motionRange,           Limits32{-8, 8}}}};
+const GoldenBlock<TestPatternAvailable> testPatternAvailable{"TEST PATTERN AVAILABILITY", {
+    {"Available test patterns: None Bars Multiburst", &TestPatternAvailable::availableTestPatterns, Members(0, 2, 5)},
+    {"Available test tones: None Tone6KHz",           &TestPatternAvailable::availableTestTones,    Members(0, 4)},
+    {"Motion: true",                                  &TestPatternAvailable::motion,                true},
+    {"Motion range: -8 8",                            &TestPatternAvailable::motionRange,           Limits32{-8, 8}}}};
 // clang-format on
 
 TEST(TestPatternBlock, ReadsAndWritesEveryLine) {
@@ -55,17 +55,17 @@ TEST(TestPatternBlock, WritesTheFirstWordOfAVocabulary) {
 }
 
 TEST(TestPatternAvailabilityBlock, ReadsAndWritesEveryLine) {
-    available.ExpectReadsAndWritesEveryLine();
+    testPatternAvailable.ExpectReadsAndWritesEveryLine();
 }
 
 TEST(TestPatternAvailabilityBlock, WritesItsLinesInOrder) {
-    available.ExpectWritesItsLinesInOrder();
+    testPatternAvailable.ExpectWritesItsLinesInOrder();
 }
 
 TEST(TestPatternAvailabilityBlock, ReportsBadValuesAndUnknownKeys) {
-    available.ExpectReports({NotAValue("Motion", "1"),
-                             NotARange("Motion range", "8"),
-                             {"Output: Bars", "Unknown test pattern availability line \"Output\"\n"}});
+    testPatternAvailable.ExpectReports({NotAValue("Motion", "1"),
+                                        NotARange("Motion range", "8"),
+                                        {"Output: Bars", "Unknown test pattern availability line \"Output\"\n"}});
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace Morquil {
 namespace {
 
 using Ratio = VariableAspectRatioChangeSet;
-using Available = VariableAspectRatioAvailabilityChangeSet;
+using VariableAspectRatioAvailable = VariableAspectRatioAvailabilityChangeSet;
 using Decimals = Range<double>;
 using Unsigned32 = Range<std::uint32_t>;
 
@@ -35,13 +35,13 @@ const GoldenBlock<Ratio> ratio{"VARIABLE ASPECT RATIO", {
     {"Variable Aspect Ratio last output height: 720", &Ratio::lastOutputHeight, 720U},
     {"ResetValues: 63",                               &Ratio::resetValues,      63U}}};
 
-const GoldenBlock<Available> available{"VARIABLE ASPECT RATIO AVAILABILITY", {
-    {"Variable Aspect Ratio size X range: 0.100000 8.000000",  &Available::sizeXRange, Decimals{0.1, 8}},
-    {"Variable Aspect Ratio size Y range: 0.200000 4.000000",  &Available::sizeYRange, Decimals{0.2, 4}},
-    {"Variable Aspect Ratio pos X range: -1.000000 1.000000",  &Available::posXRange,  Decimals{-1, 1}},
-    {"Variable Aspect Ratio pos Y range: -0.500000 0.500000",  &Available::posYRange,  Decimals{-0.5, 0.5}},
-    {"Variable Aspect Ratio trim X range: 0 4294967295",       &Available::trimXRange, Unsigned32{0, 4294967295U}},
-    {"Variable Aspect Ratio trim Y range: 1 540",              &Available::trimYRange, Unsigned32{1, 540}}}};
+const GoldenBlock<VariableAspectRatioAvailable> variableAspectRatioAvailable{"VARIABLE ASPECT RATIO AVAILABILITY", {
+    {"Variable Aspect Ratio size X range: 0.100000 8.000000",  &VariableAspectRatioAvailable::sizeXRange, Decimals{0.1, 8}},
+    {"Variable Aspect Ratio size Y range: 0.200000 4.000000",  &VariableAspectRatioAvailable::sizeYRange, Decimals{0.2, 4}},
+    {"Variable Aspect Ratio pos X range: -1.000000 1.000000",  &VariableAspectRatioAvailable::posXRange,  Decimals{-1, 1}},
+    {"Variable Aspect Ratio pos Y range: -0.500000 0.500000",  &VariableAspectRatioAvailable::posYRange,  Decimals{-0.5, 0.5}},
+    {"Variable Aspect Ratio trim X range: 0 4294967295",       &VariableAspectRatioAvailable::trimXRange, Unsigned32{0, 4294967295U}},
+    {"Variable Aspect Ratio trim Y range: 1 540",              &VariableAspectRatioAvailable::trimYRange, Unsigned32{1, 540}}}};
 // clang-format on
 
 const std::string prefix = "Variable Aspect Ratio ";
@@ -90,19 +90,19 @@ TEST(VariableAspectRatioBlock, TakesNoNumberThatIsNotANumber) {
 }
 
 TEST(VariableAspectRatioAvailabilityBlock, ReadsAndWritesEveryLine) {
-    available.ExpectReadsAndWritesEveryLine();
+    variableAspectRatioAvailable.ExpectReadsAndWritesEveryLine();
 }
 
 TEST(VariableAspectRatioAvailabilityBlock, WritesItsLinesInOrder) {
-    available.ExpectWritesItsLinesInOrder();
+    variableAspectRatioAvailable.ExpectWritesItsLinesInOrder();
 }
 
 TEST(VariableAspectRatioAvailabilityBlock, ReportsBadRangesAndUnknownKeys) {
     for (const char* const rest :
          {"size X range", "size Y range", "pos X range", "pos Y range", "trim X range", "trim Y range"}) {
-        available.ExpectReports({NotARange(prefix + rest, "1"), NotARange(prefix + rest, "1 x")});
+        variableAspectRatioAvailable.ExpectReports({NotARange(prefix + rest, "1"), NotARange(prefix + rest, "1 x")});
     }
-    available.ExpectReports(
+    variableAspectRatioAvailable.ExpectReports(
         {{"Align pos X range: 1 2", "Unknown supported variable aspect ratio line \"Align pos X range\"\n"}});
 }
 

@@ -10,7 +10,7 @@ namespace Morquil {
 namespace {
 
 using Adjust = VideoAdjustChangeSet;
-using Available = VideoAdjustAvailabilityChangeSet;
+using VideoAdjustAvailable = VideoAdjustAvailabilityChangeSet;
 using Signed32 = Range<std::int32_t>;
 using Unsigned32 = Range<std::uint32_t>;
 
@@ -28,17 +28,17 @@ const GoldenBlock<Adjust> adjust{"VIDEO ADJUST", {
     {"Aspect fill Cr: 513",   &Adjust::aspectFillCr,   513U},
     {"ResetValues: 1023",     &Adjust::resetValues,    1023U}}};
 
-const GoldenBlock<Available> available{"VIDEO ADJUST AVAILABILITY", {
-    {"Red range: -50 50",              &Available::redRange,            Signed32{-50, 50}},
-    {"Green range: -51 51",            &Available::greenRange,          Signed32{-51, 51}},
-    {"Blue range: -52 52",             &Available::blueRange,           Signed32{-52, 52}},
-    {"Luma low range: 4 500",          &Available::lumaLowRange,        Unsigned32{4, 500}},
-    {"Luma high range: 520 1019",      &Available::lumaHighRange,       Unsigned32{520, 1019}},
-    {"Chroma low range: 5 501",        &Available::chromaLowRange,      Unsigned32{5, 501}},
-    {"Chroma high range: 521 1018",    &Available::chromaHighRange,     Unsigned32{521, 1018}},
-    {"Aspect fill luma range: 64 940", &Available::aspectFillLumaRange, Unsigned32{64, 940}},
-    {"Aspect fill Cb range: 65 960",   &Available::aspectFillCbRange,   Unsigned32{65, 960}},
-    {"Aspect fill Cr range: 0 4294967295", &Available::aspectFillCrRange, Unsigned32{0, 4294967295U}}}};
+const GoldenBlock<VideoAdjustAvailable> videoAdjustAvailable{"VIDEO ADJUST AVAILABILITY", {
+    {"Red range: -50 50",              &VideoAdjustAvailable::redRange,            Signed32{-50, 50}},
+    {"Green range: -51 51",            &VideoAdjustAvailable::greenRange,          Signed32{-51, 51}},
+    {"Blue range: -52 52",             &VideoAdjustAvailable::blueRange,           Signed32{-52, 52}},
+    {"Luma low range: 4 500",          &VideoAdjustAvailable::lumaLowRange,        Unsigned32{4, 500}},
+    {"Luma high range: 520 1019",      &VideoAdjustAvailable::lumaHighRange,       Unsigned32{520, 1019}},
+    {"Chroma low range: 5 501",        &VideoAdjustAvailable::chromaLowRange,      Unsigned32{5, 501}},
+    {"Chroma high range: 521 1018",    &VideoAdjustAvailable::chromaHighRange,     Unsigned32{521, 1018}},
+    {"Aspect fill luma range: 64 940", &VideoAdjustAvailable::aspectFillLumaRange, Unsigned32{64, 940}},
+    {"Aspect fill Cb range: 65 960",   &VideoAdjustAvailable::aspectFillCbRange,   Unsigned32{65, 960}},
+    {"Aspect fill Cr range: 0 4294967295", &VideoAdjustAvailable::aspectFillCrRange, Unsigned32{0, 4294967295U}}}};
 // clang-format on
 
 TEST(VideoAdjustBlock, ReadsAndWritesEveryLine) {
@@ -73,20 +73,20 @@ TEST(VideoAdjustBlock, ReportsASignedValueThatIsTooLarge) {
 }
 
 TEST(VideoAdjustAvailabilityBlock, ReadsAndWritesEveryLine) {
-    available.ExpectReadsAndWritesEveryLine();
+    videoAdjustAvailable.ExpectReadsAndWritesEveryLine();
 }
 
 TEST(VideoAdjustAvailabilityBlock, WritesItsLinesInOrder) {
-    available.ExpectWritesItsLinesInOrder();
+    videoAdjustAvailable.ExpectWritesItsLinesInOrder();
 }
 
 TEST(VideoAdjustAvailabilityBlock, ReportsBadRangesAndUnknownKeys) {
     for (const char* const key :
          {"Red range", "Green range", "Blue range", "Luma low range", "Luma high range", "Chroma low range",
           "Chroma high range", "Aspect fill luma range", "Aspect fill Cb range", "Aspect fill Cr range"}) {
-        available.ExpectReports({NotARange(key, "5"), NotARange(key, "low high")});
+        videoAdjustAvailable.ExpectReports({NotARange(key, "5"), NotARange(key, "low high")});
     }
-    available.ExpectReports({{"Red: 1 2", "Unknown video adjust availability line \"Red\"\n"}});
+    videoAdjustAvailable.ExpectReports({{"Red: 1 2", "Unknown video adjust availability line \"Red\"\n"}});
 }
 
 }  // namespace

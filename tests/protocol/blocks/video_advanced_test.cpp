@@ -8,7 +8,7 @@ namespace Morquil {
 namespace {
 
 using Advanced = VideoAdvancedChangeSet;
-using Available = VideoAdvancedAvailabilityChangeSet;
+using VideoAdvancedAvailable = VideoAdvancedAvailabilityChangeSet;
 using Limits32 = Range<std::int32_t>;
 
 // clang-format off
@@ -21,10 +21,10 @@ const GoldenBlock<Advanced> advanced{"VIDEO ADVANCED", {
     {"FRC aperture: 3",            &Advanced::frcAperture,    morquilAPIFrcAperture3},
     {"Processing: Lowest Latency", &Advanced::processing,     morquilAPIProcModeSimple}}};
 
-const GoldenBlock<Available> available{"VIDEO ADVANCED AVAILABILITY", {
-    {"Available source types: Auto Film", &Available::availableSourceTypes, Members(0, 2)},
-    {"FRC aperture range: 0 3",           &Available::frcApertureRange,     Limits32{0, 3}},
-    {"FRC aperture available: true",      &Available::frcApertureAvailable, true}}};
+const GoldenBlock<VideoAdvancedAvailable> videoAdvancedAvailable{"VIDEO ADVANCED AVAILABILITY", {
+    {"Available source types: Auto Film", &VideoAdvancedAvailable::availableSourceTypes, Members(0, 2)},
+    {"FRC aperture range: 0 3",           &VideoAdvancedAvailable::frcApertureRange,     Limits32{0, 3}},
+    {"FRC aperture available: true",      &VideoAdvancedAvailable::frcApertureAvailable, true}}};
 // clang-format on
 
 TEST(VideoAdvancedBlock, ReadsAndWritesEveryLine) {
@@ -51,29 +51,30 @@ TEST(VideoAdvancedBlock, ReportsBadValuesAndUnknownKeys) {
 }
 
 TEST(VideoAdvancedAvailabilityBlock, ReadsAndWritesEveryLine) {
-    available.ExpectReadsAndWritesEveryLine();
+    videoAdvancedAvailable.ExpectReadsAndWritesEveryLine();
 }
 
 TEST(VideoAdvancedAvailabilityBlock, WritesItsLinesInOrder) {
-    available.ExpectWritesItsLinesInOrder();
+    videoAdvancedAvailable.ExpectWritesItsLinesInOrder();
 }
 
 TEST(VideoAdvancedAvailabilityBlock, ReportsABadApertureRangeUnderTheNameOfTheBlock) {
-    available.ExpectReports({NotARange("FRC aperture range", "0", "VideoAdvancedAvailability")});
+    videoAdvancedAvailable.ExpectReports({NotARange("FRC aperture range", "0", "VideoAdvancedAvailability")});
 }
 
 TEST(VideoAdvancedAvailabilityBlock, ReportsOtherBadValuesAndUnknownKeys) {
-    available.ExpectReports({NotAValue("FRC aperture available", "1"),
-                             {"FRC aperture: 1 x", "Unknown video advanced availability line \"FRC aperture\"\n"}});
+    videoAdvancedAvailable.ExpectReports(
+        {NotAValue("FRC aperture available", "1"),
+         {"FRC aperture: 1 x", "Unknown video advanced availability line \"FRC aperture\"\n"}});
 }
 
 TEST(VideoAdvancedAvailabilityBlock, WritesItsProcessingModesLast) {
-    Available set;
+    VideoAdvancedAvailable set;
     set.availableSourceTypes.Add(morquilAPISourceTypeVideo);
     set.availableProcessingModes.Add(morquilAPIProcModeSimple);
     set.availableProcessingModes.Add(morquilAPIProcModeNormal);
     set.frcApertureAvailable.Set(false);
-    EXPECT_EQ(BlockText<Available>(set),
+    EXPECT_EQ(BlockText<VideoAdvancedAvailable>(set),
               "VIDEO ADVANCED AVAILABILITY:\n"
               "Available source types: Video\n"
               "FRC aperture available: false\n"
@@ -85,7 +86,7 @@ TEST(VideoAdvancedAvailabilityBlock, ReadsItsOwnProcessingModesAsUnknownWords) {
     const auto recorded =
         FedWith("VIDEO ADVANCED AVAILABILITY", "Available processing modes: Highest Quality Lowest Latency");
     EXPECT_EQ(recorded->sink.Errors(), RecordingSink::Events());
-    EXPECT_TRUE(Holds(recorded->sink.Last<Available>().availableProcessingModes, Members()));
+    EXPECT_TRUE(Holds(recorded->sink.Last<VideoAdvancedAvailable>().availableProcessingModes, Members()));
 }
 
 }  // namespace

@@ -8,7 +8,7 @@ namespace Morquil {
 namespace {
 
 using Input = VideoInputChangeSet;
-using Available = VideoInputAvailabilityChangeSet;
+using VideoInputAvailable = VideoInputAvailabilityChangeSet;
 
 // clang-format off
 const GoldenBlock<Input> input{"VIDEO INPUT", {
@@ -26,10 +26,10 @@ const GoldenBlock<Input> input{"VIDEO INPUT", {
     {"Video pixel format: RGB444",          &Input::videoPixelFormat,        morquilAPIPixelFormat444RGB},
     {"PCIe mode: Playback",                 &Input::pcieMode,                morquilAPIPCIePlayback}}};
 
-const GoldenBlock<Available> available{"VIDEO INPUT AVAILABILITY", {
-    {"Video sources: SDI1 HDMI SDI2",       &Available::videoSources,        Members(0, 1, 6)},
-    {"Audio sources: Embedded AES DB25",    &Available::audioSources,        Members(0, 1, 3)},
-    {"Video pixel formats: YCbCr422 RGB444", &Available::videoPixelFormats,  Members(0, 2)}}};
+const GoldenBlock<VideoInputAvailable> videoInputAvailable{"VIDEO INPUT AVAILABILITY", {
+    {"Video sources: SDI1 HDMI SDI2",       &VideoInputAvailable::videoSources,        Members(0, 1, 6)},
+    {"Audio sources: Embedded AES DB25",    &VideoInputAvailable::audioSources,        Members(0, 1, 3)},
+    {"Video pixel formats: YCbCr422 RGB444", &VideoInputAvailable::videoPixelFormats,  Members(0, 2)}}};
 // clang-format on
 
 TEST(VideoInputBlock, ReadsAndWritesEveryLine) {
@@ -85,40 +85,41 @@ TEST(VideoInputBlock, WritesNoLineForANumberThatHasNoWord) {
 }
 
 TEST(VideoInputAvailabilityBlock, ReadsAndWritesEveryLine) {
-    available.ExpectReadsAndWritesEveryLine();
+    videoInputAvailable.ExpectReadsAndWritesEveryLine();
 }
 
 TEST(VideoInputAvailabilityBlock, WritesItsLinesInOrder) {
-    available.ExpectWritesItsLinesInOrder();
+    videoInputAvailable.ExpectWritesItsLinesInOrder();
 }
 
 TEST(VideoInputAvailabilityBlock, ReportsUnknownKeys) {
-    available.ExpectReports({{"Video source: SDI1", "Unknown video input availability line \"Video source\"\n"}});
+    videoInputAvailable.ExpectReports(
+        {{"Video source: SDI1", "Unknown video input availability line \"Video source\"\n"}});
 }
 
 TEST(VideoInputAvailabilityBlock, WritesAListInTheOrderOfTheVocabulary) {
-    EXPECT_EQ(WrittenBack<Available>("VIDEO INPUT AVAILABILITY", "Video sources: HDMI SDI1"),
+    EXPECT_EQ(WrittenBack<VideoInputAvailable>("VIDEO INPUT AVAILABILITY", "Video sources: HDMI SDI1"),
               "VIDEO INPUT AVAILABILITY:\nVideo sources: SDI1 HDMI\n\n");
 }
 
 TEST(VideoInputAvailabilityBlock, DropsUnknownWordsInSilence) {
-    EXPECT_EQ(WrittenBack<Available>("VIDEO INPUT AVAILABILITY", "Audio sources: XLR AES embeddedd"),
+    EXPECT_EQ(WrittenBack<VideoInputAvailable>("VIDEO INPUT AVAILABILITY", "Audio sources: XLR AES embeddedd"),
               "VIDEO INPUT AVAILABILITY:\nAudio sources: AES\n\n");
 }
 
 TEST(VideoInputAvailabilityBlock, HasReceivedAListOfWhichItKnowsNoWord) {
     const auto recorded = FedWith("VIDEO INPUT AVAILABILITY", "Audio sources: XLR");
-    EXPECT_TRUE(recorded->sink.Last<Available>().audioSources.IsPresent());
-    EXPECT_FALSE(recorded->sink.Last<Available>().audioSources.HasAny());
+    EXPECT_TRUE(recorded->sink.Last<VideoInputAvailable>().audioSources.IsPresent());
+    EXPECT_FALSE(recorded->sink.Last<VideoInputAvailable>().audioSources.HasAny());
 }
 
 TEST(VideoInputAvailabilityBlock, OnlyEverAddsWordsWithinOneBlock) {
-    EXPECT_EQ(WrittenBack<Available>("VIDEO INPUT AVAILABILITY", "Audio sources: RCA\nAudio sources: AES"),
+    EXPECT_EQ(WrittenBack<VideoInputAvailable>("VIDEO INPUT AVAILABILITY", "Audio sources: RCA\nAudio sources: AES"),
               "VIDEO INPUT AVAILABILITY:\nAudio sources: AES RCA\n\n");
 }
 
 TEST(VideoInputAvailabilityBlock, SplitsAListAtAnyWhiteSpace) {
-    EXPECT_EQ(WrittenBack<Available>("VIDEO INPUT AVAILABILITY", "Audio sources: RCA\t AES  \vDB25 "),
+    EXPECT_EQ(WrittenBack<VideoInputAvailable>("VIDEO INPUT AVAILABILITY", "Audio sources: RCA\t AES  \vDB25 "),
               "VIDEO INPUT AVAILABILITY:\nAudio sources: AES RCA DB25\n\n");
 }
 

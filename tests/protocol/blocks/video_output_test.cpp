@@ -8,7 +8,7 @@ namespace Morquil {
 namespace {
 
 using Output = VideoOutputChangeSet;
-using Available = VideoOutputAvailabilityChangeSet;
+using VideoOutputAvailable = VideoOutputAvailabilityChangeSet;
 using Limits32 = Range<std::int32_t>;
 
 // clang-format off
@@ -30,15 +30,15 @@ const GoldenBlock<Output> output{"VIDEO OUTPUT", {
     {"Still preview complete: false",    &Output::stillPreviewComplete,     false},
     {"HDMI output: RGB444",              &Output::hdmiOutput,               morquilAPIPixelFormat444RGB}}};
 
-const GoldenBlock<Available> available{"VIDEO OUTPUT AVAILABILITY", {
-    {"Video demux modes: SingleLink QuadLink", &Available::videoDemuxModes,        Members(0, 2)},
-    {"Video pixel formats: YCbCr422 YCbCr444", &Available::videoPixelFormats,      Members(0, 1)},
-    {"Output sdi modes: LevelA LevelB",        &Available::outputSdiModes,         Members(0, 1)},
-    {"Quad sdi outputs: QuadHDSplit",          &Available::quadSdiOutputs,         Members(1)},
-    {"Video sources: Component SVideo",        &Available::videoSources,           Members(2, 4)},
-    {"Available output option: Input Still",   &Available::availableOutputOption,  Members(0, 2)},
-    {"HDMI outputs: RGB444",                   &Available::hdmiOutputs,            Members(2)},
-    {"Transition setting range: -10 100",      &Available::transitionSettingRange, Limits32{-10, 100}}}};
+const GoldenBlock<VideoOutputAvailable> videoOutputAvailable{"VIDEO OUTPUT AVAILABILITY", {
+    {"Video demux modes: SingleLink QuadLink", &VideoOutputAvailable::videoDemuxModes,        Members(0, 2)},
+    {"Video pixel formats: YCbCr422 YCbCr444", &VideoOutputAvailable::videoPixelFormats,      Members(0, 1)},
+    {"Output sdi modes: LevelA LevelB",        &VideoOutputAvailable::outputSdiModes,         Members(0, 1)},
+    {"Quad sdi outputs: QuadHDSplit",          &VideoOutputAvailable::quadSdiOutputs,         Members(1)},
+    {"Video sources: Component SVideo",        &VideoOutputAvailable::videoSources,           Members(2, 4)},
+    {"Available output option: Input Still",   &VideoOutputAvailable::availableOutputOption,  Members(0, 2)},
+    {"HDMI outputs: RGB444",                   &VideoOutputAvailable::hdmiOutputs,            Members(2)},
+    {"Transition setting range: -10 100",      &VideoOutputAvailable::transitionSettingRange, Limits32{-10, 100}}}};
 // clang-format on
 
 TEST(VideoOutputBlock, ReadsAndWritesEveryLine) {
@@ -82,23 +82,24 @@ TEST(VideoOutputBlock, StoresButNeverWritesATransitionSettingOfMinusOne) {
 }
 
 TEST(VideoOutputAvailabilityBlock, ReadsAndWritesEveryLine) {
-    available.ExpectReadsAndWritesEveryLine();
+    videoOutputAvailable.ExpectReadsAndWritesEveryLine();
 }
 
 TEST(VideoOutputAvailabilityBlock, WritesItsLinesInOrder) {
-    available.ExpectWritesItsLinesInOrder();
+    videoOutputAvailable.ExpectWritesItsLinesInOrder();
 }
 
 TEST(VideoOutputAvailabilityBlock, ReportsBadRangesAndUnknownKeys) {
-    available.ExpectReports({NotARange("Transition setting range", "10"),
-                             NotARange("Transition setting range", "low high"),
-                             {"Output option: Input", "Unknown video output availability line \"Output option\"\n"}});
+    videoOutputAvailable.ExpectReports(
+        {NotARange("Transition setting range", "10"),
+         NotARange("Transition setting range", "low high"),
+         {"Output option: Input", "Unknown video output availability line \"Output option\"\n"}});
 }
 
 TEST(VideoOutputAvailabilityBlock, DropsUnknownWordsOfEveryListInSilence) {
     for (const char* const key : {"Video demux modes", "Video pixel formats", "Output sdi modes", "Quad sdi outputs",
                                   "Video sources", "Available output option", "HDMI outputs"}) {
-        available.ExpectIgnores(std::string(key) + ": Nonsense");
+        videoOutputAvailable.ExpectIgnores(std::string(key) + ": Nonsense");
     }
 }
 

@@ -10,7 +10,7 @@ namespace Morquil {
 namespace {
 
 using ProcAmp = VideoProcAmpChangeSet;
-using Available = VideoProcAmpAvailabilityChangeSet;
+using VideoProcAmpAvailable = VideoProcAmpAvailabilityChangeSet;
 using Limits32 = Range<std::int32_t>;
 
 // clang-format off
@@ -25,14 +25,14 @@ const GoldenBlock<ProcAmp> procAmp{"VIDEO PROC AMP", {
     {"ResetValues: 127",   &ProcAmp::resetValues, 127U},
     {"Reset: true",        &ProcAmp::reset,       true}}};
 
-const GoldenBlock<Available> available{"VIDEO PROC AMP AVAILABILITY", {
-    {"Gain range: -60 60",         &Available::gainRange,       Limits32{-60, 60}},
-    {"Black range: -30 30",        &Available::blackRange,      Limits32{-30, 30}},
-    {"Saturation range: -100 100", &Available::saturationRange, Limits32{-100, 100}},
-    {"Hue range: -179 180",        &Available::hueRange,        Limits32{-179, 180}},
-    {"RY range: -1 1",             &Available::ryRange,         Limits32{-1, 1}},
-    {"BY range: -2 2",             &Available::byRange,         Limits32{-2, 2}},
-    {"Sharp range: 0 20",          &Available::sharpRange,      Limits32{0, 20}}}};
+const GoldenBlock<VideoProcAmpAvailable> videoProcAmpAvailable{"VIDEO PROC AMP AVAILABILITY", {
+    {"Gain range: -60 60",         &VideoProcAmpAvailable::gainRange,       Limits32{-60, 60}},
+    {"Black range: -30 30",        &VideoProcAmpAvailable::blackRange,      Limits32{-30, 30}},
+    {"Saturation range: -100 100", &VideoProcAmpAvailable::saturationRange, Limits32{-100, 100}},
+    {"Hue range: -179 180",        &VideoProcAmpAvailable::hueRange,        Limits32{-179, 180}},
+    {"RY range: -1 1",             &VideoProcAmpAvailable::ryRange,         Limits32{-1, 1}},
+    {"BY range: -2 2",             &VideoProcAmpAvailable::byRange,         Limits32{-2, 2}},
+    {"Sharp range: 0 20",          &VideoProcAmpAvailable::sharpRange,      Limits32{0, 20}}}};
 // clang-format on
 
 TEST(VideoProcAmpBlock, ReadsAndWritesEveryLine) {
@@ -78,25 +78,26 @@ TEST(VideoProcAmpBlock, WritesTheResetValuesInSignedNotation) {
 }
 
 TEST(VideoProcAmpAvailabilityBlock, ReadsAndWritesEveryLine) {
-    available.ExpectReadsAndWritesEveryLine();
+    videoProcAmpAvailable.ExpectReadsAndWritesEveryLine();
 }
 
 TEST(VideoProcAmpAvailabilityBlock, WritesItsLinesInOrder) {
-    available.ExpectWritesItsLinesInOrder();
+    videoProcAmpAvailable.ExpectWritesItsLinesInOrder();
 }
 
 TEST(VideoProcAmpAvailabilityBlock, ReportsEveryBadRangeUnderOneName) {
     for (const std::string key : {"Gain", "Black", "Saturation", "Hue", "RY", "BY", "Sharp"}) {
-        available.ExpectReports({NotARange(key + " range", "5", "VideoProcAmpAvailability")});
+        videoProcAmpAvailable.ExpectReports({NotARange(key + " range", "5", "VideoProcAmpAvailability")});
     }
 }
 
 TEST(VideoProcAmpAvailabilityBlock, ReportsAnUnknownKeyWithAGoodRangeForItsKey) {
-    available.ExpectReports({{"Tint range: 1 5", "Unknown video proc amp availability line \"Tint range\"\n"}});
+    videoProcAmpAvailable.ExpectReports(
+        {{"Tint range: 1 5", "Unknown video proc amp availability line \"Tint range\"\n"}});
 }
 
 TEST(VideoProcAmpAvailabilityBlock, ReportsAnUnknownKeyWithABadRangeForItsRange) {
-    available.ExpectReports({NotARange("Tint range", "5", "VideoProcAmpAvailability")});
+    videoProcAmpAvailable.ExpectReports({NotARange("Tint range", "5", "VideoProcAmpAvailability")});
 }
 
 }  // namespace

@@ -3,21 +3,18 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <string_view>
 
 #include "protocol/every_block_sink.h"
 #include "protocol/morquil_text_protocol_parser.h"
-#include "tests/allocation/exempt_comms.h"
+#include "tests/allocation/full_dump.h"
+#include "tests/allocation/scarce_memory.h"
 #include "tests/device/device_rig.h"
 
 namespace Morquil::Testing {
 namespace {
 
-using Test::Exempt;
-using Test::ExemptComms;
 using Test::ScarceMemory;
 
 class CountingSink final : public EveryBlockSink<CountingSink> {
@@ -35,12 +32,6 @@ public:
     std::size_t acknowledgements = 0;
     std::size_t errors = 0;
 };
-
-std::string DumpText() {
-    std::ostringstream text;
-    text << std::ifstream(MORQUIL_TEST_DATA "/full_dump.txt", std::ios::binary).rdbuf();
-    return text.str();
-}
 
 /// One line of every block of settings in a block of its own, as a device reports what somebody turns.
 std::string UpdatesText() {
@@ -92,31 +83,6 @@ TEST(Parser, TakesNoMemoryForWhatItComplainsOf) {
         "SCOPES:\nWaveform: true\n\nAUDIO:\nno colon\nNo such key: 1\nAudioOut0: none\nKey:\n" + line + "\n\n", 64);
     EXPECT_EQ(sink.blocks, 1U);
     EXPECT_GE(sink.errors, 6U);
-}
-
-// The mirrors, the observers' lists and the waiting calls included. What the device is asked for in return is made as a
-// message each; a state that is told for the second time asks for nothing.
-TEST(Device, TakesNoMemoryForAFullDump) {
-    const Exempt test;
-    const Watchdog watchdog;
-    FakeConnection link;
-    link.AnswerWith(DeviceAnswer);
-    link.Push(GreetingText());
-    auto* const device = new CMorquilDevice(std::make_unique<ExemptComms>(link.MakeComms()));
-    _MorquilConnectToFailure reason{};
-    ASSERT_EQ(device->Connect(OwnedBstr(Utf16{OLESTR("device.test")}).Get(), nullptr, &reason), S_OK);
-    const std::string dump = DumpText();
-    link.Push(dump);
-    ASSERT_TRUE(link.AwaitIdle());
-    {
-        const ScarceMemory memory(0, false);
-        link.Push(dump);
-        EXPECT_TRUE(link.AwaitIdle());
-        EXPECT_FALSE(ScarceMemory::HasRunOut());
-    }
-    EXPECT_TRUE(link.IsOpen());
-    device->Disconnect();
-    device->Release();
 }
 
 }  // namespace

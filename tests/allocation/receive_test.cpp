@@ -6,6 +6,7 @@
 
 #include "device/device.h"
 #include "tests/allocation/exempt_comms.h"
+#include "tests/allocation/full_dump.h"
 #include "tests/device/device_texts.h"
 #include "tests/platform/owned_bstr.h"
 #include "tests/support/fake_comms.h"
@@ -21,29 +22,52 @@ using Test::OwnedBstr;
 using Test::ScarceMemory;
 using Test::Utf16;
 
-TEST(Receiving, TakesNoMemoryForReportsOfNumbersAndWords) {
+/// A device that is connected; what its host and its far end do takes memory of their own.
+class Receiving : public testing::Test {
+protected:
+    void SetUp() override {
+        link.AnswerWith(DeviceAnswer);
+        link.Push(GreetingText());
+        _MorquilConnectToFailure reason{};
+        ASSERT_EQ(device->Connect(OwnedBstr(Utf16{OLESTR("device.test")}).Get(), nullptr, &reason), S_OK);
+        ASSERT_TRUE(link.AwaitIdle());
+    }
+    void TearDown() override {
+        EXPECT_TRUE(link.IsOpen());
+        device->Disconnect();
+        device->Release();
+    }
+
+    void Push(const std::string& text) {
+        link.Push(text);
+        EXPECT_TRUE(link.AwaitIdle());
+    }
+    void ExpectTakesNoMemoryFor(const std::string& text) {
+        const ScarceMemory memory(0, false);
+        Push(text);
+        EXPECT_FALSE(ScarceMemory::HasRunOut());
+    }
+
     const Exempt test;
     const Watchdog watchdog;
     FakeConnection link;
-    link.AnswerWith(DeviceAnswer);
-    link.Push(GreetingText());
-    auto* const device = new CMorquilDevice(std::make_unique<ExemptComms>(link.MakeComms()));
-    _MorquilConnectToFailure reason{};
-    ASSERT_EQ(device->Connect(OwnedBstr(Utf16{OLESTR("device.test")}).Get(), nullptr, &reason), S_OK);
-    ASSERT_TRUE(link.AwaitIdle());
+    CMorquilDevice* const device = new CMorquilDevice(std::make_unique<ExemptComms>(link.MakeComms()));
+};
+
+TEST_F(Receiving, TakesNoMemoryForReportsOfNumbersAndWords) {
     std::string reports;
     for (int gain = 0; gain < 100; ++gain) {
         reports += "VIDEO PROC AMP:\nGain: " + std::to_string(gain) + "\n\nVIDEO OUTPUT:\nHDMI output: YCbCr422\n\n";
     }
-    {
-        const ScarceMemory memory(0, false);
-        link.Push(reports);
-        EXPECT_TRUE(link.AwaitIdle());
-        EXPECT_FALSE(ScarceMemory::HasRunOut());
-    }
-    EXPECT_TRUE(link.IsOpen());
-    device->Disconnect();
-    device->Release();
+    ExpectTakesNoMemoryFor(reports);
+}
+
+// The mirrors, the observers' lists and the waiting calls included. What the device is asked for in return is made as a
+// message each; a state that is told for the second time asks for nothing.
+TEST_F(Receiving, TakesNoMemoryForAFullDump) {
+    const std::string dump = DumpText();
+    Push(dump);
+    ExpectTakesNoMemoryFor(dump);
 }
 
 }  // namespace

@@ -2,87 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cctype>
 #include <cstddef>
-#include <cstdint>
-#include <iterator>
-#include <string>
-#include <vector>
+
+#include "tests/protocol/expected_words.h"
 
 namespace Morquil {
 namespace {
 
-struct ExpectedWord {
-    std::int64_t value;
-    const char* word;
-};
-
-std::string InUpperCase(std::string text) {
-    for (char& character : text) {
-        character = static_cast<char>(std::toupper(static_cast<unsigned char>(character)));
-    }
-    return text;
-}
-
-/// Every word is found at its value, in any case, and printed from it; there are no others.
-template <class Vocabulary>
-void ExpectWords(const std::vector<ExpectedWord>& rows) {
-    const auto& words = Vocabulary::words;
-    ASSERT_EQ(words.Size(), rows.size());
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const std::string word = rows[i].word;
-        EXPECT_EQ(rows[i].value, static_cast<std::int64_t>(i)) << word;
-        EXPECT_EQ(words[i], word);
-        EXPECT_EQ(words.Find(word), i) << word;
-        EXPECT_EQ(words.Find(InUpperCase(word)), i) << word;
-        EXPECT_EQ(words.Find(word + " "), rows.size()) << word;
-        EXPECT_EQ(words.Find(" " + word), rows.size()) << word;
-        EXPECT_EQ(words.Find(word.substr(0, word.size() - 1) + "~"), rows.size()) << word;
-    }
-    EXPECT_EQ(words.Find(""), rows.size());
-    EXPECT_EQ(words.Find("Unknown"), rows.size());
-}
+using Testing::ExpectWords;
 
 // clang-format off
-TEST(VideoModes, StandAtTheirValues) {
-    ExpectWords<VideoModes>({
-        {morquilAPIVideoModeNTSC,          "525i59.94 NTSC"},
-        {morquilAPIVideoModePAL,           "625i50 PAL"},
-        {morquilAPIVideoModeNTSCp,         "525p29.97 NTSC"},
-        {morquilAPIVideoMode720p5994,      "720p59.94"},
-        {morquilAPIVideoMode720p50,        "720p50"},
-        {morquilAPIVideoMode720p60,        "720p60"},
-        {morquilAPIVideoMode1080i5994,     "1080i59.94"},
-        {morquilAPIVideoMode1080i50,       "1080i50"},
-        {morquilAPIVideoMode1080i60,       "1080i60"},
-        {morquilAPIVideoMode1080p30,       "1080p30"},
-        {morquilAPIVideoMode1080p2997,     "1080p29.97"},
-        {morquilAPIVideoMode1080p25,       "1080p25"},
-        {morquilAPIVideoMode1080p24,       "1080p24"},
-        {morquilAPIVideoMode1080p2398,     "1080p23.98"},
-        {morquilAPIVideoMode1080p5994,     "1080p59.94"},
-        {morquilAPIVideoMode1080p50,       "1080p50"},
-        {morquilAPIVideoMode1080p60,       "1080p60"},
-        {morquilAPIVideoMode1080psf2398,   "1080PsF23.98"},
-        {morquilAPIVideoMode1080psf24,     "1080PsF24"},
-        {morquilAPIVideoMode1080psf25,     "1080PsF25"},
-        {morquilAPIVideoMode1080psf2997,   "1080PsF29.97"},
-        {morquilAPIVideoMode1080psf30,     "1080PsF30"},
-        {morquilAPIVideoMode2K1080p2398,   "2K DCI 23.98p"},
-        {morquilAPIVideoMode2K1080p24,     "2K DCI 24p"},
-        {morquilAPIVideoMode2K1080psf2398, "2K DCI 23.98PsF"},
-        {morquilAPIVideoMode2K1080psf24,   "2K DCI 24PsF"},
-        {morquilAPIVideoModeUHDp2398,      "2160p23.98"},
-        {morquilAPIVideoModeUHDp24,        "2160p24"},
-        {morquilAPIVideoModeUHDp25,        "2160p25"},
-        {morquilAPIVideoModeUHDp2997,      "2160p29.97"},
-        {morquilAPIVideoModeUHDp30,        "2160p30"},
-        {morquilAPIVideoModeUHDp60,        "2160p60"},
-        {morquilAPIVideoModeUHDp5994,      "2160p59.94"},
-        {morquilAPIVideoModeUHDp50,        "2160p50"}});
-}
-
 TEST(AspectRatios, StandAtTheirValues) {
     ExpectWords<AspectRatios>({
         {morquilAPIAspectRatioAnamorphic, "Anamorphic"},
@@ -433,88 +362,6 @@ TEST(Flips3D, StandAtTheirValues) {
         {3, "Both"}});
 }
 
-struct ExpectedMode {
-    _MorquilAPIVideoMode mode;
-    VideoModeDetails details;
-};
-
-constexpr ExpectedMode expectedModes[] = {
-    {morquilAPIVideoModeNTSC,          {720, 486, 6, 30000, 1001, 1}},
-    {morquilAPIVideoModePAL,           {720, 576, 5, 25000, 1000, 1}},
-    {morquilAPIVideoModeNTSCp,         {720, 486, 7, 60000, 1001, 3}},
-    {morquilAPIVideoMode720p5994,      {1280, 720, 6, 60000, 1001, 2}},
-    {morquilAPIVideoMode720p50,        {1280, 720, 5, 50000, 1000, 2}},
-    {morquilAPIVideoMode720p60,        {1280, 720, 7, 60000, 1000, 2}},
-    {morquilAPIVideoMode1080i5994,     {1920, 1080, 6, 30000, 1001, 0}},
-    {morquilAPIVideoMode1080i50,       {1920, 1080, 5, 25000, 1000, 0}},
-    {morquilAPIVideoMode1080i60,       {1920, 1080, 7, 30000, 1000, 0}},
-    {morquilAPIVideoMode1080p30,       {1920, 1080, 4, 30000, 1000, 2}},
-    {morquilAPIVideoMode1080p2997,     {1920, 1080, 3, 30000, 1001, 2}},
-    {morquilAPIVideoMode1080p25,       {1920, 1080, 2, 25000, 1000, 2}},
-    {morquilAPIVideoMode1080p24,       {1920, 1080, 1, 24000, 1000, 2}},
-    {morquilAPIVideoMode1080p2398,     {1920, 1080, 0, 24000, 1001, 2}},
-    {morquilAPIVideoMode1080p5994,     {1920, 1080, 6, 60000, 1001, 2}},
-    {morquilAPIVideoMode1080p50,       {1920, 1080, 5, 50000, 1000, 2}},
-    {morquilAPIVideoMode1080p60,       {1920, 1080, 7, 60000, 1000, 2}},
-    {morquilAPIVideoMode1080psf2398,   {1920, 1080, 0, 24000, 1001, 6}},
-    {morquilAPIVideoMode1080psf24,     {1920, 1080, 1, 24000, 1000, 6}},
-    {morquilAPIVideoMode1080psf25,     {1920, 1080, 2, 25000, 1000, 6}},
-    {morquilAPIVideoMode1080psf2997,   {1920, 1080, 3, 30000, 1001, 6}},
-    {morquilAPIVideoMode1080psf30,     {1920, 1080, 4, 30000, 1000, 6}},
-    {morquilAPIVideoMode2K1080p2398,   {2048, 1080, 0, 24000, 1001, 2}},
-    {morquilAPIVideoMode2K1080p24,     {2048, 1080, 1, 24000, 1000, 2}},
-    {morquilAPIVideoMode2K1080psf2398, {2048, 1080, 0, 24000, 1001, 6}},
-    {morquilAPIVideoMode2K1080psf24,   {2048, 1080, 1, 24000, 1000, 6}},
-    {morquilAPIVideoModeUHDp2398,      {3840, 2160, 0, 24000, 1001, 2}},
-    {morquilAPIVideoModeUHDp24,        {3840, 2160, 1, 24000, 1000, 2}},
-    {morquilAPIVideoModeUHDp25,        {3840, 2160, 2, 25000, 1000, 2}},
-    {morquilAPIVideoModeUHDp2997,      {3840, 2160, 3, 30000, 1001, 2}},
-    {morquilAPIVideoModeUHDp30,        {3840, 2160, 4, 30000, 1000, 2}},
-    {morquilAPIVideoModeUHDp60,        {3840, 2160, 7, 60000, 1000, 2}},
-    {morquilAPIVideoModeUHDp5994,      {3840, 2160, 6, 60000, 1001, 2}},
-    {morquilAPIVideoModeUHDp50,        {3840, 2160, 5, 50000, 1000, 2}}};
-// clang-format on
-
-TEST(VideoModes, CarryTheirPictureAndRate) {
-    for (const auto& [mode, expected] : expectedModes) {
-        const auto* const details = VideoModes::Details(static_cast<std::size_t>(mode));
-        ASSERT_NE(details, nullptr) << mode;
-        EXPECT_EQ(details->width, expected.width) << mode;
-        EXPECT_EQ(details->height, expected.height) << mode;
-        EXPECT_EQ(details->frameRateIndex, expected.frameRateIndex) << mode;
-        EXPECT_EQ(details->timeScale, expected.timeScale) << mode;
-        EXPECT_EQ(details->frameDuration, expected.frameDuration) << mode;
-        EXPECT_EQ(details->scanCode, expected.scanCode) << mode;
-    }
-}
-
-TEST(VideoModes, HaveNoRowBeyondTheLast) {
-    EXPECT_EQ(std::size(expectedModes), 34U);
-    EXPECT_NE(VideoModes::Details(33), nullptr);
-    EXPECT_EQ(VideoModes::Details(34), nullptr);
-    EXPECT_EQ(VideoModes::Details(static_cast<std::size_t>(-1)), nullptr);
-}
-
-TEST(VideoModes, NameARateOfTheFrameRateTable) {
-    for (std::size_t mode = 0; mode < VideoModes::words.Size(); ++mode) {
-        EXPECT_LT(static_cast<std::size_t>(VideoModes::Details(mode)->frameRateIndex), FrameRates::words.Size())
-            << mode;
-    }
-}
-
-// clang-format off
-TEST(FrameRates, StandAtTheirNumbersWithTheirHighestTimecodeFrame) {
-    ExpectWords<FrameRates>({
-        {0, "23.98 FPS"},
-        {1, "24 FPS"},
-        {2, "25 FPS"},
-        {3, "29.97 FPS"},
-        {4, "30 FPS"},
-        {5, "50 FPS"},
-        {6, "59.94 FPS"},
-        {7, "60 FPS"}});
-    EXPECT_EQ(FrameRates::highestTimecodeFrame, (std::array<std::int32_t, 8>{23, 23, 24, 29, 29, 24, 29, 29}));
-}
 // clang-format on
 
 TEST(VideoSources, SpellFiberAsOptical) {

@@ -85,16 +85,28 @@ def measure(figure, results):
                 passesGate=reaches(figure["gate"]))
 
 
+def goal(figure):
+    return f"at least {figure['atLeast']:g}" if "atLeast" in figure else f"at most {figure['atMost']:g}"
+
+
 def table(figures):
     width = max(len(figure["what"]) for figure in figures)
     lines = [f"{'figure':{width}}  {'goal':>14}  {'measured':>12}  met"]
     for figure in figures:
-        unit = figure.get("unit", "x")
-        goal = f"at least {figure['atLeast']:g}" if "atLeast" in figure else f"at most {figure['atMost']:g}"
-        measured = "missing" if figure["measured"] is None else f"{figure['measured']:.4g} {unit}"
+        measured = "missing" if figure["measured"] is None else f"{figure['measured']:.4g} {figure.get('unit', 'x')}"
         verdict = "yes" if figure["met"] else "no" if figure["passesGate"] else "NO, and misses its gate"
-        lines.append(f"{figure['what']:{width}}  {goal:>14}  {measured:>12}  {verdict}")
+        lines.append(f"{figure['what']:{width}}  {goal(figure):>14}  {measured:>12}  {verdict}")
     return "\n".join(lines)
+
+
+def page(figures):
+    """The same for a README."""
+    lines = ["| Figure | Goal | Measured | Met |", "|---|---|---|---|"]
+    for figure in figures:
+        unit = " " + figure["unit"] if figure.get("unit") else ""
+        measured = "missing" if figure["measured"] is None else f"{figure['measured']:.3g}{unit}"
+        lines.append(f"| {figure['what']} | {goal(figure)}{unit} | {measured} | {'yes' if figure['met'] else '**no**'} |")
+    return "\n".join(lines) + "\n"
 
 
 def parse_options():
@@ -122,6 +134,7 @@ def main():
     print("\n" + table(figures))
     (options.results / "figures.json").write_text(json.dumps(
         {"date": datetime.date.today().isoformat(), "figures": figures}, indent=1) + "\n")
+    (options.results / "figures.md").write_text(page(figures))
     print(f"\n{sum(figure['met'] for figure in figures)} of {len(figures)} goals met; "
           f"all results are in {options.results}")
     if any(figure["measured"] is None for figure in figures):

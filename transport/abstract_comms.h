@@ -57,7 +57,8 @@ public:
     virtual bool WaitForConnect(std::int32_t timeoutMs) = 0;
 
     /// Takes a connected socket over and watches it from now on. It becomes non-blocking, whatever is asked for: a
-    /// watched socket always is. Ownership: stays with the caller until `Close`. Returns: always true.
+    /// watched socket always is, and no more is read from it than is asked for. Ownership: stays with the caller until
+    /// `Close`. Returns: always true.
     virtual bool Attach(SocketHandle socket, bool nonBlocking) = 0;
 
     /// Ends the connection. Harmless when there is none.
@@ -71,8 +72,8 @@ public:
     virtual void Reserved2() {}  ///< keeps its slot
 
     /// Waits for the next event. Of things that happen together it tells stop, then send, then user, then the socket;
-    /// each wake-up once however often it was signalled. A connection that ended is told without the bytes that came
-    /// with its end.
+    /// each wake-up once however often it was signalled. The end of a connection is told when the bytes that
+    /// came before it have been received; that it broke, at once.
     virtual CommsEvent WaitForEvent() = 0;
 
     /// Reads up to `length` bytes. `flags` are the system's.

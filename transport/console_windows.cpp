@@ -3,8 +3,12 @@
 #include <io.h>
 #include <winternl.h>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
+#include <cstddef>
 #include <cstdio>
+#include <string_view>
 
 #include "transport/console.h"
 
@@ -20,7 +24,7 @@ bool AskWhetherNullDevice(HANDLE output) {
 }
 
 // The answer is kept, since each question may be a round trip to another process. A console that has got the number of
-// a null device that was closed is still written to, without what the C library does for consoles.
+// a null device that was closed is still written to.
 bool IsNullDevice(HANDLE output) {
     static std::atomic<HANDLE> known = nullptr;
     if (output == known) {
@@ -31,6 +35,23 @@ bool IsNullDevice(HANDLE output) {
         known = output;
     }
     return isNull;
+}
+
+// As the C library writes text.
+void WriteLines(HANDLE output, std::string_view text) {
+    constexpr std::size_t pieceLength = 1024;
+    std::array<char, 2 * pieceLength> lines;
+    for (; !text.empty(); text.remove_prefix(std::min(text.size(), pieceLength))) {
+        char* end = lines.data();
+        for (const char character : text.substr(0, pieceLength)) {
+            if (character == '\n') {
+                *end++ = '\r';
+            }
+            *end++ = character;
+        }
+        DWORD written = 0;
+        WriteFile(output, lines.data(), static_cast<DWORD>(end - lines.data()), &written, nullptr);
+    }
 }
 
 }  // namespace
@@ -46,8 +67,7 @@ void Print(std::string_view text) {
     std::fflush(stdout);
     const auto output = reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
     if (IsNullDevice(output)) {
-        DWORD written = 0;
-        WriteFile(output, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+        WriteLines(output, text);
     } else {
         _write(descriptor, text.data(), static_cast<unsigned>(text.size()));
     }

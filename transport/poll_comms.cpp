@@ -4,6 +4,7 @@
 #include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -83,6 +84,11 @@ bool HasPeer(int socket) {
     return getpeername(socket, reinterpret_cast<sockaddr*>(&peer), &size) == 0;
 }
 
+bool HasUnreadBytes(int socket) {
+    int count = 0;
+    return ioctl(socket, FIONREAD, &count) == 0 && count > 0;
+}
+
 // Whether an attempt that poll has reported on has succeeded.
 bool HasConnected(int socket) {
     int error = 0;
@@ -109,6 +115,7 @@ bool PollComms::Open(const std::string& host, std::uint32_t port, bool nonBlocki
         return false;
     }
     SendAtOnce(attempt.Get());
+    readAhead_.Enable(true);
     Arm(attempt.Detach());
     stands_ = !nonBlocking;
     return true;
@@ -149,15 +156,19 @@ bool PollComms::Attach(SocketHandle socket, bool /*nonBlocking*/) {
     fcntl(attached, F_SETFL, fcntl(attached, F_GETFL) | O_NONBLOCK);
     SendAtOnce(attached);
     stands_ = false;
+    readAhead_.Enable(false);
     Arm(attached);
     return true;
 }
 
 // From here on everything about the socket is told anew.
 void PollComms::Arm(int socket) {
+    if (socket != socket_) {
+        readAhead_.Clear();
+    }
     socket_ = socket;
     pending_.Clear();
-    readAhead_.Clear();
+    readAhead_.TellAgain();
     tellReadable_ = tellWritable_ = tellGone_ = true;
 }
 
@@ -165,6 +176,7 @@ void PollComms::Close() {
     const FileDescriptor closes(socket_);
     socket_ = -1;
     stands_ = false;
+    readAhead_.Clear();
 }
 
 std::uint32_t PollComms::SetWaitMode(bool includeSocket, std::uint32_t timeoutMs) {
@@ -187,7 +199,8 @@ void PollComms::Poll(const Deadline& deadline) {
     if (TakeSignal()) {
         return;
     }
-    const bool watchSocket = includeSocket_ && tellGone_;
+    // An end that waits for bytes to be received would be reported all the time.
+    const bool watchSocket = includeSocket_ && tellGone_ && (tellReadable_ || !endWaits_);
     const bool leftOver = includeSocket_ && readAhead_.IsUntold();
     std::array<pollfd, 2> watched{
         {{wakeUp_.Descriptor(), POLLIN, 0}, {watchSocket ? socket_ : notWatched, WatchedEvents(), 0}}};
@@ -219,8 +232,11 @@ short PollComms::WatchedEvents() const {
 
 // What is told now is not told again before something new can have happened.
 SocketState PollComms::Translate(short reported) {
+    const bool broken = (reported & (POLLHUP | POLLERR | POLLNVAL)) != 0;
+    const bool ended = broken || (reported & POLLRDHUP) != 0;
+    endWaits_ = ended && !broken && (!readAhead_.IsEmpty() || HasUnreadBytes(socket_));
     SocketState state;
-    state.gone = (reported & (POLLRDHUP | POLLHUP | POLLERR | POLLNVAL)) != 0;
+    state.gone = ended && !endWaits_;
     state.readable = (reported & POLLIN) != 0 || readAhead_.IsUntold();
     state.writable = (reported & POLLOUT) != 0;
     tellGone_ = tellGone_ && !state.gone;

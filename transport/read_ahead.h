@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstring>
 
 namespace Morquil {
 
@@ -18,7 +17,7 @@ public:
     int Take(char* buffer, int length, int flags, bool stay, Read read) {
         if (IsEmpty()) {
             untold_ = more_ = false;
-            if (flags != 0) {
+            if (flags != 0 || !isEnabled_) {
                 return read(buffer, length, flags);
             }
             const int count = read(bytes_.data(), static_cast<int>(bytes_.size()), 0);
@@ -29,7 +28,7 @@ public:
             end_ = static_cast<std::size_t>(count);
         }
         const std::size_t count = std::min(end_ - begin_, static_cast<std::size_t>(length));
-        std::memcpy(buffer, bytes_.data() + begin_, count);
+        std::copy_n(bytes_.data() + begin_, count, buffer);
         begin_ += stay ? 0 : count;
         untold_ = more_ || !IsEmpty();
         return static_cast<int>(count);
@@ -44,14 +43,21 @@ public:
         more_ = more_ || more;
     }
 
+    /// Whether more than what is asked for may be read. Not of a socket that others read, too.
+    void Enable(bool enabled) { isEnabled_ = enabled; }
+
+    /// What waits is to be told anew.
+    void TellAgain() { untold_ = !IsEmpty(); }
+
+    bool IsEmpty() const { return begin_ == end_; }
+
     void Clear() {
         begin_ = end_ = 0;
         untold_ = more_ = false;
     }
 
 private:
-    bool IsEmpty() const { return begin_ == end_; }
-
+    bool isEnabled_ = true;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
     bool untold_ = false;

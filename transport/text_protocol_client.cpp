@@ -57,11 +57,30 @@ bool TextProtocolClient::Start() {
     return false;
 }
 
+/// A wake-up that the last connection did not take would end the next attempt at once.
+void TextProtocolClient::TakeLeftWakeUp() {
+    if (!stopSignalled_.exchange(false)) {
+        return;
+    }
+    comms_->SetWaitMode(false, 0);
+    bool sendWaits = false;
+    CommsEvent event = comms_->WaitForEvent();
+    while (event != CommsEvent::StopRequested && event != CommsEvent::Timeout && event != CommsEvent::WaitFailed) {
+        sendWaits |= event == CommsEvent::SendRequested;
+        event = comms_->WaitForEvent();
+    }
+    if (sendWaits) {
+        comms_->Signal(signalSend);
+    }
+}
+
 bool TextProtocolClient::Connect() {
+    TakeLeftWakeUp();
     opening_ = true;
     const bool opened = initialised_ && !stopRequested_ && comms_->Open(host_, port_, false);
     opening_ = false;
     if (!opened) {
+        stopSignalled_ = false;  // the attempt has used it up
         return false;
     }
     if (!comms_->WaitForConnect(connectWaitMs)) {
@@ -102,7 +121,8 @@ void TextProtocolClient::Disconnected() {
 void TextProtocolClient::LetThreadEnd() {
     Lock lock(joinLock_);
     if (thread_) {
-        JoinThread(thread_);
+        // A thread that starts its own successor lets its handle go.
+        JoinThread(thread_, nullptr, threadId_);
         threadId_ = 0;
         stopRequested_ = false;
     }
@@ -121,7 +141,11 @@ bool TextProtocolClient::RequestStop() {
     }
     // A wake-up that nobody takes would end the next connection: the thread itself looks at the request, and so does a
     // start that has not begun to connect.
-    if (IsOnConnectionThread() || (!running_ && !opening_) || comms_->Signal(signalStop)) {
+    if (IsOnConnectionThread() || (!running_ && !opening_)) {
+        return true;
+    }
+    stopSignalled_ = true;
+    if (comms_->Signal(signalStop)) {
         return true;
     }
     Print("Could not signal the connection thread to stop\n");
@@ -165,6 +189,7 @@ bool TextProtocolClient::Handle(CommsEvent event) {
             }
             return true;
         case CommsEvent::StopRequested:
+            stopSignalled_ = false;
             return false;
         case CommsEvent::Readable:
             ReceiveAvailable();
@@ -240,7 +265,7 @@ void TextProtocolClient::SendAll(const char* text, std::size_t length) {
             length -= static_cast<std::size_t>(sent);
         } else if (sent != commsWouldBlock) {
             if (running_) {
-                RequestStop();
+                Stop();
             }
             return;
         }
@@ -254,7 +279,10 @@ void TextProtocolClient::ReceiveAvailable() {
             return;
         }
         if (received <= 0) {
-            RequestStop();
+            // Behind bytes the wait tells the end, as of any connection.
+            if (receives == 0) {
+                RequestStop();
+            }
             return;
         }
         // The console shows what the device says, as text: up to a zero byte.

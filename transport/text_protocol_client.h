@@ -74,6 +74,7 @@ private:
     static constexpr int receivesPerEvent = 16;
 
     static std::uint32_t ThreadMain(void* client);
+    void TakeLeftWakeUp();
     bool Connect();
     bool StartThread();
     void Disconnected();
@@ -95,6 +96,7 @@ private:
     std::atomic<bool> running_ = false;
     std::atomic<bool> opening_ = false;
     std::atomic<bool> stopRequested_ = false;
+    std::atomic<bool> stopSignalled_ = false;  // and nobody has taken the wake-up yet
     std::atomic<QRN::Core::ThreadId> threadId_ = 0;
     /// Makes "no stop was requested" and "the thread is started" one step.
     QRN::Core::Lockable startLock_;

@@ -86,7 +86,9 @@ bool WSAComms::Open(const std::string& host, std::uint32_t port, bool nonBlockin
     if (!IsConnectable(host, port) || !Resolve(host, port, address)) {
         return false;
     }
-    WindowsSocket attempt(socket(AF_INET, SOCK_STREAM, IPPROTO_TCP));
+    // Not for child processes: they would keep the connection open.
+    constexpr DWORD flags = WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT;
+    WindowsSocket attempt(WSASocketW(AF_INET, SOCK_STREAM, IPPROTO_TCP, nullptr, 0, flags));
     if (!attempt.IsOpen()) {
         return false;
     }
@@ -97,6 +99,7 @@ bool WSAComms::Open(const std::string& host, std::uint32_t port, bool nonBlockin
     if (!begun) {
         return false;
     }
+    readAhead_.Enable(true);
     Arm(attempt.Detach());
     stands_ = !nonBlocking;
     return true;
@@ -143,15 +146,20 @@ bool WSAComms::Attach(SocketHandle socket, bool nonBlocking) {
         ioctlsocket(attached, static_cast<long>(FIONBIO), &on);
     }
     stands_ = false;
+    readAhead_.Enable(false);
     Arm(attached);
     return true;
 }
 
 // From here on everything about the socket is told anew. Selecting events makes it non-blocking as well.
 void WSAComms::Arm(SOCKET socket) {
+    if (socket != socket_) {
+        endWaits_ = false;
+        readAhead_.Clear();
+    }
     socket_ = socket;
     pending_.Clear();
-    readAhead_.Clear();
+    readAhead_.TellAgain();
     SendAtOnce(socket);
     WSAEventSelect(socket, networkEvent_.Get(), watchedEvents);
 }
@@ -160,6 +168,8 @@ void WSAComms::Close() {
     const WindowsSocket closes(socket_);
     socket_ = INVALID_SOCKET;
     stands_ = false;
+    endWaits_ = false;
+    readAhead_.Clear();
 }
 
 std::uint32_t WSAComms::SetWaitMode(bool includeSocket, std::uint32_t timeoutMs) {
@@ -183,7 +193,8 @@ void WSAComms::Wait(const Deadline& deadline) {
     if (TakeSignal()) {
         return;
     }
-    const bool leftOver = waitCount_ == allHandles && readAhead_.IsUntold();
+    const bool endIsDue = endWaits_ && readAhead_.IsEmpty();
+    const bool leftOver = waitCount_ == allHandles && (readAhead_.IsUntold() || endIsDue);
     const DWORD remaining = leftOver ? 0 : deadline.RemainingMs();
     const DWORD result = WSAWaitForMultipleEvents(waitCount_, waitHandles_.data(), FALSE, remaining, FALSE);
     if (result < WSA_WAIT_EVENT_0 + allButSocket) {
@@ -207,15 +218,15 @@ bool WSAComms::TakeSignal() {
 SocketState WSAComms::EnumerateSocket() {
     WSANETWORKEVENTS found{};
     SocketState state;
-    if (WSAEnumNetworkEvents(socket_, nullptr, &found) != 0) {
-        state.gone = true;
-        return state;
-    }
+    const bool failed = WSAEnumNetworkEvents(socket_, nullptr, &found) != 0;
     const bool more = (found.lNetworkEvents & FD_READ) != 0;
+    const bool ended = endWaits_ || (found.lNetworkEvents & FD_CLOSE) != 0;
+    // The system tells the end, once, when it has no more bytes; those that were read ahead come before it.
+    endWaits_ = ended && !more && !readAhead_.IsEmpty();
     state.readable = more || readAhead_.IsUntold();
-    readAhead_.Tell(more);
     state.writable = (found.lNetworkEvents & FD_WRITE) != 0;
-    state.gone = (found.lNetworkEvents & FD_CLOSE) != 0;
+    state.gone = failed || (ended && !endWaits_);
+    readAhead_.Tell(more);
     return state;
 }
 

@@ -52,6 +52,7 @@ private:
     DWORD waitCount_ = 0;
     PendingEvents pending_;
     ReadAhead readAhead_;
+    bool endWaits_ = false;  // the connection has ended; bytes that were read ahead are told first
 };
 
 }  // namespace Morquil

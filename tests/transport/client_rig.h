@@ -43,6 +43,7 @@ private:
 class TestClient final : public TextProtocolClient {
 public:
     explicit TestClient(FakeConnection& connection) : TextProtocolClient(connection.MakeComms()) {}
+    explicit TestClient(std::unique_ptr<AbstractComms> comms) : TextProtocolClient(std::move(comms)) {}
     ~TestClient() override { Stop(); }
 
     bool Queue(std::vector<std::string> pieces) {
@@ -53,6 +54,7 @@ public:
         return WakeSender();
     }
     void CountOnNotices() { ++disconnectNoticeCount_; }
+    using TextProtocolClient::RequestStop;
     bool AwaitReceived(const std::string& text) const {
         return Monitor::Await([&] { return received_.find(text) != std::string::npos; });
     }

@@ -116,6 +116,82 @@ TEST_F(CommsTest, TellsThatThePeerHasClosed) {
     EXPECT_EQ(ReceiveResult(), 0);
 }
 
+TEST_F(CommsTest, TellsTheEndAfterTheBytesThatCameBeforeIt) {
+    Connect();
+    ASSERT_TRUE(peer->Send("abcdef"));
+    peer->Close();
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(4), "abcd");
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(4), "ef");
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+}
+
+TEST_F(CommsTest, LosesNothingOfALongTextBeforeTheEnd) {
+    Connect();
+    const std::string sent(100'000, 'x');
+    ASSERT_TRUE(peer->Send(sent));
+    peer->Close();
+    std::string received;
+    CommsEvent event = comms->WaitForEvent();
+    for (; event == CommsEvent::Readable; event = comms->WaitForEvent()) {
+        received += Receive(1000);
+    }
+    EXPECT_EQ(event, CommsEvent::SocketError);
+    EXPECT_EQ(received, sent);
+}
+
+TEST_F(CommsTest, WaitsQuietlyForBytesBeforeTheEndToBeReceived) {
+    Connect();
+    ASSERT_TRUE(peer->Send("x"));
+    peer->Close();
+    ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+    EXPECT_TRUE(comms->Signal(signalUser));
+    EXPECT_EQ(EventAtOnce(), CommsEvent::UserSignal);
+    EXPECT_EQ(Receive(), "x");
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
+}
+
+TEST_F(CommsTest, TellsBytesAnewAfterTheConnectionWasWaitedForAgain) {
+    Connect();
+    ASSERT_TRUE(peer->Send("abcdef"));
+    ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(4), "abcd");
+    EXPECT_TRUE(comms->WaitForConnect(0));
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(4), "ef");
+}
+
+TEST_F(CommsTest, HasNoBytesOfAClosedConnection) {
+    Connect();
+    ASSERT_TRUE(peer->Send("abcdef"));
+    ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(4), "abcd");
+    comms->Close();
+    EXPECT_EQ(ReceiveResult(), commsFailed);
+}
+
+TEST_F(CommsTest, LeavesWhatWasNotAskedForInASocketOfOthers) {
+    const SocketHandle socket = PlainConnection();
+    ASSERT_TRUE(comms->Attach(socket, true));
+    comms->SetWaitMode(true, longMs);
+    ASSERT_TRUE(peer->Send("abcdef"));
+    CommsEvent event = comms->WaitForEvent();
+    if (event == CommsEvent::Writable) {
+        event = comms->WaitForEvent();
+    }
+    ASSERT_EQ(event, CommsEvent::Readable);
+    EXPECT_EQ(Receive(4), "abcd");
+    const std::unique_ptr<AbstractComms> other = MakeComms();
+    ASSERT_TRUE(other->Initialise());
+    ASSERT_TRUE(other->Attach(socket, true));
+    std::array<char, 8> buffer{};
+    EXPECT_EQ(other->Receive(buffer.data(), 8, 0), 2);
+    EXPECT_EQ(std::string(buffer.data(), 2), "ef");
+}
+
 TEST_F(CommsTest, TellsThatThePeerSendsNoMore) {
     Connect();
     peer->ShutdownSending();

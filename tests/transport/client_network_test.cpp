@@ -1,0 +1,73 @@
+// The client on the system's own transport.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/support/loopback_peer.h"
+#include "tests/transport/client_rig.h"
+#include "transport/make_comms.h"
+
+namespace Morquil::Testing {
+namespace {
+
+class ClientOnTheNetwork : public testing::Test {
+protected:
+    void Start() {
+        ASSERT_TRUE(client.SetServer("127.0.0.1", listener.Port()));
+        ASSERT_TRUE(client.Start());
+        peer = listener.Accept();
+        ASSERT_NE(peer, nullptr);
+    }
+
+    Watchdog watchdog;
+    LoopbackListener listener;
+    std::unique_ptr<LoopbackPeer> peer;
+    TestClient client{MakeComms()};
+};
+
+TEST_F(ClientOnTheNetwork, StartsAgainAfterAWakeUpThatNobodyTook) {
+    // The thread sees the request itself when it comes back from here.
+    client.onReceived = [this] { std::thread([this] { client.RequestStop(); }).join(); };
+    for (int round = 0; round < 3; ++round) {
+        Start();
+        ASSERT_TRUE(peer->Send("hello"));
+        EXPECT_TRUE(client.AwaitThreadEnd());
+        client.Stop();
+    }
+}
+
+TEST_F(ClientOnTheNetwork, ReceivesTheLastWordsOfADevice) {
+    client.CountOnNotices();
+    Start();
+    const std::string words(30'000, 'x');
+    ASSERT_TRUE(peer->Send(words));
+    peer->Close();
+    EXPECT_TRUE(client.AwaitThreadEnd());
+    EXPECT_EQ(client.Received().size(), words.size());
+    EXPECT_EQ(client.Notices(), (std::vector<bool>{true, false}));
+}
+
+TEST_F(ClientOnTheNetwork, SaysThatTheConnectionHasEndedWhateverTheLastWordsWere) {
+    for (const std::size_t length : {std::size_t{1000}, std::size_t{1024}, std::size_t{16 * 1024}}) {
+        testing::internal::CaptureStdout();
+        bool closed = false;
+        client.onReceived = [&] {
+            if (!closed) {
+                closed = true;
+                peer->Close();
+            }
+        };
+        Start();
+        ASSERT_TRUE(peer->Send(std::string(length, 'x')));
+        EXPECT_TRUE(client.AwaitThreadEnd());
+        client.Stop();
+        const std::string printed = testing::internal::GetCapturedStdout();
+        EXPECT_TRUE(printed.ends_with("Network error on the socket\n")) << length;
+    }
+}
+
+}  // namespace
+}  // namespace Morquil::Testing

@@ -1,4 +1,4 @@
-/*
+/** \file
  * The library's own entry point. C and C++, on every system.
  */
 #ifndef MORQUIL_ENTRY_H
@@ -14,7 +14,7 @@
 extern "C" {
 #endif
 
-/*
+/**
  * Gives the discovery object of the process, with one reference for the caller; makes it if there is none. Null when
  * memory is short. Any thread may call. On Windows CoCreateInstance of CLSID_CMorquilDiscovery gives the same object.
  */

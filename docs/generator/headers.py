@@ -33,8 +33,10 @@ class Properties:
 def usual_comment(method):
     """What the shape of a method says of it."""
     outs = [p for p in method.parameters if p[0] == "out"]
-    if not outs:
+    if not outs and method.name.startswith(("Set", "Reset", "Start", "Save", "Recall")):
         return "Queues the change. The device's report, not this call, updates what the getter answers."
+    if not outs:
+        return ""
     if method.name.startswith("Is"):
         return "Whether the device offers it at present: 0 until the device has told."
     if len(outs) == 2:

@@ -47,8 +47,9 @@ def kinds(description):
 
 def interface_methods(row):
     """Getter, setter and what tells the limits, linked to the interface's reference."""
-    calls = [row[call].split("::")[1] for call in ("getter", "setter", "range") if call in row]
-    return "<br>".join(f"{row['interface']}::{call}" for call in calls)
+    calls = [row[call].split("::") for call in ("getter", "setter", "range") if call in row]
+    calls = [("IMorquilDevice" if owner == "Device" else row["interface"], method) for owner, method in calls]
+    return "<br>".join(f"{owner}::{method}" for owner, method in calls)
 
 
 def property_values(row):
@@ -104,7 +105,7 @@ def anchor(name):
 
 
 ROLES = {"announcement": "The device says it once, first of all.",
-         "settings": "The device reports it; a host changes what it sends.",
+         "settings": "The device reports it; a host changes settings by sending their keys.",
          "offer": "The device reports it when a host sends the empty block: what the settings can be set to."}
 
 

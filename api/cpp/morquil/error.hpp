@@ -39,7 +39,7 @@ inline std::string ReasonOf(CallKind kind, HRESULT result) {
     switch (result) {
         case E_FAIL:
             return kind == CallKind::Get ? "the device has not reported the value"
-                                         : "the change could not be queued; the connection has ended or never began";
+                                         : "the library could not take it: its thread cannot be woken, or there is no such property set";
         case E_INVALIDARG:
             return "the value is outside its bounds, or the text has a line end or a zero character in it";
         case E_POINTER:

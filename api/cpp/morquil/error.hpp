@@ -38,8 +38,9 @@ enum class CallKind { Get, Set };
 inline std::string ReasonOf(CallKind kind, HRESULT result) {
     switch (result) {
         case E_FAIL:
-            return kind == CallKind::Get ? "the device has not reported the value"
-                                         : "the library could not take it: its thread cannot be woken, or there is no such property set";
+            return kind == CallKind::Get
+                       ? "the device has not reported the value"
+                       : "the library could not take it: its thread cannot be woken, or there is no such property set";
         case E_INVALIDARG:
             return "the value is outside its bounds, or the text has a line end or a zero character in it";
         case E_POINTER:

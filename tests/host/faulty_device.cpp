@@ -124,11 +124,11 @@ const std::string& EmptyMirror() {
 FaultyDevice::FaultyDevice(Options options, Recording recording)
     : recording_(recording == Recording::Yes ? folder_.PathOf("conversation.txt") : ""),
       program_(Started(std::move(options), recording_)) {
-    properties_.inCall = [this](const std::string& id) { Hear(id); };
-    connection_.inCall = [this](const std::string& told) {
+    properties_.InCall([this](const std::string& id) { Hear(id); });
+    connection_.InCall([this](const std::string& told) {
         const std::lock_guard lock(lock_);
         heardBeforeTheEnd_ = told == "connected" ? heardBeforeTheEnd_ : heardCount_;
-    };
+    });
     object_ = ConnectAsync(Address(), connection_);
     for (const char* const id : propertySets) {
         EXPECT_EQ(object_.Call(Slot::addPropertyObserver, properties_.Get(),

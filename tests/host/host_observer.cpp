@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <memory>
 #include <utility>
 
 namespace Morquil::Test {
@@ -53,14 +54,21 @@ std::uint32_t HostObserver::Release(Face* face) {
     return --self.references_;
 }
 
+void HostObserver::InCall(Act act) {
+    const std::lock_guard lock(lock_);
+    inCall_ = std::make_shared<Act>(std::move(act));
+}
+
 Result HostObserver::Note(const std::string& told) {
+    std::shared_ptr<Act> act;
     {
         const std::lock_guard lock(lock_);
         told_.push_back(told);
+        act = inCall_;
         changed_.notify_all();
     }
-    if (inCall) {
-        inCall(told);
+    if (act != nullptr) {
+        (*act)(told);
     }
     return ok;
 }

@@ -3,6 +3,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -30,8 +31,11 @@ public:
     std::vector<std::string> Told();
     std::vector<std::string> TakeTold();
 
-    /// Run inside each call, after it has been noted; on the library's thread.
-    std::function<void(const std::string& told)> inCall;
+    using Act = std::function<void(const std::string& told)>;
+
+    /// From now on run inside each call, after it has been noted; on the library's thread, which sees all that the
+    /// test has done before.
+    void InCall(Act act);
 
 protected:
     using AnyFunction = void (*)();
@@ -54,6 +58,7 @@ protected:
 private:
     Face face_;
     std::condition_variable changed_;
+    std::shared_ptr<Act> inCall_;
     std::uint32_t references_ = 0;  // the library's
 };
 

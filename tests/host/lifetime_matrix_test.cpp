@@ -123,7 +123,7 @@ TEST_P(HostInACall, EndsWell) {
         std::promise<void> ready;
         HostObserver& actor = call.ofTheConnection ? static_cast<HostObserver&>(scene.connection) : scene.property;
         const bool actsAtOnce = call.name == calls[0].name;
-        actor.inCall = [&, isFirst = true](const std::string& told) mutable {
+        actor.InCall([&, isFirst = true](const std::string& told) mutable {
             const bool isItsCall = actsAtOnce || told != "connected";
             if (!isItsCall || !std::exchange(isFirst, false)) {
                 return;
@@ -134,7 +134,7 @@ TEST_P(HostInACall, EndsWell) {
             }
             act.run(scene);
             acted.set_value();
-        };
+        });
         scene.object = ConnectAsync(scene.device.Address(), scene.connection);
         if (!actsAtOnce) {
             ASSERT_TRUE(scene.connection.AwaitCalls(1));

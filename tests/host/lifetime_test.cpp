@@ -63,12 +63,12 @@ TEST_F(Lifetime, ManyAttemptsCanBeLetGoAtOnce) {
 
 TEST_F(Lifetime, LastReleaseInsideConnected) {
     std::promise<void> handedOver;
-    connection.inCall = [&](const std::string& told) {
+    connection.InCall([&](const std::string& told) {
         if (told == "connected") {
             handedOver.get_future().wait();
             EXPECT_EQ(object.Release(), 1U);  // the attempt's own
         }
-    };
+    });
     object = ConnectAsync(device.Address(), connection);
     handedOver.set_value();
 
@@ -79,7 +79,7 @@ TEST_F(Lifetime, LastReleaseInsideConnected) {
 
 TEST_F(Lifetime, LastReleaseInsidePropertyChanged) {
     ConnectAndWatch();
-    property.inCall = [this](const std::string&) { EXPECT_EQ(object.Release(), 0U); };
+    property.InCall([this](const std::string&) { EXPECT_EQ(object.Release(), 0U); });
 
     device.Send(change);
 
@@ -90,7 +90,7 @@ TEST_F(Lifetime, LastReleaseInsidePropertyChanged) {
 
 TEST_F(Lifetime, LastReleaseInsideDisconnected) {
     ConnectAndWatch();
-    connection.inCall = [this](const std::string&) { EXPECT_EQ(object.Release(), 0U); };
+    connection.InCall([this](const std::string&) { EXPECT_EQ(object.Release(), 0U); });
 
     device.HangUp();
 
@@ -100,7 +100,7 @@ TEST_F(Lifetime, LastReleaseInsideDisconnected) {
 
 TEST_F(Lifetime, DisconnectInsidePropertyChangedDropsTheRest) {
     ConnectAndWatch();
-    property.inCall = [this](const std::string&) { Disconnect(object); };
+    property.InCall([this](const std::string&) { Disconnect(object); });
 
     device.Send(change);
 
@@ -114,12 +114,12 @@ TEST_F(Lifetime, DisconnectInsidePropertyChangedDropsTheRest) {
 
 TEST_F(Lifetime, DisconnectInsideConnectedIsToldAfterIt) {
     std::promise<void> handedOver;
-    connection.inCall = [&](const std::string& told) {
+    connection.InCall([&](const std::string& told) {
         if (told == "connected") {
             handedOver.get_future().wait();
             Disconnect(object);
         }
-    };
+    });
     object = ConnectAsync(device.Address(), connection);
     handedOver.set_value();
 
@@ -130,7 +130,7 @@ TEST_F(Lifetime, DisconnectInsideConnectedIsToldAfterIt) {
 
 TEST_F(Lifetime, DisconnectInsideDisconnectedDoesNothing) {
     ConnectAndWatch();
-    connection.inCall = [this](const std::string&) { Disconnect(object); };
+    connection.InCall([this](const std::string&) { Disconnect(object); });
 
     Disconnect(object);
 
@@ -149,12 +149,11 @@ TEST_F(Lifetime, DisconnectEndsAnAttemptBeforeItHasBegun) {
 
 TEST_F(Lifetime, ObserversTakeThemselvesOffInsideTheirCalls) {
     ConnectAndWatch();
-    property.inCall = [this](const std::string&) {
+    property.InCall([this](const std::string&) {
         EXPECT_EQ(object.Call(Slot::removePropertyObserver, property.Get(), FourCharacters("vpap")), ok);
-    };
-    connection.inCall = [this](const std::string&) {
-        EXPECT_EQ(object.Call(Slot::removeConnectionObserver, connection.Get()), ok);
-    };
+    });
+    connection.InCall(
+        [this](const std::string&) { EXPECT_EQ(object.Call(Slot::removeConnectionObserver, connection.Get()), ok); });
 
     device.Send(change);
     EXPECT_TRUE(property.AwaitRelease());
@@ -168,11 +167,11 @@ TEST_F(Lifetime, ObserversTakeThemselvesOffInsideTheirCalls) {
 TEST_F(Lifetime, SettersAndGettersWorkInsideCalls) {
     ConnectAndWatch();
     std::int32_t gain = 0;
-    property.inCall = [&](const std::string&) {
+    property.InCall([&](const std::string&) {
         const RawObject amp = object.QueryInterface(Iid::videoProcAmp);
         EXPECT_EQ(amp.Call(4, &gain), ok);
         EXPECT_EQ(amp.Call(6, gain), ok);
-    };
+    });
 
     device.Send("VIDEO PROC AMP:\nGain: 7\n\n");
 

@@ -38,11 +38,11 @@ TEST(Unloading, WaitsForTheConnectionThatIsStillAtWork) {
     PropertyObserver property;
     RawObject connected;
     // The last call that the host gets is its last chance to call the library itself.
-    connection.inCall = [&connected](const std::string& told) {
+    connection.InCall([&connected](const std::string& told) {
         if (told != "connected") {
             connected.Release();
         }
-    };
+    });
     void* object = nullptr;
     {
         const HostText address(device.Address());

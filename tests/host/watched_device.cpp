@@ -25,7 +25,7 @@ std::int32_t IdOf(const char* text) {
 
 WatchedDevice::WatchedDevice(Testing::ScriptedDevice& script, const RawObject& device)
     : script_(script), device_(device) {
-    observer_.inCall = [this](const std::string& id) { Hear(id); };
+    observer_.InCall([this](const std::string& id) { Hear(id); });
     for (const char* const id : propertySets) {
         EXPECT_EQ(device_.Call(Slot::addPropertyObserver, observer_.Get(), IdOf(id)), ok) << id;
     }

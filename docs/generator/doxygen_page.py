@@ -53,7 +53,9 @@ def sequence(lines):
         arrow = re.fullmatch(r"(\w+)(->>|-->>)(\w+): (.+)", line)
         note = re.fullmatch(r"Note over (\w+): (.+)", line)
         if arrow:
-            yield f"{arrow[1]} {'=>' if arrow[2] == '->>' else '>>'} {arrow[3]} [label={quoted(arrow[4])}];"
+            kind = "=>" if arrow[2] == "->>" else ">>"
+            # Empty lines keep the first one above the arrow.
+            yield f"{arrow[1]} {kind} {arrow[3]} [label={quoted(arrow[4] + 2 * (chr(92) + 'n'))}];"
         elif note:
             yield f"{note[1]} note {note[1]} [label={quoted(note[2])}];"
         else:

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <memory>
@@ -76,13 +77,15 @@ TEST_F(EventTest, TellsWhetherItWasSignalledBefore) {
 
 TEST_F(EventTest, OnlyTestsForLessThanAMillisecond) {
     bool timedOut = false;
-    const auto begin = Clock::now();
+    auto shortest = Clock::duration::max();
     for (int round = 0; round < 1000; ++round) {
+        const auto begin = Clock::now();
         EXPECT_EQ(event.Wait(999, timedOut), 0U);
+        shortest = std::min(shortest, Clock::now() - begin);
         EXPECT_TRUE(timedOut);
     }
-    // A thousand waits of a millisecond would take a second at least.
-    EXPECT_LT(Clock::now() - begin, std::chrono::milliseconds(900));
+    // A busy machine makes some of them long, but never all.
+    EXPECT_LT(shortest, std::chrono::microseconds(900));
 }
 
 TEST_F(EventTest, WaitsAsLongAsAsked) {

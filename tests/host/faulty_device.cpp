@@ -243,10 +243,7 @@ void FaultyDevice::ExpectEnd(const Strings& connectionCalls) {
     EXPECT_EQ(ConnectionCalls(), connectionCalls);
     EXPECT_EQ(MirrorOf(object_), EmptyMirror());
     // An attempt that was under way holds a reference until its thread has come back.
-    EXPECT_TRUE(Eventually([this] {
-        object_.AddRef();
-        return object_.Release() == 1U;
-    }));
+    EXPECT_TRUE(Eventually([this] { return object_.References() == 1U; }));
     EXPECT_EQ(object_.Release(), 0U);
     EXPECT_TRUE(properties_.AwaitRelease());
     EXPECT_TRUE(connection_.AwaitRelease());

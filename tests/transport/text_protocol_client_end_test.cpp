@@ -189,6 +189,22 @@ TEST_F(TextProtocolClientTest, StartsAgainAfterALoss) {
     EXPECT_TRUE(client.AwaitReceived("hello"));
 }
 
+TEST_F(TextProtocolClientTest, StartsAgainInTheNoticeOfALoss) {
+    client.CountOnNotices();
+    client.onNotice = [&](bool connected) {
+        if (!connected && client.ThreadsStarted() == 1) {
+            EXPECT_TRUE(client.Start());
+        }
+    };
+    ASSERT_TRUE(StartClient());
+    link.PushReceiveResult(0);
+    ASSERT_TRUE(client.AwaitNotices(3));
+    link.Push("hello");
+    EXPECT_TRUE(client.AwaitReceived("hello"));
+    client.Stop();
+    EXPECT_TRUE(client.AwaitThreadEnd());
+}
+
 TEST_F(TextProtocolClientTest, StartsAgainAfterAStopThatFoundALostConnection) {
     ASSERT_TRUE(StartClient());
     link.Push(CommsEvent::SocketError);

@@ -227,13 +227,14 @@ TEST_F(TextProtocolClientTest, EndsTheConnectionWhenASendFails) {
     EXPECT_FALSE(link.IsOpen());
 }
 
-TEST_F(TextProtocolClientTest, EndsTheConnectionWhenASendOfTheCallersFails) {
+TEST_F(TextProtocolClientTest, HasEndedTheConnectionWhenASendOfTheCallersHasFailed) {
+    client.CountOnNotices();
     ASSERT_TRUE(StartClient());
     ASSERT_TRUE(link.AwaitIdle());
     link.BreakSends();
     client.SendFormatted("text\n");
-    EXPECT_TRUE(client.AwaitThreadEnd());
     EXPECT_FALSE(link.IsOpen());
+    EXPECT_EQ(client.Notices(), (std::vector<bool>{true, false}));
 }
 
 // ---- Silence --------------------------------------------------------------------------------------------------------

@@ -3,32 +3,20 @@
 #include <vector>
 
 #include "command/commands.h"
-#include "command/description.h"
-#include "command/options.h"
+#include "command/completion_data.h"
+#include "command/fish_completion.h"
 
 namespace Morquil::Command {
 namespace {
 
-// The three scripts share their data: `_morquilctl_values NAME` prints the words of a property, a line each, and the
-// lists below are lines, too. All shells here understand a text in single quotes.
-std::string Quoted(std::string_view text) {
-    std::string quoted = "'";
-    for (const char c : text) {
-        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    }
-    return quoted + "'";
-}
-
+// Bash and zsh share their data: `_morquilctl_values NAME` prints the words of a property, a line each, and the lists
+// below are lines, too.
 std::string Lines(const std::vector<std::string>& words) {
     std::string lines;
     for (const std::string& word : words) {
         lines += (lines.empty() ? "" : "\n") + word;
     }
     return Quoted(lines);
-}
-
-std::vector<std::string> WordsOf(const Json& property) {
-    return property.value("words", std::vector<std::string>());
 }
 
 // The names of the properties for which `ability`, "readable" or "writable", holds.
@@ -44,6 +32,7 @@ std::string Names(const char* ability) {
 
 std::string NamesOf(const std::vector<Offered>& offered) {
     std::vector<std::string> names;
+    names.reserve(offered.size());
     for (const Offered& one : offered) {
         names.push_back(one.name);
     }
@@ -63,6 +52,7 @@ std::string ValueCases() {
 }
 
 std::string SharedFunctions(const Grammar& grammar) {
+    const std::string valueOptions = JoinedValueOptions(grammar, "|").substr(1);
     std::string presets;
     for (const Offered& command : grammar.commands) {
         presets = command.name == "preset" ? Lines(command.words) : presets;
@@ -82,7 +72,8 @@ _morquilctl_candidates() {
             skip=
         elif [ -z "$command" ]; then
             case "$word" in
-                -d|--device|-t|--timeout) skip=yes ;;
+                )sh" +
+           valueOptions + R"sh() skip=yes ;;
                 -*) ;;
                 *) command="$word" ;;
             esac
@@ -90,7 +81,8 @@ _morquilctl_candidates() {
         last="$word"
     done
     case "$last" in
-        -d|--device|-t|--timeout) return ;;
+        )sh" +
+           valueOptions + R"sh() return ;;
     esac
     case "$command" in
         "") printf '%s\n' "$_morquilctl_commands" "$_morquilctl_options" ;;
@@ -140,51 +132,13 @@ std::string ZshScript() {
         compadd -- "${candidates[@]}"
     fi
 }
-compdef _morquilctl morquilctl
+# From a folder of $fpath this file runs as the function itself.
+if [ "${funcstack[1]}" = "_morquilctl" ]; then
+    _morquilctl "$@"
+else
+    compdef _morquilctl morquilctl
+fi
 )sh";
-}
-
-std::string FishLine(const std::string& condition, const std::string& words) {
-    return "complete -c morquilctl -n " + Quoted(condition) + " -f -a " + words + "\n";
-}
-
-// Fish takes the words of an argument apart at blanks; one per line of a command's output they stay whole.
-std::string FishWords(const std::vector<std::string>& words) {
-    std::string arguments;
-    for (const std::string& word : words) {
-        arguments += " \"" + word + "\"";
-    }
-    return Quoted("(printf '%s\\n'" + arguments + ")");
-}
-
-std::string FishScript() {
-    const Grammar grammar = CommandLineGrammar();
-    std::string script = "# Completes morquilctl in fish: morquilctl completion fish | source\n";
-    for (const Offered& command : grammar.commands) {
-        script += FishLine("__fish_use_subcommand", command.name + " -d " + Quoted(command.summary));
-        if (!command.words.empty()) {
-            script += FishLine("__fish_seen_subcommand_from " + command.name, FishWords(command.words));
-        }
-    }
-    for (const Offered& option : grammar.options) {
-        script += "complete -c morquilctl -l " + option.name.substr(2) + " -d " + Quoted(option.summary) + "\n";
-    }
-    for (const Json& property : DescribeProperties()) {
-        const std::string name = property.at("name");
-        const std::string about = name + " -d " + Quoted(property.at("summary").get<std::string>());
-        if (property.at("readable")) {
-            script += FishLine("__fish_seen_subcommand_from get ranges watch list", about);
-        }
-        if (property.at("writable")) {
-            script += FishLine("__fish_seen_subcommand_from set", about);
-            const std::vector<std::string> words = WordsOf(property);
-            if (!words.empty()) {
-                script += FishLine("test (commandline -opc)[-1] = " + name, FishWords(words));
-            }
-        }
-    }
-    script += "complete -c morquilctl -n '__fish_seen_subcommand_from save load' -F\n";
-    return script + FishLine("__fish_seen_subcommand_from completion", "'bash zsh fish'");
 }
 
 }  // namespace

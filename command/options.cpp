@@ -139,7 +139,7 @@ void CheckOptions(const Line& line) {
 }
 
 Offered Describe(const CLI::App& command) {
-    Offered offered{command.get_name(), command.get_description()};
+    Offered offered{.name = command.get_name(), .summary = command.get_description()};
     for (const CLI::App* const following : command.get_subcommands(nullptr)) {
         offered.words.push_back(following->get_name());
     }
@@ -149,7 +149,11 @@ Offered Describe(const CLI::App& command) {
 void DescribeOptions(const CLI::App& command, std::vector<Offered>& options) {
     for (const CLI::Option* const option : command.get_options()) {
         for (const std::string& name : option->get_lnames()) {
-            options.push_back({"--" + name, option->get_description()});
+            const std::vector<std::string>& letters = option->get_snames();
+            options.push_back({.name = "--" + name,
+                               .summary = option->get_description(),
+                               .letter = letters.empty() ? std::string() : letters.front(),
+                               .takesValue = option->get_items_expected_max() > 0});
         }
     }
 }

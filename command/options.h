@@ -25,6 +25,8 @@ struct Offered {
     std::string name;
     std::string summary;
     std::vector<std::string> words = {};  // what may follow it
+    std::string letter = {};              // an option's short name without its hyphen, or empty
+    bool takesValue = false;              // the word behind an option is its value
 };
 struct Grammar {
     std::vector<Offered> commands;

@@ -11,6 +11,7 @@ packages="
     wine wine64 libwine-dev
     libgtest-dev libgmock-dev googletest
     libasio-dev libcli11-dev nlohmann-json3-dev
+    zsh fish
     doxygen graphviz
     dpkg-dev debhelper lintian
     clang clang-tidy clang-format libclang-rt-14-dev"

@@ -111,6 +111,7 @@ void TellOutcome(const Context& context, const std::vector<SettingsLine>& wanted
         return;
     }
     std::vector<Row> rows;
+    rows.reserve(missing.size());
     for (const SettingsLine& line : missing) {
         rows.push_back({Cell("not applied", Style::Bad), line.block, line.key, line.value});
     }

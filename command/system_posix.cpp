@@ -30,6 +30,7 @@ void NoteInterruption(std::atomic<bool>& flag) {
 }
 
 std::string EnvironmentVariable(const char* name) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): this program never changes its environment
     const char* const value = std::getenv(name);
     return value != nullptr ? value : "";
 }

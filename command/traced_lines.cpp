@@ -25,7 +25,7 @@ std::string TracedLines::Add(std::string_view piece) {
 }
 
 std::string TracedLines::Rest() {
-    const std::string rest = unfinished_.empty() ? std::string() : Marked(unfinished_);
+    std::string rest = unfinished_.empty() ? std::string() : Marked(unfinished_);
     unfinished_.clear();
     return rest;
 }

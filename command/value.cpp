@@ -142,9 +142,8 @@ Value ParseAddress(std::string_view text) {
     std::int64_t packed = 0;
     std::string_view rest = text;
     for (int place = 0; place < 4; ++place) {
-        const std::size_t end = place < 3 ? rest.find('.') : rest.size();
-        const std::optional<std::int64_t> byte =
-            end == std::string_view::npos || end > 3 ? std::nullopt : ReadWhole(rest.substr(0, end), 10);
+        const std::size_t end = place < 3 ? rest.find('.') : rest.size();  // without a point: past every number
+        const std::optional<std::int64_t> byte = end > 3 ? std::nullopt : ReadWhole(rest.substr(0, end), 10);
         if (!byte || *byte < 0 || *byte > 255) {
             throw UsageFailure(Quoted(text) + " is not an address such as 192.168.1.10");
         }

@@ -47,7 +47,8 @@ HRESULT CMorquilDevice::Connect(BSTR address, IMorquilConnectionObserver* observ
 bool CMorquilDevice::SetAddress(BSTR address) {
     try {
         std::string host = Utf8FromBstr(address);
-        Print(std::string("Connecting to ") + host.c_str() + '\n');
+        // What a resolver reads ends at a zero byte; what is printed does, too.
+        Print("Connecting to " + host.substr(0, host.find('\0')) + '\n');
         return SetServer(std::move(host), devicePort);
     } catch (const std::bad_alloc&) {
         return false;

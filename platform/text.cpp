@@ -143,7 +143,7 @@ BSTR BstrFromUtf8(std::string_view text) noexcept {
     const std::size_t length = Utf16Length(text);
     if (length > std::numeric_limits<UINT>::max())
         return nullptr;
-    BSTR const result = SysAllocStringLen(nullptr, static_cast<UINT>(length));
+    OLECHAR* const result = SysAllocStringLen(nullptr, static_cast<UINT>(length));
     if (result == nullptr)
         return nullptr;
     OLECHAR* unit = result;

@@ -65,6 +65,11 @@ def interface_lines(interface, feature, properties):
     yield "};\n"
 
 
+def words_of_constants(description):
+    return {word["constant"]: word["word"] for table in description["vocabularies"] for word in table["words"]
+            if "constant" in word}
+
+
 def value_comment(name, value, words):
     """The word of a value, or the four characters of an identifier."""
     if name in words:
@@ -76,8 +81,7 @@ def value_comment(name, value, words):
 def interfaces_header(description, path):
     conventions, enumerations, interfaces = idl.read(path)
     features = {row["interface"]: row for row in description["features"]}
-    words = {word["constant"]: word["word"] for table in description["vocabularies"] for word in table["words"]
-             if "constant" in word}
+    words = words_of_constants(description)
     properties = Properties(description)
     vocabularies = {row["enumeration"]: row["name"] for row in description["vocabularies"] if "enumeration" in row}
     # The first words of each paragraph of the conventions are its heading.
@@ -95,18 +99,25 @@ def interfaces_header(description, path):
         yield from interface_lines(interface, features.get(interface.name), properties)
 
 
-def layer_header(path):
-    """The generated header of the C++ layer; each function is told what it calls."""
+def layer_header(description, path):
+    """The generated header of the C++ layer; each function is told what it calls, and each value what its word is."""
+    words = words_of_constants(description)
     interface = ""
-    for line in open(path, encoding="utf-8").read().split("\n"):
+    # Of the tables of words Doxygen would make an empty page for each enumeration.
+    tables = r"(?:///[^\n]*\n)?template <>\nstruct Words<.*?\n};\n"
+    header = re.sub(tables, "", open(path, encoding="utf-8").read(), flags=re.S)
+    for line in header.split("\n"):
         opened = re.match(r"class (\w+) : public Interface<(\w+)>", line)
         method = re.match(r"    [\w:<> ]+ (\w+)\(.*\) const \{$", line)
+        value = re.match(r"    \w+ = (\w+),$", line)
         feature = re.match(r"    features::(\w+) \w+\(\) const", line)
         if opened:
             interface = opened[2]
             yield f"/// The functions of {interface}, with results as values and failures as exceptions."
         elif line.startswith("enum class"):
             yield "/// The values of the enumeration of that name of the interfaces."
+        elif value and value[1] in words:
+            line += f"  ///< Its word is \"{words[value[1]]}\"."
         elif feature:
             yield f"    /// A feature of the device. It keeps the device alive."
         elif method and interface:
@@ -121,7 +132,7 @@ def main():
     description = json.load(open(description_path, encoding="utf-8"))
     os.makedirs(folder + "/morquil", exist_ok=True)
     for name, lines in (("MorquilAPI.h", interfaces_header(description, idl_path)),
-                        ("morquil/interfaces.hpp", layer_header(layer_path))):
+                        ("morquil/interfaces.hpp", layer_header(description, layer_path))):
         with open(f"{folder}/{name}", "w", encoding="utf-8") as file:
             file.write("\n".join(lines) + "\n")
 

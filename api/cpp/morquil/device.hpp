@@ -100,7 +100,7 @@ private:
 
     Subscription Told(std::shared_ptr<detail::Gate> gate, Pointer<IMorquilConnectionObserver> observer) const {
         return Subscription(std::move(gate),
-                            [device = *this, observer] { device.Raw()->RemoveConnectionObserver(observer.Get()); });
+                            [device = *this, observer = std::move(observer)] { device.Raw()->RemoveConnectionObserver(observer.Get()); });
     }
 
     Pointer<IMorquilDiscovery> discovery_;

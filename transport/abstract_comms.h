@@ -72,14 +72,13 @@ public:
     virtual void Reserved2() {}  ///< keeps its slot
 
     /// Waits for the next event. Of things that happen together it tells stop, then send, then user, then the socket;
-    /// each wake-up once however often it was signalled. The end of a connection is told when the bytes that
-    /// came before it have been received; that it broke, at once.
+    /// each wake-up once however often it was signalled. When the system reports the end of a connection
+    /// together with bytes, only the end is told.
     virtual CommsEvent WaitForEvent() = 0;
 
     /// Reads up to `length` bytes. `flags` are the system's.
     /// Returns: their number; 0 when the other side has closed; `commsWouldBlock` when none is there yet (no loss of
-    /// the
-    ///          connection); another negative number on error.
+    ///          the connection); another negative number on error.
     virtual int Receive(char* buffer, int length, int flags) = 0;
 
     /// Writes up to `length` bytes. `flags` are the system's.

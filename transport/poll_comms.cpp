@@ -4,7 +4,6 @@
 #include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
-#include <sys/ioctl.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -82,11 +81,6 @@ bool HasPeer(int socket) {
     sockaddr_storage peer{};
     socklen_t size = sizeof(peer);
     return getpeername(socket, reinterpret_cast<sockaddr*>(&peer), &size) == 0;
-}
-
-bool HasUnreadBytes(int socket) {
-    int count = 0;
-    return ioctl(socket, FIONREAD, &count) == 0 && count > 0;
 }
 
 // Whether an attempt that poll has reported on has succeeded.
@@ -199,8 +193,7 @@ void PollComms::Poll(const Deadline& deadline) {
     if (TakeSignal()) {
         return;
     }
-    // An end that waits for bytes to be received would be reported all the time.
-    const bool watchSocket = includeSocket_ && tellGone_ && (tellReadable_ || !endWaits_);
+    const bool watchSocket = includeSocket_ && tellGone_;
     const bool leftOver = includeSocket_ && readAhead_.IsUntold();
     std::array<pollfd, 2> watched{
         {{wakeUp_.Descriptor(), POLLIN, 0}, {watchSocket ? socket_ : notWatched, WatchedEvents(), 0}}};
@@ -232,11 +225,8 @@ short PollComms::WatchedEvents() const {
 
 // What is told now is not told again before something new can have happened.
 SocketState PollComms::Translate(short reported) {
-    const bool broken = (reported & (POLLHUP | POLLERR | POLLNVAL)) != 0;
-    const bool ended = broken || (reported & POLLRDHUP) != 0;
-    endWaits_ = ended && !broken && (!readAhead_.IsEmpty() || HasUnreadBytes(socket_));
     SocketState state;
-    state.gone = ended && !endWaits_;
+    state.gone = (reported & (POLLRDHUP | POLLHUP | POLLERR | POLLNVAL)) != 0;
     state.readable = (reported & POLLIN) != 0 || readAhead_.IsUntold();
     state.writable = (reported & POLLOUT) != 0;
     tellGone_ = tellGone_ && !state.gone;

@@ -51,7 +51,6 @@ private:
     bool tellReadable_ = false;
     bool tellWritable_ = false;
     bool tellGone_ = false;
-    bool endWaits_ = false;  // the connection has ended; bytes that came before are told first
 };
 
 }  // namespace Morquil

@@ -39,17 +39,6 @@ TEST_F(ClientOnTheNetwork, StartsAgainAfterAWakeUpThatNobodyTook) {
     }
 }
 
-TEST_F(ClientOnTheNetwork, ReceivesTheLastWordsOfADevice) {
-    client.CountOnNotices();
-    Start();
-    const std::string words(30'000, 'x');
-    ASSERT_TRUE(peer->Send(words));
-    peer->Close();
-    EXPECT_TRUE(client.AwaitThreadEnd());
-    EXPECT_EQ(client.Received().size(), words.size());
-    EXPECT_EQ(client.Notices(), (std::vector<bool>{true, false}));
-}
-
 TEST_F(ClientOnTheNetwork, SaysThatTheConnectionHasEndedWhateverTheLastWordsWere) {
     for (const std::size_t length : {std::size_t{1000}, std::size_t{1024}, std::size_t{16 * 1024}}) {
         testing::internal::CaptureStdout();

@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <pthread.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -78,6 +79,21 @@ std::vector<FileDescriptor> TakeDescriptorsBelow(int limit) {
     return taken;
 }
 
+TEST_F(PollCommsTest, TellsOnlyTheEndWhenBytesCameWithIt) {
+    ASSERT_TRUE(comms.Initialise());
+    const SocketHandle socket = listener.Connect()->Detach();
+    peer = listener.Accept();
+    ASSERT_TRUE(peer->Send("last words"));
+    peer->Close();
+    pollfd end{static_cast<int>(socket), POLLRDHUP, 0};
+    ASSERT_EQ(poll(&end, 1, 5000), 1);
+    comms.Attach(socket, false);
+    comms.SetWaitMode(true, 5000);
+    EXPECT_EQ(comms.WaitForEvent(), CommsEvent::SocketError);
+    comms.SetWaitMode(true, 0);
+    EXPECT_EQ(comms.WaitForEvent(), CommsEvent::Timeout);
+}
+
 TEST_F(PollCommsTest, TellsEverythingAnewWhenItIsArmedAgain) {
     Connect();
     ASSERT_TRUE(peer->Send("x"));
@@ -88,6 +104,16 @@ TEST_F(PollCommsTest, TellsEverythingAnewWhenItIsArmedAgain) {
     EXPECT_TRUE(comms.WaitForConnect(0));
     EXPECT_EQ(comms.WaitForEvent(), CommsEvent::Readable);
     EXPECT_EQ(comms.WaitForEvent(), CommsEvent::Writable);
+}
+
+TEST_F(PollCommsTest, TellsTheEndWithoutTheBytesThatAReceiveLeft) {
+    Connect();
+    ASSERT_TRUE(peer->Send("abcdef"));
+    ASSERT_EQ(comms.WaitForEvent(), CommsEvent::Readable);
+    std::array<char, 4> some{};
+    EXPECT_EQ(comms.Receive(some.data(), 4, 0), 4);
+    peer->Close();
+    EXPECT_EQ(comms.WaitForEvent(), CommsEvent::SocketError);
 }
 
 TEST_F(PollCommsTest, LooksAtBytesAndLeavesThem) {

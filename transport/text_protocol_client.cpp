@@ -63,6 +63,7 @@ void TextProtocolClient::TakeLeftWakeUp() {
         return;
     }
     comms_->SetWaitMode(false, 0);
+    comms_->Signal(signalStop);  // an attempt may have taken it: there is one now in any case, and never two
     bool sendWaits = false;
     CommsEvent event = comms_->WaitForEvent();
     while (event != CommsEvent::StopRequested && event != CommsEvent::Timeout && event != CommsEvent::WaitFailed) {
@@ -80,7 +81,6 @@ bool TextProtocolClient::Connect() {
     const bool opened = initialised_ && !stopRequested_ && comms_->Open(host_, port_, false);
     opening_ = false;
     if (!opened) {
-        stopSignalled_ = false;  // the attempt has used it up
         return false;
     }
     if (!comms_->WaitForConnect(connectWaitMs)) {

@@ -17,6 +17,14 @@ public:
     bool Initialise() override { return connection_.Get(connection_.canInitialise_); }
 
     bool Open(const std::string& host, std::uint32_t port, bool nonBlocking) override {
+        OpenOrNot(host, port, nonBlocking);
+        if (const std::function<void()> call = connection_.Get(connection_.openCall_)) {
+            call();
+        }
+        return connection_.IsOpen();
+    }
+
+    void OpenOrNot(const std::string& host, std::uint32_t port, bool nonBlocking) {
         auto lock = Monitor::Enter();
         connection_.openings_.push_back({host, port, nonBlocking});
         connection_.isOpening_ = true;
@@ -25,7 +33,6 @@ public:
         Monitor::WaitUntil(lock, [&] { return stop || !connection_.openBlocks_; });
         connection_.isOpening_ = false;
         connection_.isOpen_ = !std::exchange(stop, false) && connection_.canOpen_;
-        return connection_.isOpen_;
     }
 
     bool WaitForConnect(std::int32_t timeoutMs) override {

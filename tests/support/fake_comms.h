@@ -36,6 +36,8 @@ public:
     void AllowOpen() { Set(canOpen_, true); }
     /// Opening takes for ever, until a stop is signalled. May be changed at any time.
     void BlockOpen() { Set(openBlocks_, true); }
+    /// Run when the transport has opened the connection, or failed to, and looks at no signal any more.
+    void CallAfterOpen(std::function<void()> call) { Set(openCall_, std::move(call)); }
     void RefuseConnect() { Set(canConnect_, false); }
     /// Run while the transport waits for the connection to stand.
     void CallInConnectWait(std::function<void()> call) { Set(connectWaitCall_, std::move(call)); }
@@ -122,6 +124,7 @@ private:
     bool openBlocks_ = false;
     bool canConnect_ = true;
     std::function<void()> connectWaitCall_;
+    std::function<void()> openCall_;
     bool canSignal_ = true;
     bool canSend_ = true;
     int sendsToBlock_ = 0;

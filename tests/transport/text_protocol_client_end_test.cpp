@@ -218,6 +218,18 @@ TEST_F(TextProtocolClientTest, StartsAgainAfterAStopThatFoundNothing) {
     EXPECT_TRUE(StartClient()) << "the stop of no connection ends the next one";
 }
 
+TEST_F(TextProtocolClientTest, StartsAgainAfterAStopThatCameWhenTheTransportHadFailed) {
+    link.RefuseOpen();
+    link.CallAfterOpen([this] { client.RequestStop(); });
+    EXPECT_FALSE(StartClient());
+    link.AllowOpen();
+    link.CallAfterOpen(nullptr);
+    ASSERT_TRUE(StartClient());
+    link.Push("hello");
+    EXPECT_TRUE(client.AwaitReceived("hello"));
+    EXPECT_TRUE(link.IsOpen());
+}
+
 TEST_F(TextProtocolClientTest, StartsAgainAfterAStopThatCameWhenTheTransportHadConnected) {
     link.CallInConnectWait([&] { client.Stop(); });
     EXPECT_FALSE(StartClient());

@@ -14,6 +14,5 @@ build bench-native -DMORQUIL_TESTS=OFF -DMORQUIL_BENCH=ON -- morquil-bench
 build bench-windows -DMORQUIL_TESTS=OFF -DMORQUIL_BENCH=ON -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake -- morquil-bench
 
 echo "Measuring ..."
-start_wine
-trap stop_wine EXIT
+use_wine
 bench/report.py --native build/bench-native --wine build/bench-windows --results build/bench "$@"

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds every flavour and runs all tests; ends with the line "N passed, N failed".
 #   ./test.sh [--long]
-# --long also lives 20,000 simulated lives instead of 1,000, connects 20,000 times (2,000 times under Wine), and makes the
-# packages, unpacks them elsewhere and builds the examples against them.
+# --long also runs the tools' tests with sanitizers, lives 20,000 simulated lives instead of 1,000, connects 20,000 times
+# (2,000 times under Wine), makes the packages, installs them elsewhere and builds the examples against them, and follows
+# the quick start.
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/flavours.sh
@@ -98,14 +99,16 @@ readonly programs="protocol feature unit allocation simulation library cpp simul
 # The documentation is made natively only.
 readonly native_programs="$programs docs"
 # What one thread does by itself needs no look for races; the simulation runs one thread at a time.
-readonly threaded_programs="unit allocation library cpp"
-# What hosts load, and what foreign bytes reach first; the tools around it are tested without sanitizers as well.
-readonly sanitized_programs="protocol feature unit allocation simulation library cpp"
+threaded_programs="unit allocation library cpp"
+# What hosts load, and what foreign bytes reach first; the tools around it take too long to build every time.
+sanitized_programs="protocol feature unit allocation simulation library cpp"
 targets_of() {
     printf 'morquil-%s-tests ' $1
 }
 
 if [ -n "$is_long" ]; then
+    threaded_programs="$threaded_programs protocol feature simulation"
+    sanitized_programs=$programs
     export MORQUIL_SEEDS=20000
     timeout_per_program=7200
 fi
@@ -145,6 +148,7 @@ test_natively() {
     run_tests asan-fuzz ctest --test-dir build/asan -R morquil-fuzz-replay --verbose
     run_flavour tsan "$threaded_programs"
     run_tests hardening scripts/check-hardening.sh
+    run_tests format scripts/check-style.sh format
 }
 
 test_under_wine() {
@@ -157,8 +161,7 @@ test_under_wine() {
 }
 
 echo "Testing ..."
-start_wine
-trap stop_wine EXIT
+use_wine
 # Wine waits more than it works: beside it there is a processor for the others.
 test_natively &
 native_tests=$!
@@ -173,6 +176,7 @@ report_flavour asan "$sanitized_programs"
 report_replay asan
 report_flavour tsan "$threaded_programs"
 report_checks hardening
+report_checks format
 report_flavour windows "$programs"
 report_checks windows-examples
 [ -z "$is_long" ] || report windows-cycles
@@ -181,10 +185,13 @@ wait "$slow_tests"
 report native-slow
 if [ -n "$is_long" ]; then
     run_tests packaging scripts/package.sh
+    report_checks packaging
     for system in debian windows; do
         run_tests "$system-packages" scripts/check-packages.sh "$system"
         report_checks "$system-packages"
     done
+    run_tests quick-start scripts/check-quick-start.py clone .
+    report_checks quick-start
 fi
 
 echo

@@ -22,7 +22,7 @@ check_windows() {
     mkdir -p "$folder"
     cp build/windows/module/MorquilAPI.dll build/windows/simulator/morquil-sim.exe \
         build/windows/packaging/MorquilAPI.assembly.manifest "$folder"
-    [ -n "${WINEPREFIX:-}" ] || start_wine
+    use_wine
     export WINEPATH
     WINEPATH=$(winepath -w "$folder")
     for example in host raw_host c_host type_library_host device_test; do

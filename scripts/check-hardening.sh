@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # Looks at finished libraries: what they export, what they need, how they are protected, and what a host has to load.
-#   scripts/check-hardening.sh [libMorquilAPI.so [MorquilAPI.dll]]
+#   scripts/check-hardening.sh [NATIVE-BUILD [WINDOWS-BUILD]]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-elf=${1:-build/native/module/libMorquilAPI.so}
-dll=${2:-build/windows/module/MorquilAPI.dll}
+readonly native=${1:-build/native} windows=${2:-build/windows}
+readonly elf=$native/module/libMorquilAPI.so dll=$windows/module/MorquilAPI.dll
 readonly most_bytes=$((700 * 1024))  # of the DLL as it ships
 failures=0
 
@@ -27,6 +27,26 @@ same() {
     [ "$2" = "$3" ] || printf '          found: %s\n' "$(echo "$3" | tr '\n' ' ')"
 }
 
+# Of the functions of a library of this size some hundred keep text or blocks on the stack.
+readonly least_guarded=300
+
+# guarded DISASSEMBLER LIBRARY: enough of its functions call what ends the process when their frame was overwritten.
+guarded() {
+    test "$("$1" --disassemble "$2" | grep -cE 'call .*<__stack_chk_fail(@plt)?>')" -ge "$least_guarded"
+}
+
+# compiled_with OPTION BUILD: every file of the library. What is checked at compile time leaves no trace in the library.
+compiled_with() {
+    python3 - "$@" << 'PYTHON'
+import json, re, sys
+option, build = sys.argv[1:]
+own = re.compile(r"/(module|device|core|transport|protocol|features|settings|platform)/\S+\.cpp$")
+commands = [entry["command"] for entry in json.load(open(build + "/compile_commands.json")) if own.search(entry["file"])
+            and "/tests/" not in entry["file"]]
+sys.exit(0 if commands and all(option in command.split() for command in commands) else 1)
+PYTHON
+}
+
 has() { grep -qE "$1" <<< "$2"; }
 has_not() { ! grep -qE "$1" <<< "$2"; }
 
@@ -41,12 +61,13 @@ check_elf() {
     expect "stack and data cannot be executed" has 'GNU_STACK.* RW ' "$headers"
     expect "no segment is both written and executed" has_not 'LOAD.* RWE ' "$headers"
     expect "no text relocations" has_not 'TEXTREL' "$dynamic"
-    expect "stack protector" has '__stack_chk_fail' "$symbols"
+    expect "stack protector" guarded objdump "$elf"
     # Where the compiler knows the room it checks it; what it cannot check is not used.
+    expect "checked functions" compiled_with -D_FORTIFY_SOURCE=2 "$native"
     expect "no function that writes text into unknown room" has_not ' (v?sn?printf|st[pr]n?cpy|strn?cat|gets)@' "$symbols"
     expect "no search path of the build" has_not 'RPATH|RUNPATH' "$dynamic"
     same "exports" "$(sed -n '/global:/,/local:/s/^ *\([A-Za-z0-9_]*\);$/\1/p' module/MorquilAPI.map | sort)" \
-        "$(awk '$2 ~ /^[TW]$/ { sub(/@.*/, "", $3); print $3 }' <<< "$symbols" | sort)"
+        "$(awk 'NF == 3 { sub(/@.*/, "", $3); print $3 }' <<< "$symbols" | sort)"
 }
 
 # check_weight: little to map, and next to nothing to do, when a host loads the DLL.
@@ -75,7 +96,8 @@ check_dll() {
         expect "$protection" has "^[[:space:]]+$protection" "$headers"
     done
     expect "relocations, without which the address could not vary" has 'Base Relocation Directory|\.reloc' "$headers"
-    expect "stack protector" bash -c "x86_64-w64-mingw32-nm '$dll' | grep -q __stack_chk_fail"
+    expect "stack protector" guarded x86_64-w64-mingw32-objdump "$dll"
+    expect "checked functions" compiled_with -D_FORTIFY_SOURCE=2 "$windows"
     expect "a random guard for it" has 'SystemFunction036' "$headers"
     expect "no provider of cryptography for it" has_not 'CryptAcquireContext' "$headers"
     same "exports" "$(awk 'on { print $1 } /^EXPORTS/ { on = 1 }' module/MorquilAPI.def | sort)" \

@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# Unpacks what scripts/package.sh has made into empty folders, builds the examples against it as users would, runs them
-# against the packages' own simulated device, and compares what they print with their READMEs.
-#   scripts/check-packages.sh debian     by find_package and pkg-config; and by add_subdirectory, from the sources
+# Installs what scripts/package.sh has made, builds the examples against it as users would, runs them against the
+# packages' own simulated device, and compares what they print with their READMEs; follows the quick start.
+#   scripts/check-packages.sh debian     by find_package and pkg-config, in a root of its own; and by add_subdirectory,
+#                                        from the sources. Needs root.
 #   scripts/check-packages.sh windows    by find_package; run beside the library, with manifests; and the registration
+# Port 9800 of 127.0.0.1 must be free.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/flavours.sh
@@ -26,35 +28,79 @@ holds_no_path_of_the_build() { ! grep -rl -e "$PWD" "$1"; }
 
 # ---- Debian --------------------------------------------------------------------------------------------------------
 
+readonly package_names="libmorquilapi1 libmorquilapi-dev morquilapi-tools morquilapi-doc"
+package_files() { printf "$PWD/build/packages/%s_*.deb " $package_names; }
+
+# in_own_root COMMAND...: runs in a root that is this machine's, and forgets what is changed there. build/ is the same.
+in_own_root() {
+    local layers
+    layers=$(mktemp --directory)
+    mkdir "$layers/changed" "$layers/work" "$layers/root"
+    # shellcheck disable=SC2016  # the inner shell's own words
+    unshare --mount bash -euc '
+        layers=$1
+        tree=$2
+        shift 2
+        mount -t overlay overlay -o "lowerdir=/,upperdir=$layers/changed,workdir=$layers/work" "$layers/root"
+        for folder in /dev /proc /sys "$tree/build"; do
+            mount --rbind "$folder" "$layers/root$folder"
+        done
+        exec chroot "$layers/root" env --chdir="$tree" "$@"
+    ' bash "$layers" "$PWD" "$@" && status=0 || status=$?
+    rm -rf --one-file-system "$layers"
+    return "$status"
+}
+
 check_debian() {
-    local root=$work/debian package example libraries
+    local package root=$work/unpacked example
     mkdir -p "$root"
-    for package in build/packages/*.deb; do
+    # shellcheck disable=SC2046  # one word per file
+    for package in $(package_files); do
         dpkg-deb --extract "$package" "$root"
     done
-    libraries=$root/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)
-    examples=$root/usr/share/doc/morquilapi-doc/examples
-    export PATH=$root/usr/bin:$PATH PKG_CONFIG_PATH=$libraries/pkgconfig
     expect "Debian: no path of the build in any file" debian-paths holds_no_path_of_the_build "$root"
+    in_own_root scripts/check-packages.sh installed || failures=$((failures + 1))
 
-    expect "Debian: find_package" debian-find-package \
-        build_with_cmake "$examples" "$work/find_package" -DCMAKE_PREFIX_PATH="$root/usr"
-    for example in host raw_host c_host device_test; do
-        LD_LIBRARY_PATH=$libraries \
-            expect_readme "$example" find_package morquil-sim "$work/find_package/$(program_of "$example")"
-    done
-    for example in host raw_host c_host device_test; do
-        expect "Debian: pkg-config, $example" "debian-pkg-config-$example" \
-            build_as_readme_says "$example" "$work/pkg-config-$example"
-        LD_LIBRARY_PATH=$libraries \
-            expect_readme "$example" pkg-config morquil-sim "$work/pkg-config-$example/$(program_of "$example")"
-    done
+    export PATH=$root/usr/bin:$PATH LD_LIBRARY_PATH=$root/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)
     expect "sources: add_subdirectory" add-subdirectory \
         build_with_cmake tests/packages "$work/add_subdirectory" -DCMAKE_BUILD_TYPE=Debug
     for example in host raw_host c_host device_test; do
         expect_readme "$example" add_subdirectory morquil-sim \
             "$work/add_subdirectory/examples/$(program_of "$example")"
     done
+}
+
+files_of_packages() { dpkg --listfiles $package_names | sort -u | while read -r file; do [ -d "$file" ] || echo "$file"; done; }
+
+# purges: nothing that the packages have brought is left.
+purges() {
+    local files
+    files=$(files_of_packages)
+    # shellcheck disable=SC2086  # one word per package
+    dpkg --purge $package_names && [ -n "$files" ] && ! ls $files 2> /dev/null
+}
+
+completes() {
+    test -s /usr/share/bash-completion/completions/morquilctl && test -s /usr/share/zsh/vendor-completions/_morquilctl &&
+        test "$(fish --command 'complete -C "morquilctl stat"' | cut -f1)" = status
+}
+
+# Where the packages are to be installed, found as the system finds what is installed.
+check_installed() {
+    local example examples=/usr/share/doc/morquilapi-doc/examples
+    unset PKG_CONFIG_PATH LD_LIBRARY_PATH CMAKE_PREFIX_PATH
+    # shellcheck disable=SC2046  # one word per file
+    expect "Debian: apt installs the packages" debian-apt apt-get install --yes $(package_files)
+    expect "Debian: the quick start" debian-quick-start scripts/check-quick-start.py packages
+    expect "Debian: shells complete morquilctl" debian-completion completes
+    expect "Debian: find_package" debian-find-package build_with_cmake "$examples" "$work/find_package"
+    for example in host raw_host c_host device_test; do
+        expect_readme "$example" find_package morquil-sim "$work/find_package/$(program_of "$example")"
+        expect "Debian: pkg-config, $example" "debian-pkg-config-$example" \
+            build_as_readme_says "$example" "$work/pkg-config-$example"
+        expect_readme "$example" pkg-config morquil-sim "$work/pkg-config-$example/$(program_of "$example")"
+    done
+    expect "Debian: what is purged has gone" debian-purge purges
 }
 
 # ---- Windows -------------------------------------------------------------------------------------------------------
@@ -87,8 +133,9 @@ check_windows() {
     cmake -E chdir "$work/of a user" cmake -E tar xf "$(echo "$PWD"/build/packages/MorquilAPI-*-windows-x64.zip)"
     root=$(echo "$work/of a user"/MorquilAPI-*)
     bin=$root/bin
-    [ -n "${WINEPREFIX:-}" ] || start_wine
+    use_wine
     expect "Windows: no path of the build in any file" windows-paths holds_no_path_of_the_build "$root"
+    expect "Windows: the quick start" windows-quick-start scripts/check-quick-start.py windows "$root"
     expect "Windows: find_package" windows-find-package \
         build_with_cmake "$root/share/doc/MorquilAPI/examples" "$work/find_package_windows" \
         -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-w64.cmake" -DCMAKE_PREFIX_PATH="$root"
@@ -108,10 +155,16 @@ check_windows() {
 
 # ---------------------------------------------------------------------------------------------------------------------
 
-rm -rf "$work"
 case "${1:-}" in
-    debian) check_debian ;;
-    windows) check_windows ;;
+    debian)
+        rm -rf "$work"
+        check_debian
+        ;;
+    installed) check_installed ;;
+    windows)
+        rm -rf "$work"
+        check_windows
+        ;;
     *)
         echo "usage: scripts/check-packages.sh debian|windows" >&2
         exit 2

@@ -1,19 +1,37 @@
 #!/usr/bin/env bash
-# Checks formatting and runs the linter; needs the native build that ./test.sh makes.
-#   scripts/check-style.sh           all sources
-#   scripts/check-style.sh FILE...   these
+# Checks formatting, and runs the linter over what a build for Linux compiles.
+#   scripts/check-style.sh                  all of it; the linter takes an hour of processor time
+#   scripts/check-style.sh format           formatting only
+#   scripts/check-style.sh lint [FILE...]   the linter only, over these files
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/flavours.sh
 
-if [ $# -gt 0 ]; then
-    sources=("$@")
-else
-    mapfile -t sources < <(git ls-files '*.cpp' '*.h')
-fi
+check_format() {
+    git ls-files '*.cpp' '*.h' '*.hpp' '*.c' | xargs clang-format --dry-run --Werror
+    echo "  ok      formatting"
+}
 
-clang-format --dry-run --Werror "${sources[@]}"
+# Another compiler's precompiled headers would be no use to the linter.
+check_lint() {
+    build lint -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON \
+        -DMORQUIL_TESTS=ON -DMORQUIL_FUZZ=ON -- MorquilApiFiles MorquilCppFiles MorquilDescriptionFile
+    local compiled
+    compiled=$(sed -n "s,^ *\"file\": \"$PWD/\(.*\.cpp\)\",\1,p" build/lint/compile_commands.json | grep -v '^build/' | sort -u)
+    [ $# -eq 0 ] || compiled=$(grep -xFf <(printf '%s\n' "$@") <<< "$compiled")
+    xargs -P "$(nproc)" -n 1 clang-tidy --quiet -p build/lint <<< "$compiled"
+    echo "  ok      linter, $(wc -l <<< "$compiled") files"
+}
 
-# The linter reads what the native build compiles.
-mapfile -t compiled < <(printf '%s\n' "${sources[@]}" | grep -E '\.cpp$' | grep -vE '_windows(_test)?\.cpp$|wsa_comms|dll_main|registration|identifiers|type_library|^tests/')
-printf '%s\n' "${compiled[@]}" | xargs -r -P "$(nproc)" -n 4 clang-tidy --quiet -p build/native
-echo "Style is fine."
+case "${1:-both}" in
+    both)
+        check_format
+        check_lint
+        ;;
+    format) check_format ;;
+    lint) check_lint "${@:2}" ;;
+    *)
+        echo "usage: scripts/check-style.sh [format | lint [FILE...]]" >&2
+        exit 2
+        ;;
+esac

@@ -35,9 +35,19 @@ start_wine() {
     run_logged build/logs/wine.log wineboot --init
 }
 
+has_wine() { [ "${WINEPREFIX:-}" = "$PWD/build/wine" ]; }
+
 # Ends the Wine of this prefix and no other.
 stop_wine() {
-    if [ -n "${WINEPREFIX:-}" ]; then
+    if has_wine; then
         wineserver -k > /dev/null 2>&1 || true
+    fi
+}
+
+# Starts Wine for the rest of a script, unless the script that calls it has started it and will end it.
+use_wine() {
+    if ! has_wine; then
+        trap stop_wine EXIT
+        start_wine
     fi
 }

@@ -1,8 +1,8 @@
 #!/bin/sh
 # Installs what building, testing and running need, on Debian 12. Run it as root or as somebody who may use sudo.
 # What is there already is left alone: a second run asks nobody for anything.
-#   scripts/install-dependencies.sh [bench]
-# bench: also what the benchmarks measure with, and against.
+#   scripts/install-dependencies.sh [bench|coverage]
+# bench: also what the benchmarks measure with, and against. coverage: also what counts lines.
 set -eu
 
 packages="
@@ -19,8 +19,9 @@ packages="
 case "${1:-}" in
     "") ;;
     bench) packages="$packages libbenchmark-dev libhttp-parser-dev libmpdclient-dev libhiredis-dev libfmt-dev" ;;
+    coverage) packages="$packages gcovr" ;;
     *)
-        echo "usage: scripts/install-dependencies.sh [bench]" >&2
+        echo "usage: scripts/install-dependencies.sh [bench|coverage]" >&2
         exit 2
         ;;
 esac

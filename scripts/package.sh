@@ -38,9 +38,9 @@ package_debian() {
 package_windows() {
     local name=MorquilAPI-$version-windows-x64 component
     local tree=$packages/$name
+    rm -rf "$tree" "$tree.zip"
     build windows -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake -- MorquilAPI morquilctl morquil-sim
     scripts/build-docs.sh
-    rm -rf "$tree" "$tree.zip"
     for component in Runtime Development Tools Documentation; do
         run_logged "build/logs/install-$component.log" \
             cmake --install build/windows --prefix "$tree" --strip --component "$component"
@@ -65,4 +65,6 @@ case "${1:-both}" in
         exit 2
         ;;
 esac
-ls "$packages"
+for file in "$packages"/*; do
+    printf '  ok      %s\n' "build/packages/${file##*/}"
+done

@@ -21,9 +21,11 @@ static_assert(!std::has_virtual_destructor_v<IClassFactory>);
     static_assert(sizeof(name) == sizeof(void*));        \
     static_assert(!std::has_virtual_destructor_v<name>); \
     static_assert(std::is_base_of_v<IUnknown, name> && std::is_abstract_v<name>);
+// NOLINTBEGIN(bugprone-macro-parentheses): the parameters are a list that has its own
 #define METHOD(interfaceName, name, parameters) \
     static_assert(                              \
         std::is_same_v<decltype(&interfaceName::name), HRESULT(STDMETHODCALLTYPE interfaceName::*) parameters>);
+// NOLINTEND(bugprone-macro-parentheses)
 #include "tests/api/expected_interfaces.inc"
 #undef INTERFACE
 #undef METHOD

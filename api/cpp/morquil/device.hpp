@@ -99,8 +99,9 @@ private:
     friend struct Connecting ConnectAsync(std::string_view, ConnectionHandlers, Executor);
 
     Subscription Told(std::shared_ptr<detail::Gate> gate, Pointer<IMorquilConnectionObserver> observer) const {
-        return Subscription(std::move(gate),
-                            [device = *this, observer = std::move(observer)] { device.Raw()->RemoveConnectionObserver(observer.Get()); });
+        return Subscription(std::move(gate), [device = *this, observer = std::move(observer)] {
+            device.Raw()->RemoveConnectionObserver(observer.Get());
+        });
     }
 
     Pointer<IMorquilDiscovery> discovery_;

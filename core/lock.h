@@ -10,7 +10,8 @@ namespace QRN::Core {
 /// Holds a `Lockable` from its construction to the end of its scope.
 class SCOPED_CAPABILITY Lock {
 public:
-    /// Enters `lockable` and tells the outcome in `error` (0: the lock is held).
+    /// Enters `lockable` and tells the outcome in `error`: 0, the lock is held. Entering a critical section fails on no
+    /// system, so that is the only outcome; whoever has a result of its own for another gives it all the same.
     Lock(Lockable& lockable, std::uint32_t& error) ACQUIRE(lockable) NO_THREAD_SAFETY_ANALYSIS : lockable_(&lockable),
                                                                                                  error_(&error) {
         Hold();

@@ -13,13 +13,8 @@
 #define CAPABILITY(name)           QRN_THREAD_ATTRIBUTE(capability(name))
 #define SCOPED_CAPABILITY          QRN_THREAD_ATTRIBUTE(scoped_lockable)
 #define GUARDED_BY(lock)           QRN_THREAD_ATTRIBUTE(guarded_by(lock))
-#define PT_GUARDED_BY(lock)        QRN_THREAD_ATTRIBUTE(pt_guarded_by(lock))
 #define REQUIRES(...)              QRN_THREAD_ATTRIBUTE(requires_capability(__VA_ARGS__))
 #define ACQUIRE(...)               QRN_THREAD_ATTRIBUTE(acquire_capability(__VA_ARGS__))
 #define RELEASE(...)               QRN_THREAD_ATTRIBUTE(release_capability(__VA_ARGS__))
-#define EXCLUDES(...)              QRN_THREAD_ATTRIBUTE(locks_excluded(__VA_ARGS__))
-#define ACQUIRED_BEFORE(...)       QRN_THREAD_ATTRIBUTE(acquired_before(__VA_ARGS__))
-#define RETURN_CAPABILITY(lock)    QRN_THREAD_ATTRIBUTE(lock_returned(lock))
-#define ASSERT_CAPABILITY(lock)    QRN_THREAD_ATTRIBUTE(assert_capability(lock))
 #define NO_THREAD_SAFETY_ANALYSIS  QRN_THREAD_ATTRIBUTE(no_thread_safety_analysis)
 // clang-format on

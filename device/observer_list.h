@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <list>
 #include <new>
 #include <utility>
@@ -19,12 +20,15 @@ namespace Morquil {
 ///
 /// Observers are called in rounds, and no lock is held meanwhile. A thread that is in no callback waits with its change
 /// until the rounds on their way are over. A thread inside a callback, whose waiting could never end, changes the list
-/// at once: entries that it removes are not called any more, entries that it appends are. A removed observer is let go
-/// when its call has returned and the list has been left.
+/// at once: entries that it removes are not called any more, entries that it appends are. An observer is called once in
+/// a round, however often it is removed and appended meanwhile. A removed observer is let go when its call has returned
+/// and the list has been left.
 template <class Observer>
 class ObserverList {
     struct Entry {
-        Observer* observer;  // null once it has been removed and let go
+        Observer* observer;       // null once it has been removed and let go
+        const Observer* name;     // the same, for good
+        std::uint64_t lastRound;  // the round that called it last
         bool removed = false;
         unsigned calls = 0;
     };
@@ -44,6 +48,9 @@ public:
     HRESULT Add(Observer* observer) {
         if (observer == nullptr) {
             return E_POINTER;
+        }
+        if (Holds(observer)) {
+            return S_FALSE;
         }
         observer->AddRef();
         const HRESULT result = Append(observer);
@@ -106,7 +113,9 @@ public:
     private:
         friend class ObserverList;
         ObserverList& list_;
+        // Guarded by the list's lock; seen from the list that lock has another name, so clang cannot be told.
         Entry* current_ = nullptr;
+        std::uint64_t number_ = 0;
         bool cancelled_ = false;
     };
 
@@ -120,25 +129,42 @@ private:
         std::uint32_t error = 0;
         QRN::Core::Lock lock(lock_, error);
         if (error != 0) {
-            return E_ACCESSDENIED;  // GCOVR_EXCL_LINE: no lock that exists is refused on Linux
+            return E_ACCESSDENIED;  // GCOVR_EXCL_LINE: the contract's answer to a refusal, which no system gives
         }
         AwaitTurn();
         if (Find(observer) != entries_.end()) {
             return S_FALSE;
         }
         try {
-            entries_.push_back(Entry{observer});
+            entries_.push_back(Entry{observer, observer, TakeLastRound(observer)});
         } catch (const std::bad_alloc&) {
             return E_OUTOFMEMORY;
         }
         return S_OK;
     }
 
+    bool Holds(Observer* observer) {
+        QRN::Core::Lock lock(lock_);
+        AwaitTurn();
+        return Find(observer) != entries_.end();
+    }
+
+    /// The round on its way that has called `observer` already, under an entry that was removed since; 0 for none.
+    /// Such entries go, unless a call is still in them.
+    std::uint64_t TakeLastRound(const Observer* observer) REQUIRES(lock_) {
+        std::uint64_t last = 0;
+        for (const Entry& entry : entries_) {
+            last = entry.name == observer ? std::max(last, entry.lastRound) : last;
+        }
+        entries_.remove_if([observer](const Entry& entry) { return entry.name == observer && entry.calls == 0; });
+        return last;
+    }
+
     HRESULT Unlink(Observer* observer, Observer*& released) {
         std::uint32_t error = 0;
         QRN::Core::Lock lock(lock_, error);
         if (error != 0) {
-            return E_ACCESSDENIED;  // GCOVR_EXCL_LINE: no lock that exists is refused on Linux
+            return E_ACCESSDENIED;  // GCOVR_EXCL_LINE: the contract's answer to a refusal, which no system gives
         }
         AwaitTurn();
         const auto found = Find(observer);
@@ -182,6 +208,7 @@ private:
             }
         }
         round.cancelled_ = silenced_;
+        round.number_ = ++lastRound_;
         rounds_.Add(round);
     }
 
@@ -206,10 +233,13 @@ private:
                 --round.current_->calls;
                 released = LetGo(*round.current_);
             }
-            place = std::find_if(place, entries_.end(), [](const Entry& entry) { return !entry.removed; });
+            place = std::find_if(place, entries_.end(), [&round](const Entry& entry) {
+                return !entry.removed && entry.lastRound != round.number_;
+            });
             round.current_ = round.cancelled_ || place == entries_.end() ? nullptr : &*place;
             if (round.current_ != nullptr) {
                 ++round.current_->calls;
+                round.current_->lastRound = round.number_;
                 next = round.current_->observer;
             }
         }
@@ -231,9 +261,10 @@ private:
 
     QRN::Core::Lockable lock_;
     QRN::Core::Condition roundsEnded_;
-    std::list<Entry> entries_;
+    std::list<Entry> entries_ GUARDED_BY(lock_);
     QRN::Core::IntrusiveList<Round> rounds_ GUARDED_BY(lock_);
     unsigned waitingChanges_ GUARDED_BY(lock_) = 0;
+    std::uint64_t lastRound_ GUARDED_BY(lock_) = 0;
     bool silenced_ GUARDED_BY(lock_) = false;
 };
 

@@ -67,6 +67,7 @@ TEST_F(ObserverListTest, AddsAnObserverOnce) {
     EXPECT_EQ(list.Add(first.Get()), S_OK);
     EXPECT_EQ(list.Add(first.Get()), S_FALSE);
     EXPECT_EQ(first->References(), 2U);
+    EXPECT_EQ(first->ReferencesTaken(), 1U);
     CallAll();
     EXPECT_EQ(notes, Notes{"first connected"});
 }
@@ -122,6 +123,39 @@ TEST_F(ObserverListTest, CallsWhoeverWasAppendedInTheRound) {
     EXPECT_EQ(notes, (Notes{"first connected", "third connected"}));
 }
 
+TEST_F(ObserverListTest, CallsAnObserverThatComesBackInItsOwnCallInTheNextRoundOnly) {
+    first->onCall = [&] {
+        ASSERT_LT(first->Told().size(), 5U) << "it is called for ever";
+        EXPECT_EQ(list.Remove(first.Get()), S_OK);
+        EXPECT_EQ(list.Add(first.Get()), S_OK);
+    };
+    AddAll();
+    CallAll();
+    EXPECT_EQ(notes, (Notes{"first connected", "second connected", "third connected"}));
+    EXPECT_EQ(first->References(), 2U);
+    notes.clear();
+    CallAll();
+    EXPECT_EQ(notes, (Notes{"second connected", "third connected", "first connected"}));
+}
+
+TEST_F(ObserverListTest, CallsObserversThatReplaceEachOtherOnceInARound) {
+    const auto replace = [this](const Held<ConnectionObserver>& one) {
+        ASSERT_LT(notes.size(), 10U) << "they are called for ever";
+        for (int times = 0; times < 3; ++times) {
+            EXPECT_EQ(list.Remove(one.Get()), S_OK);
+            EXPECT_EQ(list.Add(one.Get()), S_OK);
+        }
+    };
+    first->onCall = [&] { replace(second); };
+    second->onCall = [&] { replace(first); };
+    third->onCall = [&] { replace(first); };
+    AddAll();
+    CallAll();
+    EXPECT_EQ(notes, (Notes{"first connected", "third connected", "second connected"}));
+    EXPECT_EQ(first->References(), 2U);
+    EXPECT_EQ(second->References(), 2U);
+}
+
 TEST_F(ObserverListTest, LetsAnObserverRemoveItself) {
     ULONG referencesInside = 0;
     second->onCall = [&] {
@@ -136,19 +170,6 @@ TEST_F(ObserverListTest, LetsAnObserverRemoveItself) {
     EXPECT_EQ(second->References(), 1U);
     CallAll();
     EXPECT_EQ(second->Told().size(), 1U);
-}
-
-TEST_F(ObserverListTest, LetsAnObserverMoveItselfToTheEnd) {
-    first->onCall = [&] {
-        if (first->Told().size() == 1) {
-            EXPECT_EQ(list.Remove(first.Get()), S_OK);
-            EXPECT_EQ(list.Add(first.Get()), S_OK);
-        }
-    };
-    AddAll();
-    CallAll();
-    EXPECT_EQ(notes, (Notes{"first connected", "second connected", "third connected", "first connected"}));
-    EXPECT_EQ(first->References(), 2U);
 }
 
 TEST_F(ObserverListTest, LetsAnObserverRemoveAll) {

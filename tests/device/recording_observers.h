@@ -39,6 +39,7 @@ public:
     }
     STDMETHODIMP_(ULONG) AddRef() override {
         const auto lock = Monitor::Enter();
+        ++referencesTaken_;
         return ++references_;
     }
     STDMETHODIMP_(ULONG) Release() override {
@@ -86,6 +87,11 @@ public:
         const auto lock = Monitor::Enter();
         return references_;
     }
+    /// How often one was taken, given back or not.
+    ULONG ReferencesTaken() const {
+        const auto lock = Monitor::Enter();
+        return referencesTaken_;
+    }
     bool AwaitReferences(ULONG count) const {
         return Monitor::Await([&] { return references_ == count; });
     }
@@ -112,6 +118,7 @@ protected:
 
 private:
     ULONG references_ = 1;
+    ULONG referencesTaken_ = 0;
     std::vector<std::string> told_;
     std::atomic<QRN::Core::ThreadId> lastThread_ = 0;
 };

@@ -1,14 +1,20 @@
+// What a program prints, sent elsewhere; and all in which systems differ about it.
 #pragma once
 
+#include <array>
 #include <string>
 
 namespace Morquil::Bench {
 
-#ifdef _WIN32
-inline constexpr const char* nullDevice = "NUL";
-#else
-inline constexpr const char* nullDevice = "/dev/null";
-#endif
+extern const char* const nullDevice;
+/// Whether the null device takes as much at once as a stream hands over; on Windows the library writes each receive.
+extern const bool nullDeviceTakesAllAtOnce;
+
+/// A pipe's end to read from, and the one to write to.
+std::array<int, 2> OpenPipe();
+/// Reads into `buffer`. Returns: how many bytes; 0 or less at the end.
+int ReadSome(int descriptor, char* buffer, std::size_t size);
+void Close(int descriptor);
 
 /// Sends what this program prints elsewhere, as long as it stands.
 class Console {

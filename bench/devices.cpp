@@ -132,7 +132,7 @@ private:
 
 int main(int argumentCount, char** arguments) {
     const int count = NumberArgument(argumentCount, arguments, "--devices", 1000);
-    const int rounds = NumberArgument(argumentCount, arguments, "--rounds", 11);
+    const int rounds = NumberArgument(argumentCount, arguments, "--rounds", 21);
     ResultFile results(argumentCount, arguments);
     AllowManyDescriptors();
     AwaitDevice();

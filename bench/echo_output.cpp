@@ -1,13 +1,6 @@
 // What it costs that everything a device says is printed: a flood of reports, with the console on different things.
 // `Nothing` hands over so much at once that it does not matter, and is the measure for the others.
 //   --floods=NUMBER  how often each is measured
-#include <fcntl.h>
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
-
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -29,42 +22,28 @@ namespace {
 constexpr double receiveSize = 1024;
 constexpr std::size_t usualBuffer = 4096;
 
-/// Whether the null device takes as much at once as a stream hands over; on Windows the library writes each receive.
-#ifdef _WIN32
-constexpr bool takesAllAtOnce = false;
-#else
-constexpr bool takesAllAtOnce = true;
-#endif
-
 /// A pipe that somebody reads.
 class ReadPipe {
 public:
-    ReadPipe() {
-#ifdef _WIN32
-        static_cast<void>(_pipe(ends_.data(), 1 << 16, _O_BINARY));
-#else
-        static_cast<void>(!pipe(ends_.data()));
-#endif
+    ReadPipe() : ends_(OpenPipe()) {
         reader_ = std::thread([this] {
             std::array<char, 1 << 16> buffer;
-            while (read(ends_[0], buffer.data(), buffer.size()) > 0) {
+            while (ReadSome(ends_[0], buffer.data(), buffer.size()) > 0) {
             }
         });
     }
     ~ReadPipe() {
-        close(ends_[1]);
+        Close(ends_[1]);
         reader_.join();
-        close(ends_[0]);
+        Close(ends_[0]);
     }
     ReadPipe(const ReadPipe&) = delete;
     ReadPipe& operator=(const ReadPipe&) = delete;
 
-    int WriteEnd() const {
-        return ends_[1];
-    }
+    int WriteEnd() const { return ends_[1]; }
 
 private:
-    std::array<int, 2> ends_{};
+    const std::array<int, 2> ends_;
     std::thread reader_;
 };
 
@@ -74,11 +53,11 @@ void BufferAsFile() {
     std::setvbuf(stdout, buffer.data(), _IOFBF, buffer.size());
 }
 void BufferAsNullDevice() {
-#ifdef _WIN32
-    std::setvbuf(stdout, nullptr, _IONBF, 0);
-#else
-    BufferAsFile();
-#endif
+    if (nullDeviceTakesAllAtOnce) {
+        BufferAsFile();
+    } else {
+        std::setvbuf(stdout, nullptr, _IONBF, 0);
+    }
 }
 /// So much at once that next to nothing is left of what each receive takes.
 void BufferMuch() {
@@ -112,7 +91,7 @@ int main(int argumentCount, char** arguments) {
     AwaitDevice();
     std::vector<double> nothing, file, pipe, null;
     const std::string path = (std::filesystem::temp_directory_path() / "morquil-bench-output").string();
-    const std::string cheapest = takesAllAtOnce ? nullDevice : path;
+    const std::string cheapest = nullDeviceTakesAllAtOnce ? nullDevice : path;
     {
         const Console silent(nullDevice);
         const ReadPipe readPipe;

@@ -1,5 +1,5 @@
 // Everything that a host may do inside each callback: nothing hangs, nothing is used after its end, nothing is left
-// over.
+// over, and every end returns within a second.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -30,6 +30,13 @@ struct Scene {
     Scene() {
         rig.device->AddConnectionObserver(connectionObserver.Get());
         rig.device->AddPropertyObserver(propertyObserver.Get(), morquilVideoProcAmpPropertySetId);
+    }
+
+    HRESULT Disconnect() {
+        return WithinASecond([&] { return rig.device->Disconnect(); });
+    }
+    ULONG Release() {
+        return WithinASecond([&] { return rig.Release(); });
     }
 };
 
@@ -76,18 +83,18 @@ void RemoveAndAddBoth(Scene& scene) {
 
 void DisconnectThroughDiscovery(Scene& scene) {
     IMorquilDiscovery* const discovery = GetMorquilDiscoveryInstance_0000();
-    EXPECT_EQ(discovery->Disconnect(scene.rig.device), S_OK);
+    EXPECT_EQ(WithinASecond([&] { return discovery->Disconnect(scene.rig.device); }), S_OK);
     discovery->Release();
 }
 
 const Act acts[] = {
-    {"LastRelease", [](Scene& scene) { EXPECT_EQ(scene.rig.Release(), scene.otherReferences); }},
-    {"Disconnect", [](Scene& scene) { EXPECT_EQ(scene.rig.device->Disconnect(), S_OK); }},
+    {"LastRelease", [](Scene& scene) { EXPECT_EQ(scene.Release(), scene.otherReferences); }},
+    {"Disconnect", [](Scene& scene) { EXPECT_EQ(scene.Disconnect(), S_OK); }},
     {"DisconnectThroughDiscovery", DisconnectThroughDiscovery},
     {"DisconnectAndLastRelease",
      [](Scene& scene) {
-         EXPECT_EQ(scene.rig.device->Disconnect(), S_OK);
-         EXPECT_EQ(scene.rig.Release(), scene.otherReferences);
+         EXPECT_EQ(scene.Disconnect(), S_OK);
+         EXPECT_EQ(scene.Release(), scene.otherReferences);
      }},
     {"RemoveSelf",
      [](Scene& scene) {
@@ -129,7 +136,7 @@ protected:
     /// The device goes and has let everybody go.
     void ExpectCleanEnd() {
         EXPECT_TRUE(Monitor::Await([&] { return hasActed; }));
-        scene.rig.Release();
+        scene.Release();
         EXPECT_TRUE(scene.rig.link.AwaitDestroyed());
         EXPECT_FALSE(scene.rig.link.IsOpen());
         EXPECT_TRUE(scene.connectionObserver->AwaitReferences(1));
@@ -173,8 +180,8 @@ TEST_P(ActInACallback, ThatTellsTheHostsOwnDisconnect) {
     CMorquilDevice* const device = scene.rig.device;
     device->AddRef();
     scene.otherReferences = 1;
-    EXPECT_EQ(device->Disconnect(), S_OK);
-    device->Release();
+    EXPECT_EQ(WithinASecond([&] { return device->Disconnect(); }), S_OK);
+    WithinASecond([&] { return device->Release(); });
     ExpectCleanEnd();
 }
 

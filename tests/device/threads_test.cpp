@@ -2,8 +2,11 @@
 // the mirror is read and written without a race; so nothing here makes the host's threads take a lock of the test's.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <atomic>
+#include <functional>
 #include <string>
+#include <thread>
 
 #include "device/device.h"
 #include "tests/core/threads.h"
@@ -22,10 +25,15 @@ public:
     STDMETHODIMP_(ULONG) AddRef() override { return references.fetch_add(1, std::memory_order_relaxed) + 1; }
     STDMETHODIMP_(ULONG) Release() override { return references.fetch_sub(1, std::memory_order_relaxed) - 1; }
     STDMETHODIMP PropertyChanged(_MorquilPropertySetId) override {
-        calls.fetch_add(1, std::memory_order_relaxed);
+        const int call = calls.fetch_add(1, std::memory_order_relaxed) + 1;
+        if (onCall) {
+            onCall(call);
+        }
         return S_OK;
     }
 
+    /// Run inside each call with its number. To be set before the observer is added.
+    std::function<void(int)> onCall;
     std::atomic<ULONG> references = 1;
     std::atomic<int> calls = 0;
 };
@@ -39,6 +47,17 @@ protected:
         rig.Release();
         EXPECT_TRUE(rig.link.AwaitDestroyed());
     }
+
+    /// The device says something new whenever the host has been told, and is always some blocks ahead.
+    void FloodUntilItIsLetGo() {
+        constexpr int ahead = 16;
+        spring.onCall = [this](int call) { PushGain(call + ahead); };
+        rig.device->AddPropertyObserver(&spring, morquilVideoProcAmpPropertySetId);
+        for (int gain = 1; gain <= ahead; ++gain) {
+            PushGain(gain);
+        }
+    }
+    void PushGain(int gain) { rig.link.Push("VIDEO PROC AMP:\nGain: " + std::to_string(gain) + "\n\n"); }
 
     void Flood() {
         for (int block = 1; block <= floodedBlocks; ++block) {
@@ -54,6 +73,7 @@ protected:
         return gain == floodedBlocks;
     }
 
+    CountingObserver spring;
     DeviceRig rig;
 };
 
@@ -106,6 +126,66 @@ TEST_F(DeviceInAFlood, IsSetAndObservedBySeveralThreads) {
     EXPECT_EQ(rig.device->RemovePropertyObserver(&shared, morquilVideoProcAmpPropertySetId), S_OK);
     EXPECT_EQ(shared.references, 1U);
     EXPECT_NE(rig.link.Sent().find("Green: 299\n"), std::string::npos);
+}
+
+/// Long enough for several threads to be at it at once.
+void TakeAndGiveBack(CMorquilDevice* device) {
+    for (int times = 0; times < 5000; ++times) {
+        EXPECT_GT(device->AddRef(), 1U);
+        EXPECT_GT(device->Release(), 0U);
+    }
+}
+
+/// What one of many hosts does with a device until it gives its reference back. Each round sees a newer gain than the
+/// one before, so that the device floods all the time. Returns: the count that is left.
+ULONG UseAndLetGo(CMorquilDevice* device, CountingObserver& observer, int rounds) {
+    TakeAndGiveBack(device);
+    int last = 0;
+    for (int round = 0; round < rounds; ++round) {
+        void* feature = nullptr;
+        EXPECT_EQ(device->QueryInterface(IID_IMorquilVideoProcAmp, &feature), S_OK);
+        auto* const procAmp = static_cast<IMorquilVideoProcAmp*>(feature);
+        int gain = last;
+        while (gain == last && procAmp->GetGain(&gain) == S_OK) {
+            std::this_thread::yield();
+        }
+        EXPECT_GT(gain, last) << "the mirror went back in time";
+        last = gain;
+        EXPECT_EQ(procAmp->SetBlackLevel(round), S_OK);
+        EXPECT_EQ(device->SetPanelLock(round % 2), S_OK);
+        EXPECT_GT(procAmp->Release(), 0U);
+        EXPECT_EQ(device->AddPropertyObserver(&observer, morquilVideoProcAmpPropertySetId), S_OK);
+        EXPECT_EQ(device->RemovePropertyObserver(&observer, morquilVideoProcAmpPropertySetId), S_OK);
+    }
+    EXPECT_EQ(device->AddPropertyObserver(&observer, morquilVideoProcAmpPropertySetId), S_OK);
+    return device->Release();
+}
+
+TEST_F(DeviceInAFlood, IsLetGoByTheLastOfManyThreads) {
+    constexpr std::size_t hostCount = 8;
+    const Watchdog watchdog;
+    CMorquilDevice* const device = rig.device;
+    FloodUntilItIsLetGo();
+    for (std::size_t host = 0; host < hostCount; ++host) {
+        device->AddRef();
+    }
+    EXPECT_EQ(rig.Release(), hostCount);
+    std::array<CountingObserver, hostCount> observers;
+    std::atomic<std::size_t> started = 0;
+    std::atomic<int> zeroes = 0;
+    {
+        const Threads hosts(hostCount, [&] {
+            const std::size_t host = started.fetch_add(1, std::memory_order_relaxed);
+            const ULONG remaining = UseAndLetGo(device, observers[host], 2 * static_cast<int>(host + 1));
+            zeroes.fetch_add(remaining == 0 ? 1 : 0, std::memory_order_relaxed);
+        });
+    }
+    EXPECT_EQ(zeroes, 1);
+    EXPECT_TRUE(rig.link.AwaitDestroyed());
+    EXPECT_EQ(spring.references, 1U);
+    for (const CountingObserver& observer : observers) {
+        EXPECT_EQ(observer.references, 1U);
+    }
 }
 
 TEST_F(DeviceInAFlood, IsDisconnectedUnderItsReaders) {

@@ -6,6 +6,7 @@
 #include "simulator/simulated_device.h"
 #include "simulator/text_lines.h"
 #include "tests/host/faulty_device.h"
+#include "tests/support/watchdog.h"
 
 namespace Morquil::Test {
 namespace {
@@ -64,11 +65,12 @@ std::string AsSaved(const std::string& said) {
 
 /// Connects and waits. Whoever loses the device meanwhile is handed a device that is not connected, or is about to be.
 void ExpectLostMeanwhile(const std::string& address) {
-    const ConnectOutcome outcome = Connect(address);
+    ConnectOutcome outcome = Connect(address);
     EXPECT_EQ(outcome.result, ok);
     EXPECT_EQ(outcome.reason, "cfnr");
     ASSERT_TRUE(outcome.device);
     EXPECT_TRUE(Eventually([&] { return MirrorOf(outcome.device) == EmptyMirror(); }));
+    EXPECT_EQ(Testing::WithinASecond([&] { return outcome.device.Release(); }), 0U);
 }
 
 void ExpectRefused(const std::string& address, const std::string& reason) {
@@ -158,6 +160,13 @@ TEST_F(Faults, AFloodIsToldOnceAndCanBeLeft) {
     device.ExpectConversation();
     device.ExpectEnd(connectedAndLeft);
     EXPECT_GT(device.TimesRecorded("Friendly name: Mark "), 100U);
+}
+
+TEST_F(Faults, AFloodEndsWithTheLastRelease) {
+    FaultyDevice device(Options{.faults = {.flood = true}});
+    device.ExpectConnected();
+    device.ExpectLetGo();
+    EXPECT_EQ(device.ConnectionCalls(), Strings{"connected"});
 }
 
 TEST_F(Faults, EverythingThatCanBeReadAtOnceIsRead) {
@@ -253,6 +262,16 @@ TEST_F(Faults, WhileTheDeviceIsSilentTheMirrorKeepsWhatItSaidLast) {
     device.ExpectEnd(connectedAndLeft);
 }
 
+TEST_F(Faults, ADeviceThatDoesNotAcknowledgeIsLetGo) {
+    FaultyDevice device({});
+    device.ExpectConnected();
+    device.Obey("ack off");
+    device.Set(Iid::videoProcAmp, setVideoGain, 7);
+    device.Set(Iid::videoProcAmp, setVideoGain, 8);
+    device.ExpectLetGo();
+    EXPECT_EQ(device.ConnectionCalls(), Strings{"connected"});
+}
+
 // ---- Where the device ends the connection ----
 
 TEST_F(Faults, ADropBeforeTheMirrorIsCompleteEndsTheAttempt) {
@@ -314,8 +333,8 @@ TEST_F(Faults, AfterADropANewDeviceObjectConnects) {
     EXPECT_EQ(DeviceName(again.device), u"Morquil Simulator");
     EXPECT_EQ(MirrorOf(again.device), HealthyMirror());
     EXPECT_EQ(MirrorOf(device.Object()), EmptyMirror());
-    Disconnect(again.device);
-    EXPECT_EQ(again.device.Release(), 0U);
+    Testing::WithinASecond([&] { Disconnect(again.device); });
+    EXPECT_EQ(Testing::WithinASecond([&] { return again.device.Release(); }), 0U);
     device.ExpectEnd(connectedAndLeft);
 }
 

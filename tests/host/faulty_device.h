@@ -72,8 +72,10 @@ public:
     void ExpectConnected();
     /// What is changed at the device is told once; what the host changes comes back and is not told.
     void ExpectConversation();
-    /// The host disconnects and lets go: within a second, with just these calls of the connection observer from first
-    /// to last, with nothing told behind them, and with no observer kept.
+    /// The host lets go: within a second, and with no observer kept.
+    void ExpectLetGo();
+    /// The host disconnects, within a second, and lets go: with just these calls of the connection observer from first
+    /// to last, and with nothing told behind them.
     void ExpectEnd(const Strings& connectionCalls);
 
 private:

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <future>
 #include <optional>
 #include <thread>
 
@@ -21,9 +22,23 @@ public:
         library_.emplace(path_);
     }
 
+    RawObject ConnectAsync(const std::string& device, ConnectionObserver& observer) const {
+        const HostText address(device);
+        void* object = nullptr;
+        EXPECT_EQ(Discovery().Call(Slot::connectAsync, address.Get(), &object, observer.Get()), ok);
+        return RawObject(object);
+    }
     RawObject Discovery() const { return RawObject(library_->Find<void*()>("GetMorquilDiscoveryInstance_0000")()); }
     void Unload() { library_.reset(); }
     bool IsLoaded() const { return LoadedLibrary::IsLoaded(path_); }
+    /// Waits up to 5 s until it has gone; nobody tells when. Returns: whether it is as the system promises.
+    bool AwaitGone() const {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+        while (LoadedLibrary::canGo && IsLoaded() && std::chrono::steady_clock::now() < deadline) {
+            std::this_thread::yield();
+        }
+        return IsLoaded() != LoadedLibrary::canGo;
+    }
 
 private:
     TemporaryFolder folder_;
@@ -43,12 +58,7 @@ TEST(Unloading, WaitsForTheConnectionThatIsStillAtWork) {
             connected.Release();
         }
     });
-    void* object = nullptr;
-    {
-        const HostText address(device.Address());
-        ASSERT_EQ(library.Discovery().Call(Slot::connectAsync, address.Get(), &object, connection.Get()), ok);
-    }
-    connected = RawObject(object);
+    connected = library.ConnectAsync(device.Address(), connection);
     ASSERT_TRUE(connection.AwaitCalls(1));
     ASSERT_EQ(connected.Call(Slot::addPropertyObserver, property.Get(), FourCharacters("vpap")), ok);
 
@@ -62,12 +72,28 @@ TEST(Unloading, WaitsForTheConnectionThatIsStillAtWork) {
     EXPECT_EQ(connection.Told(), (Strings{"connected", "disconnected cfnr"}));
     EXPECT_TRUE(connection.AwaitRelease());
     EXPECT_TRUE(property.AwaitRelease());
+    EXPECT_TRUE(library.AwaitGone());
+}
 
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-    while (LoadedLibrary::canGo && library.IsLoaded() && std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::yield();
-    }
-    EXPECT_EQ(library.IsLoaded(), !LoadedLibrary::canGo);
+// The thread that waits for a silent device to speak tells its end itself, when the connection thread has gone.
+TEST(Unloading, WaitsForTheAttemptThatStillWaits) {
+    OwnLibrary library;
+    Testing::ScriptedDevice device(Testing::DeviceScript{.acknowledges = false});
+    ConnectionObserver connection;
+    std::promise<bool> isLoadedAtTheEnd;
+    connection.InCall([&](const std::string&) { isLoadedAtTheEnd.set_value(library.IsLoaded()); });
+    library.ConnectAsync(device.Address(), connection).Release();
+    ASSERT_TRUE(device.AwaitHost());
+
+    library.Unload();
+    EXPECT_TRUE(library.IsLoaded());
+    device.Send("PROTOCOL PREAMBLE:\nVersion: 1.21\n\n");
+
+    EXPECT_TRUE(isLoadedAtTheEnd.get_future().get());
+    EXPECT_EQ(connection.Told(), Strings{"disconnected cfif"});
+    EXPECT_TRUE(device.AwaitHostGone());
+    EXPECT_TRUE(connection.AwaitRelease());
+    EXPECT_TRUE(library.AwaitGone());
 }
 
 }  // namespace

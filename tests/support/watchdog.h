@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
@@ -37,5 +39,24 @@ private:
     bool isOver_ = false;
     std::thread thread_;
 };
+
+/// Expects that its scope lasts less than a second.
+class OneSecond {
+public:
+    OneSecond() = default;
+    ~OneSecond() { EXPECT_LT(std::chrono::steady_clock::now() - start_, std::chrono::seconds(1)); }
+    OneSecond(const OneSecond&) = delete;
+    OneSecond& operator=(const OneSecond&) = delete;
+
+private:
+    const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+/// Expects that `call` returns within a second. Returns: what it returns.
+template <class Call>
+auto WithinASecond(Call call) {
+    const OneSecond limit;
+    return call();
+}
 
 }  // namespace Morquil::Testing

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <atomic>
+#include <string>
+#include <thread>
+
+#include "tests/support/scripted_device.h"
+
+namespace Morquil::Test {
+
+/// A device that says a new gain again and again, to whoever is connected, until the end of this scope.
+class Flood {
+public:
+    explicit Flood(Testing::ScriptedDevice& device) : thread_([this, &device] { Run(device); }) {}
+    ~Flood() {
+        isOver_ = true;
+        thread_.join();
+    }
+    Flood(const Flood&) = delete;
+    Flood& operator=(const Flood&) = delete;
+
+private:
+    void Run(Testing::ScriptedDevice& device) {
+        for (int gain = 1; !isOver_; ++gain) {
+            device.Send("VIDEO PROC AMP:\nGain: " + std::to_string(gain) + "\n\n");
+        }
+    }
+
+    std::atomic<bool> isOver_ = false;
+    std::thread thread_;
+};
+
+}  // namespace Morquil::Test

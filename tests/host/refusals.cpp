@@ -1,0 +1,23 @@
+#include "tests/host/refusals.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/host/host.h"
+
+namespace Morquil::Test {
+
+std::string ToldOfLastWords(const Refusal& refusal) {
+    Testing::ScriptedDevice device;
+    ConnectionObserver observer;
+    const RawObject refused = ConnectAsync(device.Address(), observer);
+    EXPECT_TRUE(device.AwaitHost());
+
+    device.Send(refusal.greeting);
+    device.HangUp();
+
+    EXPECT_TRUE(observer.AwaitCalls(1));
+    const Strings told = observer.Told();
+    return told.empty() ? "nothing" : told.front();
+}
+
+}  // namespace Morquil::Test

@@ -3,32 +3,11 @@
 #include <cstdio>
 #include <string_view>
 
-#include "fuzz/byte_source.h"
 #include "fuzz/fuzz_target.h"
 #include "fuzz/require.h"
-#include "tests/simulation/dice.h"
+#include "fuzz/written_dice.h"
 #include "tests/simulation/quiet_console.h"
 #include "tests/simulation/scenario.h"
-
-namespace Morquil::Fuzz {
-namespace {
-
-/// Throws what the fuzzer has written down.
-class WrittenDice final : public Simulation::Dice {
-public:
-    explicit WrittenDice(std::string_view bytes) : bytes_(bytes) {}
-
-    std::uint32_t Below(std::uint32_t count) override {
-        const std::uint32_t number = count > 256 ? bytes_.Number<std::uint16_t>() : bytes_.Byte();
-        return number % count;
-    }
-
-private:
-    ByteSource bytes_;
-};
-
-}  // namespace
-}  // namespace Morquil::Fuzz
 
 int TestOneInput(const std::uint8_t* bytes, std::size_t size) {
     using namespace Morquil;

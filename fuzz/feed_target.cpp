@@ -1,13 +1,17 @@
-// Any bytes into the parser: any split gives the same events, nothing is allocated, and no event reaches a sink that
-// was taken away. As a settings file: what is queued for the device is whole blocks, and no more than one of each type.
+// Any bytes to the client, in pieces: the events are those of one piece, nothing is allocated, no event comes once it
+// has stopped listening, and each acknowledgement lets one block go. As a settings file: what is queued for the device
+// is whole blocks, and no more than one of each type.
 #include <array>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "fuzz/allocation_count.h"
 #include "fuzz/block_text.h"
-#include "fuzz/digest.h"
+#include "fuzz/digesting_client.h"
+#include "fuzz/event_digest.h"
 #include "fuzz/feed_input.h"
 #include "fuzz/fuzz_target.h"
 #include "fuzz/require.h"
@@ -19,57 +23,24 @@
 namespace Morquil::Fuzz {
 namespace {
 
-/// Digests all events, and notes the digest at one moment on the way.
+/// A sink that digests.
 class DigestingSink final : public EveryBlockSink<DigestingSink> {
 public:
-    explicit DigestingSink(std::uint64_t noteAfter) : noteAfter_(noteAfter) {}
+    explicit DigestingSink(std::uint64_t noteAfter) : digest_(noteAfter) {}
 
-    std::uint64_t Events() const { return events_; }
-    std::uint64_t Value() const { return digest_.Value(); }
-    std::uint64_t Noted() const { return noted_; }
+    const EventDigest& Digest() const { return digest_; }
 
-    /// Takes the sink away from `parser` at the moment that is noted.
-    void LeaveThen(MorquilTextProtocolParser& parser) {
-        left_ = &parser;
-        LeaveIfDue();
-    }
-
-    void OnPing() override { Happened(Event::Ping); }
-    void OnAcknowledge(bool positive) override { Happened(positive ? Event::Acknowledged : Event::Refused); }
-    void OnUnknownBlock() override { Happened(Event::UnknownBlock); }
-    void OnProtocolError(const char* text) override {
-        digest_.Add(std::string_view(text));
-        Happened(Event::Error);
-    }
+    void OnPing() override { digest_.Ping(); }
+    void OnAcknowledge(bool positive) override { digest_.Acknowledge(positive); }
+    void OnUnknownBlock() override { digest_.UnknownBlock(); }
+    void OnProtocolError(const char* text) override { digest_.ProtocolError(text); }
     template <class Description>
     void OnBlock(const ChangeSetOf<Description>& set) {
-        digest_.Add(std::string_view(Description::block.header.name));
-        AddBlock<Description>(digest_, set);
-        Happened(Event::Block);
+        digest_.Block<Description>(set);
     }
 
 private:
-    enum class Event : std::uint32_t { Ping, Acknowledged, Refused, UnknownBlock, Error, Block };
-
-    void Happened(Event event) {
-        digest_.Add(static_cast<std::uint32_t>(event));
-        ++events_;
-        LeaveIfDue();
-    }
-    void LeaveIfDue() {
-        if (events_ == noteAfter_) {
-            noted_ = digest_.Value();
-            if (left_ != nullptr) {
-                left_->SetSink(nullptr);
-            }
-        }
-    }
-
-    std::uint64_t noteAfter_;
-    std::uint64_t events_ = 0;
-    std::uint64_t noted_ = 0;
-    Digest digest_;
-    MorquilTextProtocolParser* left_ = nullptr;
+    EventDigest digest_;
 };
 
 /// A parser starts without partial lines, but keeps the frame height that a device named last. This names none.
@@ -90,43 +61,89 @@ private:
 };
 
 ReusedParser wholeParser;
-ReusedParser pieceParser;
+ReusedParser loadingParser;
+/// A client of all inputs, for the same reason.
+DigestingClient receivingClient;
 
-void FeedWhole(MorquilTextProtocolParser& parser, const FeedInput& input) {
-    parser.Feed(input.Stream().data(), input.Stream().size());
-}
-
-/// Every piece lies in front of bytes that did not arrive, and is overwritten once it has been fed: a parser that reads
-/// too far, or keeps a view into a piece, has other events.
-void FeedInPieces(MorquilTextProtocolParser& parser, const FeedInput& input) {
+/// Every piece lies in front of bytes that did not arrive, and is overwritten once it has been taken: who reads too
+/// far, or keeps a view into a piece, has other events.
+template <class Take>
+void InPieces(const FeedInput& input, Take take) {
     static constexpr std::string_view behind = "\nPING\n\n";
     static std::array<char, 256 + behind.size()> arrived;
     input.ForEachPiece([&](std::string_view piece) {
         std::memcpy(arrived.data(), piece.data(), piece.size());
         std::memcpy(arrived.data() + piece.size(), behind.data(), behind.size());
-        parser.Feed(arrived.data(), piece.size());
+        take(std::string_view(arrived.data(), piece.size()));
     });
 }
 
-void TryAsReceived(const FeedInput& input) {
-    const std::uint64_t allocationsBefore = AllocationCount();
-    DigestingSink whole(input.EventsBeforeLoss());
-    FeedWhole(wholeParser.With(&whole), input);
+void ArriveInPieces(DigestingClient& client, const FeedInput& input) {
+    InPieces(input, [&](std::string_view piece) { client.Arrive(piece); });
+}
 
-    DigestingSink pieces(input.EventsBeforeLoss());
-    FeedInPieces(pieceParser.With(&pieces), input);
+/// All events of the stream in one piece.
+EventDigest DigestOfTheWhole(const FeedInput& input) {
+    DigestingSink sink(input.EventsBeforeLoss());
+    wholeParser.With(&sink).Feed(input.Stream().data(), input.Stream().size());
+    return sink.Digest();
+}
+
+EventDigest DigestOfTheClient(const FeedInput& input) {
+    receivingClient.Begin(0, false);
+    receivingClient.Arrive(forgetting);
+    receivingClient.Begin(input.EventsBeforeLoss(), false);
+    ArriveInPieces(receivingClient, input);
+    return receivingClient.Digest();
+}
+
+/// Gives the digest of the whole.
+EventDigest TryAsReceived(const FeedInput& input) {
+    const std::uint64_t allocationsBefore = AllocationCount();
+    const EventDigest whole = DigestOfTheWhole(input);
+    const EventDigest pieces = DigestOfTheClient(input);
     Require(pieces.Events() == whole.Events(), "any split of a stream gives the same number of events");
     Require(pieces.Value() == whole.Value(), "any split of a stream gives the same events");
+    Require(AllocationCount() == allocationsBefore, "nothing is allocated for what is received");
+    Require(receivingClient.Sent().empty(), "a client that has nothing to send sends nothing");
+    return whole;
+}
 
-    if (input.LosesSink() && whole.Events() >= input.EventsBeforeLoss()) {
-        DigestingSink leaving(input.EventsBeforeLoss());
-        MorquilTextProtocolParser& parser = pieceParser.With(&leaving);
-        leaving.LeaveThen(parser);
-        FeedInPieces(parser, input);
-        Require(leaving.Events() == input.EventsBeforeLoss(), "nothing reaches a sink that was taken away");
-        Require(leaving.Value() == whole.Noted(), "a sink that is taken away has had the same events until then");
+void TryWithoutListening(const FeedInput& input, const EventDigest& whole) {
+    DigestingClient client;
+    client.Begin(input.EventsBeforeLoss(), true);
+    ArriveInPieces(client, input);
+    Require(client.Digest().Events() == input.EventsBeforeLoss(), "nothing reaches a client that stopped listening");
+    Require(client.Digest().Value() == whole.Noted(),
+            "a client that stops listening has had the same events until then");
+}
+
+template <class Message, class Fill>
+std::string Queue(MorquilTextProtocolClient& client, Fill fill) {
+    auto message = std::make_unique<Message>();
+    fill(*message);
+    std::string text = TextOf(*message);
+    Require(client.Queue(std::move(message)) == S_OK, "a message can be queued");
+    return text;
+}
+
+/// Every acknowledgement, or refusal, lets one block go: the first of those that wait.
+void TryWithBlocksThatWait(const FeedInput& input, const EventDigest& whole) {
+    DigestingClient client;
+    const std::array<std::string, 3> waiting{
+        Queue<MorquilDeviceMessage>(client, [](auto& message) { message.panelLock.Set(true); }),
+        Queue<VideoProcAmpMessage>(client, [](auto& message) { message.gain.Set(-3); }),
+        Queue<NetworkConfigMessage>(client, [](auto& message) { message.friendlyName.Set("Rack 7"); })};
+    client.Begin(0, false);
+    ArriveInPieces(client, input);
+    std::string expected;
+    for (std::size_t place = 0; place < waiting.size(); ++place) {
+        const bool isSent = place < client.Digest().Acknowledgements();
+        expected += isSent ? waiting[place] : "";
+        Require(client.ExpectsEcho(waiting[place]) == isSent, "what has been sent is remembered, and nothing else");
     }
-    Require(AllocationCount() == allocationsBefore, "the parser allocates nothing");
+    Require(client.Sent() == expected, "an acknowledgement lets the next block go");
+    Require(client.Digest().Value() == whole.Value(), "what waits to be sent changes nothing in what is received");
 }
 
 /// The loader's sink is a private base: hosts load files. A file system would take longer than all the rest.
@@ -137,7 +154,8 @@ IMorquilTextProtocolSink& SinkOf(MorquilConfigLoader& loader) {
 void TryAsSettingsFile(const FeedInput& input) {
     Test::QueueClient client;
     MorquilConfigLoader loader(client);
-    FeedInPieces(pieceParser.With(&SinkOf(loader)), input);
+    MorquilTextProtocolParser& loading = loadingParser.With(&SinkOf(loader));
+    InPieces(input, [&](std::string_view piece) { loading.Feed(piece.data(), piece.size()); });
     std::size_t messages = 0;
     for (auto message = client.Take(); message != nullptr; message = client.Take()) {
         Require(!message->recordSentText, "the answer to a setting that is played back is no echo");
@@ -155,7 +173,13 @@ void TryAsSettingsFile(const FeedInput& input) {
 int TestOneInput(const std::uint8_t* bytes, std::size_t size) {
     using namespace Morquil::Fuzz;
     const FeedInput input({reinterpret_cast<const char*>(bytes), size});
-    TryAsReceived(input);
+    const EventDigest whole = TryAsReceived(input);
+    if (input.LosesSink() && whole.Events() >= input.EventsBeforeLoss()) {
+        TryWithoutListening(input, whole);
+    }
+    if (whole.Acknowledgements() > 0) {
+        TryWithBlocksThatWait(input, whole);
+    }
     if (input.IsSettingsFile()) {
         TryAsSettingsFile(input);
     }

@@ -39,6 +39,7 @@ Testing::DeviceScript HostileDevice() {
 TEST(Escaping, ShowsWhatSteersATerminal) {
     EXPECT_EQ(Escaped("a\x1b[0m\r\n\x7f"), "a\\x1b[0m\\x0d\\x0a\\x7f");
     EXPECT_EQ(Escaped("\xc2\x9b"), "\\x9b");
+    // NOLINTNEXTLINE(misc-misleading-bidirectional): they are what is to be escaped
     EXPECT_EQ(Escaped("\xe2\x80\xae\xe2\x81\xa6"), "\\u202e\\u2066");
     EXPECT_EQ(Escaped(std::string_view("\0", 1)), "\\x00");
 }

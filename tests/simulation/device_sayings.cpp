@@ -38,8 +38,12 @@ Saying BlockSaying(const std::string& header, const Lines& lines) {
     return {.kind = Saying::Kind::Block, .header = header, .lines = lines, .bytes = TextOf(header, lines)};
 }
 
-Saying Acknowledgement(bool isPositive) {
-    return {.kind = Saying::Kind::Acknowledge, .header = {}, .lines = {}, .bytes = isPositive ? "ACK\n" : "NACK\n"};
+Saying Acknowledgement(bool isPositive, std::size_t count) {
+    Saying saying{.kind = Saying::Kind::Acknowledge, .header = {}, .lines = {}, .bytes = {}, .count = count};
+    for (; count > 0; --count) {
+        saying.bytes += isPositive ? "ACK\n" : "NACK\n";
+    }
+    return saying;
 }
 
 Saying Nonsense(Dice& dice) {

@@ -1,6 +1,7 @@
 // What a device has to say: the blocks of a small device's state, and everything that is none.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,7 +14,8 @@ namespace Morquil::Simulation {
 /// A block as it stands in a text.
 Saying BlockSaying(std::string_view text);
 Saying BlockSaying(const std::string& header, const Lines& lines);
-Saying Acknowledgement(bool isPositive);
+/// So many in a row.
+Saying Acknowledgement(bool isPositive, std::size_t count = 1);
 /// Something without a meaning: a ping, an unknown block, empty lines, ...
 Saying Nonsense(Dice& dice);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <vector>
@@ -10,19 +11,25 @@ namespace Morquil::Simulation {
 /// round goes on behind whatever is added and removed meanwhile.
 class ExpectedList {
 public:
-    /// One round of calls, which begins at the front.
+    /// One round of calls, which begins at the front. It calls nobody twice, not even who leaves and comes back.
     class Round {
     public:
         bool IsOn() const { return isOn_; }
         void Begin() {
             next_ = 0;
+            called_.clear();
             isOn_ = true;
         }
         void Cancel() { isOn_ = false; }
 
     private:
         friend class ExpectedList;
+        bool HasCalled(std::size_t observer) const {
+            return std::find(called_.begin(), called_.end(), observer) != called_.end();
+        }
+
         std::size_t next_ = 0;
+        std::vector<std::size_t> called_;
         bool isOn_ = false;
     };
 
@@ -48,13 +55,14 @@ public:
 
     /// Whom `round` has to call next; nobody when it is over.
     std::optional<std::size_t> Next(Round& round) const {
-        while (round.isOn_ && round.next_ < entries_.size() && entries_[round.next_].removed) {
+        while (round.isOn_ && round.next_ < entries_.size() &&
+               (entries_[round.next_].removed || round.HasCalled(entries_[round.next_].observer))) {
             ++round.next_;
         }
         return round.isOn_ && round.next_ < entries_.size() ? std::optional(entries_[round.next_].observer)
                                                             : std::nullopt;
     }
-    void Called(Round& round) const { ++round.next_; }
+    void Called(Round& round) const { round.called_.push_back(entries_[round.next_++].observer); }
 
 private:
     struct Entry {

@@ -1,52 +1,64 @@
 #include "tests/simulation/expected_mirror.h"
 
+#include <algorithm>
 #include <array>
 
 #include "tests/simulation/device_sayings.h"
+#include "tests/simulation/spoken_keys.h"
 
 namespace Morquil::Simulation {
 
 namespace {
 
-/// Who is told of a change of a key; an empty key stands for all of its block.
+/// Who is told of a change of a key: all of the block's, or those that begin so.
 struct Owner {
     std::string_view header;
-    std::string_view key;
+    std::array<std::string_view, 3> beginnings;
     _MorquilPropertySetId propertySet;
 };
 
+bool Owns(const Owner& owner, std::string_view key) {
+    bool owns = owner.beginnings.front().empty();
+    for (const std::string_view beginning : owner.beginnings) {
+        owns |= !beginning.empty() && key.starts_with(beginning);
+    }
+    return owns;
+}
+
 // clang-format off
 constexpr std::array owners{
-    Owner{"MORQUIL DEVICE",                     "",                     morquilDeviceControlPropertySetId},
-    Owner{"VIDEO INPUT",                        "",                     morquilInputConfigurationPropertySetId},
-    Owner{"VIDEO INPUT AVAILABILITY",           "",                     morquilInputConfigurationPropertySetId},
-    Owner{"VIDEO OUTPUT",                       "",                     morquilOutputConfigurationPropertySetId},
-    Owner{"VIDEO PROC AMP",                     "",                     morquilVideoProcAmpPropertySetId},
-    Owner{"VIDEO ADJUST",                       "Red",                  morquilColorCorrectionPropertySetId},
-    Owner{"VIDEO ADJUST",                       "Luma low",             morquilVideoClipPropertySetId},
-    Owner{"VIDEO ADJUST",                       "Aspect fill luma",     morquilAspectFillPropertySetId},
-    Owner{"NOISE REDUCTION",                    "",                     morquilNoiseReductionPropertySetId},
-    Owner{"NOISE REDUCTION AVAILABILITY",       "",                     morquilNoiseReductionPropertySetId},
-    Owner{"TEST PATTERN",                       "",                     morquilTestPatternPropertySetId},
-    Owner{"TEST PATTERN AVAILABILITY",          "",                     morquilTestPatternPropertySetId},
-    Owner{"VIDEO ADVANCED",                     "",                     morquilVideoAdvancedPropertySetId},
-    Owner{"VIDEO ADVANCED AVAILABILITY",        "",                     morquilVideoAdvancedPropertySetId},
-    Owner{"ANCILLARY DATA",                     "Timecode output line", morquilTimecodePropertySetId},
-    Owner{"ANCILLARY DATA",                     "CC output line",       morquilClosedCaptionPropertySetId},
-    Owner{"ANCILLARY DATA",                     "AFD output line",      morquilVideoIndexPropertySetId},
-    Owner{"ANCILLARY DATA AVAILABILITY",        "CC output line range", morquilClosedCaptionPropertySetId},
-    Owner{"GENLOCK",                            "",                     morquilReferencePropertySetId},
-    Owner{"GENLOCK AVAILABILITY",               "",                     morquilReferencePropertySetId},
-    Owner{"VARIABLE ASPECT RATIO",              "",                     morquilVariableAspectRatioPropertySetId},
-    Owner{"VARIABLE ASPECT RATIO AVAILABILITY", "",                     morquilVariableAspectRatioPropertySetId},
-    Owner{"AUDIO",                              "",                     morquilAudioMappingPropertySetId},
-    Owner{"AUDIO AVAILABILITY",                 "",                     morquilAudioMappingPropertySetId},
-    Owner{"MODE3D",                             "",                     morquil3dModePropertySetId},
-    Owner{"MODE3D AVAILABILITY",                "",                     morquil3dModePropertySetId},
-    Owner{"NETWORK CONFIG",                     "",                     morquilNetworkConfigPropertySetId},
-    Owner{"DEVICE FILENAMES",                   "",                     morquilDeviceFilenamesPropertySetId},
-    Owner{"PRESET",                             "",                     morquilPresetPropertySetId},
-    Owner{"PRESET AVAILABILITY",                "",                     morquilPresetPropertySetId}};
+    Owner{"MORQUIL DEVICE",                      {},                        morquilDeviceControlPropertySetId},
+    Owner{"VIDEO INPUT",                         {},                        morquilInputConfigurationPropertySetId},
+    Owner{"VIDEO INPUT AVAILABILITY",            {},                        morquilInputConfigurationPropertySetId},
+    Owner{"VIDEO OUTPUT",                        {},                        morquilOutputConfigurationPropertySetId},
+    Owner{"VIDEO PROC AMP",                      {},                        morquilVideoProcAmpPropertySetId},
+    Owner{"VIDEO ADJUST",                        {"Red", "Green", "Blue"},  morquilColorCorrectionPropertySetId},
+    Owner{"VIDEO ADJUST",                        {"Luma", "Chroma"},        morquilVideoClipPropertySetId},
+    Owner{"VIDEO ADJUST",                        {"Aspect fill"},           morquilAspectFillPropertySetId},
+    Owner{"NOISE REDUCTION",                     {},                        morquilNoiseReductionPropertySetId},
+    Owner{"NOISE REDUCTION AVAILABILITY",        {},                        morquilNoiseReductionPropertySetId},
+    Owner{"TEST PATTERN",                        {},                        morquilTestPatternPropertySetId},
+    Owner{"TEST PATTERN AVAILABILITY",           {},                        morquilTestPatternPropertySetId},
+    Owner{"VIDEO ADVANCED",                      {},                        morquilVideoAdvancedPropertySetId},
+    Owner{"VIDEO ADVANCED AVAILABILITY",         {},                        morquilVideoAdvancedPropertySetId},
+    Owner{"ANCILLARY DATA",                      {"Timecode"},              morquilTimecodePropertySetId},
+    Owner{"ANCILLARY DATA",                      {"CC"},                    morquilClosedCaptionPropertySetId},
+    Owner{"ANCILLARY DATA",                      {"AFD", "Index"},          morquilVideoIndexPropertySetId},
+    Owner{"ANCILLARY DATA AVAILABILITY",         {"Timecode"},              morquilTimecodePropertySetId},
+    Owner{"ANCILLARY DATA AVAILABILITY",         {"CC"},                    morquilClosedCaptionPropertySetId},
+    Owner{"ANCILLARY DATA AVAILABILITY",         {"AFD", "Index"},          morquilVideoIndexPropertySetId},
+    Owner{"GENLOCK",                             {},                        morquilReferencePropertySetId},
+    Owner{"GENLOCK AVAILABILITY",                {},                        morquilReferencePropertySetId},
+    Owner{"VARIABLE ASPECT RATIO",               {},                        morquilVariableAspectRatioPropertySetId},
+    Owner{"VARIABLE ASPECT RATIO AVAILABILITY",  {},                        morquilVariableAspectRatioPropertySetId},
+    Owner{"AUDIO",                               {},                        morquilAudioMappingPropertySetId},
+    Owner{"AUDIO AVAILABILITY",                  {},                        morquilAudioMappingPropertySetId},
+    Owner{"MODE3D",                              {},                        morquil3dModePropertySetId},
+    Owner{"MODE3D AVAILABILITY",                 {},                        morquil3dModePropertySetId},
+    Owner{"NETWORK CONFIG",                      {},                        morquilNetworkConfigPropertySetId},
+    Owner{"DEVICE FILENAMES",                    {},                        morquilDeviceFilenamesPropertySetId},
+    Owner{"PRESET",                              {},                        morquilPresetPropertySetId},
+    Owner{"PRESET AVAILABILITY",                 {},                        morquilPresetPropertySetId}};
 
 /// Which block is asked for when a key differs from what was known.
 struct Question {
@@ -86,6 +98,10 @@ bool Holds(const std::map<std::string, std::string>& block, const Lines& lines) 
     return true;
 }
 
+bool IsShared(std::string_view header) {
+    return header.starts_with("VIDEO ADJUST") || header.starts_with("ANCILLARY DATA");
+}
+
 bool IsWhole(std::string_view header) {
     for (const std::string_view whole : wholeBlocks) {
         if (whole == header) {
@@ -104,11 +120,18 @@ bool HasEchoes(std::string_view header) {
 ExpectedMirror::Keys ExpectedMirror::Merge(const std::string& header, const Lines& lines) {
     Keys changed;
     auto& block = blocks_[header];
-    for (const auto& [key, value] : lines) {
-        const auto [place, isNew] = block.try_emplace(key, value);
+    std::string selected;
+    for (const auto& [key, text] : lines) {
+        if (IsSelector(header, key)) {
+            selected = text;
+            continue;
+        }
+        const std::string name = selected.empty() ? key : NameBehind(selected, key);
+        const std::string value = WithoutEndingZeros(text);
+        const auto [place, isNew] = block.try_emplace(name, value);
         if (isNew || place->second != value) {
             place->second = value;
-            changed.insert(key);
+            changed.insert(name);
         }
     }
     return changed;
@@ -117,8 +140,8 @@ ExpectedMirror::Keys ExpectedMirror::Merge(const std::string& header, const Line
 std::vector<_MorquilPropertySetId> ExpectedMirror::Told(const std::string& header, const Keys& changed) {
     std::vector<_MorquilPropertySetId> told;
     for (const Owner& owner : owners) {
-        if (owner.header == header && !changed.empty() &&
-            (owner.key.empty() || changed.contains(std::string(owner.key)))) {
+        const auto isOwn = [&](const std::string& key) { return Owns(owner, key); };
+        if (owner.header == header && std::any_of(changed.begin(), changed.end(), isOwn)) {
             told.push_back(owner.propertySet);
         }
     }
@@ -148,6 +171,9 @@ ExpectedMirror::Effect ExpectedMirror::Take(const std::string& header, const Lin
         TakePreamble(lines);
         return {};
     }
+    if (IsShared(header)) {
+        before_.emplace(header, blocks_[header]);
+    }
     const bool isFirstDevice = header == "MORQUIL DEVICE" && blocks_[header].empty();
     const Keys changed = Merge(header, lines);
     Effect effect{Told(header, changed), Requests(header, changed)};
@@ -164,12 +190,19 @@ ExpectedMirror::Effect ExpectedMirror::Take(const std::string& header, const Lin
     return effect;
 }
 
+std::optional<std::string> ExpectedMirror::ValueIn(const Values& values, const std::string& key) {
+    const auto value = values.find(key);
+    return value != values.end() ? std::optional(value->second) : std::nullopt;
+}
+
 std::optional<std::string> ExpectedMirror::Value(const std::string& header, const std::string& key) const {
     const auto block = blocks_.find(header);
-    if (block == blocks_.end() || !block->second.contains(key)) {
-        return std::nullopt;
-    }
-    return block->second.at(key);
+    return block != blocks_.end() ? ValueIn(block->second, key) : std::nullopt;
+}
+
+bool ExpectedMirror::MayStillBe(const std::string& header, const std::string& key,
+                                const std::optional<std::string>& value) const {
+    return before_ && before_->first == header && ValueIn(before_->second, key) == value;
 }
 
 bool ExpectedMirror::IsComplete() const {

@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "MorquilAPI.h"
@@ -24,8 +25,13 @@ public:
     };
 
     Effect Take(const std::string& header, const Lines& lines);
-    /// Empty while it is not known.
+    /// Of a key by its name (`SpokenKey::Name`). Empty while it is not known.
     std::optional<std::string> Value(const std::string& header, const std::string& key) const;
+    /// Whether a getter may still answer `value`: several features share a block, and each takes it over when its turn
+    /// comes, after the observers of those before it have been called.
+    bool MayStillBe(const std::string& header, const std::string& key, const std::optional<std::string>& value) const;
+    /// What was said has been taken over.
+    void Settle() { before_.reset(); }
     /// Whether all that a connection waits for has come.
     bool IsComplete() const;
     _MorquilConnectToFailure Reason() const { return reason_; }
@@ -39,7 +45,12 @@ private:
     static std::vector<_MorquilPropertySetId> Told(const std::string& header, const Keys& changed);
     static std::vector<std::string> Requests(const std::string& header, const Keys& changed);
 
-    std::map<std::string, std::map<std::string, std::string>> blocks_;
+    using Values = std::map<std::string, std::string>;
+
+    static std::optional<std::string> ValueIn(const Values& values, const std::string& key);
+
+    std::map<std::string, Values> blocks_;
+    std::optional<std::pair<std::string, Values>> before_;  ///< the shared block that is being taken over, as it was
     _MorquilConnectToFailure reason_ = morquilConnectToFailureNoResponse;
 };
 

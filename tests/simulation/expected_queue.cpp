@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "tests/simulation/spoken_keys.h"
+
 namespace Morquil::Simulation {
 
 namespace {
@@ -41,12 +43,22 @@ constexpr std::array<std::string_view, 32> slotNames{"MORQUIL DEVICE",
                                                      "PRESET",
                                                      "PRESET AVAILABILITY"};
 
-/// The later value of a key takes the place of the earlier one. Keys keep the order of the wire, which is that of their
-/// names in the blocks that are ever merged here.
-void MergeLines(Lines& waiting, const Lines& later) {
+/// Where a key stands in its block.
+std::size_t RankOf(std::string_view header, const std::string& key) {
+    const auto& keys = SpokenKeys();
+    const auto found = std::find_if(keys.begin(), keys.end(), [&](const SpokenKey& spoken) {
+        return spoken.header == header && spoken.key == key;
+    });
+    return static_cast<std::size_t>(found - keys.begin());
+}
+
+/// The later value of a key takes the place of the earlier one. Keys keep the order of the wire.
+void MergeLines(std::string_view header, Lines& waiting, const Lines& later) {
     for (const auto& line : later) {
-        const auto place = std::find_if(waiting.begin(), waiting.end(),
-                                        [&](const auto& waitingLine) { return waitingLine.first >= line.first; });
+        const std::size_t rank = RankOf(header, line.first);
+        const auto place = std::find_if(waiting.begin(), waiting.end(), [&](const auto& waitingLine) {
+            return RankOf(header, waitingLine.first) >= rank;
+        });
         if (place != waiting.end() && place->first == line.first) {
             place->second = line.second;
         } else {
@@ -72,7 +84,7 @@ void ExpectedQueue::Add(std::string_view header, const Lines& lines, bool isReme
     if (!slots_.at(slot)) {
         slots_[slot] = Waiting{{}, {}, isRemembered};
     }
-    MergeLines(slots_[slot]->lines, lines);
+    MergeLines(header, slots_[slot]->lines, lines);
     slots_[slot]->text = TextOf(header, slots_[slot]->lines);
 }
 
@@ -95,7 +107,8 @@ void ExpectedQueue::TakeNext() {
     if (taken.isRemembered) {
         sentTexts_.push_back(taken.text);
     }
-    inFlight_ = true;
+    inFlight_ = acknowledgements_ == 0;
+    acknowledgements_ -= inFlight_ ? 0 : 1;
 }
 
 bool ExpectedQueue::TakeEcho(const std::string& text) {

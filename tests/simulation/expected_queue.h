@@ -23,7 +23,13 @@ public:
     void TakeNext();
 
     bool InFlight() const { return inFlight_; }
-    void Acknowledge() { inFlight_ = false; }
+    /// So many acknowledgements have come at once: each of them lets a block go.
+    void Acknowledge(std::size_t count) {
+        inFlight_ = false;
+        acknowledgements_ = count - 1;
+    }
+    /// What has come has been taken: acknowledgements that met no block are forgotten.
+    void ForgetAcknowledgements() { acknowledgements_ = 0; }
 
     /// Whether the library itself has sent this; forgets it and all that was sent before it.
     bool TakeEcho(const std::string& text);
@@ -40,6 +46,7 @@ private:
 
     std::array<std::optional<Waiting>, slotCount> slots_;
     bool inFlight_ = false;
+    std::size_t acknowledgements_ = 0;  ///< more of those that have come together
     std::deque<std::string> sentTexts_;
 };
 

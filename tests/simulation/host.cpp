@@ -1,10 +1,12 @@
 #include "tests/simulation/host.h"
 
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "platform/text.h"
 #include "tests/platform/owned_bstr.h"
-#include "tests/simulation/mad_device.h"
+#include "tests/simulation/spoken_keys.h"
 #include "tests/support/temporary_folder.h"
 
 namespace Morquil::Simulation {
@@ -22,10 +24,18 @@ constexpr std::array propertySets{
     morquilColorCorrectionPropertySetId,     morquilVideoClipPropertySetId,          morquilAspectFillPropertySetId,
     morquilClosedCaptionPropertySetId,       morquilReferencePropertySetId,          morquilTestPatternPropertySetId};
 
-template <class Interface, class Out>
-std::optional<std::string> ReadNumber(Interface* face, HRESULT (STDMETHODCALLTYPE Interface::*getter)(Out*)) {
-    Out value{};
-    return (face->*getter)(&value) == S_OK ? std::optional(std::to_string(value)) : std::nullopt;
+/// The keys that can be set.
+const std::vector<const SpokenKey*>& SettableKeys() {
+    static const std::vector<const SpokenKey*> settable = [] {
+        std::vector<const SpokenKey*> list;
+        for (const SpokenKey& key : SpokenKeys()) {
+            if (key.set) {
+                list.push_back(&key);
+            }
+        }
+        return list;
+    }();
+    return settable;
 }
 
 const Test::TemporaryFolder& Folder() {
@@ -65,6 +75,7 @@ STDMETHODIMP Host::ConnectionWatcher::Connected() {
 STDMETHODIMP Host::ConnectionWatcher::Disconnected(_MorquilConnectToFailure reason) {
     host->model_.ToldDisconnected(number, reason);
     host->InsideCallback();
+    host->onDisconnected_();
     host->model_.DisconnectedReturns();
     return S_OK;
 }
@@ -76,8 +87,9 @@ STDMETHODIMP Host::PropertyWatcher::PropertyChanged(_MorquilPropertySetId set) {
     return S_OK;
 }
 
-Host::Host(Dice& dice, Trace& trace, Model& model) : dice_(dice), trace_(trace), model_(model) {
-    std::size_t number = 0;
+Host::Host(Dice& dice, Trace& trace, Model& model, std::size_t firstObserver, std::function<void()> onDisconnected)
+    : dice_(dice), trace_(trace), model_(model), onDisconnected_(std::move(onDisconnected)) {
+    std::size_t number = firstObserver;
     for (ConnectionWatcher& watcher : connectionWatchers_) {
         watcher.host = this;
         watcher.number = number++;
@@ -148,9 +160,9 @@ void Host::Act() {
             return dice_.OneIn(2) ? Load() : Save();
         case 8:
         case 9:
-            return Read(dice_.Below(settings.size()));
+            return Read(dice_.OneOf(SpokenKeys()));
         default:
-            return Set(dice_.Below(settings.size()));
+            return Set(*dice_.OneOf(SettableKeys()));
     }
 }
 
@@ -176,39 +188,14 @@ void Host::Query() {
                    "an interface too many");
 }
 
-HRESULT Host::SetOnDevice(std::size_t setting, std::uint32_t number) {
-    const int level = static_cast<int>(number) - 2;
-    HRESULT result = E_FAIL;
-    if (setting < 2) {
-        auto* const procAmp = Ask<IMorquilVideoProcAmp>(IID_IMorquilVideoProcAmp);
-        result = setting == 0 ? procAmp->SetGain(level) : procAmp->SetHue(level);
-        GiveBack(procAmp);
-    } else if (setting == 2) {
-        auto* const noiseReduction = Ask<IMorquilNoiseReduction>(IID_IMorquilNoiseReduction);
-        result = noiseReduction->SetBias(level);
-        GiveBack(noiseReduction);
-    } else if (setting == 3) {
-        auto* const output = Ask<IMorquilOutputConfiguration>(IID_IMorquilOutputConfiguration);
-        result = output->SetTransitionSetting(static_cast<int>(number));
-        GiveBack(output);
-    } else if (setting == 4) {
-        auto* const network = Ask<IMorquilNetworkConfig>(IID_IMorquilNetworkConfig);
-        result = network->SetFriendlyName(Bstr(SettingValue(setting, number)).Get());
-        GiveBack(network);
-    } else {
-        result = device_->SetPanelLock(static_cast<LONG>(number % 2));
-    }
-    return result;
-}
-
-void Host::Set(std::size_t setting) {
+void Host::Set(const SpokenKey& key) {
     const Call call(*this);
-    const std::uint32_t number = dice_.Below(5);
-    const std::string value = SettingValue(setting, number);
-    const auto& [header, key] = settings[setting];
-    trace_.Note("set " + key + " " + value);
-    model_.SetterBegins(header, {{key, value}}, HasEchoes(header));
-    trace_.Require(SetOnDevice(setting, number) == S_OK, "cannot set " + key);
+    const std::uint32_t value = dice_.Below(static_cast<std::uint32_t>(key.values.size()));
+    trace_.Note("set " + key.key + " " + key.values[value]);
+    model_.SetterBegins(key.header, key.LinesOf(value), HasEchoes(key.header));
+    auto* const face = Ask<IUnknown>(*key.iid);
+    trace_.Require(key.set(*face, value) == S_OK, "cannot set " + key.key);
+    GiveBack(face);
 }
 
 void Host::SetBadText() {
@@ -220,49 +207,30 @@ void Host::SetBadText() {
     GiveBack(network);
 }
 
-std::optional<std::string> Host::ReadFromDevice(std::size_t setting) {
-    if (setting < 2) {
-        auto* const procAmp = Ask<IMorquilVideoProcAmp>(IID_IMorquilVideoProcAmp);
-        const auto value =
-            ReadNumber(procAmp, setting == 0 ? &IMorquilVideoProcAmp::GetGain : &IMorquilVideoProcAmp::GetHue);
-        GiveBack(procAmp);
-        return value;
-    }
-    if (setting == 2) {
-        auto* const noiseReduction = Ask<IMorquilNoiseReduction>(IID_IMorquilNoiseReduction);
-        const auto value = ReadNumber(noiseReduction, &IMorquilNoiseReduction::GetBias);
-        GiveBack(noiseReduction);
-        return value;
-    }
-    if (setting == 3) {
-        auto* const output = Ask<IMorquilOutputConfiguration>(IID_IMorquilOutputConfiguration);
-        const auto value = ReadNumber(output, &IMorquilOutputConfiguration::GetTransitionSetting);
-        GiveBack(output);
-        return value;
-    }
-    if (setting == 4) {
-        auto* const network = Ask<IMorquilNetworkConfig>(IID_IMorquilNetworkConfig);
-        BSTR name = nullptr;
-        const bool isKnown = network->GetFriendlyName(&name) == S_OK;
-        const OwnedBstr owned(name);
-        GiveBack(network);
-        return isKnown ? std::optional(Utf8FromBstr(owned.Get())) : std::nullopt;
-    }
-    const auto lock = ReadNumber<IMorquilDevice>(device_, &IMorquilDevice::GetPanelLock);
-    return lock ? std::optional(SettingValue(5, *lock == "1" ? 1 : 0)) : std::nullopt;
-}
-
-void Host::Read(std::size_t setting) {
+void Host::Read(const SpokenKey& key) {
     const Call call(*this);
-    const auto value = ReadFromDevice(setting);
-    trace_.Note("read " + settings[setting].key + " " + value.value_or("(nothing)"));
-    model_.Read(settings[setting].header, settings[setting].key, value);
+    auto* const face = Ask<IUnknown>(*key.iid);
+    const auto value = key.read(*face);
+    GiveBack(face);
+    trace_.Note("read " + key.key + " " + value.value_or("(nothing)"));
+    model_.Read(key.header, key.Name(), value);
 }
 
+/// Keys of an interface stand together mostly: it is asked for once.
 void Host::ReadAll() {
-    for (std::size_t setting = 0; setting < settings.size(); ++setting) {
-        Read(setting);
+    const Call call(*this);
+    trace_.Note("read all");
+    IUnknown* face = nullptr;
+    const IID* iid = nullptr;
+    for (const SpokenKey& key : SpokenKeys()) {
+        if (key.iid != iid) {
+            face != nullptr ? GiveBack(face) : static_cast<void>(0);
+            face = Ask<IUnknown>(*key.iid);
+            iid = key.iid;
+        }
+        model_.Read(key.header, key.Name(), key.read(*face));
     }
+    GiveBack(face);
 }
 
 void Host::AddPropertyObserver() {

@@ -11,6 +11,7 @@
 #include "tests/simulation/counted_observer.h"
 #include "tests/simulation/dice.h"
 #include "tests/simulation/model.h"
+#include "tests/simulation/spoken_keys.h"
 #include "tests/simulation/trace.h"
 
 namespace Morquil::Simulation {
@@ -19,7 +20,8 @@ namespace Morquil::Simulation {
 /// Holds one reference to the object until it lets it go.
 class Host {
 public:
-    Host(Dice& dice, Trace& trace, Model& model);
+    /// Its observers are numbered from `firstObserver` on. `onDisconnected` is called where one is told of the end.
+    Host(Dice& dice, Trace& trace, Model& model, std::size_t firstObserver, std::function<void()> onDisconnected);
 
     /// Takes over the reference.
     void Take(CMorquilDevice* device) { device_ = device; }
@@ -55,10 +57,8 @@ private:
     class Call;
 
     void InsideCallback();
-    void Set(std::size_t setting);
-    HRESULT SetOnDevice(std::size_t setting, std::uint32_t number);
-    void Read(std::size_t setting);
-    std::optional<std::string> ReadFromDevice(std::size_t setting);
+    void Set(const SpokenKey& key);
+    void Read(const SpokenKey& key);
     void SetBadText();
     void AddPropertyObserver();
     void RemovePropertyObserver();
@@ -75,6 +75,7 @@ private:
     Dice& dice_;
     Trace& trace_;
     Model& model_;
+    const std::function<void()> onDisconnected_;
     CMorquilDevice* device_ = nullptr;
     ULONG references_ = 1;  ///< the host's own
     bool connects_ = false;

@@ -1,34 +1,22 @@
 #include "tests/simulation/mad_device.h"
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
 #include "tests/simulation/device_sayings.h"
+#include "tests/simulation/spoken_keys.h"
 
 namespace Morquil::Simulation {
 
-const std::array<Setting, 6> settings{{{"VIDEO PROC AMP", "Gain"},
-                                       {"VIDEO PROC AMP", "Hue"},
-                                       {"NOISE REDUCTION", "Bias"},
-                                       {"VIDEO OUTPUT", "Transition setting"},
-                                       {"NETWORK CONFIG", "Friendly name"},
-                                       {"MORQUIL DEVICE", "Panel lock"}}};
+namespace {
 
-std::string SettingValue(std::size_t index, std::uint32_t number) {
-    switch (index) {
-        // -1 would stand for none.
-        case 3:
-            return std::to_string(number);
-        case 4:
-            return "Rack " + std::to_string(number);
-        case 5:
-            return number % 2 != 0 ? "true" : "false";
-        default:
-            return std::to_string(static_cast<int>(number) - 2);
-    }
-}
+/// As many as one receive takes.
+constexpr std::uint32_t longestRow = 200;
 
-MadDevice::MadDevice(Dice& dice)
+}  // namespace
+
+MadDevice::MadDevice(Dice& dice, bool isThere)
     : dice_(dice),
       isSpoiling_(dice.OneIn(3)),
       acknowledges_(dice.OneIn(4) ? 3 : 4),
@@ -37,12 +25,13 @@ MadDevice::MadDevice(Dice& dice)
       isSlow_(dice.OneIn(4)),
       isWild_(dice.OneIn(8)) {
     using Opening = NetworkManners::Opening;
-    if (dice.OneIn(16)) {
+    if (!isThere || dice.OneIn(16)) {
         manners.opening = dice.OneIn(2) ? Opening::IsRefused : Opening::Hangs;
     }
     manners.openingTime = dice.Below(50);
     manners.sendLimit = dice.OneIn(8) ? 1 + dice.Below(40) : manners.sendLimit;
     manners.readsUntil = dice.OneIn(20) ? dice.Below(30'000) : never;
+    manners.closesAtReceive = dice.OneIn(2);
     manners.sendsFailFrom = dice.OneIn(20) ? dice.Below(30'000) : never;
 }
 
@@ -80,9 +69,9 @@ void MadDevice::Greet() {
         }
     }
     if (greeting == cutOff) {
-        wire.BreakAfter(dice_.Below(2000));
+        wire.EndAfter(dice_.Below(2000), AnyEnding());
     } else if (greeting == hangsUp) {
-        wire.Break(Delay());
+        wire.End(AnyEnding(), Delay());
     }
 }
 
@@ -118,11 +107,25 @@ void MadDevice::Answer(const std::string& block) {
     }
 }
 
+/// Of one key, and maybe of some that stand behind it in its block.
+Saying MadDevice::ChangeOfKeys() {
+    const std::vector<SpokenKey>& keys = SpokenKeys();
+    std::size_t place = dice_.Below(static_cast<std::uint32_t>(keys.size()));
+    const std::string& header = keys[place].header;
+    Lines lines;
+    do {
+        const SpokenKey& key = keys[place];
+        const Lines more = key.LinesOf(dice_.Below(static_cast<std::uint32_t>(key.values.size())));
+        lines.insert(lines.end(), more.begin(), more.end());
+        // What stands behind a selecting line would belong to it.
+        place = key.selector.empty() ? place + 1 : keys.size();
+    } while (place < keys.size() && keys[place].header == header && dice_.OneIn(2));
+    return BlockSaying(header, lines);
+}
+
 Saying MadDevice::Change() {
-    const std::uint32_t number = dice_.Below(5);
-    const std::uint32_t kind = dice_.Below(16);
-    if (kind < settings.size()) {
-        return BlockSaying(settings[kind].header, {{settings[kind].key, SettingValue(kind, number)}});
+    if (!dice_.OneIn(3)) {
+        return ChangeOfKeys();
     }
     static const std::array<Saying, 14> others{
         BlockSaying("VIDEO INPUT:\nVideo mode: 720p50\n\n"),
@@ -143,11 +146,24 @@ Saying MadDevice::Change() {
     return others[dice_.Below(static_cast<std::uint32_t>(dice_.OneIn(4) ? others.size() : others.size() - 2))];
 }
 
+/// Acknowledgements that nobody waits for, or refusals. Rows of them arrive together, and hosts act between the rows.
+void MadDevice::Storm(bool isPositive, std::uint32_t count) {
+    while (count > 0) {
+        const std::uint32_t row = 1 + dice_.Below(std::min(count, longestRow));
+        wire.SayWhole(Acknowledgement(isPositive, row), Delay());
+        count -= row;
+    }
+}
+
+void MadDevice::Leave() {
+    wire.End(AnyEnding(), 0);
+}
+
 void MadDevice::HangUp() {
     if (dice_.OneIn(2)) {
-        wire.Break(Delay());
+        wire.End(AnyEnding(), Delay());
     } else {
-        wire.BreakAfter(dice_.Below(100));
+        wire.EndAfter(dice_.Below(100), AnyEnding());
     }
 }
 
@@ -173,18 +189,16 @@ void MadDevice::SpeakUp() {
     }
     switch (dice_.Below(8)) {
         case 0:
-            Say(Acknowledgement(true), Delay());
+            Storm(true, dice_.OneIn(4) ? dice_.Below(600) : 1);
             break;
         case 1:
             Say(Nonsense(dice_), Delay());
             break;
         case 2:
-            for (std::uint32_t left = dice_.Below(8); left > 0; --left) {
-                Say(Acknowledgement(false));
-            }
+            Storm(false, dice_.Below(dice_.OneIn(4) ? 600 : 8));
             break;
         case 3:
-            for (std::uint32_t left = dice_.Below(60); left > 0; --left) {
+            for (std::uint32_t left = dice_.Below(dice_.OneIn(8) ? 300 : 60); left > 0; --left) {
                 Say(Change());
             }
             break;

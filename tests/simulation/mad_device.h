@@ -1,7 +1,5 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -11,10 +9,11 @@
 
 namespace Morquil::Simulation {
 
-/// A device, and a network, that may do anything.
+/// A device, and a network, that may do anything with one connection.
 class MadDevice {
 public:
-    explicit MadDevice(Dice& dice);
+    /// One that is not there lets nobody connect.
+    MadDevice(Dice& dice, bool isThere);
 
     NetworkManners manners;
     Wire wire;
@@ -27,14 +26,19 @@ public:
     bool IsWild() const { return isWild_; }
     /// It says something that nobody asked for, or hangs up.
     void SpeakUp();
+    /// It goes, in the middle of whatever it was doing.
+    void Leave();
 
 private:
     Time Delay();
     void Say(Saying saying, Time delay = 0);
     Saying Change();
+    Saying ChangeOfKeys();
+    void Storm(bool isPositive, std::uint32_t count);
     std::string WildBytes();
     Saying Echo(const std::string& block);
     void HangUp();
+    Ending AnyEnding() { return dice_.OneIn(2) ? Ending::Reset : Ending::Close; }
 
     Dice& dice_;
     bool isSpoiling_;
@@ -44,15 +48,5 @@ private:
     bool isSlow_;
     bool isWild_;
 };
-
-/// Where the host can set something, and what that is on the wire.
-struct Setting {
-    std::string header;
-    std::string key;
-};
-/// Those that have setters and getters in `Host`, in its order.
-extern const std::array<Setting, 6> settings;
-/// A value of `settings[index]` on the wire.
-std::string SettingValue(std::size_t index, std::uint32_t number);
 
 }  // namespace Morquil::Simulation

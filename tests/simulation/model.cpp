@@ -135,7 +135,7 @@ void Model::RequireOver(PropertyRound& round) {
 void Model::Read(const std::string& header, const std::string& key, const std::optional<std::string>& value) {
     const std::optional<std::string> expected = mirror_.Value(header, key);
     const bool isForgotten = ended_ && !value;
-    Foresee(value == expected || isForgotten,
+    Foresee(value == expected || isForgotten || mirror_.MayStillBe(header, key, value),
             key + " reads " + value.value_or("nothing") + ", not " + expected.value_or("nothing"));
 }
 
@@ -276,7 +276,7 @@ void Model::Received(const Saying& saying) {
         return;
     }
     if (saying.kind == Saying::Kind::Acknowledge) {
-        queue_.Acknowledge();
+        queue_.Acknowledge(saying.count);
     }
     if (saying.kind != Saying::Kind::Block) {
         return;
@@ -298,6 +298,8 @@ void Model::ReadyForMore() {
         RequireOver(round);
     }
     propertyRounds_.clear();
+    queue_.ForgetAcknowledgements();
+    mirror_.Settle();
     Foresee(!pingIsDue_ || ended_, "silence without a ping");
     Foresee(!endIsDue_, "silence does not end the connection");
 }

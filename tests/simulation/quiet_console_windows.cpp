@@ -9,17 +9,14 @@ namespace Morquil::Simulation {
 
 namespace {
 
-/// Opened once: there are very many conversations.
-int NullDevice() {
-    static const int device = _open("NUL", _O_WRONLY);
-    return device;
-}
+/// Opened once, before the first test: there are very many conversations, and none of them leaves anything behind.
+const int nullDevice = _open("NUL", _O_WRONLY);
 
 }  // namespace
 
 QuietConsole::QuietConsole() : console_(_dup(_fileno(stdout))) {
     std::fflush(stdout);
-    _dup2(NullDevice(), _fileno(stdout));
+    _dup2(nullDevice, _fileno(stdout));
 }
 
 QuietConsole::~QuietConsole() {

@@ -2,7 +2,10 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "device/device.h"
 #include "tests/simulation/host.h"
@@ -18,9 +21,43 @@ namespace {
 /// Longer than anything that a device object waits for.
 constexpr Time longTime = 300'000;
 
+/// So many device objects at most connect to one device that comes and goes.
+constexpr std::size_t mostLives = 6;
+/// Numbers for the observers of one life.
+constexpr std::size_t observersOfALife = 10;
+
+/// A device object's life: its one connection, its host, and what is known of both.
+struct Life {
+    Life(Dice& dice, Trace& trace, std::size_t number, bool deviceIsThere, std::function<void()> onDisconnected)
+        : device(dice, deviceIsThere),
+          model(trace, [this](const std::string& block) { device.Answer(block); }),
+          host(dice, trace, model, number * observersOfALife, std::move(onDisconnected)) {
+        host.Take(new CMorquilDevice(std::make_unique<SimulatedComms>(device.wire, device.manners, model)));
+        if (dice.OneIn(2)) {
+            host.AddObservers();
+        }
+        if (device.IsWild()) {
+            model.ExpectAnything();
+        }
+        device.Greet();
+    }
+
+    void CheckQuiet() {
+        model.CheckQuiet(host.AttemptIsOver(), Scheduler::Instance().Now() < device.manners.readsUntil);
+        if (host.HasDevice()) {
+            host.ReadAll();
+        }
+    }
+
+    MadDevice device;
+    Model model;
+    Host host;
+};
+
 class World {
 public:
-    World(Dice& dice, const std::string& name) : dice_(dice) {
+    World(Dice& dice, const std::string& name) : dice_(dice), flaps_(dice.OneIn(4)) {
+        lives_.reserve(mostLives);
         Scheduler::Instance().Begin(dice, [this, name] {
             trace_.Note("somebody waits for ever");
             std::fprintf(stderr, "%s\ndeadlock in %s\n", trace_.Text().c_str(), name.c_str());
@@ -32,16 +69,9 @@ public:
     World& operator=(const World&) = delete;
 
     Outcome Run() {
-        host_.Take(new CMorquilDevice(std::make_unique<SimulatedComms>(device_.wire, device_.manners, model_)));
-        if (dice_.OneIn(2)) {
-            host_.AddObservers();
-        }
-        if (device_.IsWild()) {
-            model_.ExpectAnything();
-        }
-        device_.Greet();
+        Life& first = Begin();
         if (!dice_.OneIn(32)) {
-            host_.Connect(dice_.OneIn(2));
+            first.host.Connect(dice_.OneIn(2));
         }
         for (std::uint32_t steps = 10 + dice_.Below(40); steps > 0; --steps) {
             Step();
@@ -51,11 +81,31 @@ public:
     }
 
 private:
+    Life& Begin() {
+        trace_.Note("life " + std::to_string(lives_.size()) + " begins");
+        lives_.push_back(std::make_unique<Life>(dice_, trace_, lives_.size(), deviceIsThere_, [this] {
+            // Inside a callback nobody may wait for a connection.
+            if (dice_.OneIn(2)) {
+                ConnectAnew(true);
+            }
+        }));
+        return *lives_.back();
+    }
+
+    /// One life is one connection: who connects anew takes a new object. The old one may stand yet.
+    void ConnectAnew(bool isAsynchronous) {
+        if (flaps_ && !isFinishing_ && lives_.size() < mostLives) {
+            Begin().host.Connect(isAsynchronous);
+        }
+    }
+
     void Step() {
-        switch (dice_.Below(8)) {
+        const auto lives = static_cast<std::uint32_t>(lives_.size());
+        Life& life = *lives_[lives > 1 && dice_.OneIn(2) ? dice_.Below(lives) : lives - 1];
+        switch (dice_.Below(flaps_ ? 9 : 8)) {
             case 0:
             case 1:
-                device_.SpeakUp();
+                life.device.SpeakUp();
                 break;
             case 2:
                 Settle(dice_.Below(dice_.OneIn(4) ? 20'000 : 20));
@@ -66,40 +116,63 @@ private:
             case 4:
                 Scheduler::Instance().GiveWay();
                 break;
+            case 8:
+                Flap();
+                break;
             default:
-                if (host_.HasDevice()) {
-                    host_.Act();
+                if (life.host.HasDevice()) {
+                    life.host.Act();
                 }
+        }
+    }
+
+    /// The device goes or comes, or the host connects anew whether it is there or not.
+    void Flap() {
+        if (dice_.OneIn(2)) {
+            return ConnectAnew(dice_.OneIn(2));
+        }
+        deviceIsThere_ = !deviceIsThere_;
+        trace_.Note(deviceIsThere_ ? "the device comes" : "the device goes");
+        for (const std::unique_ptr<Life>& life : lives_) {
+            life->device.Leave();
         }
     }
 
     void Settle(Time duration) {
         Scheduler& scheduler = Scheduler::Instance();
         scheduler.LetOthersRun(scheduler.Now() + duration);
-        const bool deviceReads = scheduler.Now() < device_.manners.readsUntil;
-        model_.CheckQuiet(host_.AttemptIsOver(), deviceReads);
-        if (host_.HasDevice()) {
-            host_.ReadAll();
+        for (const std::unique_ptr<Life>& life : lives_) {
+            life->CheckQuiet();
+        }
+    }
+
+    void ReleaseAll() {
+        for (const std::unique_ptr<Life>& life : lives_) {
+            life->host.ReleaseDevice();
         }
     }
 
     void Finish() {
+        isFinishing_ = true;
         Scheduler& scheduler = Scheduler::Instance();
-        host_.ReleaseDevice();
+        ReleaseAll();
         scheduler.LetOthersRun(scheduler.Now() + longTime);
-        host_.ReleaseDevice();
+        ReleaseAll();
         scheduler.LetOthersRun(scheduler.Now());
-        model_.CheckQuiet(true, false);
-        trace_.Require(model_.IsDestroyed(), "the device object outlives its last reference");
+        for (const std::unique_ptr<Life>& life : lives_) {
+            life->model.CheckQuiet(true, false);
+            trace_.Require(life->model.IsDestroyed(), "the device object outlives its last reference");
+            life->host.CheckObserversReleased();
+        }
         trace_.Require(scheduler.LiveThreads() == 0, "a thread outlives the device object");
-        host_.CheckObserversReleased();
     }
 
     Dice& dice_;
+    const bool flaps_;
+    bool deviceIsThere_ = true;
+    bool isFinishing_ = false;
     Trace trace_;
-    MadDevice device_{dice_};
-    Model model_{trace_, [this](const std::string& block) { device_.Answer(block); }};
-    Host host_{dice_, trace_, model_};
+    std::vector<std::unique_ptr<Life>> lives_;
 };
 
 }  // namespace

@@ -50,7 +50,7 @@ bool SimulatedComms::HasSocketEvent() const {
 /// An end is told for ever.
 CommsEvent SimulatedComms::TakeSocketEvent() {
     if (wire_.HasArrived() && wire_.IsEnd()) {
-        return CommsEvent::SocketError;
+        return manners_.closesAtReceive && !wire_.IsReset() ? CommsEvent::Readable : CommsEvent::SocketError;
     }
     if (wire_.HasArrived() && !isReadTold_) {
         isReadTold_ = true;
@@ -94,7 +94,7 @@ int SimulatedComms::Receive(char* buffer, int length, int) {
         return commsWouldBlock;
     }
     if (wire_.IsEnd()) {
-        return 0;
+        return wire_.IsReset() ? commsFailed : 0;
     }
     std::optional<Saying> whole;
     const std::string taken = wire_.Take(static_cast<std::size_t>(length), whole);

@@ -23,6 +23,8 @@ struct NetworkManners {
     Time readsUntil = never;
     /// From this time on sends fail.
     Time sendsFailFrom = never;
+    /// A close is found by a receive that gets nothing; otherwise the wait tells it.
+    bool closesAtReceive = false;
 };
 
 /// One connection. Wire, manners and listener outlive it.

@@ -46,7 +46,7 @@ std::uint32_t CriticalSection::Initialise() {
 
 void CriticalSection::Enter() {
     Section& section = In<Section>(native);
-    if (section.owner != World().Current()) {
+    if (section.owner != 0 && section.owner != World().Current()) {
         World().Block([&] { return section.owner == 0; });
     }
     section.owner = World().Current();

@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 
 #include "tests/simulation/environment.h"
@@ -22,7 +21,7 @@ Outcome RunSeed(std::uint64_t seed) {
 }
 
 TEST(Simulation, KeepsEveryRuleInEveryWorld) {
-    const bool isOne = std::getenv("MORQUIL_SEED") != nullptr;
+    const bool isOne = FromEnvironment("MORQUIL_SEED", 0) != 0;
     const std::uint64_t first = FromEnvironment("MORQUIL_SEED", 1);
     const std::uint64_t count = isOne ? 1 : FromEnvironment("MORQUIL_SEEDS", 1000);
     for (std::uint64_t seed = first; seed < first + count; ++seed) {

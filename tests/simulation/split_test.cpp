@@ -1,26 +1,24 @@
 // A device's whole state as it may come over a network: in two pieces that meet anywhere, or only up to anywhere.
-//   MORQUIL_SPLITS=N  every Nth place only (1)
+//   MORQUIL_SPLITS=N  every Nth place only (1), and all places around the ends of blocks
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <iterator>
-#include <memory>
+#include <ostream>
 #include <set>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "device/device.h"
 #include "tests/platform/owned_bstr.h"
-#include "tests/simulation/counted_observer.h"
+#include "tests/simulation/device_sayings.h"
 #include "tests/simulation/environment.h"
+#include "tests/simulation/every_answer.h"
+#include "tests/simulation/expected_mirror.h"
 #include "tests/simulation/quiet_console.h"
-#include "tests/simulation/scheduler.h"
-#include "tests/simulation/simulated_comms.h"
+#include "tests/simulation/visit.h"
 #include "tests/support/temporary_folder.h"
 
 namespace Morquil::Simulation {
@@ -28,186 +26,201 @@ namespace {
 
 using Test::OwnedBstr;
 using Test::Utf16;
-
-constexpr std::array propertySets{morquilInputConfigurationPropertySetId, morquilOutputConfigurationPropertySetId,
-                                  morquilVideoProcAmpPropertySetId,       morquilTestPatternPropertySetId,
-                                  morquilVideoAdvancedPropertySetId,      morquilNoiseReductionPropertySetId,
-                                  morquilColorCorrectionPropertySetId,    morquilVideoClipPropertySetId,
-                                  morquilAspectFillPropertySetId,         morquilTimecodePropertySetId,
-                                  morquilClosedCaptionPropertySetId,      morquilVideoIndexPropertySetId,
-                                  morquilReferencePropertySetId,          morquilVariableAspectRatioPropertySetId,
-                                  morquilAudioMappingPropertySetId,       morquil3dModePropertySetId,
-                                  morquilNetworkConfigPropertySetId,      morquilDeviceFilenamesPropertySetId,
-                                  morquilDeviceControlPropertySetId,      morquilPresetPropertySetId};
-
-/// Everything that a host can be told, in one list.
-class Listener {
-public:
-    explicit Listener(CMorquilDevice& device) {
-        connection_.told = properties_.told = &told_;
-        device.AddConnectionObserver(&connection_);
-        for (const _MorquilPropertySetId set : propertySets) {
-            device.AddPropertyObserver(&properties_, set);
-        }
-    }
-
-    const std::vector<std::uint32_t>& Told() const { return told_; }
-
-    static constexpr std::uint32_t connected = 1;
-    static constexpr std::uint32_t disconnected = 2;
-
-private:
-    struct Connection final : CountedObserver<IMorquilConnectionObserver> {
-        STDMETHODIMP Connected() override { return told->push_back(connected), S_OK; }
-        STDMETHODIMP Disconnected(_MorquilConnectToFailure) override { return told->push_back(disconnected), S_OK; }
-        std::vector<std::uint32_t>* told = nullptr;
-    };
-    struct Properties final : CountedObserver<IMorquilPropertyObserver> {
-        STDMETHODIMP PropertyChanged(_MorquilPropertySetId set) override {
-            return told->push_back(static_cast<std::uint32_t>(set)), S_OK;
-        }
-        std::vector<std::uint32_t>* told = nullptr;
-    };
-
-    std::vector<std::uint32_t> told_;
-    Connection connection_;
-    Properties properties_;
-};
-
-/// The state of every split would take minutes.
-constexpr std::size_t stateStride = 101;
-
-/// A host's visit to a device that says what it is made to, and nothing else.
-class Visit {
-public:
-    explicit Visit(Wire wire) : wire_(std::move(wire)) {
-        Scheduler::Instance().Begin(dice_, [] { std::abort(); });
-        _MorquilConnectToFailure reason{};
-        device_->Connect(OwnedBstr(Utf16{OLESTR("device.test")}).Get(), nullptr, &reason);
-        Scheduler::Instance().LetOthersRun(Scheduler::Instance().Now() + 10);
-    }
-    ~Visit() {
-        device_->Release();
-        Scheduler::Instance().End();
-    }
-    Visit(const Visit&) = delete;
-    Visit& operator=(const Visit&) = delete;
-
-    const std::vector<std::uint32_t>& Told() const { return listener_.Told(); }
-
-    /// What the getters answer: all settings, what identifies the device, and all conversions.
-    std::string State() const {
-        static const Test::TemporaryFolder folder;
-        static const std::string path = folder.PathOf("state");
-        device_->SaveSettingsFile(OwnedBstr(Utf16(path.begin(), path.end())).Get());
-        std::string state = Test::ContentOf(path);
-        UINT version = 0;
-        state += std::to_string(device_->GetSoftwareVersion(&version)) + ' ' + std::to_string(version) + '\n';
-        for (int mode = 0; mode < 34 * 34; ++mode) {
-            for (int ratio = 0; ratio < 5; ++ratio) {
-                LONG isSupported = 0;
-                device_->IsConversionSupported(static_cast<_MorquilAPIVideoMode>(mode / 34),
-                                               static_cast<_MorquilAPIVideoMode>(mode % 34),
-                                               static_cast<_MorquilAPIAspectRatio>(ratio), &isSupported);
-                state += isSupported != 0 ? '1' : '0';
-            }
-        }
-        return state;
-    }
-
-private:
-    SeededDice dice_{1};
-    Wire wire_;
-    NetworkManners manners_;
-    WireListener nobody_;
-    CMorquilDevice* device_ = new CMorquilDevice(std::make_unique<SimulatedComms>(wire_, manners_, nobody_));
-    Listener listener_{*device_};
-};
+using Calls = std::vector<std::uint32_t>;
 
 const std::string& Dump() {
     static const std::string dump = Test::ContentOf(std::string(MORQUIL_TEST_DATA) + "/full_dump.txt");
     return dump;
 }
 
-std::size_t Stride() {
-    return static_cast<std::size_t>(FromEnvironment("MORQUIL_SPLITS", 1));
+/// Where the dump's blocks end.
+std::vector<std::size_t> BlockEnds() {
+    std::vector<std::size_t> ends;
+    for (std::size_t end = Dump().find("\n\n"); end != std::string::npos; end = Dump().find("\n\n", end + 1)) {
+        ends.push_back(end + 2);
+    }
+    return ends;
+}
+
+/// The places before the bytes of the dump, and the one behind them.
+std::set<std::size_t> Places() {
+    std::set<std::size_t> places{Dump().size()};
+    for (std::size_t place = 0; place < Dump().size(); place += FromEnvironment("MORQUIL_SPLITS", 1)) {
+        places.insert(place);
+    }
+    for (const std::size_t end : BlockEnds()) {
+        places.insert({end - 2, end - 1, end});
+    }
+    return places;
 }
 
 Wire TwoPieces(std::size_t split) {
     Wire wire;
-    for (const std::string& piece : {Dump().substr(0, split), Dump().substr(split)}) {
-        if (!piece.empty()) {
-            wire.Say(piece);
-        }
-    }
+    wire.Say(Dump().substr(0, split));
+    wire.Say(Dump().substr(split));
     return wire;
 }
 
-Wire BrokenAfter(std::size_t count) {
-    Wire wire;
-    if (count > 0) {
+struct BlockCalls {
+    std::size_t end;
+    Calls calls;
+};
+
+/// Where the dump's blocks end, and what a host is told then.
+const std::vector<BlockCalls>& CallsOfBlocks() {
+    static const std::vector<BlockCalls> blocks = [] {
+        std::vector<BlockCalls> list;
+        ExpectedMirror mirror;
+        std::size_t begin = 0;
+        for (const std::size_t end : BlockEnds()) {
+            const Saying saying = BlockSaying(std::string_view(Dump()).substr(begin, end - begin));
+            const auto changed = mirror.Take(saying.header, saying.lines).changed;
+            list.push_back({end, Calls(changed.begin(), changed.end())});
+            begin = end;
+        }
+        return list;
+    }();
+    return blocks;
+}
+
+/// What a host is told of the first `count` bytes, and that it is connected with the last.
+Calls CallsOf(std::size_t count) {
+    Calls told;
+    for (const auto& [end, calls] : CallsOfBlocks()) {
+        if (end <= count) {
+            told.insert(told.end(), calls.begin(), calls.end());
+        }
+    }
+    if (count == Dump().size()) {
+        told.push_back(Listener::connected);
+    }
+    return told;
+}
+
+struct Picture {
+    Calls told;
+    std::uint64_t answers = 0;
+};
+
+Picture SeenAt(std::size_t split) {
+    const QuietConsole quiet;
+    const Visit visit(split + 1, TwoPieces(split));
+    return {visit.Told(), DigestOfEveryAnswer(visit.Device())};
+}
+
+std::string AnswersAt(std::size_t split) {
+    const QuietConsole quiet;
+    return EveryAnswer(Visit(split + 1, TwoPieces(split)).Device());
+}
+
+/// The first line that differs, in both texts.
+std::string FirstDifference(const std::string& one, const std::string& other) {
+    std::istringstream lines(one);
+    std::istringstream otherLines(other);
+    std::string line;
+    std::string otherLine;
+    while (line == otherLine && std::getline(lines, line)) {
+        std::getline(otherLines, otherLine);
+    }
+    return '"' + line + "\", not \"" + otherLine + '"';
+}
+
+/// The settings file; it also holds what no getter answers.
+std::string SettingsAt(std::size_t split) {
+    static const Test::TemporaryFolder folder;
+    static const std::string path = folder.PathOf("state");
+    const QuietConsole quiet;
+    const Visit visit(split + 1, TwoPieces(split));
+    visit.Device().SaveSettingsFile(OwnedBstr(Utf16(path.begin(), path.end())).Get());
+    return Test::ContentOf(path);
+}
+
+/// What is compared below is not nothing.
+TEST(Splits, AnswersAreOfEveryKind) {
+    const std::string answers = AnswersAt(0);
+    for (const char* const answer :
+         {"IMorquilDevice::GetDeviceName 0 Rack Unit 4K\n", "IMorquilVideoProcAmp::GetSaturation 0 5\n",
+          "IMorquilAspectFill::GetCrRange 0 64\nIMorquilAspectFill::GetCrRange 0 960\n",
+          "IMorquilAudioMapping::GetAudioMap 0 15\n", "IMorquilInputConfiguration::IsVideoSourceAvailable 0 1\n",
+          "IMorquilDevice::IsConversionSupported 0 1\n", "IMorquilPreset::GetPresetName 0 Archive SD\n"}) {
+        EXPECT_NE(answers.find(answer), std::string::npos) << answer;
+    }
+}
+
+TEST(Splits, AllGiveTheSameStateAndCalls) {
+    const Picture whole = SeenAt(0);
+    ASSERT_EQ(whole.told, CallsOf(Dump().size()));
+    ASSERT_EQ(std::set<std::uint32_t>(whole.told.begin(), whole.told.end()).size(), Listener::propertySets + 1);
+    for (const std::size_t split : Places()) {
+        const Picture picture = SeenAt(split);
+        ASSERT_EQ(picture.told, whole.told) << "split before byte " << split;
+        if (picture.answers != whole.answers) {
+            FAIL() << "split before byte " << split << ": " << FirstDifference(AnswersAt(split), AnswersAt(0));
+        }
+    }
+}
+
+TEST(Splits, AtTheEndsOfBlocksGiveTheSameSettingsFile) {
+    const std::string whole = SettingsAt(0);
+    ASSERT_NE(whole.find("Align size X left: "), std::string::npos);
+    for (const std::size_t end : BlockEnds()) {
+        for (const std::size_t split : {end - 2, end - 1, end}) {
+            ASSERT_EQ(SettingsAt(split), whole) << "split before byte " << split;
+        }
+    }
+}
+
+struct Loss {
+    const char* name;
+    Ending ending;
+    Time delay;
+    bool closesAtReceive;
+};
+
+void PrintTo(const Loss& loss, std::ostream* out) {
+    *out << loss.name;
+}
+
+class Losses : public testing::TestWithParam<Loss> {
+protected:
+    /// The calls of a connection that is lost behind the first `count` bytes.
+    static Calls ToldOf(std::size_t count) {
+        Wire wire;
         wire.Say(Dump().substr(0, count));
+        wire.End(GetParam().ending, GetParam().delay);
+        NetworkManners manners;
+        manners.closesAtReceive = GetParam().closesAtReceive;
+        const QuietConsole quiet;
+        return Visit(count + 1, std::move(wire), manners).Told();
     }
-    // Later: what is reported together with its end is lost.
-    wire.Break(1);
-    return wire;
-}
-
-std::vector<std::uint32_t> Told(const Wire& wire) {
-    const QuietConsole quiet;
-    return Visit(wire).Told();
-}
-
-std::string State(const Wire& wire) {
-    const QuietConsole quiet;
-    return Visit(wire).State();
-}
-
-/// Without `Connected`, which another thread tells than all changes.
-std::vector<std::uint32_t> Changes(const std::vector<std::uint32_t>& told) {
-    std::vector<std::uint32_t> changes;
-    std::copy_if(told.begin(), told.end(), std::back_inserter(changes),
-                 [](std::uint32_t what) { return what != Listener::connected; });
-    return changes;
-}
-
-TEST(Splits, AllTellTheSame) {
-    const std::vector<std::uint32_t> whole = Told(TwoPieces(0));
-    ASSERT_EQ(std::count(whole.begin(), whole.end(), Listener::connected), 1);
-    ASSERT_EQ(std::set<std::uint32_t>(whole.begin(), whole.end()).size(), propertySets.size() + 1);
-    for (std::size_t split = 1; split < Dump().size(); split += Stride()) {
-        ASSERT_EQ(Told(TwoPieces(split)), whole) << "split before byte " << split;
+    static bool IsAtOnce() { return GetParam().delay == 0; }
+    /// All that comes before the end is told; of what is lost with a reset, nothing.
+    static Calls ExpectedOf(std::size_t count) {
+        Calls calls = IsAtOnce() && GetParam().ending == Ending::Reset ? Calls() : CallsOf(count);
+        calls.push_back(Listener::disconnected);
+        return calls;
     }
-}
+};
 
-TEST(Splits, GiveTheSameState) {
-    const std::string whole = State(TwoPieces(0));
-    ASSERT_NE(whole.find("Gain: "), std::string::npos);
-    for (std::size_t split = 1; split < Dump().size(); split += stateStride) {
-        ASSERT_EQ(State(TwoPieces(split)), whole) << "split before byte " << split;
-    }
-}
-
-TEST(Splits, AtTheEndsOfBlocksGiveTheSameState) {
-    const std::string whole = State(TwoPieces(0));
-    for (std::size_t end = Dump().find("\n\n"); end != std::string::npos; end = Dump().find("\n\n", end + 1)) {
-        for (std::size_t split = end; split <= std::min(end + 3, Dump().size()); ++split) {
-            ASSERT_EQ(State(TwoPieces(split)), whole) << "split before byte " << split;
+TEST_P(Losses, AtEveryByteTellWhatCameBeforeAndOneEnd) {
+    for (const std::size_t count : Places()) {
+        const Calls told = ToldOf(count);
+        Calls expected = ExpectedOf(count);
+        if (IsAtOnce() && told.size() < expected.size()) {
+            // Another thread tells `Connected`: an end that comes with the last block may be first.
+            std::erase(expected, Listener::connected);
         }
+        ASSERT_EQ(told, expected) << "lost behind " << count << " bytes";
     }
 }
 
-TEST(Splits, BeforeALossTellAPrefixAndOneEnd) {
-    const std::vector<std::uint32_t> whole = Changes(Told(TwoPieces(0)));
-    for (std::size_t count = 0; count <= Dump().size(); count += Stride()) {
-        std::vector<std::uint32_t> told = Changes(Told(BrokenAfter(count)));
-        ASSERT_FALSE(told.empty()) << "lost after byte " << count;
-        ASSERT_EQ(told.back(), Listener::disconnected) << "lost after byte " << count;
-        told.pop_back();
-        ASSERT_LE(told.size(), whole.size()) << "lost after byte " << count;
-        ASSERT_TRUE(std::equal(told.begin(), told.end(), whole.begin())) << "lost after byte " << count;
-    }
-}
+INSTANTIATE_TEST_SUITE_P(Splits, Losses,
+                         testing::Values(Loss{"Close", Ending::Close, 1, false},
+                                         Loss{"CloseWithData", Ending::Close, 0, false},
+                                         Loss{"CloseWithDataFoundByAReceive", Ending::Close, 0, true},
+                                         Loss{"Reset", Ending::Reset, 1, false},
+                                         Loss{"ResetWithData", Ending::Reset, 0, false}),
+                         [](const auto& loss) { return loss.param.name; });
 
 }  // namespace
 }  // namespace Morquil::Simulation

@@ -23,7 +23,11 @@ struct Saying {
     std::string header;  ///< of a block
     Lines lines;         ///< of a block; those that mean something
     std::string bytes;
+    std::size_t count = 1;  ///< of acknowledgements
 };
+
+/// How a connection ends: `Close` behind all that was said, `Reset` in place of all that has not been received by then.
+enum class Ending { Close, Reset };
 
 /// Hears of what the receiver does, on the thread that does it.
 class WireListener {
@@ -49,19 +53,23 @@ class Wire {
 public:
     /// Queues `saying`, cut anywhere, behind all that is on its way; not before `delay` from now.
     void Say(Dice& dice, const Saying& saying, Time delay);
+    /// Queues it as one piece; not before `delay` from now.
+    void SayWhole(const Saying& saying, Time delay);
     /// Queues one piece, which arrives at once.
     void Say(std::string bytes);
-    /// The connection breaks behind all that is on its way.
-    void Break(Time delay);
-    /// Drops everything but the first `count` bytes that are on their way, and breaks the connection there.
-    void BreakAfter(std::size_t count);
-    bool IsBroken() const { return isBroken_; }
+    /// The connection ends `delay` after all that is on its way has arrived.
+    void End(Ending ending, Time delay);
+    /// Drops everything but the first `count` bytes that are on their way, and ends the connection with them.
+    void EndAfter(std::size_t count, Ending ending);
+    bool HasEnd() const { return ending_.has_value(); }
 
     /// When the next piece arrives, or `never`.
     Time NextArrival() const { return pieces_.empty() ? never : pieces_.front().at; }
     bool HasArrived() const { return NextArrival() <= Scheduler::Instance().Now(); }
-    /// Whether the piece that has arrived is the end of the connection.
-    bool IsEnd() const { return pieces_.front().isEnd; }
+    /// Whether what is to be received next is the end of the connection.
+    bool IsEnd() const { return pieces_.front().isEnd || IsReset(); }
+    /// Whether it has been reset.
+    bool IsReset() const;
     /// Takes up to `capacity` bytes of the piece that has arrived. `whole` is what they complete, if anything.
     std::string Take(std::size_t capacity, std::optional<Saying>& whole);
 
@@ -76,7 +84,7 @@ private:
     Time ArrivalAfter(Time delay) const;
 
     std::deque<Piece> pieces_;
-    bool isBroken_ = false;
+    std::optional<Ending> ending_;
 };
 
 }  // namespace Morquil::Simulation

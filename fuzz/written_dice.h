@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "fuzz/byte_source.h"
+#include "tests/simulation/dice.h"
+
+namespace Morquil::Fuzz {
+
+/// Throws that take more than one byte to write down.
+inline bool IsLong(std::uint32_t count) {
+    return count > 256;
+}
+
+/// Throws what the fuzzer has written down.
+class WrittenDice final : public Simulation::Dice {
+public:
+    explicit WrittenDice(std::string_view bytes) : bytes_(bytes) {}
+
+    std::uint32_t Below(std::uint32_t count) override {
+        const std::uint32_t number = IsLong(count) ? bytes_.Number<std::uint16_t>() : bytes_.Byte();
+        return number % count;
+    }
+
+private:
+    ByteSource bytes_;
+};
+
+/// Writes down what seeded dice throw, so that written dice throw it again.
+class RecordingDice final : public Simulation::Dice {
+public:
+    explicit RecordingDice(std::uint64_t seed) : dice_(seed) {}
+
+    std::uint32_t Below(std::uint32_t count) override {
+        const std::uint32_t number = dice_.Below(count);
+        const auto written = static_cast<std::uint16_t>(number);
+        bytes_.append(reinterpret_cast<const char*>(&written), IsLong(count) ? 2 : 1);
+        return number;
+    }
+    const std::string& Bytes() const { return bytes_; }
+
+private:
+    Simulation::SeededDice dice_;
+    std::string bytes_;
+};
+
+}  // namespace Morquil::Fuzz

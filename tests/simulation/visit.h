@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "device/device.h"
+#include "tests/simulation/counted_observer.h"
+#include "tests/simulation/dice.h"
+#include "tests/simulation/scheduler.h"
+#include "tests/simulation/simulated_comms.h"
+
+namespace Morquil::Simulation {
+
+/// Everything that a host can be told, in one list.
+class Listener {
+public:
+    explicit Listener(CMorquilDevice& device);
+
+    /// Sets of properties by their ids, and the two below.
+    const std::vector<std::uint32_t>& Told() const { return told_; }
+
+    static constexpr std::uint32_t connected = 1;
+    static constexpr std::uint32_t disconnected = 2;
+    /// How many sets there are.
+    static const std::size_t propertySets;
+
+private:
+    struct Connection final : CountedObserver<IMorquilConnectionObserver> {
+        STDMETHODIMP Connected() override { return told->push_back(connected), S_OK; }
+        STDMETHODIMP Disconnected(_MorquilConnectToFailure) override { return told->push_back(disconnected), S_OK; }
+        std::vector<std::uint32_t>* told = nullptr;
+    };
+    struct Properties final : CountedObserver<IMorquilPropertyObserver> {
+        STDMETHODIMP PropertyChanged(_MorquilPropertySetId set) override {
+            return told->push_back(static_cast<std::uint32_t>(set)), S_OK;
+        }
+        std::vector<std::uint32_t>* told = nullptr;
+    };
+
+    std::vector<std::uint32_t> told_;
+    Connection connection_;
+    Properties properties_;
+};
+
+/// A host's visit to a device that says what it is made to, and nothing else: from the connection until nothing happens
+/// any more. The seed decides which thread goes first where that is open.
+class Visit {
+public:
+    Visit(std::uint64_t seed, Wire wire, const NetworkManners& manners = {});
+    ~Visit();
+    Visit(const Visit&) = delete;
+    Visit& operator=(const Visit&) = delete;
+
+    const std::vector<std::uint32_t>& Told() const { return listener_.Told(); }
+    CMorquilDevice& Device() const { return *device_; }
+
+private:
+    SeededDice dice_;
+    Wire wire_;
+    const NetworkManners manners_;
+    WireListener nobody_;
+    CMorquilDevice* device_ = new CMorquilDevice(std::make_unique<SimulatedComms>(wire_, manners_, nobody_));
+    Listener listener_{*device_};
+};
+
+}  // namespace Morquil::Simulation

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "fuzz/event_digest.h"
+#include "protocol/every_block_sink.h"
 #include "transport/abstract_comms.h"
 #include "transport/morquil_text_protocol_client.h"
 
@@ -40,9 +41,9 @@ struct Sent {
 };
 
 /// Does with blocks what a derived class may: digests them, and stops listening in the middle.
-class DigestingClient final : private Sent, public MorquilTextProtocolClient {
+class DigestingClient final : private Sent, public EveryBlockSink<DigestingClient, MorquilTextProtocolClient> {
 public:
-    DigestingClient() : MorquilTextProtocolClient(std::make_unique<SentText>(sent)) {}
+    DigestingClient() : EveryBlockSink(std::make_unique<SentText>(sent)) {}
     ~DigestingClient() override { Stop(); }
 
     /// Digests from here on.
@@ -76,50 +77,15 @@ public:
         LeaveIfDue();
     }
 
-    // clang-format off
-    void OnProtocolPreamble(const ProtocolPreambleChangeSet& set) override                               { Take<ProtocolPreambleChangeSet>(set); }
-    void OnMorquilDevice(const MorquilDeviceChangeSet& set) override                                     { Take<MorquilDeviceChangeSet>(set); }
-    void OnVideoInput(const VideoInputChangeSet& set) override                                           { Take<VideoInputChangeSet>(set); }
-    void OnVideoInputAvailability(const VideoInputAvailabilityChangeSet& set) override                   { Take<VideoInputAvailabilityChangeSet>(set); }
-    void OnVideoOutput(const VideoOutputChangeSet& set) override                                         { Take<VideoOutputChangeSet>(set); }
-    void OnVideoOutputAvailability(const VideoOutputAvailabilityChangeSet& set) override                 { Take<VideoOutputAvailabilityChangeSet>(set); }
-    void OnSupportedConversions(const SupportedConversionsChangeSet& set) override                       { Take<SupportedConversionsChangeSet>(set); }
-    void OnVideoProcAmp(const VideoProcAmpChangeSet& set) override                                       { Take<VideoProcAmpChangeSet>(set); }
-    void OnVideoProcAmpAvailability(const VideoProcAmpAvailabilityChangeSet& set) override               { Take<VideoProcAmpAvailabilityChangeSet>(set); }
-    void OnVideoAdjust(const VideoAdjustChangeSet& set) override                                         { Take<VideoAdjustChangeSet>(set); }
-    void OnVideoAdjustAvailability(const VideoAdjustAvailabilityChangeSet& set) override                 { Take<VideoAdjustAvailabilityChangeSet>(set); }
-    void OnNoiseReduction(const NoiseReductionChangeSet& set) override                                   { Take<NoiseReductionChangeSet>(set); }
-    void OnNoiseReductionAvailability(const NoiseReductionAvailabilityChangeSet& set) override           { Take<NoiseReductionAvailabilityChangeSet>(set); }
-    void OnTestPattern(const TestPatternChangeSet& set) override                                         { Take<TestPatternChangeSet>(set); }
-    void OnTestPatternAvailability(const TestPatternAvailabilityChangeSet& set) override                 { Take<TestPatternAvailabilityChangeSet>(set); }
-    void OnVideoAdvanced(const VideoAdvancedChangeSet& set) override                                     { Take<VideoAdvancedChangeSet>(set); }
-    void OnVideoAdvancedAvailability(const VideoAdvancedAvailabilityChangeSet& set) override             { Take<VideoAdvancedAvailabilityChangeSet>(set); }
-    void OnAncillaryData(const AncillaryDataChangeSet& set) override                                     { Take<AncillaryDataChangeSet>(set); }
-    void OnAncillaryDataAvailability(const AncillaryDataAvailabilityChangeSet& set) override             { Take<AncillaryDataAvailabilityChangeSet>(set); }
-    void OnGenlock(const GenlockChangeSet& set) override                                                 { Take<GenlockChangeSet>(set); }
-    void OnGenlockAvailability(const GenlockAvailabilityChangeSet& set) override                         { Take<GenlockAvailabilityChangeSet>(set); }
-    void OnVariableAspectRatio(const VariableAspectRatioChangeSet& set) override                         { Take<VariableAspectRatioChangeSet>(set); }
-    void OnVariableAspectRatioAvailability(const VariableAspectRatioAvailabilityChangeSet& set) override { Take<VariableAspectRatioAvailabilityChangeSet>(set); }
-    void OnAlign(const AlignChangeSet& set) override                                                     { Take<AlignChangeSet>(set); }
-    void OnAlignAvailability(const VariableAspectRatioAvailabilityChangeSet& set) override               { Take<AlignAvailabilityBlock>(set); }
-    void OnAudio(const AudioChangeSet& set) override                                                     { Take<AudioChangeSet>(set); }
-    void OnAudioAvailability(const AudioAvailabilityChangeSet& set) override                             { Take<AudioAvailabilityChangeSet>(set); }
-    void OnMode3D(const Mode3DChangeSet& set) override                                                   { Take<Mode3DChangeSet>(set); }
-    void OnMode3DAvailability(const Mode3DAvailabilityChangeSet& set) override                           { Take<Mode3DAvailabilityChangeSet>(set); }
-    void OnNetworkConfig(const NetworkConfigChangeSet& set) override                                     { Take<NetworkConfigChangeSet>(set); }
-    void OnDeviceFilenames(const DeviceFilenamesChangeSet& set) override                                 { Take<DeviceFilenamesChangeSet>(set); }
-    void OnPreset(const PresetChangeSet& set) override                                                   { Take<PresetChangeSet>(set); }
-    void OnPresetAvailability(const PresetAvailabilityChangeSet& set) override                           { Take<PresetAvailabilityChangeSet>(set); }
-    // clang-format on
+    template <class Description>
+    void OnBlock(const ChangeSetOf<Description>& set) {
+        digest_.Block<Description>(set);
+        LeaveIfDue();
+    }
 
 private:
     void OnConnectionChanged(bool) override {}
 
-    template <class Description>
-    void Take(const ChangeSetOf<Description>& set) {
-        digest_.Block<Description>(set);
-        LeaveIfDue();
-    }
     void LeaveIfDue() {
         if (leavesThen_ && digest_.IsDue()) {
             StopListening();

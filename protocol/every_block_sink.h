@@ -6,9 +6,10 @@
 namespace Morquil {
 
 /// A sink that treats all blocks alike: hands each to `Derived::OnBlock<Description>(set)`. What is no block (pings,
-/// acknowledgements, unknown blocks, errors) stays with the derived class.
-template <class Derived>
-class EveryBlockSink : public IMorquilTextProtocolSink {
+/// acknowledgements, unknown blocks, errors) stays with the derived class. `Base` is the sink itself, or a class that
+/// leaves the blocks to others.
+template <class Derived, class Base = IMorquilTextProtocolSink>
+class EveryBlockSink : public Base {
 public:
     // clang-format off
     void OnProtocolPreamble(const ProtocolPreambleChangeSet& set) override                               { Take<ProtocolPreambleChangeSet>(set); }
@@ -47,7 +48,7 @@ public:
     // clang-format on
 
 protected:
-    EveryBlockSink() = default;
+    using Base::Base;
 
 private:
     template <class Description>

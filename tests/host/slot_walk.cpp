@@ -96,7 +96,7 @@ void SlotWalk::GetsText(int slot, const char* name, const std::string& lines, co
     EXPECT_EQ(text.Text(), expected);
 }
 
-void SlotWalk::Offers(int slot, const char* name, const std::string& lines, int bound, std::set<int> offered,
+void SlotWalk::Offers(int slot, const char* name, const std::string& lines, int bound, const std::set<int>& offered,
                       Result answer) {
     SCOPED_TRACE(name);
     for (const bool reported : {false, true}) {

@@ -108,7 +108,7 @@ protected:
         }
     }
     /// Nothing is available before `lines` have arrived, then just `offered`. From `bound` on values are refused.
-    void Offers(int slot, const char* name, const std::string& lines, int bound, std::set<int> offered,
+    void Offers(int slot, const char* name, const std::string& lines, int bound, const std::set<int>& offered,
                 Result answer = ok);
     /// A flag of the availability, which reads as 0 before it has arrived.
     void OffersFlag(int slot, const char* name, const std::string& key);

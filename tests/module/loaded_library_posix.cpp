@@ -24,7 +24,7 @@ public:
     const Item* Address(ElfW(Sxword) tag) const {
         for (const ElfW(Dyn)* entry = entries_; entry->d_tag != DT_NULL; ++entry)
             if (entry->d_tag == tag)
-                return reinterpret_cast<const Item*>(entry->d_un.d_ptr);
+                return reinterpret_cast<const Item*>(entry->d_un.d_ptr);  // NOLINT(performance-no-int-to-ptr)
         return nullptr;
     }
 

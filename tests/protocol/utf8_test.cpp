@@ -56,7 +56,7 @@ TEST(Utf8Prefix, CutsMalformedTextAtTheLimit) {
 TEST(Utf8Prefix, AgreesWithACountFromTheStartForEveryTextOfFiveBytes) {
     const std::string_view alphabet("a\x80\x9F\xA0\xBF\xC2\xE0\xE2\xED\xF0\xF4\xFF", 12);
     std::string text(5, ' ');
-    for (std::size_t number = 0; number < 12U * 12 * 12 * 12 * 12; ++number) {
+    for (std::size_t number = 0; number < std::size_t{12} * 12 * 12 * 12 * 12; ++number) {
         std::size_t digits = number;
         for (char& character : text) {
             character = alphabet[digits % alphabet.size()];

@@ -17,7 +17,6 @@ namespace {
 using Test::QueueClient;
 using Test::TemporaryFolder;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using Texts = std::vector<std::string>;
 
 // A block of each kind that a settings file holds, in the order of the file.

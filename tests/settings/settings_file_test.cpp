@@ -17,7 +17,6 @@ namespace {
 
 using Test::ContentOf;
 using Test::TemporaryFolder;
-using Test::ToPath;
 using Names = std::set<std::string>;
 
 TEST(SettingsFile, MakesAFileThatIsNotThere) {

@@ -10,7 +10,7 @@ using Kind = ConversationEvent::Kind;
 
 TEST(Conversation, ReadsBackWhatItWrites) {
     const std::vector<ConversationEvent> events{
-        {0ms, 1, Kind::HostConnects, ""},     {1ms, 1, Kind::DeviceSays, std::string("A:\n\"\0\n\n", 8)},
+        {0ms, 1, Kind::HostConnects, ""},     {1ms, 1, Kind::DeviceSays, std::string("A:\n\"\0\n\n", 7)},
         {1ms, 2, Kind::HostConnects, ""},     {30ms, 1, Kind::HostSays, "PING\n\n"},
         {5000ms, 2, Kind::DeviceHangsUp, ""}, {5001ms, 1, Kind::HostLeaves, ""}};
     std::string text = ConversationHeading();

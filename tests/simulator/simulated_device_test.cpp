@@ -241,7 +241,7 @@ TEST_F(SimulatedDeviceTest, KeepsTheConversationsOfItsHostsApart) {
 }
 
 TEST_F(SimulatedDeviceTest, SurvivesALineThatNeverEnds) {
-    const std::string piece(1024 * 1024, 'x');
+    const std::string piece(std::size_t{1024} * 1024, 'x');
     for (int megabyte = 0; megabyte < 8; ++megabyte) {
         EXPECT_EQ(Ask(piece), "");
     }

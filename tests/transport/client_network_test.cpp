@@ -40,7 +40,7 @@ TEST_F(ClientOnTheNetwork, StartsAgainAfterAWakeUpThatNobodyTook) {
 }
 
 TEST_F(ClientOnTheNetwork, SaysThatTheConnectionHasEndedWhateverTheLastWordsWere) {
-    for (const std::size_t length : {std::size_t{1000}, std::size_t{1024}, std::size_t{16 * 1024}}) {
+    for (const std::size_t length : {std::size_t{1000}, std::size_t{1024}, std::size_t{16} * 1024}) {
         testing::internal::CaptureStdout();
         bool closed = false;
         client.onReceived = [&] {

@@ -10,7 +10,6 @@ namespace Morquil {
 namespace {
 
 using namespace Testing;
-using QRN::Core::CurrentThreadId;
 using QRN::Core::Testing::Threads;
 
 // ---- The other events -----------------------------------------------------------------------------------------------

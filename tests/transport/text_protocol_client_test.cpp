@@ -8,7 +8,6 @@ namespace {
 
 using namespace Testing;
 using QRN::Core::CurrentThreadId;
-using QRN::Core::Testing::Threads;
 
 // ---- Start ----------------------------------------------------------------------------------------------------------
 
@@ -313,7 +312,7 @@ TEST_F(TextProtocolClientTest, ReceivesMoreThanOneBufferful) {
 TEST_F(TextProtocolClientTest, LooksForAWakeUpInAFlood) {
     std::string order;
     client.onReceived = [&] { order += order.empty() || order.back() != 'r' ? "r" : ""; };
-    link.Push(std::string(64 * 1024, 'x'));
+    link.Push(std::string(std::size_t{64} * 1024, 'x'));
     EXPECT_TRUE(client.SetServer("device.test", 9800));
     client.onNotice = [&](bool) { link.AnswerWith([&](const std::string&) { return order += 's', std::string(); }); };
     client.onReceived = [&, queued = false]() mutable {

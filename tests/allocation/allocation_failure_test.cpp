@@ -2,215 +2,215 @@
 // nothing is left over.
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <memory>
-#include <set>
+#include <ostream>
 #include <string>
-#include <utility>
-#include <vector>
+#include <tuple>
 
-#include "MorquilEntry.h"
-#include "device/device.h"
-#include "tests/allocation/exempt_comms.h"
-#include "tests/allocation/scarce_memory.h"
-#include "tests/device/device_texts.h"
-#include "tests/device/recording_observers.h"
-#include "tests/platform/owned_bstr.h"
-#include "tests/support/fake_comms.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/allocation/holdings.h"
+#include "tests/allocation/scarce_host.h"
 #include "tests/support/watchdog.h"
 
-namespace Morquil {
+namespace Morquil::Test {
 namespace {
 
-using namespace Testing;
-using Test::Exempt;
-using Test::ExemptComms;
-using Test::OwnedBstr;
-using Test::ScarceMemory;
-using Test::Utf16;
-
-// Told on the library's threads, and in need of memory of their own.
-class ExemptConnectionObserver final : public RecordingObserver<IMorquilConnectionObserver> {
-public:
-    STDMETHODIMP Connected() override {
-        const Exempt test;
-        return Note("connected");
-    }
-    STDMETHODIMP Disconnected(_MorquilConnectToFailure /*reason*/) override {
-        const Exempt test;
-        return Note("disconnected");
-    }
+/// Something that a host does, and what it has done before.
+struct Scenario {
+    const char* name;
+    void (*prepare)(ScarceHost& host);
+    void (*act)(ScarceHost& host);
 };
 
-class ExemptPropertyObserver final : public RecordingObserver<IMorquilPropertyObserver> {
-public:
-    STDMETHODIMP PropertyChanged(_MorquilPropertySetId /*id*/) override {
-        const Exempt test;
-        return Note("changed");
+std::ostream& operator<<(std::ostream& stream, const Scenario& scenario) {
+    return stream << scenario.name;
+}
+
+void Nothing(ScarceHost& /*host*/) {}
+
+void Create(ScarceHost& host) {
+    host.Create();
+}
+
+void CreateConnected(ScarceHost& host) {
+    host.CreateConnected();
+}
+
+void SetNumber(ScarceHost& host) {
+    auto* const amp = host.Feature<IMorquilVideoProcAmp>(IID_IMorquilVideoProcAmp);
+    int gain = 0;
+    host.Set([&] { return amp->SetGain(3); }, [&] { return amp->GetGain(&gain) == S_OK && gain == 3; });
+}
+
+void SetDecimal(ScarceHost& host) {
+    auto* const geometry = host.Feature<IMorquilVariableAspectRatio>(IID_IMorquilVariableAspectRatio);
+    double size = 0;
+    host.Set([&] { return geometry->SetSizeX(0.5); }, [&] { return geometry->GetSizeX(&size) == S_OK && size == 0.5; });
+}
+
+void SetWord(ScarceHost& host) {
+    auto* const output = host.Feature<IMorquilOutputConfiguration>(IID_IMorquilOutputConfiguration);
+    _MorquilAPIVideoMode mode{};
+    host.Set([&] { return output->SetVideoMode(morquilAPIVideoMode720p50); },
+             [&] { return output->GetVideoMode(&mode) == S_OK && mode == morquilAPIVideoMode720p50; });
+}
+
+void SetFlag(ScarceHost& host) {
+    LONG lock = 0;
+    host.Set([&] { return host.device->SetPanelLock(1); },
+             [&] { return host.device->GetPanelLock(&lock) == S_OK && lock == 1; });
+}
+
+void SetText(ScarceHost& host) {
+    auto* const network = host.Feature<IMorquilNetworkConfig>(IID_IMorquilNetworkConfig);
+    host.Set([&] { return network->SetFriendlyName(host.longText.Get()); },
+             [&] { return host.HasSent("Friendly name: a name that is longer than"); });
+}
+
+void SetElement(ScarceHost& host) {
+    auto* const audio = host.Feature<IMorquilAudioMapping>(IID_IMorquilAudioMapping);
+    _MorquilAPIAudioSelect source{};
+    host.Set([&] { return audio->SetAudioMap(3, morquilAudSelMute); },
+             [&] { return audio->GetAudioMap(3, &source) == S_OK && source == morquilAudSelMute; });
+}
+
+void SetWholeList(ScarceHost& host) {
+    auto* const audio = host.Feature<IMorquilAudioMapping>(IID_IMorquilAudioMapping);
+    host.Set([&] { return audio->SetAudioGain(-3); }, [&] { return host.HasSent("AudioInLevel15: -3"); });
+}
+
+void SetMany(ScarceHost& host) {
+    auto* const amp = host.Feature<IMorquilVideoProcAmp>(IID_IMorquilVideoProcAmp);
+    host.Set([&] { return amp->ResetAll(); }, [&] { return host.HasSent("VIDEO PROC AMP:\n"); });
+}
+
+void SetTextElement(ScarceHost& host) {
+    auto* const preset = host.Feature<IMorquilPreset>(IID_IMorquilPreset);
+    host.Set([&] { return preset->SetPresetName(1, host.longText.Get()); },
+             [&] { return host.HasSent("PresetName1: a name that is longer than"); });
+}
+
+void Command(ScarceHost& host) {
+    auto* const preset = host.Feature<IMorquilPreset>(IID_IMorquilPreset);
+    host.Set([&] { return preset->SavePreset(1); }, [&] { return host.HasSent("PRESET:\nSave: 1\n"); });
+}
+
+void GetTexts(ScarceHost& host) {
+    auto* const network = host.Feature<IMorquilNetworkConfig>(IID_IMorquilNetworkConfig);
+    auto* const names = host.Feature<IMorquilDeviceFilenames>(IID_IMorquilDeviceFilenames);
+    auto* const preset = host.Feature<IMorquilPreset>(IID_IMorquilPreset);
+    host.GetText([&](BSTR* name) { return host.device->GetDeviceName(name); });
+    host.GetText([&](BSTR* name) { return network->GetFriendlyName(name); });
+    host.GetText([&](BSTR* name) { return names->GetStillFrameName(name); });
+    host.GetText([&](BSTR* name) { return preset->GetPresetName(0, name); });
+}
+
+void Notify(ScarceHost& host) {
+    host.Report();
+}
+
+void PrepareFile(ScarceHost& host) {
+    host.CreateConnected();
+    host.SaveSettings();
+}
+
+void PrepareObject(ScarceHost& host) {
+    host.Create();
+    host.AddObservers();
+}
+
+/// From its creation to its end.
+void Live(ScarceHost& host) {
+    host.Create();
+    if (host.device == nullptr) {
+        return;
     }
-};
-
-/// Runs `call` as a host, on memory that may run out.
-template <class Call>
-HRESULT InTheLibrary(Call call) {
-    const Exempt library(false);
-    return call();
-}
-
-template <class Interface>
-Interface* FeatureOf(CMorquilDevice& device, const IID& iid) {
-    void* out = nullptr;
-    EXPECT_EQ(device.QueryInterface(iid, &out), S_OK);
-    return static_cast<Interface*>(out);
-}
-
-/// One setter of each kind.
-std::vector<HRESULT> Set(CMorquilDevice& device, const OwnedBstr& text) {
-    auto* const amp = FeatureOf<IMorquilVideoProcAmp>(device, IID_IMorquilVideoProcAmp);
-    auto* const output = FeatureOf<IMorquilOutputConfiguration>(device, IID_IMorquilOutputConfiguration);
-    auto* const geometry = FeatureOf<IMorquilVariableAspectRatio>(device, IID_IMorquilVariableAspectRatio);
-    auto* const audio = FeatureOf<IMorquilAudioMapping>(device, IID_IMorquilAudioMapping);
-    auto* const network = FeatureOf<IMorquilNetworkConfig>(device, IID_IMorquilNetworkConfig);
-    auto* const preset = FeatureOf<IMorquilPreset>(device, IID_IMorquilPreset);
-    auto* const timecode = FeatureOf<IMorquilTimecode>(device, IID_IMorquilTimecode);
-    std::vector<HRESULT> results;
-    const auto note = [&](auto call) {
-        const HRESULT result = InTheLibrary(call);
-        results.push_back(result);
-    };
-    note([&] { return amp->SetGain(3); });
-    note([&] { return amp->ResetAll(); });
-    note([&] { return output->SetVideoMode(morquilAPIVideoMode720p50); });
-    note([&] { return geometry->SetSizeX(0.5); });
-    note([&] { return audio->SetAudioGain(-3); });
-    note([&] { return audio->SetAudioMap(3, morquilAudSelMute); });
-    note([&] { return network->SetFriendlyName(text.Get()); });
-    note([&] { return preset->SavePreset(1); });
-    note([&] { return timecode->StartTimecode(); });
-    note([&] { return device.SetPanelLock(1); });
-    for (IUnknown* const used :
-         {static_cast<IUnknown*>(amp), static_cast<IUnknown*>(output), static_cast<IUnknown*>(geometry),
-          static_cast<IUnknown*>(audio), static_cast<IUnknown*>(network), static_cast<IUnknown*>(preset),
-          static_cast<IUnknown*>(timecode)}) {
-        used->Release();
+    host.ConnectAsync();
+    host.AddObservers();
+    for (const auto set : {SetNumber, SetWord, SetText, SetElement}) {
+        set(host);
     }
-    return results;
+    host.SaveSettings();
+    host.LoadSettings();
+    GetTexts(host);
+    host.Disconnect();
+    host.Release();
 }
 
-void ExpectStated(HRESULT result) {
-    const std::set<HRESULT> stated{S_OK, S_FALSE, E_OUTOFMEMORY, E_FAIL};
-    EXPECT_TRUE(stated.count(result)) << std::hex << result;
+// clang-format off
+const Scenario scenarios[] = {
+    {"Create",               Nothing,         Create},
+    {"Connect",              Create,          [](ScarceHost& host) { host.Connect(); }},
+    {"ConnectAsync",         Create,          [](ScarceHost& host) { host.ConnectAsync(); }},
+    {"ConnectAndDisconnect", Create,          [](ScarceHost& host) { host.BeginConnect(); host.Disconnect(); }},
+    {"AddObservers",         Create,          [](ScarceHost& host) { host.AddObservers(); }},
+    {"SetNumber",            CreateConnected, SetNumber},
+    {"SetDecimal",           CreateConnected, SetDecimal},
+    {"SetWord",              CreateConnected, SetWord},
+    {"SetFlag",              CreateConnected, SetFlag},
+    {"SetText",              CreateConnected, SetText},
+    {"SetElement",           CreateConnected, SetElement},
+    {"SetWholeList",         CreateConnected, SetWholeList},
+    {"SetMany",              CreateConnected, SetMany},
+    {"SetTextElement",       CreateConnected, SetTextElement},
+    {"Command",              CreateConnected, Command},
+    {"GetTexts",             CreateConnected, GetTexts},
+    {"Notify",               CreateConnected, Notify},
+    {"SaveNewSettings",      CreateConnected, [](ScarceHost& host) { host.SaveSettings(); }},
+    {"SaveSettingsAgain",    PrepareFile,     [](ScarceHost& host) { host.SaveSettings(); }},
+    {"LoadSettings",         PrepareFile,     [](ScarceHost& host) { host.LoadSettings(); }},
+    {"WholeLife",            Nothing,         Live}};
+
+/// What a device is let go with takes none.
+const Scenario withoutMemory[] = {
+    {"RemoveObservers",      PrepareObject,   [](ScarceHost& host) { host.RemoveObservers(); }},
+    {"Disconnect",           CreateConnected, [](ScarceHost& host) { host.Disconnect(); }},
+    {"Release",              CreateConnected, [](ScarceHost& host) { host.Release(); }}};
+// clang-format on
+
+/// Returns whether memory has run out.
+bool RunScenario(const Scenario& scenario, long index, bool lasting) {
+    const Testing::Watchdog watchdog;
+    ScarceHost host;
+    scenario.prepare(host);
+    const ScarceMemory memory(index, lasting);
+    scenario.act(host);
+    return ScarceMemory::HasRunOut();
 }
 
-/// A device from its creation to its end, while memory runs out somewhere. Returns whether it did.
-bool Live(long index, bool lasting) {
-    SCOPED_TRACE(index);
-    const Watchdog watchdog;
-    const Test::TemporaryFolder folder;
-    const OwnedBstr address{Utf16{OLESTR("a-device-whose-name-is-long.test")}};
-    const OwnedBstr text{Utf16{OLESTR("a name that is longer than what a small text holds")}};
-    const std::string file = folder.PathOf("settings.txt");
-    const OwnedBstr path{Utf16(file.begin(), file.end())};
-    FakeConnection link;
-    link.AnswerWith(DeviceAnswer);
-    link.Push(GreetingText());
-    Held<ExemptConnectionObserver> connectionObserver;
-    Held<ExemptPropertyObserver> propertyObserver;
-    Held<ExemptPropertyObserver> laterObserver;
-    bool hasRunOut = false;
-    {
-        const ScarceMemory memory(index, lasting);
-        CMorquilDevice* device = nullptr;
-        {
-            auto comms = std::make_unique<ExemptComms>(link.MakeComms());
-            const Exempt library(false);
-            try {
-                device = new CMorquilDevice(std::move(comms), CMorquilDevice::initialStateLimit);
-            } catch (const std::bad_alloc&) {
-                EXPECT_TRUE(ScarceMemory::HasRunOut());
-            }
-        }
-        if (device != nullptr) {
-            ExpectStated(InTheLibrary(
-                [&] { return device->AddPropertyObserver(propertyObserver.Get(), morquilVideoProcAmpPropertySetId); }));
-            _MorquilConnectToFailure reason{};
-            const HRESULT connected =
-                InTheLibrary([&] { return device->Connect(address.Get(), connectionObserver.Get(), &reason); });
-            ExpectStated(connected);
-            if (SUCCEEDED(connected)) {
-                // One of the two is told, whatever happens.
-                EXPECT_TRUE(connectionObserver->AwaitTold(1));
-            }
-            for (const HRESULT result : Set(*device, text)) {
-                ExpectStated(result);
-            }
-            ExpectStated(InTheLibrary(
-                [&] { return device->AddPropertyObserver(laterObserver.Get(), morquilNoiseReductionPropertySetId); }));
-            link.Push("NOISE REDUCTION:\nBias: 3\n\nVIDEO PROC AMP:\nGain: 5\n\n");
-            ExpectStated(InTheLibrary([&] { return device->SaveSettingsFile(path.Get()); }));
-            ExpectStated(InTheLibrary([&] { return device->LoadSettingsFile(path.Get()); }));
-            BSTR name = nullptr;
-            ExpectStated(InTheLibrary([&] { return device->GetDeviceName(&name); }));
-            SysFreeString(name);
-            EXPECT_EQ(InTheLibrary([&] { return device->Disconnect(); }), S_OK);
-            InTheLibrary([&] { return static_cast<HRESULT>(device->Release()); });
-        }
-        EXPECT_TRUE(link.AwaitDestroyed());
-        EXPECT_TRUE(connectionObserver->AwaitReferences(1));
-        EXPECT_TRUE(propertyObserver->AwaitReferences(1));
-        EXPECT_TRUE(laterObserver->AwaitReferences(1));
-        hasRunOut = ScarceMemory::HasRunOut();
-    }
-    return hasRunOut;
-}
+class AllocationFailure : public testing::TestWithParam<std::tuple<Scenario, bool>> {};
 
-class AllocationFailure : public testing::TestWithParam<bool> {};
-
-TEST_P(AllocationFailure, AnywhereInTheLifeOfADeviceHasAStatedOutcome) {
+TEST_P(AllocationFailure, HasAStatedOutcomeAndLeavesNothingBehind) {
     const Exempt test;
-    Live(1'000'000, false);  // what is made once in a program is there now
+    const auto& [scenario, lasting] = GetParam();
+    RunScenario(scenario, ScarceMemory::never, false);  // what is made once in a program is there now
+    Holdings before;
     long index = 0;
-    for (; Live(index, GetParam()); ++index) {
-        if (HasFailure()) {
-            FAIL() << "when allocation " << index << " fails";
-        }
+    for (bool hasRunOut = true; hasRunOut; ++index) {
+        hasRunOut = RunScenario(scenario, index, lasting);
+        ASSERT_EQ(LeftSince(before), "") << "when allocation " << index << " fails";
+        ASSERT_FALSE(HasFailure()) << "when allocation " << index << " fails";
     }
-    EXPECT_GT(index, 50);
-    RecordProperty("Allocations", static_cast<int>(index));
+    EXPECT_GT(index, 1) << "nothing could fail";
+    RecordProperty("Allocations", static_cast<int>(index - 1));
 }
 
-TEST(AllocationFailureAnywhere, LeavesNothingBehind) {
+class NoAllocation : public testing::TestWithParam<Scenario> {};
+
+TEST_P(NoAllocation, IsNeededToLetGo) {
     const Exempt test;
-    Live(1'000'000, false);
-    const long before = Morquil::Test::LiveAllocations();
-    for (long index = 0; index < 400; index += 7) {
-        Live(index, false);
-        ASSERT_EQ(Morquil::Test::LiveAllocations(), before) << "when allocation " << index << " fails";
-    }
+    RunScenario(GetParam(), ScarceMemory::never, false);
+    Holdings before;
+    EXPECT_FALSE(RunScenario(GetParam(), 0, true));
+    EXPECT_EQ(LeftSince(before), "");
 }
 
-TEST(AllocationFailureAnywhere, LetsTheDiscoveryAnswerThatItCannotConnect) {
-    const Exempt test;
-    IMorquilDiscovery* const discovery = GetMorquilDiscoveryInstance_0000();
-    const OwnedBstr noAddress{Utf16{}};
-    bool hasRunOut = true;
-    for (long index = 0; hasRunOut; ++index) {
-        const ScarceMemory memory(index, false);
-        IMorquilDevice* device = nullptr;
-        _MorquilConnectToFailure reason{};
-        EXPECT_EQ(InTheLibrary([&] { return discovery->Connect(noAddress.Get(), &device, &reason); }), E_FAIL);
-        EXPECT_EQ(device, nullptr);
-        hasRunOut = ScarceMemory::HasRunOut();
-    }
-    EXPECT_EQ(discovery->Release(), 0U);
+std::string ScenarioAndHowLong(const testing::TestParamInfo<std::tuple<Scenario, bool>>& test) {
+    return std::string(std::get<0>(test.param).name) + (std::get<1>(test.param) ? "FromThenOn" : "Once");
 }
 
-std::string HowOften(const testing::TestParamInfo<bool>& test) {
-    return test.param ? "FromThenOn" : "Once";
-}
-
-INSTANTIATE_TEST_SUITE_P(Memory, AllocationFailure, testing::Bool(), HowOften);
+INSTANTIATE_TEST_SUITE_P(Memory, AllocationFailure, testing::Combine(testing::ValuesIn(scenarios), testing::Bool()),
+                         ScenarioAndHowLong);
+INSTANTIATE_TEST_SUITE_P(Memory, NoAllocation, testing::ValuesIn(withoutMemory),
+                         [](const testing::TestParamInfo<Scenario>& test) { return test.param.name; });
 
 }  // namespace
-}  // namespace Morquil
+}  // namespace Morquil::Test

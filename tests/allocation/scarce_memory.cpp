@@ -4,37 +4,50 @@
 #include <cstdlib>
 #include <new>
 
+#include "tests/allocation/failing_system.h"
+
 namespace Morquil::Test {
 namespace {
 
-constexpr long plenty = -1;
+constexpr long noAllocation = -1;
 
-std::atomic<long> allocationsLeft{plenty};
+std::atomic<long> failingAllocation{noAllocation};
+std::atomic<long> nextAllocation{0};
 std::atomic<bool> failuresLast{false};
 std::atomic<bool> hasRunOut{false};
 std::atomic<long> liveAllocations{0};
+std::atomic<std::size_t> liveBytes{0};
 thread_local bool isExempt = false;
 
-bool Grants() {
-    if (isExempt || allocationsLeft == plenty) {
-        return true;
-    }
-    if (allocationsLeft.load() == 0) {
-        return !failuresLast && hasRunOut;
-    }
-    if (--allocationsLeft != 0) {
-        return true;
-    }
-    hasRunOut = true;
-    return false;
-}
+// Stands before every piece of memory: who gives it back may be exempt where who took it was not.
+struct alignas(std::max_align_t) Header {
+    std::size_t size;
+    bool counts;
+};
 
 void* Allocate(std::size_t size) {
-    void* const memory = Grants() ? std::malloc(size != 0 ? size : 1) : nullptr;
-    if (memory != nullptr) {
-        ++liveAllocations;
+    void* const memory = ScarceMemory::Grants() ? PlainMemory(sizeof(Header) + size) : nullptr;
+    if (memory == nullptr) {
+        return nullptr;
     }
-    return memory;
+    auto* const header = new (memory) Header{size, !isExempt};
+    if (header->counts) {
+        ++liveAllocations;
+        liveBytes += size;
+    }
+    return header + 1;
+}
+
+void GiveBack(void* memory) {
+    if (memory == nullptr) {
+        return;
+    }
+    Header* const header = static_cast<Header*>(memory) - 1;
+    if (header->counts) {
+        --liveAllocations;
+        liveBytes -= header->size;
+    }
+    std::free(header);
 }
 
 }  // namespace
@@ -42,15 +55,30 @@ void* Allocate(std::size_t size) {
 ScarceMemory::ScarceMemory(long index, bool lasting) {
     failuresLast = lasting;
     hasRunOut = false;
-    allocationsLeft = index + 1;
+    nextAllocation = 0;
+    failingAllocation = index;
 }
 
 ScarceMemory::~ScarceMemory() {
-    allocationsLeft = plenty;
+    failingAllocation = noAllocation;
 }
 
 bool ScarceMemory::HasRunOut() {
     return hasRunOut;
+}
+
+bool ScarceMemory::Grants() {
+    const long failing = failingAllocation;
+    // In this order: where the thread's own variables are made at first use, that asks here, too.
+    if (failing == noAllocation || isExempt) {
+        return true;
+    }
+    const long number = nextAllocation++;
+    if (number < failing || (number > failing && !failuresLast)) {
+        return true;
+    }
+    hasRunOut = true;
+    return false;
 }
 
 Exempt::Exempt(bool exempt) : before_(isExempt) {
@@ -63,6 +91,10 @@ Exempt::~Exempt() {
 
 long LiveAllocations() {
     return liveAllocations;
+}
+
+std::size_t LiveBytes() {
+    return liveBytes;
 }
 
 }  // namespace Morquil::Test
@@ -79,11 +111,8 @@ void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
     return Morquil::Test::Allocate(size);
 }
 void operator delete(void* memory) noexcept {
-    if (memory != nullptr) {
-        --Morquil::Test::liveAllocations;
-        std::free(memory);
-    }
+    Morquil::Test::GiveBack(memory);
 }
 void operator delete(void* memory, std::size_t /*size*/) noexcept {
-    ::operator delete(memory);
+    Morquil::Test::GiveBack(memory);
 }

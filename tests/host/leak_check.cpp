@@ -1,47 +1,50 @@
-// After every test no thread, socket or handle is left over.
+// After every test no thread, socket, handle or object of the library is left over.
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <thread>
 
-#include "tests/host/complete_device.h"
-#include "tests/host/host.h"
+#include "tests/leak_check/setup.h"
 #include "tests/support/process_counts.h"
-#include "tests/support/scripted_device.h"
 
 namespace Morquil::Test {
 namespace {
 
 struct Counts {
-    std::size_t threads = Testing::ThreadCount();
-    std::size_t handles = Testing::OpenHandleCount();
+    std::size_t threads = 0;
+    std::size_t handles = 0;
+    unsigned long references = 0;
 };
+
+Counts CountNow() {
+    return {Testing::ThreadCount(), Testing::OpenHandleCount(), Testing::LiveReferences()};
+}
 
 class LeakCheck final : public testing::EmptyTestEventListener {
 public:
     void OnTestProgramStart(const testing::UnitTest& /*program*/) override {
-        // What libraries make once, at the first use, and keep.
-        Testing::ScriptedDevice device(CompleteDevice());
-        Disconnect(Connect(device.Address()).device);
-        allowed_ = {Testing::ThreadCount() + Testing::systemsOwn.threads,
-                    Testing::OpenHandleCount() + Testing::systemsOwn.handles};
+        Testing::WarmUp();
+        allowed_ = CountNow();
+        allowed_.threads += Testing::systemsOwn.threads;
+        allowed_.handles += Testing::systemsOwn.handles + Testing::HandlesLeftOnPurpose();
     }
 
     void OnTestEnd(const testing::TestInfo& test) override {
         // A thread that has done its last work for the library goes when the system lets it; nobody tells when.
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-        Counts after;
+        Counts after = CountNow();
         while (IsMore(after) && std::chrono::steady_clock::now() < deadline) {
             std::this_thread::yield();
-            after = Counts();
+            after = CountNow();
         }
         EXPECT_LE(after.threads, allowed_.threads) << test.name() << " leaves threads behind";
         EXPECT_LE(after.handles, allowed_.handles) << test.name() << " leaves handles behind";
+        EXPECT_EQ(after.references, 0U) << test.name() << " leaves references to the discovery object behind";
     }
 
 private:
     bool IsMore(const Counts& after) const {
-        return after.threads > allowed_.threads || after.handles > allowed_.handles;
+        return after.threads > allowed_.threads || after.handles > allowed_.handles || after.references != 0;
     }
 
     Counts allowed_;

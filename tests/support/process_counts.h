@@ -17,6 +17,9 @@ struct SystemsOwn {
 };
 extern const SystemsOwn systemsOwn;
 
+/// How many handles an attempt to connect keeps that nobody ends, when the device has hung up.
+extern const std::size_t handlesOfAnAttempt;
+
 /// How many bytes of memory this process occupies.
 std::size_t ProcessMemory();
 

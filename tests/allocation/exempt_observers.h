@@ -1,0 +1,29 @@
+#pragma once
+
+#include "tests/allocation/scarce_memory.h"
+#include "tests/device/recording_observers.h"
+
+namespace Morquil::Test {
+
+// Told on the library's threads, and in need of memory of their own.
+class ExemptConnectionObserver final : public Testing::RecordingObserver<IMorquilConnectionObserver> {
+public:
+    STDMETHODIMP Connected() override {
+        const Exempt test;
+        return Note("connected");
+    }
+    STDMETHODIMP Disconnected(_MorquilConnectToFailure /*reason*/) override {
+        const Exempt test;
+        return Note("disconnected");
+    }
+};
+
+class ExemptPropertyObserver final : public Testing::RecordingObserver<IMorquilPropertyObserver> {
+public:
+    STDMETHODIMP PropertyChanged(_MorquilPropertySetId id) override {
+        const Exempt test;
+        return Note(Testing::FourCharacters(id));
+    }
+};
+
+}  // namespace Morquil::Test

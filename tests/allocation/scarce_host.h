@@ -1,0 +1,80 @@
+#pragma once
+
+#include <functional>
+#include <initializer_list>
+#include <memory>
+#include <string>
+
+#include "device/device.h"
+#include "tests/allocation/exempt_observers.h"
+#include "tests/allocation/scarce_memory.h"
+#include "tests/platform/owned_bstr.h"
+#include "tests/support/fake_comms.h"
+#include "tests/support/temporary_folder.h"
+
+namespace Morquil::Test {
+
+/// A host whose memory may run out, and the device that it knows. Each act checks that its result is a stated one: that
+/// of success, or one that it names while memory has run out.
+class ScarceHost {
+public:
+    ScarceHost();
+    /// Lets the device go and waits until nobody has any part of it any more.
+    ~ScarceHost();
+    ScarceHost(const ScarceHost&) = delete;
+    ScarceHost& operator=(const ScarceHost&) = delete;
+
+    void Create();
+    void Connect();
+    void ConnectAsync();
+    /// The same, without an end that is waited for.
+    void BeginConnect();
+    /// Creates and connects; both observers are added.
+    void CreateConnected();
+    void Disconnect();
+    void Release();
+
+    void AddObservers();
+    void RemoveObservers();
+    /// The device reports what it has not said before.
+    void Report();
+    void SaveSettings();
+    void LoadSettings();
+
+    /// Runs a setter and waits until `isDone` and the device's answers have been read, or the connection has gone.
+    void Set(const std::function<HRESULT()>& setter, const std::function<bool()>& isDone);
+    /// Runs a getter of a text.
+    void GetText(const std::function<HRESULT(BSTR*)>& getter);
+
+    /// The feature object behind an interface, without a reference of its own.
+    template <class Interface>
+    Interface* Feature(const IID& iid) const {
+        void* out = nullptr;
+        if (device->QueryInterface(iid, &out) == S_OK) {
+            device->Release();
+        }
+        return static_cast<Interface*>(out);
+    }
+    bool HasSent(const std::string& what) const { return link.Sent().find(what) != std::string::npos; }
+
+    CMorquilDevice* device = nullptr;
+    const OwnedBstr longText{Utf16{OLESTR("a name that is longer than what a small text holds")}};
+
+private:
+    bool HasHeardEveryAnswer() const;
+    bool HasGone() const;
+    void AwaitThat(const std::function<bool()>& isDone) const;
+
+    const OwnedBstr address_{Utf16{OLESTR("a-device-whose-name-is-long.test")}};
+    const TemporaryFolder folder_;
+    const std::string file_ = folder_.PathOf("settings.txt");
+    const OwnedBstr path_{Utf16(file_.begin(), file_.end())};
+    Testing::Held<ExemptConnectionObserver> connectionObserver_;
+    Testing::Held<ExemptPropertyObserver> propertyObserver_;
+    bool isConnecting_ = false;  // or has connected; the observer is told of the end
+
+public:
+    Testing::FakeConnection link;
+};
+
+}  // namespace Morquil::Test

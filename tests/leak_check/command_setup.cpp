@@ -1,0 +1,24 @@
+// The command leaves an attempt to connect that does not end in time to the process, which ends with it: what such an
+// attempt can be woken with stays.
+#include "tests/command/invocation.h"
+#include "tests/host/complete_device.h"
+#include "tests/leak_check/setup.h"
+#include "tests/support/process_counts.h"
+
+namespace Morquil::Testing {
+
+void WarmUp() {
+    ScriptedDevice device(Test::CompleteDevice());
+    Test::RunCommand(device.Address(), {"get", "device.name"});
+}
+
+std::size_t HandlesLeftOnPurpose() {
+    constexpr std::size_t attemptsThatTimeOut = 3;
+    return attemptsThatTimeOut * handlesOfAnAttempt;
+}
+
+unsigned long LiveReferences() {
+    return 0;
+}
+
+}  // namespace Morquil::Testing

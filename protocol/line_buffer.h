@@ -57,10 +57,11 @@ private:
     void Copy(std::string_view received, std::string_view run) {
         char* const to = bytes_.data() + slack + length_;
         const char* const end = run.data() + run.size();
-        const bool isShort = run.size() <= slack;
-        if (isShort && static_cast<std::size_t>(received.data() + received.size() - run.data()) >= slack) {
+        if (run.size() > slack) {  // NOLINT(bugprone-branch-clone): most runs are told apart here, and by nothing else
+            std::memcpy(to, run.data(), run.size());
+        } else if (static_cast<std::size_t>(received.data() + received.size() - run.data()) >= slack) {
             std::memcpy(to, run.data(), slack);
-        } else if (isShort && length_ == 0 && static_cast<std::size_t>(end - received.data()) >= slack) {
+        } else if (length_ == 0 && static_cast<std::size_t>(end - received.data()) >= slack) {
             std::memcpy(to + run.size() - slack, end - slack, slack);
         } else {
             std::memcpy(to, run.data(), run.size());

@@ -23,7 +23,7 @@ public:
     void* Get() { return &face_; }
 
     /// Waits up to `seconds` until `count` calls have been made. Returns: whether they were.
-    bool AwaitCalls(std::size_t count, int seconds = 10);
+    bool AwaitCalls(std::size_t count, int seconds = 30);
     /// Waits up to 10 s until `condition` holds, which is asked after every call with the lock held.
     bool Await(const std::function<bool()>& condition, int seconds = 10);
     /// Waits up to 10 s until the library holds no reference.

@@ -20,6 +20,7 @@ using ThreadMain = void*(void*);
 
 }  // namespace
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker chooses these names
 extern "C" {
 
 void* __real_malloc(std::size_t size);
@@ -72,6 +73,7 @@ int __wrap_pthread_create(pthread_t* thread, const pthread_attr_t* attributes, T
 }
 
 }  // extern "C"
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace Morquil::Test {
 

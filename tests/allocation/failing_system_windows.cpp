@@ -13,6 +13,7 @@
 
 using Morquil::Test::ScarceMemory;
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker chooses these names
 extern "C" {
 
 extern decltype(&SysAllocStringLen) __real___imp_SysAllocStringLen;
@@ -23,6 +24,7 @@ extern decltype(&CreateThread) __real___imp_CreateThread;
 extern decltype(&CreateThread) __wrap___imp_CreateThread;
 
 }  // extern "C"
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace {
 

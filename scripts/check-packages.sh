@@ -33,7 +33,7 @@ package_files() { printf "$PWD/build/packages/%s_*.deb " $package_names; }
 
 # in_own_root COMMAND...: runs in a root that is this machine's, and forgets what is changed there. build/ is the same.
 in_own_root() {
-    local layers
+    local layers status
     layers=$(mktemp --directory)
     mkdir "$layers/changed" "$layers/work" "$layers/root"
     # shellcheck disable=SC2016  # the inner shell's own words

@@ -8,7 +8,8 @@ cd "$(dirname "$0")/.."
 . scripts/flavours.sh
 
 check_format() {
-    git ls-files '*.cpp' '*.h' '*.hpp' '*.c' | xargs clang-format --dry-run --Werror
+    find . \( -path './build*' -o -path ./.git \) -prune -o -regex '.*\.\(cpp\|h\|hpp\|c\)' -print0 |
+        xargs -0 clang-format --dry-run --Werror
     echo "  ok      formatting"
 }
 

@@ -9,8 +9,7 @@
 class CMorquilAlign final : public Morquil::Feature<IMorquilAlign, Morquil::AlignChangeSet,
                                                     Morquil::VariableAspectRatioAvailabilityChangeSet> {
 public:
-    CMorquilAlign(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilAlignPropertySetId) {}
+    CMorquilAlign(IUnknown& owner, Morquil::IMessageQueue& queue) : Feature(owner, queue, morquilAlignPropertySetId) {}
 
     STDMETHODIMP SetSizeX(double size) override;
     STDMETHODIMP GetSizeX(double* size) override;

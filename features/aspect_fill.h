@@ -7,8 +7,8 @@
 class CMorquilAspectFill final : public Morquil::Feature<IMorquilAspectFill, Morquil::VideoAdjustChangeSet,
                                                          Morquil::VideoAdjustAvailabilityChangeSet> {
 public:
-    CMorquilAspectFill(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilAspectFillPropertySetId, Morquil::AvailabilityChange::IsSilent) {}
+    CMorquilAspectFill(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilAspectFillPropertySetId, Morquil::AvailabilityChange::IsSilent) {}
 
     STDMETHODIMP SetLuma(unsigned int level) override;
     STDMETHODIMP GetLuma(unsigned int* level) override;

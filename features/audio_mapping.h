@@ -7,8 +7,8 @@
 class CMorquilAudioMapping final
     : public Morquil::Feature<IMorquilAudioMapping, Morquil::AudioChangeSet, Morquil::AudioAvailabilityChangeSet> {
 public:
-    CMorquilAudioMapping(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilAudioMappingPropertySetId) {}
+    CMorquilAudioMapping(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilAudioMappingPropertySetId) {}
 
     STDMETHODIMP SetAudioGain(int gain) override;
     STDMETHODIMP GetAudioGain(int* gain) override;

@@ -7,8 +7,8 @@
 class CMorquilClosedCaption final : public Morquil::Feature<IMorquilClosedCaption, Morquil::AncillaryDataChangeSet,
                                                             Morquil::AncillaryDataAvailabilityChangeSet> {
 public:
-    CMorquilClosedCaption(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilClosedCaptionPropertySetId) {}
+    CMorquilClosedCaption(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilClosedCaptionPropertySetId) {}
 
     STDMETHODIMP SetEnabled(LONG enabled) override;
     STDMETHODIMP GetEnabled(LONG* enabled) override;

@@ -7,8 +7,8 @@
 class CMorquilColorCorrection final : public Morquil::Feature<IMorquilColorCorrection, Morquil::VideoAdjustChangeSet,
                                                               Morquil::VideoAdjustAvailabilityChangeSet> {
 public:
-    CMorquilColorCorrection(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilColorCorrectionPropertySetId, Morquil::AvailabilityChange::IsSilent) {}
+    CMorquilColorCorrection(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilColorCorrectionPropertySetId, Morquil::AvailabilityChange::IsSilent) {}
 
     STDMETHODIMP SetRed(int red) override;
     STDMETHODIMP GetRed(int* red) override;

@@ -7,8 +7,8 @@
 class CMorquilDeviceFilenames final
     : public Morquil::Feature<IMorquilDeviceFilenames, Morquil::DeviceFilenamesChangeSet> {
 public:
-    CMorquilDeviceFilenames(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilDeviceFilenamesPropertySetId) {}
+    CMorquilDeviceFilenames(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilDeviceFilenamesPropertySetId) {}
 
     STDMETHODIMP GetStillFrameName(BSTR* name) override;
     STDMETHODIMP SetStillFrameName(BSTR name) override;

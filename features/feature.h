@@ -19,7 +19,7 @@
 #include "protocol/block.h"
 #include "protocol/cut_detector.h"
 #include "protocol/message.h"
-#include "transport/morquil_text_protocol_client.h"
+#include "transport/message_queue.h"
 
 namespace Morquil {
 
@@ -37,10 +37,10 @@ enum class AvailabilityChange { IsTold, IsSilent };
 template <class Interface, class Set, class AvailabilitySet = NoAvailability>
 class Feature : public Interface, public FeatureBase {
 public:
-    /// `owner` counts for the object, `client` sends for it; both outlive it.
-    Feature(IUnknown& owner, MorquilTextProtocolClient& client, _MorquilPropertySetId propertySet,
+    /// `owner` counts for the object, `queue` takes what it sends; both outlive it.
+    Feature(IUnknown& owner, IMessageQueue& queue, _MorquilPropertySetId propertySet,
             AvailabilityChange availabilityChange = AvailabilityChange::IsTold)
-        : FeatureBase(propertySet), owner_(owner), client_(client), availabilityChange_(availabilityChange) {}
+        : FeatureBase(propertySet), owner_(owner), queue_(queue), availabilityChange_(availabilityChange) {}
 
     STDMETHODIMP QueryInterface(REFIID iid, void** out) override { return owner_.QueryInterface(iid, out); }
     STDMETHODIMP_(ULONG) AddRef() override { return owner_.AddRef(); }
@@ -226,7 +226,7 @@ protected:
     }
 
     // Setters. Each queues a message with just what it changes; the copy stays as it is.
-    // E_INVALIDARG as the setter says, E_OUTOFMEMORY, else what the client says of the queueing.
+    // E_INVALIDARG as the setter says, E_OUTOFMEMORY, else what the queue returns.
 
     /// Any value. A number, or an enumeration whose values nobody checks.
     template <class Owner, class FieldType, class Value>
@@ -350,7 +350,7 @@ private:
         try {
             auto message = std::make_unique<TextProtocolMessage<Set>>();
             const HRESULT filled = fill(static_cast<Set&>(*message));
-            return filled == S_OK ? client_.Queue(std::move(message)) : filled;
+            return filled == S_OK ? queue_.Queue(std::move(message)) : filled;
         } catch (const std::bad_alloc&) {
             return E_OUTOFMEMORY;
         }
@@ -373,7 +373,7 @@ private:
     }
 
     IUnknown& owner_;
-    MorquilTextProtocolClient& client_;
+    IMessageQueue& queue_;
     const AvailabilityChange availabilityChange_;
 
     /// Held for a copy or a comparison only: a getter never waits for the network or an observer.

@@ -8,8 +8,8 @@ class CMorquilInputConfiguration final
     : public Morquil::Feature<IMorquilInputConfiguration, Morquil::VideoInputChangeSet,
                               Morquil::VideoInputAvailabilityChangeSet> {
 public:
-    CMorquilInputConfiguration(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilInputConfigurationPropertySetId) {}
+    CMorquilInputConfiguration(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilInputConfigurationPropertySetId) {}
 
     STDMETHODIMP SetAutoDetectionEnabled(LONG enabled) override;
     STDMETHODIMP GetAutoDetectionEnabled(LONG* enabled) override;

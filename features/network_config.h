@@ -6,8 +6,8 @@
 /// The device's place in the network. Only its name can be set.
 class CMorquilNetworkConfig final : public Morquil::Feature<IMorquilNetworkConfig, Morquil::NetworkConfigChangeSet> {
 public:
-    CMorquilNetworkConfig(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilNetworkConfigPropertySetId) {}
+    CMorquilNetworkConfig(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilNetworkConfigPropertySetId) {}
 
     STDMETHODIMP GetFriendlyName(BSTR* name) override;
     STDMETHODIMP SetFriendlyName(BSTR name) override;

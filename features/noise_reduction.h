@@ -7,8 +7,8 @@
 class CMorquilNoiseReduction final : public Morquil::Feature<IMorquilNoiseReduction, Morquil::NoiseReductionChangeSet,
                                                              Morquil::NoiseReductionAvailabilityChangeSet> {
 public:
-    CMorquilNoiseReduction(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilNoiseReductionPropertySetId) {}
+    CMorquilNoiseReduction(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilNoiseReductionPropertySetId) {}
 
     STDMETHODIMP SetEnabled(LONG enabled) override;
     STDMETHODIMP GetEnabled(LONG* enabled) override;

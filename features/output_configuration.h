@@ -8,8 +8,8 @@ class CMorquilOutputConfiguration final
     : public Morquil::Feature<IMorquilOutputConfiguration, Morquil::VideoOutputChangeSet,
                               Morquil::VideoOutputAvailabilityChangeSet> {
 public:
-    CMorquilOutputConfiguration(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilOutputConfigurationPropertySetId, Morquil::AvailabilityChange::IsSilent) {}
+    CMorquilOutputConfiguration(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilOutputConfigurationPropertySetId, Morquil::AvailabilityChange::IsSilent) {}
 
     STDMETHODIMP SetVideoMode(_MorquilAPIVideoMode mode) override;
     STDMETHODIMP GetVideoMode(_MorquilAPIVideoMode* mode) override;

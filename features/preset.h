@@ -9,8 +9,8 @@
 class CMorquilPreset final
     : public Morquil::Feature<IMorquilPreset, Morquil::PresetChangeSet, Morquil::PresetAvailabilityChangeSet> {
 public:
-    CMorquilPreset(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilPresetPropertySetId) {}
+    CMorquilPreset(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilPresetPropertySetId) {}
 
     STDMETHODIMP SavePreset(int preset) override;
     STDMETHODIMP RecallPreset(int preset) override;

@@ -7,8 +7,8 @@
 class CMorquilTestPattern final : public Morquil::Feature<IMorquilTestPattern, Morquil::TestPatternChangeSet,
                                                           Morquil::TestPatternAvailabilityChangeSet> {
 public:
-    CMorquilTestPattern(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilTestPatternPropertySetId) {}
+    CMorquilTestPattern(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilTestPatternPropertySetId) {}
 
     STDMETHODIMP SetOutput(_MorquilAPITestPattern pattern) override;
     STDMETHODIMP GetOutput(_MorquilAPITestPattern* pattern) override;

@@ -7,8 +7,8 @@
 class CMorquilTimecode final : public Morquil::Feature<IMorquilTimecode, Morquil::AncillaryDataChangeSet,
                                                        Morquil::AncillaryDataAvailabilityChangeSet> {
 public:
-    CMorquilTimecode(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilTimecodePropertySetId) {}
+    CMorquilTimecode(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilTimecodePropertySetId) {}
 
     STDMETHODIMP SetMode(_MorquilAPITimecodeMode mode) override;
     STDMETHODIMP GetMode(_MorquilAPITimecodeMode* mode) override;

@@ -8,8 +8,8 @@ class CMorquilVariableAspectRatio final
     : public Morquil::Feature<IMorquilVariableAspectRatio, Morquil::VariableAspectRatioChangeSet,
                               Morquil::VariableAspectRatioAvailabilityChangeSet> {
 public:
-    CMorquilVariableAspectRatio(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilVariableAspectRatioPropertySetId) {}
+    CMorquilVariableAspectRatio(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilVariableAspectRatioPropertySetId) {}
 
     STDMETHODIMP SetSizeX(double size) override;
     STDMETHODIMP GetSizeX(double* size) override;

@@ -7,8 +7,8 @@
 class CMorquilVideoAdvanced final : public Morquil::Feature<IMorquilVideoAdvanced, Morquil::VideoAdvancedChangeSet,
                                                             Morquil::VideoAdvancedAvailabilityChangeSet> {
 public:
-    CMorquilVideoAdvanced(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilVideoAdvancedPropertySetId) {}
+    CMorquilVideoAdvanced(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilVideoAdvancedPropertySetId) {}
 
     STDMETHODIMP SetCleanCadence(LONG enabled) override;
     STDMETHODIMP GetCleanCadence(LONG* enabled) override;

@@ -7,8 +7,8 @@
 class CMorquilVideoClip final : public Morquil::Feature<IMorquilVideoClip, Morquil::VideoAdjustChangeSet,
                                                         Morquil::VideoAdjustAvailabilityChangeSet> {
 public:
-    CMorquilVideoClip(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilVideoClipPropertySetId, Morquil::AvailabilityChange::IsSilent) {}
+    CMorquilVideoClip(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilVideoClipPropertySetId, Morquil::AvailabilityChange::IsSilent) {}
 
     STDMETHODIMP SetLumaLow(unsigned int level) override;
     STDMETHODIMP GetLumaLow(unsigned int* level) override;

@@ -7,8 +7,8 @@
 class CMorquilVideoIndex final : public Morquil::Feature<IMorquilVideoIndex, Morquil::AncillaryDataChangeSet,
                                                          Morquil::AncillaryDataAvailabilityChangeSet> {
 public:
-    CMorquilVideoIndex(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilVideoIndexPropertySetId) {}
+    CMorquilVideoIndex(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilVideoIndexPropertySetId) {}
 
     STDMETHODIMP SetIndexReaction(_MorquilAPIVideoIndexReaction reaction) override;
     STDMETHODIMP GetIndexReaction(_MorquilAPIVideoIndexReaction* reaction) override;

@@ -7,8 +7,8 @@
 class CMorquilVideoProcAmp final : public Morquil::Feature<IMorquilVideoProcAmp, Morquil::VideoProcAmpChangeSet,
                                                            Morquil::VideoProcAmpAvailabilityChangeSet> {
 public:
-    CMorquilVideoProcAmp(IUnknown& owner, Morquil::MorquilTextProtocolClient& client)
-        : Feature(owner, client, morquilVideoProcAmpPropertySetId, Morquil::AvailabilityChange::IsSilent) {}
+    CMorquilVideoProcAmp(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, morquilVideoProcAmpPropertySetId, Morquil::AvailabilityChange::IsSilent) {}
 
     STDMETHODIMP SetGain(int gain) override;
     STDMETHODIMP GetGain(int* gain) override;

@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "protocol/block.h"
+#include "protocol/blocks/all.h"
 #include "protocol/sink.h"
 
 namespace Morquil {

@@ -1,8 +1,39 @@
 #pragma once
 
-#include "protocol/blocks/all.h"
-
 namespace Morquil {
+
+struct ProtocolPreambleChangeSet;
+struct MorquilDeviceChangeSet;
+struct VideoInputChangeSet;
+struct VideoInputAvailabilityChangeSet;
+struct VideoOutputChangeSet;
+struct VideoOutputAvailabilityChangeSet;
+struct SupportedConversionsChangeSet;
+struct VideoProcAmpChangeSet;
+struct VideoProcAmpAvailabilityChangeSet;
+struct VideoAdjustChangeSet;
+struct VideoAdjustAvailabilityChangeSet;
+struct NoiseReductionChangeSet;
+struct NoiseReductionAvailabilityChangeSet;
+struct TestPatternChangeSet;
+struct TestPatternAvailabilityChangeSet;
+struct VideoAdvancedChangeSet;
+struct VideoAdvancedAvailabilityChangeSet;
+struct AncillaryDataChangeSet;
+struct AncillaryDataAvailabilityChangeSet;
+struct GenlockChangeSet;
+struct GenlockAvailabilityChangeSet;
+struct VariableAspectRatioChangeSet;
+struct VariableAspectRatioAvailabilityChangeSet;
+struct AlignChangeSet;
+struct AudioChangeSet;
+struct AudioAvailabilityChangeSet;
+struct Mode3DChangeSet;
+struct Mode3DAvailabilityChangeSet;
+struct NetworkConfigChangeSet;
+struct DeviceFilenamesChangeSet;
+struct PresetChangeSet;
+struct PresetAvailabilityChangeSet;
 
 /// Receives what the parser reads. Each block arrives with the parser's own change set, which lives on until the next
 /// header of that block: a sink copies what it keeps.

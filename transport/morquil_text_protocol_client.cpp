@@ -1,10 +1,17 @@
 #include "transport/morquil_text_protocol_client.h"
 
+#include <utility>
+
 namespace Morquil {
 
 MorquilTextProtocolClient::MorquilTextProtocolClient(std::unique_ptr<AbstractComms> comms)
     : TextProtocolClient(std::move(comms)) {
     parser_.SetSink(this);
+}
+
+HRESULT MorquilTextProtocolClient::QueueInSlot(PendingSlot slot, std::unique_ptr<TextProtocolMessageBase> message) {
+    const bool stored = pending_.Add(slot, std::move(message));
+    return !stored || WakeSender() ? S_OK : E_FAIL;
 }
 
 std::unique_ptr<TextProtocolMessageBase> MorquilTextProtocolClient::TakeNextMessage() {

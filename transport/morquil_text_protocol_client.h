@@ -1,13 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
-#include <new>
 #include <string>
-#include <utility>
 
 #include "MorquilAPI.h"
 #include "protocol/morquil_text_protocol_parser.h"
 #include "protocol/sink.h"
+#include "transport/message_queue.h"
 #include "transport/pending_messages.h"
 #include "transport/sent_texts.h"
 #include "transport/text_protocol_client.h"
@@ -16,19 +16,9 @@ namespace Morquil {
 
 /// The client for this protocol's blocks: parses what arrives, keeps what waits to be sent and remembers what was sent,
 /// so that a device's answer can be told from a change made elsewhere. A derived class receives the blocks.
-class MorquilTextProtocolClient : public TextProtocolClient, public IMorquilTextProtocolSink {
+class MorquilTextProtocolClient : public TextProtocolClient, public IMorquilTextProtocolSink, public IMessageQueue {
 public:
     explicit MorquilTextProtocolClient(std::unique_ptr<AbstractComms> comms);
-
-    /// Queues a message; merges it into one of its type that still waits.
-    /// Ownership: takes `message`.
-    /// Threads:   any. Returns at once; the connection thread writes it later.
-    /// Returns:   S_OK, or E_FAIL when the connection thread could not be woken.
-    template <class Message>
-    HRESULT Queue(std::unique_ptr<Message> message) {
-        const bool stored = pending_.Add(std::move(message));
-        return !stored || WakeSender() ? S_OK : E_FAIL;
-    }
 
     void OnPing() override {}
     void OnAcknowledge(bool positive) override;
@@ -51,6 +41,8 @@ protected:
     bool IsListening() const { return parser_.HasSink(); }
 
 private:
+    HRESULT QueueInSlot(PendingSlot slot, std::unique_ptr<TextProtocolMessageBase> message) final;
+
     SentTexts sentTexts_;
     MorquilTextProtocolParser parser_;
     PendingMessages pending_;

@@ -1,5 +1,7 @@
 #include "transport/pending_messages.h"
 
+#include "core/lock.h"
+
 namespace Morquil {
 
 namespace {
@@ -15,6 +17,17 @@ template <class... Slots>
 constexpr std::array<bool, PendingMessages::slotCount> scannedSlots<std::tuple<Slots...>>{isScanned<Slots>...};
 
 }  // namespace
+
+bool PendingMessages::Add(PendingSlot slot, std::unique_ptr<TextProtocolMessageBase> message) {
+    QRN::Core::Lock lock(lock_);
+    std::unique_ptr<TextProtocolMessageBase>& waiting = slots_[slot.index];
+    if (waiting == nullptr) {
+        waiting = std::move(message);
+        return true;
+    }
+    slot.merge(*waiting, *message);
+    return false;
+}
 
 std::unique_ptr<TextProtocolMessageBase> PendingMessages::TakeNext() {
     QRN::Core::Lock lock(lock_);

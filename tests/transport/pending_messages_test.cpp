@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "protocol/blocks/all.h"
 #include "tests/core/threads.h"
 
 namespace Morquil {

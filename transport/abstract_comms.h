@@ -15,7 +15,7 @@ enum class CommsEvent : std::uint32_t {
     UserSignal    = 2,  ///< `signalUser` was signalled
     Readable      = 3,  ///< bytes may be waiting; told again only after a `Receive`
     Writable      = 4,  ///< the socket takes bytes; told once per arming and again after a `Send` that would block
-    SocketError   = 5,  ///< the connection is closed or broken
+    SocketError   = 5,  ///< the connection is closed or broken, and nothing is left to receive
     Timeout       = 6,  ///< nothing happened within the time-out of `SetWaitMode`
     WaitFailed    = 7,  ///< the system refused to wait
 };
@@ -72,8 +72,8 @@ public:
     virtual void Reserved2() {}  ///< keeps its slot
 
     /// Waits for the next event. Of things that happen together it tells stop, then send, then user, then the socket;
-    /// each wake-up once however often it was signalled. When the system reports the end of a connection
-    /// together with bytes, only the end is told.
+    /// each wake-up once however often it was signalled. The end of a connection is told after all bytes that came
+    /// before it have been received, unless Winsock reports both at once: then only the end is told.
     virtual CommsEvent WaitForEvent() = 0;
 
     /// Reads up to `length` bytes. `flags` are the system's.

@@ -4,6 +4,7 @@
 #include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -90,6 +91,12 @@ bool HasConnected(int socket) {
     return getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size) == 0 && error == 0 && HasPeer(socket);
 }
 
+// Whether the system holds bytes that have not been received. poll cannot tell them from the end of a connection.
+bool HasUnreadBytes(int socket) {
+    int count = 0;
+    return ioctl(socket, FIONREAD, &count) == 0 && count > 0;
+}
+
 }  // namespace
 
 bool PollComms::Initialise() {
@@ -163,6 +170,7 @@ void PollComms::Arm(int socket) {
     socket_ = socket;
     pending_.Clear();
     readAhead_.TellAgain();
+    hasEnded_ = false;
     tellReadable_ = tellWritable_ = tellGone_ = true;
 }
 
@@ -170,6 +178,7 @@ void PollComms::Close() {
     const FileDescriptor closes(socket_);
     socket_ = -1;
     stands_ = false;
+    hasEnded_ = false;
     readAhead_.Clear();
 }
 
@@ -193,14 +202,14 @@ void PollComms::Poll(const Deadline& deadline) {
     if (TakeSignal()) {
         return;
     }
-    const bool watchSocket = includeSocket_ && tellGone_;
-    const bool leftOver = includeSocket_ && readAhead_.IsUntold();
+    const bool watchSocket = includeSocket_ && !hasEnded_;
+    const bool isDue = includeSocket_ && IsSocketEventDue();
     std::array<pollfd, 2> watched{
         {{wakeUp_.Descriptor(), POLLIN, 0}, {watchSocket ? socket_ : notWatched, WatchedEvents(), 0}}};
-    const int result = PollUntil(watched, leftOver ? Deadline(0) : deadline);
+    const int result = PollUntil(watched, isDue ? Deadline(0) : deadline);
     if (result < 0) {
         pending_.AddOne(CommsEvent::WaitFailed);
-    } else if (result == 0 && !leftOver) {
+    } else if (result == 0 && !isDue) {
         pending_.AddOne(CommsEvent::Timeout);
     } else if (watched[wakeUpPlace].revents == 0) {
         pending_.AddSocket(Translate(watched[socketPlace].revents));
@@ -218,16 +227,29 @@ bool PollComms::TakeSignal() {
     return signal.has_value();
 }
 
+bool PollComms::HasUnread() const {
+    return !readAhead_.IsEmpty() || HasUnreadBytes(socket_);
+}
+
+// Whether there is something to tell that poll does not report: bytes that were read ahead, or the rest of a connection
+// that has ended.
+bool PollComms::IsSocketEventDue() const {
+    return readAhead_.IsUntold() || (hasEnded_ && (HasUnread() ? tellReadable_ : tellGone_));
+}
+
 short PollComms::WatchedEvents() const {
     const int events = POLLRDHUP | (tellReadable_ ? POLLIN : 0) | (tellWritable_ ? POLLOUT : 0);
     return static_cast<short>(events);
 }
 
-// What is told now is not told again before something new can have happened.
+// What is told now is not told again before something new can have happened. The end is told after the bytes before it
+// have been received.
 SocketState PollComms::Translate(short reported) {
+    hasEnded_ = hasEnded_ || (reported & (POLLRDHUP | POLLHUP | POLLERR | POLLNVAL)) != 0;
+    const bool hasUnread = hasEnded_ ? HasUnread() : (reported & POLLIN) != 0 || readAhead_.IsUntold();
     SocketState state;
-    state.gone = (reported & (POLLRDHUP | POLLHUP | POLLERR | POLLNVAL)) != 0;
-    state.readable = (reported & POLLIN) != 0 || readAhead_.IsUntold();
+    state.readable = tellReadable_ && hasUnread;
+    state.gone = hasEnded_ && !hasUnread && tellGone_;
     state.writable = (reported & POLLOUT) != 0;
     tellGone_ = tellGone_ && !state.gone;
     tellReadable_ = tellReadable_ && !state.readable;

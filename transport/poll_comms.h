@@ -34,11 +34,14 @@ private:
     bool AwaitConnection(int socket);
     void Poll(const Deadline& deadline);
     bool TakeSignal();
+    bool HasUnread() const;
+    bool IsSocketEventDue() const;
     short WatchedEvents() const;
     SocketState Translate(short reported);
 
     int socket_ = -1;
-    bool stands_ = false;  // the connection has been seen to stand
+    bool stands_ = false;    // the connection has been seen to stand
+    bool hasEnded_ = false;  // poll has reported the end; it is told when all bytes have been received
     std::uint32_t waitTimeoutMs_ = 0;
     bool includeSocket_ = false;
     Signals signals_;

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/host/host.h"
+#include <thread>
 
 namespace Morquil::Test {
 
@@ -18,6 +18,18 @@ std::string ToldOfLastWords(const Refusal& refusal) {
     EXPECT_TRUE(observer.AwaitCalls(1));
     const Strings told = observer.Told();
     return told.empty() ? "nothing" : told.front();
+}
+
+ConnectOutcome ConnectToLastWords(const Refusal& refusal) {
+    Testing::ScriptedDevice device;
+    std::thread refusing([&] {
+        EXPECT_TRUE(device.AwaitHost());
+        device.Send(refusal.greeting);
+        device.HangUp();
+    });
+    ConnectOutcome outcome = Connect(device.Address());
+    refusing.join();
+    return outcome;
 }
 
 }  // namespace Morquil::Test

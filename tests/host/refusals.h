@@ -3,6 +3,7 @@
 #include <string>
 
 #include "tests/host/complete_device.h"
+#include "tests/host/host.h"
 
 namespace Morquil::Test {
 
@@ -24,5 +25,8 @@ inline const Refusal refusals[] = {
 
 /// The first call of an observer whose device says why it refuses, and hangs up at once.
 std::string ToldOfLastWords(const Refusal& refusal);
+
+/// What a synchronous connect to such a device gives.
+ConnectOutcome ConnectToLastWords(const Refusal& refusal);
 
 }  // namespace Morquil::Test

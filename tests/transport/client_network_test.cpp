@@ -58,5 +58,19 @@ TEST_F(ClientOnTheNetwork, SaysThatTheConnectionHasEndedWhateverTheLastWordsWere
     }
 }
 
+TEST_F(ClientOnTheNetwork, HandsOverEverythingThatCameBeforeTheEndAndSaysTheLossOnce) {
+    for (const std::size_t length : {std::size_t{1}, std::size_t{1024}, std::size_t{100'000}}) {
+        testing::internal::CaptureStdout();
+        const std::size_t received = client.Received().size();
+        Start();
+        ASSERT_TRUE(peer->Send(std::string(length, 'x')));
+        peer->Close();
+        EXPECT_TRUE(client.AwaitThreadEnd());
+        client.Stop();
+        EXPECT_EQ(client.Received().size() - received, length);
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), std::string(length, 'x') + "Network error on the socket\n");
+    }
+}
+
 }  // namespace
 }  // namespace Morquil::Testing

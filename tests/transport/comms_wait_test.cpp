@@ -175,6 +175,67 @@ TEST_F(CommsTest, TellsTheEndOfAConnectionOnce) {
     EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
 }
 
+TEST_F(CommsTest, TellsTheEndAfterTheBytesThatCameBeforeIt) {
+    Connect();
+    ASSERT_TRUE(peer->Send("abcdef"));
+    peer->Close();
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(4), "abcd");
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(4), "ef");
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+}
+
+TEST_F(CommsTest, LosesNothingOfALongTextBeforeTheEnd) {
+    Connect();
+    const std::string sent(100'000, 'x');
+    ASSERT_TRUE(peer->Send(sent));
+    peer->Close();
+    std::string received;
+    CommsEvent event = comms->WaitForEvent();
+    for (; event == CommsEvent::Readable; event = comms->WaitForEvent()) {
+        received += Receive(1000);
+    }
+    EXPECT_EQ(event, CommsEvent::SocketError);
+    EXPECT_EQ(received, sent);
+}
+
+TEST_F(CommsTest, WaitsQuietlyForBytesBeforeTheEndToBeReceived) {
+    Connect();
+    ASSERT_TRUE(peer->Send("x"));
+    peer->Close();
+    ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
+    EXPECT_TRUE(comms->Signal(signalUser));
+    EXPECT_EQ(EventAtOnce(), CommsEvent::UserSignal);
+    EXPECT_EQ(Receive(), "x");
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
+}
+
+TEST_F(CommsTest, TellsAStopBeforeTheBytesThatCameBeforeTheEnd) {
+    Connect();
+    ASSERT_TRUE(peer->Send(std::string(20'000, 'x')));
+    peer->Close();
+    ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(1000).size(), 1000U);
+    EXPECT_TRUE(comms->Signal(signalStop));
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::StopRequested);
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+}
+
+TEST_F(CommsTest, TellsTheEndOfAConnectionOnceItIsLookedAt) {
+    Connect();
+    ASSERT_TRUE(peer->Send("x"));
+    peer->Close();
+    ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(), "x");
+    comms->SetWaitMode(false, 0);
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Timeout);
+    comms->SetWaitMode(true, longMs);
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
+}
+
 TEST_F(CommsTest, LeavesTheSocketOutWhenToldTo) {
     Connect();
     ASSERT_TRUE(peer->Send("x"));

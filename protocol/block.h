@@ -192,14 +192,22 @@ bool WriteBlock(IMessageSender& sender, const ChangeSetOf<Description>& set) {
     return header.bracketed ? sender.EndMessage() : true;
 }
 
-/// Takes over every field that `source` has and `target` lacks or holds differently. Returns whether there was any.
-/// Nothing ever becomes absent.
+/// Merges what a device has reported: takes over every field that `source` has and `target` lacks or holds differently.
+/// Returns whether there was any. Nothing ever becomes absent.
 template <class Set>
 bool Merge(Set& target, const Set& source) {
     bool changed = false;
     const auto mergeMember = [&](auto member) { changed |= MergeField(target.*member, source.*member); };
     std::apply([&](const auto&... row) { (row.ForEachMember(mergeMember), ...); }, Set::block.rows);
     return changed;
+}
+
+/// Merges what is to be sent: takes over every field that `source` has, whatever `target` holds. Nothing ever becomes
+/// absent.
+template <class Set>
+void Overwrite(Set& target, const Set& source) {
+    const auto overwriteMember = [&](auto member) { OverwriteField(target.*member, source.*member); };
+    std::apply([&](const auto&... row) { (row.ForEachMember(overwriteMember), ...); }, Set::block.rows);
 }
 
 /// Merges only the named members.

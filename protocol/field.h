@@ -129,4 +129,19 @@ bool MergeField(std::array<FieldType, count>& target, const std::array<FieldType
     return changed;
 }
 
+/// Unlike `MergeField` it takes over values that count as the same, such as a name in other letter case.
+template <class FieldType>
+void OverwriteField(FieldType& target, const FieldType& source) {
+    if (source.IsPresent()) {
+        target = source;
+    }
+}
+
+template <class FieldType, std::size_t count>
+void OverwriteField(std::array<FieldType, count>& target, const std::array<FieldType, count>& source) {
+    for (std::size_t index = 0; index < count; ++index) {
+        OverwriteField(target[index], source[index]);
+    }
+}
+
 }  // namespace Morquil

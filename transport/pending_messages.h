@@ -13,7 +13,8 @@
 
 namespace Morquil {
 
-/// The messages that wait to be sent, at most one of each type: a later one merges into the one that waits.
+/// The messages that wait to be sent, at most one of each type: a later one merges into the one that waits, and its
+/// values replace those that wait.
 class PendingMessages {
 public:
     static constexpr std::size_t slotCount = std::tuple_size_v<PendingSlots>;

@@ -76,8 +76,8 @@ constexpr PendingSlot PendingSlotOf() {
     constexpr std::size_t index = PendingSlotIndex<TextProtocolMessage<Set>>(std::make_index_sequence<count>());
     static_assert(index < count, "the message has no slot");
     return {.index = index, .merge = [](TextProtocolMessageBase& waiting, const TextProtocolMessageBase& later) {
-                Merge<Set>(static_cast<TextProtocolMessage<Set>&>(waiting),
-                           static_cast<const TextProtocolMessage<Set>&>(later));
+                Overwrite<Set>(static_cast<TextProtocolMessage<Set>&>(waiting),
+                               static_cast<const TextProtocolMessage<Set>&>(later));
             }};
 }
 

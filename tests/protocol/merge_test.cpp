@@ -209,6 +209,25 @@ TEST(Merge, KeepsAWaitingResetBesideALaterValue) {
     ExpectText(waiting, "VIDEO PROC AMP", "Gain: 5\nReset: true");
 }
 
+TEST(Overwrite, TakesANameThatDiffersOnlyInLetterCase) {
+    auto preset = SetOf<PresetChangeSet>("PRESET", "PresetName0: News\nPresetName1: Sport");
+    Overwrite(preset, SetOf<PresetChangeSet>("PRESET", "PresetName0: nEWS"));
+    ExpectText(preset, "PRESET", "PresetName0: nEWS\nPresetName1: Sport");
+}
+
+TEST(Overwrite, TakesWhatTheTargetLacksAndLeavesWhatTheSourceLacks) {
+    GenlockChangeSet target = Genlock("Line offset: 1\nPixel offset: 2");
+    Overwrite(target, Genlock("Type: Input\nLine offset: 3"));
+    ExpectText(target, "GENLOCK", "Type: Input\nLine offset: 3\nPixel offset: 2");
+}
+
+TEST(Overwrite, LeavesAWordAloneThatTheSourceLacks) {
+    const std::string lines = "Video mode: 720p50\nTransition setting: 5";
+    auto target = SetOf<VideoOutputChangeSet>("VIDEO OUTPUT", lines);
+    Overwrite(target, SetOf<VideoOutputChangeSet>("VIDEO OUTPUT", "Transition setting: -1"));
+    ExpectText(target, "VIDEO OUTPUT", lines);
+}
+
 TEST(Clear, MakesEveryFieldAbsent) {
     auto output = SetOf<VideoOutputChangeSet>("VIDEO OUTPUT",
                                               "Video mode: 720p50\nTransition setting: 5\nStill frame present: true");

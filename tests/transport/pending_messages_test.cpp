@@ -115,6 +115,31 @@ TEST(PendingMessages, MergeAMessageIntoTheOneOfItsTypeThatWaits) {
     EXPECT_EQ(pending.TakeNext(), nullptr);
 }
 
+/// The later of two values that received blocks would count as the same.
+TEST(PendingMessages, SendTheLastOfNamesThatDifferOnlyInLetterCase) {
+    PendingMessages pending;
+    for (const char* const name : {"studio", "Studio", "STUDIO"}) {
+        auto config = std::make_unique<NetworkConfigMessage>();
+        config->friendlyName.Set(name);
+        pending.Add(std::move(config));
+        auto preset = std::make_unique<PresetMessage>();
+        preset->presetName[0].Set(name);
+        pending.Add(std::move(preset));
+    }
+    EXPECT_EQ(TakeText(pending), "NETWORK CONFIG:\nFriendly name: STUDIO\n\n");
+    EXPECT_EQ(TakeText(pending), "PRESET:\nPresetName0: STUDIO\n\n");
+}
+
+TEST(PendingMessages, SendTheLastOfNumbersThatCompareEqual) {
+    PendingMessages pending;
+    for (const double size : {0.0, -0.0}) {
+        auto message = std::make_unique<VariableAspectRatioMessage>();
+        message->sizeXLeft.Set(size);
+        pending.Add(std::move(message));
+    }
+    EXPECT_EQ(TakeText(pending), "VARIABLE ASPECT RATIO:\nVariable Aspect Ratio size X left: -0.000000\n\n");
+}
+
 TEST(PendingMessages, KeepAWaitingResetBesideALaterValue) {
     PendingMessages pending;
     auto reset = std::make_unique<VideoProcAmpMessage>();

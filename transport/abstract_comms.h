@@ -88,6 +88,11 @@ public:
     /// Wakes the wait for the reason `which` (a `CommsSignal`). A signal nobody waits for is kept.
     /// Returns: false when `which` is no `CommsSignal` or `Initialise` has not succeeded.
     virtual bool Signal(int which) = 0;
+
+    /// After a `Send` that would block: waits until the socket may take bytes again, the connection breaks or
+    /// `signalStop` is signalled. May return early. What happens meanwhile, the stop included, stays for
+    /// `WaitForEvent`. A transport that does not override it has no such wait: the next `Send` is tried at once.
+    virtual void WaitUntilWritable() {}
 };
 
 }  // namespace Morquil

@@ -298,6 +298,21 @@ bool PollComms::Signal(int which) {
     return !signals_.Give(static_cast<CommsSignal>(which)) || wakeUp_.Signal();
 }
 
+// A signal other than the stop wakes the wait once and keeps. An end that leaves the socket open for sending does not
+// end the wait: a send would still block.
+void PollComms::WaitUntilWritable() {
+    const Signals::Wait wait(signals_);
+    std::array<pollfd, 2> watched{{{wakeUp_.Descriptor(), POLLIN, 0}, {socket_, POLLOUT, 0}}};
+    while (!signals_.Has(signalStop) && watched[socketPlace].revents == 0) {
+        if (PollUntil(watched, Deadline(unlimitedTimeout)) < 0) {
+            return;
+        }
+        if (watched[wakeUpPlace].revents != 0) {
+            wakeUp_.Take();
+        }
+    }
+}
+
 std::unique_ptr<AbstractComms> MakeComms() {
     return std::make_unique<PollComms>();
 }

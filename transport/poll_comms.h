@@ -28,6 +28,7 @@ public:
     int Receive(char* buffer, int length, int flags) override;
     int Send(const char* data, int length, int flags) override;
     bool Signal(int which) override;
+    void WaitUntilWritable() override;
 
 private:
     void Arm(int socket);

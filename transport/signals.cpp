@@ -26,6 +26,10 @@ bool Signals::Give(CommsSignal which) {
     return isNew && waiting_;
 }
 
+bool Signals::Has(CommsSignal which) const {
+    return (given_ & BitOf(which)) != 0;
+}
+
 std::optional<CommsEvent> Signals::TakeFirst() {
     for (const TakenAs& taken : signalEvents) {
         if (Take(taken.signal)) {
@@ -36,7 +40,7 @@ std::optional<CommsEvent> Signals::TakeFirst() {
 }
 
 bool Signals::Take(CommsSignal which) {
-    return (given_ & BitOf(which)) != 0 && (given_.fetch_and(~BitOf(which)) & BitOf(which)) != 0;
+    return Has(which) && (given_.fetch_and(~BitOf(which)) & BitOf(which)) != 0;
 }
 
 }  // namespace Morquil

@@ -15,6 +15,9 @@ public:
     /// Returns: whether the wait has to be woken.
     bool Give(CommsSignal which);
 
+    /// Whether the signal `which` was given and not taken yet.
+    bool Has(CommsSignal which) const;
+
     /// Takes the first signal there is, of stop, send and user; the others stay.
     std::optional<CommsEvent> TakeFirst();
     /// Takes the signal `which` alone. Returns: whether it was there.

@@ -256,7 +256,8 @@ void TextProtocolClient::SendFormatted(const char* format, ...) {
     }
 }
 
-/// A device that does not read is tried again and again, until it reads, the connection breaks or a stop is requested.
+/// A device that does not read is waited for until it reads, the connection breaks or a stop is requested. Only the
+/// connection thread may wait; a piece of any other thread is tried again at once.
 void TextProtocolClient::SendAll(const char* text, std::size_t length) {
     while (length > 0 && !stopRequested_) {
         const int sent = comms_->Send(text, static_cast<int>(length), 0);
@@ -268,6 +269,8 @@ void TextProtocolClient::SendAll(const char* text, std::size_t length) {
                 Stop();
             }
             return;
+        } else if (IsOnConnectionThread()) {
+            comms_->WaitUntilWritable();
         }
     }
 }

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "transport/connect_rules.h"
 #include "transport/make_comms.h"
@@ -159,6 +160,7 @@ void WSAComms::Arm(SOCKET socket) {
     }
     socket_ = socket;
     pending_.Clear();
+    collected_ = 0;
     readAhead_.TellAgain();
     SendAtOnce(socket);
     WSAEventSelect(socket, networkEvent_.Get(), watchedEvents);
@@ -169,6 +171,7 @@ void WSAComms::Close() {
     socket_ = INVALID_SOCKET;
     stands_ = false;
     endWaits_ = false;
+    collected_ = 0;
     readAhead_.Clear();
 }
 
@@ -194,7 +197,7 @@ void WSAComms::Wait(const Deadline& deadline) {
         return;
     }
     const bool endIsDue = endWaits_ && readAhead_.IsEmpty();
-    const bool leftOver = waitCount_ == allHandles && (readAhead_.IsUntold() || endIsDue);
+    const bool leftOver = waitCount_ == allHandles && (readAhead_.IsUntold() || endIsDue || collected_ != 0);
     const DWORD remaining = leftOver ? 0 : deadline.RemainingMs();
     const DWORD result = WSAWaitForMultipleEvents(waitCount_, waitHandles_.data(), FALSE, remaining, FALSE);
     if (result < WSA_WAIT_EVENT_0 + allButSocket) {
@@ -214,17 +217,26 @@ bool WSAComms::TakeSignal() {
     return signal.has_value();
 }
 
-// The wait has reset the event.
-SocketState WSAComms::EnumerateSocket() {
+// The system tells each event once. The wait has reset the event object. Returns: nothing when the system cannot tell.
+std::optional<long> WSAComms::TakeNetworkEvents() {
     WSANETWORKEVENTS found{};
+    if (WSAEnumNetworkEvents(socket_, nullptr, &found) != 0) {
+        return std::nullopt;
+    }
+    return found.lNetworkEvents;
+}
+
+SocketState WSAComms::EnumerateSocket() {
     SocketState state;
-    const bool failed = WSAEnumNetworkEvents(socket_, nullptr, &found) != 0;
-    const bool more = (found.lNetworkEvents & FD_READ) != 0;
-    const bool ended = endWaits_ || (found.lNetworkEvents & FD_CLOSE) != 0;
+    const std::optional<long> events = TakeNetworkEvents();
+    const long found = events.value_or(0) | std::exchange(collected_, 0);
+    const bool failed = !events.has_value();
+    const bool more = (found & FD_READ) != 0;
+    const bool ended = endWaits_ || (found & FD_CLOSE) != 0;
     // The system tells the end, once, when it has no more bytes; those that were read ahead come before it.
     endWaits_ = ended && !more && !readAhead_.IsEmpty();
     state.readable = more || readAhead_.IsUntold();
-    state.writable = (found.lNetworkEvents & FD_WRITE) != 0;
+    state.writable = (found & FD_WRITE) != 0;
     state.gone = failed || (ended && !endWaits_);
     readAhead_.Tell(more);
     return state;
@@ -257,6 +269,23 @@ bool WSAComms::Signal(int which) {
 
 bool WSAComms::Signal(CommsSignal which, const WindowsHandle& event) {
     return event.IsOpen() && (!signals_.Give(which) || SetEvent(event.Get()) != 0);
+}
+
+// A wake-up for another signal stays with the signal; what the socket has to tell is collected for the next wait.
+void WSAComms::WaitUntilWritable() {
+    const Signals::Wait wait(signals_);
+    const std::array<HANDLE, 2> handles{stopEvent_.Get(), networkEvent_.Get()};
+    while (!signals_.Has(signalStop)) {
+        const DWORD result = WSAWaitForMultipleEvents(2, handles.data(), FALSE, WSA_INFINITE, FALSE);
+        if (result == WSA_WAIT_EVENT_0) {
+            continue;
+        }
+        const std::optional<long> events = TakeNetworkEvents();
+        collected_ |= events.value_or(0);
+        if (result == WSA_WAIT_FAILED || !events || (*events & (FD_WRITE | FD_CLOSE)) != 0) {
+            return;
+        }
+    }
 }
 
 std::unique_ptr<AbstractComms> MakeComms() {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "transport/abstract_comms.h"
@@ -28,6 +29,7 @@ public:
     int Receive(char* buffer, int length, int flags) override;
     int Send(const char* data, int length, int flags) override;
     bool Signal(int which) override;
+    void WaitUntilWritable() override;
 
 private:
     void Arm(SOCKET socket);
@@ -36,6 +38,7 @@ private:
     void Wait(const Deadline& deadline);
     bool TakeSignal();
     bool Signal(CommsSignal which, const WindowsHandle& event);
+    std::optional<long> TakeNetworkEvents();
     SocketState EnumerateSocket();
 
     SOCKET socket_ = INVALID_SOCKET;
@@ -51,6 +54,7 @@ private:
     std::array<HANDLE, 4> waitHandles_{};  // stop, send, user, network: the first that is signalled wins
     DWORD waitCount_ = 0;
     PendingEvents pending_;
+    long collected_ = 0;  // network events that were found while waiting to send
     ReadAhead readAhead_;
     bool endWaits_ = false;  // the connection has ended; bytes that were read ahead are told first
 };

@@ -33,6 +33,7 @@ public:
     int Send(const char* data, int length, int flags) override
         { const Exempt test; return comms_->Send(data, length, flags); }
     bool Signal(int which) override { const Exempt test; return comms_->Signal(which); }
+    void WaitUntilWritable() override { const Exempt test; comms_->WaitUntilWritable(); }
     // clang-format on
 
 private:

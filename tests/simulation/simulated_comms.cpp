@@ -110,8 +110,6 @@ int SimulatedComms::Send(const char* data, int length, int) {
         return commsFailed;
     }
     if (World().Now() >= manners_.readsUntil) {
-        // Who tries again and again shall not keep the clock from going on.
-        World().Block([this] { return signals_[signalStop]; }, World().Now() + 20);
         isArmed_ = true;
         return commsWouldBlock;
     }
@@ -130,6 +128,11 @@ bool SimulatedComms::Signal(int which) {
     }
     signals_[static_cast<std::size_t>(which)] = true;
     return true;
+}
+
+/// The device never reads again.
+void SimulatedComms::WaitUntilWritable() {
+    World().Block([this] { return signals_[signalStop]; }, manners_.sendsFailFrom);
 }
 
 }  // namespace Morquil::Simulation

@@ -44,6 +44,7 @@ public:
     int Receive(char* buffer, int length, int flags) override;
     int Send(const char* data, int length, int flags) override;
     bool Signal(int which) override;
+    void WaitUntilWritable() override;
 
 private:
     bool IsSignalled() const { return signals_[0] || signals_[1] || signals_[2]; }

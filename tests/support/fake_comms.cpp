@@ -129,6 +129,13 @@ public:
         return true;
     }
 
+    void WaitUntilWritable() override {
+        auto lock = Monitor::Enter();
+        ++connection_.sendWaits_;
+        Monitor::Changed();
+        Monitor::WaitUntil(lock, [&] { return connection_.signals_[signalStop] || connection_.sendsToBlock_ >= 0; });
+    }
+
 private:
     FakeConnection& connection_;
     bool includeSocket_ = true;
@@ -207,6 +214,10 @@ bool FakeConnection::AwaitSends(std::size_t count) const {
 
 bool FakeConnection::AwaitBlockedSends(int count) const {
     return Monitor::Await([&] { return blockedSends_ >= count; });
+}
+
+bool FakeConnection::AwaitSendWaits(int count) const {
+    return Monitor::Await([&] { return sendWaits_ >= count; });
 }
 
 bool FakeConnection::AwaitBlockedOpen() const {

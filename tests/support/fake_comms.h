@@ -76,6 +76,9 @@ public:
     std::string Sent() const;
     std::vector<std::string> Sends() const { return Get(sends_); }
     int Closes() const { return Get(closes_); }
+    /// How many sends would have blocked.
+    int BlockedSends() const { return Get(blockedSends_); }
+    int SendWaits() const { return Get(sendWaits_); }
     bool IsOpen() const { return Get(isOpen_); }
     bool IsDestroyed() const { return Get(isDestroyed_); }
 
@@ -84,6 +87,8 @@ public:
     bool AwaitSent(const std::string& text) const;
     bool AwaitSends(std::size_t count) const;
     bool AwaitBlockedSends(int count) const;
+    /// So many waits for a socket that takes bytes have begun. One ends with a stop, or when some send will not block.
+    bool AwaitSendWaits(int count) const;
     /// Opening has begun and blocks.
     bool AwaitBlockedOpen() const;
     /// Everything pushed and signalled has been handled, and the connection thread waits for more.
@@ -139,6 +144,7 @@ private:
     std::vector<WaitMode> waitModes_;
     std::vector<std::string> sends_;
     int blockedSends_ = 0;
+    int sendWaits_ = 0;
     int closes_ = 0;
     bool isOpening_ = false;
     bool isOpen_ = false;

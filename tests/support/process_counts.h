@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 
 namespace Morquil::Testing {
@@ -22,5 +23,8 @@ extern const std::size_t handlesOfAnAttempt;
 
 /// How many bytes of memory this process occupies.
 std::size_t ProcessMemory();
+
+/// How much processor time the threads of this process have used.
+std::chrono::nanoseconds ProcessorTime();
 
 }  // namespace Morquil::Testing

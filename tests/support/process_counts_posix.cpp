@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -34,4 +35,10 @@ std::size_t Morquil::Testing::ProcessMemory() {
     std::size_t resident = 0;
     numbers >> total >> resident;
     return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+std::chrono::nanoseconds Morquil::Testing::ProcessorTime() {
+    timespec used{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+    return std::chrono::seconds(used.tv_sec) + std::chrono::nanoseconds(used.tv_nsec);
 }

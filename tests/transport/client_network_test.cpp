@@ -1,12 +1,14 @@
 // The client on the system's own transport.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "tests/support/loopback_peer.h"
+#include "tests/support/process_counts.h"
 #include "tests/transport/client_rig.h"
 #include "transport/make_comms.h"
 
@@ -70,6 +72,24 @@ TEST_F(ClientOnTheNetwork, HandsOverEverythingThatCameBeforeTheEndAndSaysTheLoss
         EXPECT_EQ(client.Received().size() - received, length);
         EXPECT_EQ(testing::internal::GetCapturedStdout(), std::string(length, 'x') + "Network error on the socket\n");
     }
+}
+
+TEST_F(ClientOnTheNetwork, TakesHardlyAnyProcessorTimeWhileADeviceDoesNotRead) {
+    // Far more than the buffers of both sides hold.
+    constexpr std::size_t pieceLength = 250;
+    constexpr std::size_t pieceCount = 80'000;
+    constexpr std::chrono::milliseconds time{800};
+    Start();
+    client.Queue(std::vector<std::string>(pieceCount, std::string(pieceLength, 'x')));
+    ASSERT_TRUE(peer->HasReceived());
+
+    const std::chrono::nanoseconds before = ProcessorTime();
+    std::this_thread::sleep_for(time);
+    EXPECT_LT(ProcessorTime() - before, time / 8);
+
+    EXPECT_EQ(peer->Receive(pieceLength * pieceCount).size(), pieceLength * pieceCount);
+    EXPECT_TRUE(peer->Send("ACK\n"));
+    EXPECT_TRUE(client.AwaitReceived("ACK\n"));
 }
 
 }  // namespace

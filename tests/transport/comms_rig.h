@@ -72,6 +72,28 @@ protected:
         return event;
     }
 
+    // Sends until the system takes no more. Returns: how many bytes it took.
+    std::size_t SendUntilItWouldBlock() {
+        const std::string block(65536, 'x');
+        std::size_t sent = 0;
+        int result = 0;
+        while ((result = comms->Send(block.data(), static_cast<int>(block.size()), 0)) > 0) {
+            sent += static_cast<std::size_t>(result);
+        }
+        EXPECT_EQ(result, commsWouldBlock);
+        return sent;
+    }
+
+    // Sends a byte as soon as the system takes one. Returns: the result of the last attempt.
+    int SendWhenWritable() {
+        int result = commsWouldBlock;
+        while (result == commsWouldBlock) {
+            comms->WaitUntilWritable();
+            result = comms->Send("y", 1, 0);
+        }
+        return result;
+    }
+
     std::string Receive(int length = 1024) {
         std::array<char, 1024> buffer{};
         const int size = comms->Receive(buffer.data(), length, 0);

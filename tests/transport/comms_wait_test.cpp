@@ -1,4 +1,5 @@
 // What a transport tells who waits, and what it sends.
+#include "tests/support/watchdog.h"
 #include "tests/transport/comms_rig.h"
 #include "transport/deadline.h"
 
@@ -316,13 +317,7 @@ TEST_F(CommsTest, SendsBytes) {
 
 TEST_F(CommsTest, TellsWritableAgainOnlyAfterASendThatWouldBlock) {
     Connect();
-    const std::string block(65536, 'x');
-    std::size_t sent = 0;
-    int result = 0;
-    while ((result = comms->Send(block.data(), static_cast<int>(block.size()), 0)) > 0) {
-        sent += static_cast<std::size_t>(result);
-    }
-    EXPECT_EQ(result, commsWouldBlock);
+    const std::size_t sent = SendUntilItWouldBlock();
     EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
     EXPECT_EQ(peer->Receive(sent).size(), sent);
     EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Writable);
@@ -342,6 +337,54 @@ TEST_F(CommsTest, TakesNoNegativeLength) {
     char byte = 0;
     EXPECT_EQ(comms->Send("x", -1, 0), commsFailed);
     EXPECT_EQ(comms->Receive(&byte, -1, 0), commsFailed);
+}
+
+// --- waiting to send ---
+
+TEST_F(CommsTest, WaitsUntilThePeerReads) {
+    const Testing::Watchdog watchdog;
+    Connect();
+    const std::size_t sent = SendUntilItWouldBlock();
+    std::thread reading([&] { EXPECT_EQ(peer->Receive(sent + 1).size(), sent + 1); });
+    EXPECT_EQ(SendWhenWritable(), 1);
+    reading.join();
+}
+
+TEST_F(CommsTest, KeepsWhatHappensWhileItWaitsToSend) {
+    const Testing::Watchdog watchdog;
+    Connect();
+    const std::size_t sent = SendUntilItWouldBlock();
+    std::thread reading([&] {
+        EXPECT_TRUE(comms->Signal(signalSend));
+        EXPECT_TRUE(peer->Send("abc"));
+        EXPECT_EQ(peer->Receive(sent + 1).size(), sent + 1);
+    });
+    EXPECT_EQ(SendWhenWritable(), 1);
+    reading.join();
+    EXPECT_EQ(EventAtOnce(), CommsEvent::SendRequested);
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
+    EXPECT_EQ(Receive(), "abc");
+}
+
+TEST_F(CommsTest, EndsTheWaitToSendAtAStopAndKeepsTheStop) {
+    const Testing::Watchdog watchdog;
+    Connect();
+    SendUntilItWouldBlock();
+    std::thread stopping([&] { EXPECT_TRUE(comms->Signal(signalStop)); });
+    comms->WaitUntilWritable();
+    stopping.join();
+    comms->WaitUntilWritable();
+    EXPECT_EQ(EventAtOnce(), CommsEvent::StopRequested);
+}
+
+TEST_F(CommsTest, EndsTheWaitToSendWhenTheConnectionBreaks) {
+    const Testing::Watchdog watchdog;
+    Connect();
+    SendUntilItWouldBlock();
+    std::thread breaking([&] { peer->Reset(); });
+    EXPECT_EQ(SendWhenWritable(), commsFailed);
+    breaking.join();
+    EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
 }
 
 }  // namespace

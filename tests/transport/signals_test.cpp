@@ -34,6 +34,16 @@ TEST(Signals, WakeNobodyWhoWaitsNoLonger) {
     EXPECT_FALSE(signals.Give(signalStop));
 }
 
+TEST(Signals, AreThereUntilTheyAreTaken) {
+    Signals signals;
+    EXPECT_FALSE(signals.Has(signalStop));
+    signals.Give(signalStop);
+    EXPECT_TRUE(signals.Has(signalStop));
+    EXPECT_FALSE(signals.Has(signalSend));
+    EXPECT_TRUE(signals.Take(signalStop));
+    EXPECT_FALSE(signals.Has(signalStop));
+}
+
 TEST(Signals, AreTakenOnceInTheirOrderHoweverOftenTheyWereGiven) {
     Signals signals;
     for (const CommsSignal signal : {signalUser, signalSend, signalStop, signalSend}) {

@@ -206,6 +206,26 @@ TEST_F(TextProtocolClientTest, TriesASendThatWouldBlockAgain) {
     EXPECT_EQ(link.Sends().size(), 1U);
 }
 
+TEST_F(TextProtocolClientTest, WaitsForADeviceThatDoesNotRead) {
+    link.BlockSends(-1);
+    ASSERT_TRUE(StartClient());
+    client.Queue({"block"});
+    ASSERT_TRUE(link.AwaitSendWaits(1));
+    client.Queue({"next"});
+    EXPECT_EQ(link.BlockedSends(), 1) << "a send is tried again before the socket takes bytes";
+    link.BlockSends(0);
+    EXPECT_TRUE(link.AwaitSent("block"));
+}
+
+TEST_F(TextProtocolClientTest, LetsOnlyItsOwnThreadWaitForADeviceThatDoesNotRead) {
+    ASSERT_TRUE(StartClient());
+    ASSERT_TRUE(link.AwaitIdle());
+    link.BlockSends(3);
+    client.SendFormatted("text\n");
+    EXPECT_EQ(link.Sent(), "text\n");
+    EXPECT_EQ(link.SendWaits(), 0);
+}
+
 TEST_F(TextProtocolClientTest, StopsWhileADeviceDoesNotRead) {
     link.BlockSends(-1);
     ASSERT_TRUE(StartClient());

@@ -5,6 +5,7 @@
 #include <cstdarg>
 #include <utility>
 
+#include "core/clock.h"
 #include "core/lock.h"
 #include "core/wait_graph.h"
 #include "protocol/ascii.h"
@@ -48,6 +49,7 @@ bool TextProtocolClient::Start() {
         return false;
     }
     awaitingAcknowledge_ = false;
+    silence_ = {};
     connected_ = true;
     OnConnectionChanged(true);
     if (StartThread()) {
@@ -172,7 +174,7 @@ std::uint32_t TextProtocolClient::ThreadMain(void* client) {
 void TextProtocolClient::Run() {
     try {
         do {
-            comms_->SetWaitMode(connected_, silenceLimitMs);
+            comms_->SetWaitMode(connected_, silence_.RemainingMs(QRN::Core::Now()));
         } while (Handle(comms_->WaitForEvent()) && !stopRequested_);
     } catch (...) {
         // Without memory for a block the mirror would be wrong from here on: the connection ends instead.
@@ -264,6 +266,9 @@ void TextProtocolClient::SendAll(const char* text, std::size_t length) {
         if (sent > 0) {
             text += sent;
             length -= static_cast<std::size_t>(sent);
+            if (IsOnConnectionThread()) {
+                silence_.Break();
+            }
         } else if (sent != commsWouldBlock) {
             if (running_) {
                 Stop();
@@ -288,6 +293,7 @@ void TextProtocolClient::ReceiveAvailable() {
             }
             return;
         }
+        silence_.Break();
         // The console shows what the device says, as text: up to a zero byte.
         const auto length = static_cast<std::size_t>(received);
         Print(UpToZero({receiveBuffer_.data(), length}));

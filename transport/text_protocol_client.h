@@ -12,6 +12,7 @@
 #include "protocol/message.h"
 #include "protocol/message_sender.h"
 #include "transport/abstract_comms.h"
+#include "transport/silence.h"
 
 namespace Morquil {
 
@@ -67,7 +68,6 @@ protected:
     std::atomic<std::uint32_t> disconnectNoticeCount_ = 0;
 
 private:
-    static constexpr std::uint32_t silenceLimitMs = 9000;
     static constexpr std::int32_t connectWaitMs = 2000;
     static constexpr int receiveSize = 1024;
     /// A flood is left for a look at the wake-ups after so many full receives.
@@ -107,6 +107,7 @@ private:
     // The connection thread's own; `Start` prepares them before there is one.
     bool connected_ = false;
     bool awaitingAcknowledge_ = false;
+    Silence silence_;
     bool gathering_ = false;
     std::string gathered_;
     std::array<char, receiveSize> receiveBuffer_{};

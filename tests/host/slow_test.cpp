@@ -74,6 +74,22 @@ TEST_F(Slow, AnUnacknowledgedBlockEndsTheConnectionAfterNineSeconds) {
     EXPECT_EQ(connection.Told(), (Strings{"connected", "disconnected cfnr"}));
 }
 
+TEST_F(Slow, FurtherChangesDoNotProlongTheWaitForAnUnacknowledgedOne) {
+    ScriptedDevice device(CompleteDevice());
+    const RawObject connected = ConnectAsync(device.Address(), connection);
+    ASSERT_TRUE(connection.AwaitCalls(1));
+    device.SetAcknowledging(false);
+
+    EXPECT_EQ(connected.QueryInterface(Iid::videoProcAmp).Call(3, 1), ok);
+    EXPECT_NE(device.NextChange(), "");
+    EXPECT_FALSE(connection.AwaitCalls(2, 5));
+    EXPECT_EQ(connected.QueryInterface(Iid::colorCorrection).Call(3, 1), ok);
+
+    ASSERT_TRUE(connection.AwaitCalls(2, 15));
+    EXPECT_GT(Seconds(), 8.5);
+    EXPECT_LT(Seconds(), 12);
+}
+
 TEST_F(Slow, ADeviceThatKeepsTalkingIsNotPinged) {
     ScriptedDevice device(CompleteDevice());
     const ConnectOutcome outcome = Connect(device.Address());

@@ -9,6 +9,7 @@ namespace Morquil::Simulation {
 namespace {
 
 constexpr Time initialStateLimit = 120'000;
+constexpr Time silenceLimit = 9000;
 
 std::string Name(std::size_t observer) {
     return "observer " + std::to_string(observer);
@@ -330,8 +331,9 @@ void Model::Sent(const std::string& block) {
     onSent_(block);
 }
 
-void Model::TimedOut() {
+void Model::TimedOut(Time silence) {
     trace_.Note("silence");
+    trace_.Require(silence == silenceLimit, "a silence of " + std::to_string(silence) + " ms");
     (queue_.InFlight() ? endIsDue_ : pingIsDue_) = true;
 }
 

@@ -83,7 +83,7 @@ public:
     void Opened() override;
     void OpenFailed() override;
     void Sent(const std::string& block) override;
-    void TimedOut() override;
+    void TimedOut(Time silence) override;
     void Closed() override;
     void Destroyed() override;
 

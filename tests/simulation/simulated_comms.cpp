@@ -23,7 +23,7 @@ bool SimulatedComms::Open(const std::string& host, std::uint32_t port, bool) {
     World().Block([this] { return signals_[signalStop]; },
                   World().Now() + (hangs ? connectLimit : manners_.openingTime));
     isOpen_ = !TakeSignal(signalStop) && manners_.opening == Opening::Succeeds && !host.empty() && port != 0;
-    isArmed_ = isOpen_;
+    isArmed_ = hasTransferred_ = isOpen_;
     isOpen_ ? listener_.Opened() : listener_.OpenFailed();
     return isOpen_;
 }
@@ -63,6 +63,9 @@ CommsEvent SimulatedComms::TakeSocketEvent() {
 CommsEvent SimulatedComms::WaitForEvent() {
     listener_.ReadyForMore();
     World().GiveWay();
+    if (std::exchange(hasTransferred_, false)) {
+        silentSince_ = World().Now();
+    }
     const Time deadline = World().Now() + timeout_;
     const auto hasEvent = [this] { return IsSignalled() || HasSocketEvent(); };
     while (!hasEvent() && World().Now() < deadline) {
@@ -79,7 +82,7 @@ CommsEvent SimulatedComms::WaitForEvent() {
     if (HasSocketEvent()) {
         return TakeSocketEvent();
     }
-    listener_.TimedOut();
+    listener_.TimedOut(World().Now() - silentSince_);
     return CommsEvent::Timeout;
 }
 
@@ -99,6 +102,7 @@ int SimulatedComms::Receive(char* buffer, int length, int) {
     std::optional<Saying> whole;
     const std::string taken = wire_.Take(static_cast<std::size_t>(length), whole);
     std::copy(taken.begin(), taken.end(), buffer);
+    hasTransferred_ = true;
     if (whole) {
         listener_.Received(*whole);
     }
@@ -115,6 +119,7 @@ int SimulatedComms::Send(const char* data, int length, int) {
     }
     const std::size_t taken = std::min(static_cast<std::size_t>(length), manners_.sendLimit);
     unfinished_.append(data, taken);
+    hasTransferred_ = true;
     if (unfinished_.ends_with("\n\n")) {
         listener_.Sent(std::exchange(unfinished_, {}));
         World().GiveWay();

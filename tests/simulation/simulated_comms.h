@@ -60,6 +60,8 @@ private:
     bool isReadTold_ = false;  ///< `Readable` has been told since the last receive
     bool includesSocket_ = false;
     Time timeout_ = 0;
+    bool hasTransferred_ = false;  ///< a byte has come or gone since the last wait began
+    Time silentSince_ = 0;
     std::array<bool, 3> signals_{};
     std::string unfinished_;
 };

@@ -1,7 +1,8 @@
-// The core's sections, conditions, events and threads for a third system: one whose scheduler obeys a seed.
+// The core's clock, sections, conditions, events and threads for a third system: one whose scheduler obeys a seed.
 #include <cstdint>
 #include <new>
 
+#include "core/clock.h"
 #include "core/condition.h"
 #include "core/critical_section.h"
 #include "core/native_event.h"
@@ -100,6 +101,10 @@ std::uint32_t WaitNativeEvent(void* handle, std::int32_t milliseconds, bool& tim
                   milliseconds < 0 ? Morquil::Simulation::never : World().Now() + milliseconds);
     timedOut = !event.signalled;
     return 0;
+}
+
+Clock::time_point Now() {
+    return Clock::time_point(std::chrono::milliseconds(World().Now()));
 }
 
 ThreadId CurrentThreadId() {

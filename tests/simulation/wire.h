@@ -42,8 +42,8 @@ public:
     virtual void OpenFailed() {}
     /// A whole block, or something else that ends with an empty line.
     virtual void Sent(const std::string& /*block*/) {}
-    /// The receiver was told that its wait has run out.
-    virtual void TimedOut() {}
+    /// The receiver was told that its wait has run out, `silence` after the first wait that followed its last byte.
+    virtual void TimedOut(Time /*silence*/) {}
     virtual void Closed() {}
     virtual void Destroyed() {}
 };

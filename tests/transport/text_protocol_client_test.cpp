@@ -1,6 +1,9 @@
 // How a client connects, sends and receives.
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <thread>
+
 #include "tests/transport/client_rig.h"
 
 namespace Morquil {
@@ -264,6 +267,20 @@ TEST_F(TextProtocolClientTest, PingsASilentDevice) {
     link.Push(CommsEvent::Timeout);
     ASSERT_TRUE(link.AwaitIdle());
     EXPECT_EQ(link.Sends(), (std::vector<std::string>{"PING\n\n", "PING\n\n"}));
+}
+
+TEST_F(TextProtocolClientTest, GoesOnWithTheSilenceAfterAWakeUpThatSendsNothing) {
+    constexpr std::chrono::milliseconds spent{30};
+    ASSERT_TRUE(StartClient());
+    client.Queue({"unacknowledged"});
+    ASSERT_TRUE(link.AwaitIdle());
+    std::this_thread::sleep_for(spent);
+    client.Queue({"waiting"});
+    ASSERT_TRUE(link.AwaitIdle());
+    EXPECT_LE(link.WaitModes().back().timeoutMs, 9000U - spent.count());
+    link.Push("not an answer");
+    ASSERT_TRUE(link.AwaitIdle());
+    EXPECT_EQ(link.WaitModes().back().timeoutMs, 9000U) << "a byte is a sign of life";
 }
 
 TEST_F(TextProtocolClientTest, SendsABlockAfterAPingWithoutWaitingForItsAnswer) {

@@ -1,0 +1,9 @@
+#include "core/clock.h"
+
+namespace QRN::Core {
+
+Clock::time_point Now() {
+    return Clock::now();
+}
+
+}  // namespace QRN::Core

@@ -8,8 +8,8 @@
 
 namespace Morquil {
 
-/// How long a connection has been silent: from the first wait after the last byte, sent or received. A wake-up without a
-/// byte is no sign of life.
+/// How long a connection has been silent: from the first wait after the last byte, sent or received. A wake-up without
+/// a byte is no sign of life.
 class Silence {
 public:
     using Time = QRN::Core::Clock::time_point;

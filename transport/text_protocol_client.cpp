@@ -48,9 +48,7 @@ bool TextProtocolClient::Start() {
         Print("Error connecting to server\n");
         return false;
     }
-    awaitingAcknowledge_ = false;
-    silence_ = {};
-    connected_ = true;
+    rules_ = {};
     OnConnectionChanged(true);
     if (StartThread()) {
         return true;
@@ -111,8 +109,6 @@ bool TextProtocolClient::StartThread() {
 /// The client is idle again; whoever counts on notices hears of it.
 void TextProtocolClient::Disconnected() {
     running_ = false;
-    connected_ = false;
-    awaitingAcknowledge_ = false;
     comms_->Close();
     if (disconnectNoticeCount_ != 0) {
         OnConnectionChanged(false);
@@ -174,61 +170,55 @@ std::uint32_t TextProtocolClient::ThreadMain(void* client) {
 void TextProtocolClient::Run() {
     try {
         do {
-            comms_->SetWaitMode(connected_, silence_.RemainingMs(QRN::Core::Now()));
-        } while (Handle(comms_->WaitForEvent()) && !stopRequested_);
+            comms_->SetWaitMode(true, rules_.NextWaitMs(QRN::Core::Now()));
+        } while (Do(NextAction()) && !stopRequested_);
     } catch (...) {
         // Without memory for a block the mirror would be wrong from here on: the connection ends instead.
         gathering_ = false;
     }
 }
 
-/// Returns whether the connection goes on.
-bool TextProtocolClient::Handle(CommsEvent event) {
-    switch (event) {
-        case CommsEvent::SendRequested:
-            if (!awaitingAcknowledge_) {
-                SendNextMessage();
-            }
-            return true;
-        case CommsEvent::StopRequested:
-            stopSignalled_ = false;
-            return false;
-        case CommsEvent::Readable:
-            ReceiveAvailable();
-            return true;
-        case CommsEvent::SocketError:
-            Print("Network error on the socket\n");
-            return false;
-        case CommsEvent::Timeout:
-            return !connected_ || HandleSilence();
-        case CommsEvent::WaitFailed:
-            return errno == EINTR;
-        case CommsEvent::UserSignal:
-        case CommsEvent::Writable:
-            return true;
+LinkRules::Action TextProtocolClient::NextAction() {
+    const CommsEvent event = comms_->WaitForEvent();
+    const bool wasInterrupted = errno == EINTR;
+    if (event == CommsEvent::StopRequested) {
+        stopSignalled_ = false;
     }
-    return true;
+    return rules_.OnEvent(event, wasInterrupted);
 }
 
-/// A device that has not acknowledged through all the silence is lost; any other is asked for a sign of life.
-bool TextProtocolClient::HandleSilence() {
-    if (awaitingAcknowledge_) {
-        return false;
+/// Returns whether the connection goes on.
+bool TextProtocolClient::Do(LinkRules::Action action) {
+    switch (action) {
+        case LinkRules::Action::Wait:
+            return true;
+        case LinkRules::Action::SendNext:
+            SendNextMessage();
+            return true;
+        case LinkRules::Action::SendPing:
+            SendFormatted("PING\n\n");
+            return true;
+        case LinkRules::Action::Receive:
+            ReceiveAvailable();
+            return true;
+        case LinkRules::Action::ReportLoss:
+            Print("Network error on the socket\n");
+            return false;
+        case LinkRules::Action::End:
+            return false;
     }
-    SendFormatted("PING\n\n");
     return true;
 }
 
 void TextProtocolClient::Acknowledge() {
-    awaitingAcknowledge_ = false;
-    SendNextMessage();
+    Do(rules_.OnAcknowledged());
 }
 
 void TextProtocolClient::SendNextMessage() {
     const std::unique_ptr<TextProtocolMessageBase> message = TakeNextMessage();
     if (message != nullptr) {
         WriteMessage(*message);
-        awaitingAcknowledge_ = true;
+        rules_.OnBlockSent();
     }
 }
 
@@ -267,7 +257,7 @@ void TextProtocolClient::SendAll(const char* text, std::size_t length) {
             text += sent;
             length -= static_cast<std::size_t>(sent);
             if (IsOnConnectionThread()) {
-                silence_.Break();
+                rules_.OnBytesSent();
             }
         } else if (sent != commsWouldBlock) {
             if (running_) {
@@ -281,26 +271,19 @@ void TextProtocolClient::SendAll(const char* text, std::size_t length) {
 }
 
 void TextProtocolClient::ReceiveAvailable() {
-    for (int receives = 0; receives < receivesPerEvent && !stopRequested_; ++receives) {
+    LinkRules::Action next = LinkRules::Action::Receive;
+    while (next == LinkRules::Action::Receive && !stopRequested_) {
         const int received = comms_->Receive(receiveBuffer_.data(), receiveSize, 0);
-        if (received == commsWouldBlock) {
-            return;
+        if (received > 0) {
+            // The console shows what the device says, as text: up to a zero byte.
+            const auto length = static_cast<std::size_t>(received);
+            Print(UpToZero({receiveBuffer_.data(), length}));
+            OnDataReceived(receiveBuffer_.data(), length);
         }
-        if (received <= 0) {
-            // Behind bytes the wait tells the end, as of any connection.
-            if (receives == 0) {
-                RequestStop();
-            }
-            return;
-        }
-        silence_.Break();
-        // The console shows what the device says, as text: up to a zero byte.
-        const auto length = static_cast<std::size_t>(received);
-        Print(UpToZero({receiveBuffer_.data(), length}));
-        OnDataReceived(receiveBuffer_.data(), length);
-        if (received < receiveSize) {
-            return;
-        }
+        next = rules_.OnReceived(received, receiveSize);
+    }
+    if (next == LinkRules::Action::End) {
+        RequestStop();
     }
 }
 

@@ -12,12 +12,12 @@
 #include "protocol/message.h"
 #include "protocol/message_sender.h"
 #include "transport/abstract_comms.h"
-#include "transport/silence.h"
+#include "transport/link_rules.h"
 
 namespace Morquil {
 
-/// One connection to one device and the thread that serves it. Sends one block at a time and the next only after the
-/// device's acknowledgement; keeps a silent link alive. Knows no block by name.
+/// One connection to one device and the thread that serves it: waits, sends and receives as `LinkRules` say. Knows no
+/// block by name.
 ///
 /// A derived class stops the client first thing in its destructor, before anything that the thread uses goes.
 class TextProtocolClient : public IMessageSender {
@@ -70,8 +70,6 @@ protected:
 private:
     static constexpr std::int32_t connectWaitMs = 2000;
     static constexpr int receiveSize = 1024;
-    /// A flood is left for a look at the wake-ups after so many full receives.
-    static constexpr int receivesPerEvent = 16;
 
     static std::uint32_t ThreadMain(void* client);
     void TakeLeftWakeUp();
@@ -81,8 +79,8 @@ private:
     void Join();
     void LetThreadEnd();
     void Run();
-    bool Handle(CommsEvent event);
-    bool HandleSilence();
+    LinkRules::Action NextAction();
+    bool Do(LinkRules::Action action);
     void SendNextMessage();
     void WriteMessage(const TextProtocolMessageBase& message);
     void SendAll(const char* text, std::size_t length);
@@ -105,9 +103,7 @@ private:
     QRN::Core::ThreadHandle thread_ GUARDED_BY(joinLock_);
 
     // The connection thread's own; `Start` prepares them before there is one.
-    bool connected_ = false;
-    bool awaitingAcknowledge_ = false;
-    Silence silence_;
+    LinkRules rules_;
     bool gathering_ = false;
     std::string gathered_;
     std::array<char, receiveSize> receiveBuffer_{};

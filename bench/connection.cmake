@@ -47,7 +47,7 @@ if(WIN32)
                 -P ${CMAKE_CURRENT_SOURCE_DIR}/loading_imports.cmake
         DEPENDS MorquilAPI loading_imports.cmake VERBATIM)
     add_library(morquil-bench-plain SHARED ${imports})
-    target_link_libraries(morquil-bench-plain PRIVATE ws2_32 ntdll ole32 oleaut32 advapi32)
+    target_link_libraries(morquil-bench-plain PRIVATE ws2_32 ole32 oleaut32 advapi32)
     target_link_options(morquil-bench-plain PRIVATE -static -s)
     set_target_properties(morquil-bench-plain PROPERTIES PREFIX "")
 

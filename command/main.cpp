@@ -9,6 +9,7 @@
 #include "command/program.h"
 #include "command/system.h"
 #include "morquil.hpp"
+#include "platform/standard_streams.h"
 
 namespace {
 
@@ -50,6 +51,9 @@ void Begin(OwnOutput& output, const Options& options) {
 
 int main(int count, char** words) {
     using namespace Morquil::Command;
+    if (!Morquil::OccupyStandardStreams()) {
+        return static_cast<int>(ExitCode::Usage);
+    }
     // Where the library is registered it comes through COM, which threads must have asked for.
     [[maybe_unused]] const morquil::Apartment apartment;
     OwnOutput output;

@@ -5,6 +5,8 @@
 #include <memory>
 #include <new>
 
+#include "core/own_module.h"
+
 namespace QRN::Core {
 namespace {
 
@@ -13,23 +15,11 @@ struct ThreadStart {
     void* argument;
 };
 
-// The module that this code is in; with `extraFlags` 0 a reference to it is taken.
-HMODULE OwnModule(DWORD extraFlags);
-
 DWORD WINAPI RunThread(void* block) {
     const ThreadStart start = *static_cast<ThreadStart*>(block);
     delete static_cast<ThreadStart*>(block);
     const DWORD exitCode = start.function(start.argument);
-    // Gives the reference that the starter took back and ends the thread in one step outside the module, which may be
-    // unmapped by it.
-    FreeLibraryAndExitThread(OwnModule(GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT), exitCode);
-}
-
-HMODULE OwnModule(DWORD extraFlags) {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | extraFlags, reinterpret_cast<LPCWSTR>(&RunThread),
-                       &module);
-    return module;
+    EndThreadOfOwnModule(exitCode);
 }
 
 }  // namespace
@@ -43,8 +33,7 @@ std::uint32_t StartThread(ThreadHandle& thread, ThreadFunction function, void* a
     if (start == nullptr) {
         return noMemoryForThread;
     }
-    // Taken before the thread exists: it must not run a single instruction of a module that is being unloaded.
-    const HMODULE module = OwnModule(0);
+    const HMODULE module = HoldOwnModule();
     DWORD createdId = 0;
     const HANDLE created = CreateThread(nullptr, 0, RunThread, start.get(), 0, &createdId);
     if (created == nullptr) {

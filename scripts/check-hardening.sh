@@ -103,7 +103,7 @@ check_dll() {
     same "exports" "$(awk 'on { print $1 } /^EXPORTS/ { on = 1 }' module/MorquilAPI.def | sort)" \
         "$(awk '/\[Ordinal\/Name Pointer\] Table/ { on = 1; next } !NF { on = 0 } on { print $NF }' <<< "$headers" | sort)"
     check_weight
-    same "needs" "$(printf '%s\n' ADVAPI32.dll KERNEL32.dll OLEAUT32.dll WS2_32.dll msvcrt.dll ntdll.dll ole32.dll)" \
+    same "needs" "$(printf '%s\n' ADVAPI32.dll KERNEL32.dll OLEAUT32.dll WS2_32.dll msvcrt.dll ole32.dll)" \
         "$(awk '/DLL Name:/ { print $3 }' <<< "$headers" | LC_ALL=C sort)"
 }
 

@@ -6,7 +6,8 @@
 
 #include <cerrno>
 
-#include "settings/raised_signals.h"
+#include "core/above_standard_streams.h"
+#include "core/raised_signals.h"
 
 namespace Morquil {
 namespace {
@@ -42,7 +43,7 @@ std::size_t NativeFile::Read(char* buffer, std::size_t capacity) {
 }
 
 bool NativeFile::Write(std::string_view text) {
-    const RaisedSignals raised;
+    const QRN::Core::RaisedSignals raised;
     while (!text.empty()) {
         const ssize_t count = Repeat([&] { return write(DescriptorOf(*this), text.data(), text.size()); });
         if (count <= 0) {
@@ -59,7 +60,7 @@ std::uint64_t NativeFile::Size() const {
 }
 
 bool NativeFile::SetSize(std::uint64_t size) {
-    const RaisedSignals raised;
+    const QRN::Core::RaisedSignals raised;
     return Repeat([&] { return ftruncate(DescriptorOf(*this), static_cast<off_t>(size)); }) == 0;
 }
 
@@ -73,7 +74,8 @@ bool NativeFile::Flush() {
 
 /// Opened without waiting for a pipe's writer, but then read with waiting for what it writes.
 NativeFile OpenForReading(const NativePath& path) {
-    NativeFile file(Repeat([&] { return open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+    NativeFile file(QRN::Core::AboveStandardStreams(
+        Repeat([&] { return open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); })));
     struct stat status {};
     if (!file.IsOpen() || fstat(DescriptorOf(file), &status) != 0 || S_ISDIR(status.st_mode)) {
         return NativeFile();

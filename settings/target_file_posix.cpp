@@ -12,10 +12,13 @@
 #include <cstdio>
 #include <utility>
 
+#include "core/above_standard_streams.h"
 #include "settings/file_attributes.h"
 
 namespace Morquil {
 namespace {
+
+using QRN::Core::AboveStandardStreams;
 
 // The name behind a link, or nothing for what is no link.
 NativePath LinkTarget(const NativePath& path) {
@@ -76,12 +79,13 @@ TargetFile RegularTarget(NativeFile file, const struct stat& status, const Nativ
 int OpenNew(const TargetFile& target, const NativePath& path) {
     // The replacement of a private file is private from its first moment on.
     const mode_t mode = target.file.IsOpen() ? 0600 : 0666;
-    return open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+    return AboveStandardStreams(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
 }
 
 // A name is safe once the disk has the folder. There is nothing to do about a disk that refuses.
 void FlushFolder(const NativePath& folder) {
-    NativeFile file(open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    NativeFile file(
+        AboveStandardStreams(open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
     if (file.IsOpen()) {
         file.Flush();
     }
@@ -90,7 +94,7 @@ void FlushFolder(const NativePath& folder) {
 }  // namespace
 
 TargetFile OpenTarget(const NativePath& path) {
-    NativeFile file(open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    NativeFile file(AboveStandardStreams(open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)));
     if (!file.IsOpen()) {
         return errno == ENOENT ? MissingTarget(path) : TargetFile();
     }

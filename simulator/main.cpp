@@ -1,11 +1,16 @@
+#include <cstdlib>
 #include <memory>
 
+#include "platform/standard_streams.h"
 #include "simulator/options.h"
 #include "simulator/program.h"
 #include "simulator/standard_input.h"
 
 int main(int argumentCount, char** arguments) {
     using namespace Morquil::Simulator;
+    if (!Morquil::OccupyStandardStreams()) {
+        return EXIT_FAILURE;
+    }
     int exitStatus = 0;
     const auto options = ReadOptions(argumentCount, arguments, exitStatus);
     if (!options) {

@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 
+#include "core/above_standard_streams.h"
 #include "transport/connect_rules.h"
 #include "transport/make_comms.h"
 
@@ -108,7 +109,8 @@ bool PollComms::Open(const std::string& host, std::uint32_t port, bool nonBlocki
     if (!IsConnectable(host, port) || !Resolve(host, port, address)) {
         return false;
     }
-    FileDescriptor attempt(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, IPPROTO_TCP));
+    FileDescriptor attempt(
+        QRN::Core::AboveStandardStreams(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, IPPROTO_TCP)));
     if (!attempt.IsOpen() || !BeginConnect(attempt.Get(), address)) {
         return false;
     }

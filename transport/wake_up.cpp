@@ -5,10 +5,12 @@
 #include <cerrno>
 #include <cstdint>
 
+#include "core/above_standard_streams.h"
+
 namespace Morquil {
 
 bool WakeUp::Create() {
-    counter_ = FileDescriptor(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC));
+    counter_ = FileDescriptor(QRN::Core::AboveStandardStreams(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)));
     return counter_.IsOpen();
 }
 

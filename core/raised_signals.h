@@ -2,7 +2,7 @@
 
 #include <csignal>
 
-namespace Morquil {
+namespace QRN::Core {
 
 /// Keeps the signals that the system raises for a failed write from the host: without a handler of its own they would
 /// end it. They are held back from this thread and taken away at the end of the scope; the host's handlers stay as they
@@ -20,4 +20,4 @@ private:
     sigset_t maskBefore_;
 };
 
-}  // namespace Morquil
+}  // namespace QRN::Core

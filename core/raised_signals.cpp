@@ -1,10 +1,10 @@
-#include "settings/raised_signals.h"
+#include "core/raised_signals.h"
 
 #include <cerrno>
 #include <ctime>
 #include <initializer_list>
 
-namespace Morquil {
+namespace QRN::Core {
 
 RaisedSignals::RaisedSignals() {
     sigset_t waiting;
@@ -27,4 +27,4 @@ RaisedSignals::~RaisedSignals() {
     errno = error;
 }
 
-}  // namespace Morquil
+}  // namespace QRN::Core

@@ -1,0 +1,19 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "platform/standard_streams.h"
+
+namespace Morquil {
+
+bool OccupyStandardStreams() {
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+        const bool isOpen = fcntl(stream, F_GETFD) >= 0;
+        // The lowest free number is this one. Opened for what nobody does with it.
+        if (!isOpen && open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY) != stream) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace Morquil

@@ -1,0 +1,82 @@
+// A host whose devices end it: connects, waits until the device says a gain of 60, disconnects, waits for the end of
+// its input and does the same with a second device.
+//   morquil-console-host ADDRESS ADDRESS REPORT            prints nothing of its own
+//   morquil-console-host ADDRESS ADDRESS REPORT open FILE  writes "own words" to FILE before it connects
+//   morquil-console-host ADDRESS ADDRESS REPORT save FILE  prints "host words"; the library saves its settings to FILE
+// REPORT, which is written last, says how long each disconnecting took and what the standard descriptors were.
+#include <chrono>
+#include <condition_variable>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <sstream>
+#include <string>
+#include <system_error>
+
+#include "morquil.hpp"
+
+namespace {
+
+constexpr int lastGain = 60;
+
+/// Waits, without a limit, until the device has said the last gain.
+void AwaitEnd(const morquil::Device& device) {
+    std::mutex lock;
+    std::condition_variable changed;
+    const auto amp = device.VideoProcAmp();
+    const auto subscription = device.OnChange(morquil::PropertySet::VideoProcAmp, [&](morquil::PropertySet) {
+        const std::lock_guard hold(lock);
+        changed.notify_all();
+    });
+    std::unique_lock hold(lock);
+    changed.wait(hold, [&] { return amp.GetGain() == lastGain; });
+}
+
+/// What the standard descriptors lead to, where the system says so.
+std::string StandardDescriptors() {
+    std::ostringstream text;
+    for (int descriptor = 0; descriptor <= 2; ++descriptor) {
+        std::error_code missing;
+        const auto target = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor), missing);
+        text << descriptor << ": " << (missing ? "closed" : target.string()) << '\n';
+    }
+    return text.str();
+}
+
+void Visit(const std::string& address, const std::string& settings, std::ostream& report) {
+    const morquil::Device device = morquil::Connect(address);
+    if (!settings.empty()) {
+        std::printf("host words\n");
+        std::fflush(stdout);
+        device.SaveSettingsFile(settings);
+    }
+    report << StandardDescriptors();
+    AwaitEnd(device);
+    const auto begin = std::chrono::steady_clock::now();
+    device.Disconnect();
+    const auto taken = std::chrono::steady_clock::now() - begin;
+    report << std::chrono::duration_cast<std::chrono::milliseconds>(taken).count() << " ms\n";
+}
+
+}  // namespace
+
+int main(int count, char** words) try {
+    const morquil::Apartment apartment;
+    const std::string file = count > 5 ? words[5] : "";
+    const std::string use = count > 5 ? words[4] : "";
+    std::FILE* const ownFile = use == "open" ? std::fopen(file.c_str(), "w") : nullptr;
+    if (ownFile != nullptr) {
+        std::fputs("own words\n", ownFile);
+        std::fflush(ownFile);
+    }
+    std::ostringstream report;
+    Visit(words[1], use == "save" ? file : "", report);
+    while (std::getchar() != EOF) {
+    }
+    Visit(words[2], "", report);
+    std::ofstream(words[3]) << report.str();
+    return 0;
+} catch (const morquil::Error&) {
+    return 1;
+}

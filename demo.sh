@@ -107,11 +107,11 @@ unregister() {
 mkdir -p "$logs"
 
 say "Installing what is missing"
-scripts/install-dependencies.sh
+scripts/install-dependencies.sh demo
 
 say "Building for Linux and for Windows (this takes a few minutes the first time)"
-build native -DMORQUIL_TESTS=OFF
-build windows -DMORQUIL_TESTS=OFF -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake
+build native -DMORQUIL_TESTS=OFF -- MorquilAPI morquil-sim morquilctl morquil-host
+build windows -DMORQUIL_TESTS=OFF -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake -- MorquilAPI morquil-host
 
 say "Starting a simulated device"
 address=127.0.0.1

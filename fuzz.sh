@@ -90,7 +90,7 @@ run_target() {
     cd "$root"
 }
 
-scripts/install-dependencies.sh
+scripts/install-dependencies.sh fuzz
 build_targets
 echo "Fuzzing ..."
 ran=0

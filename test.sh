@@ -113,7 +113,7 @@ if [ -n "$is_long" ]; then
     timeout_per_program=7200
 fi
 
-scripts/install-dependencies.sh
+scripts/install-dependencies.sh test
 
 # Sanitizers slow down compilers as well; these flavours are for finding faults, not for speed.
 readonly lightly=-DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g1 -DNDEBUG"

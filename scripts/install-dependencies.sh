@@ -1,36 +1,66 @@
 #!/bin/sh
-# Installs what building, testing and running need, on Debian 12. Run it as root or as somebody who may use sudo.
+# Installs what is missing for a purpose, on Debian 12. Run it as root or as somebody who may use sudo.
 # What is there already is left alone: a second run asks nobody for anything.
-#   scripts/install-dependencies.sh [bench|coverage]
-# bench: also what the benchmarks measure with, and against. coverage: also what counts lines.
+#   scripts/install-dependencies.sh [PURPOSE...]
+# Without a purpose it installs for all of them:
+#   build     the library, the tools and the examples for Linux
+#   demo      ./demo.sh: that, for Windows too, and Wine
+#   test      ./test.sh: also what tests and the documentation need
+#   fuzz      ./fuzz.sh
+#   bench     ./bench.sh: also what the benchmarks measure with, and against
+#   coverage  scripts/measure-coverage.sh: also what counts lines
+#   docs      scripts/build-docs.sh
+#   package   scripts/package.sh and scripts/check-packages.sh
+#   lint      scripts/check-style.sh
 set -eu
 
-packages="
-    g++ cmake ninja-build pkg-config python3
-    g++-mingw-w64-x86-64-posix mingw-w64-tools
-    wine wine64 libwine-dev
-    libgtest-dev libgmock-dev googletest
-    libasio-dev libcli11-dev nlohmann-json3-dev
-    zsh fish
-    doxygen graphviz
-    dpkg-dev debhelper lintian
-    clang clang-tidy clang-format libclang-rt-14-dev"
+all_purposes=" build demo test fuzz bench coverage docs package lint"
 
-case "${1:-}" in
-    "") ;;
-    bench) packages="$packages libbenchmark-dev libhttp-parser-dev libmpdclient-dev libhiredis-dev libfmt-dev" ;;
-    coverage) packages="$packages gcovr" ;;
-    *)
-        echo "usage: scripts/install-dependencies.sh [bench|coverage]" >&2
-        exit 2
-        ;;
-esac
+# The header and the type library are made by Wine's compiler of interface definitions, for Linux as well.
+compiling="g++ cmake ninja-build python3 mingw-w64-tools libwine-dev"
+tools="libasio-dev libcli11-dev nlohmann-json3-dev"
+windows="g++-mingw-w64-x86-64-posix wine wine64"
+testing="libgtest-dev libgmock-dev googletest"
+shells="zsh fish"
+documenting="doxygen graphviz"
+clang="clang libclang-rt-14-dev"
+formatting="clang-format"
+linting="clang-tidy"
+packaging="dpkg-dev debhelper lintian pkg-config"
+benchmarking="libbenchmark-dev libhttp-parser-dev libmpdclient-dev libhiredis-dev libfmt-dev"
+counting="gcovr"
+
+# packages_for PURPOSE
+packages_for() {
+    case "$1" in
+        build) echo "$compiling $tools" ;;
+        demo) echo "$compiling $tools $windows" ;;
+        test) echo "$compiling $tools $windows $testing $shells $documenting $clang $formatting" ;;
+        fuzz) echo "$compiling $clang" ;;
+        bench) echo "$compiling $tools $windows $benchmarking" ;;
+        coverage) echo "$compiling $tools $testing $counting" ;;
+        docs) echo "$compiling $tools $documenting" ;;
+        package) echo "$compiling $tools $windows $testing $documenting $packaging" ;;
+        lint) echo "$compiling $tools $testing $clang $formatting $linting" ;;
+        *)
+            echo "install-dependencies.sh: no such purpose: $1; there are:$all_purposes" >&2
+            return 2
+            ;;
+    esac
+}
+
+# shellcheck disable=SC2086  # one word per purpose
+[ $# -gt 0 ] || set -- $all_purposes
 
 missing=""
-for package in $packages; do
-    if [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
-        missing="$missing $package"
-    fi
+for purpose in "$@"; do
+    packages=$(packages_for "$purpose")
+    for package in $packages; do
+        case " $missing " in *" $package "*) continue ;; esac
+        if [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
+            missing="$missing $package"
+        fi
+    done
 done
 if [ -z "$missing" ]; then
     exit 0

@@ -52,7 +52,7 @@ package_windows() {
     rm -r "$tree"
 }
 
-scripts/install-dependencies.sh
+scripts/install-dependencies.sh package
 case "${1:-both}" in
     debian) package_debian ;;
     windows) package_windows ;;

@@ -18,9 +18,13 @@ int main(int argumentCount, char** arguments) {
     }
     // Shared with the thread that reads standard input, which may still hand over a line while the program ends.
     const auto program = std::make_shared<Program>(*options);
-    // Before anybody is told that the device is there: who then asks it to end is heard.
+    exitStatus = program->Prepare();
+    if (exitStatus != 0) {
+        return exitStatus;
+    }
+    // A signal ends a wait for a file, too. From here on it ends `Run`, even one that comes before that is called.
     program->EndOnSignals();
-    exitStatus = program->Start();
+    exitStatus = program->Listen();
     if (exitStatus != 0) {
         return exitStatus;
     }

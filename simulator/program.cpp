@@ -1,12 +1,10 @@
 #include "simulator/program.h"
 
 #include <algorithm>
-#include <array>
 #include <csignal>
-#include <cstdio>
-#include <fstream>
 #include <utility>
 
+#include "simulator/input_file.h"
 #include "simulator/text_lines.h"
 
 namespace Morquil::Simulator {
@@ -15,54 +13,20 @@ namespace {
 
 constexpr int listeningFailure = 1;
 
-void Complain(const std::string& text) {
-    std::fprintf(stderr, "morquil-sim: %s\n", text.c_str());
-}
+// A file without an end, such as /dev/zero, is refused.
+constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
+constexpr std::size_t longestTextFile = 4 * mebibyte;
+constexpr std::size_t longestRecording = 64 * mebibyte;
 
-int Unusable(const std::string& file, const std::string& why) {
-    Complain(file + ": " + why);
-    return usageError;
-}
+/// So many lines of standard input wait to be carried out; then it is not read.
+constexpr std::size_t pendingLinesLimit = 1000;
 
-std::optional<std::string> ContentOf(const std::string& file) {
-    std::ifstream stream(file, std::ios::binary);
-    std::string content;
-    std::array<char, 4096> piece{};
-    while (stream) {
-        stream.read(piece.data(), piece.size());
-        content.append(piece.data(), static_cast<std::size_t>(stream.gcount()));
-    }
-    // A folder can be opened, but not read to its end.
-    return stream.eof() ? std::optional(std::move(content)) : std::nullopt;
-}
-
-/// Reads a file; says so when that is impossible.
-std::optional<std::string> ReadOrComplain(const std::string& file) {
-    std::optional<std::string> content = ContentOf(file);
-    if (!content) {
-        Unusable(file, "cannot be read; the name of a file is expected");
-    }
-    return content;
-}
-
-void PrintReport(const std::string& report) {
-    std::string_view header;
-    ForEachLine(report, [&](std::string_view line) {
-        if (line.empty()) {
-            header = {};
-        } else if (header.empty()) {
-            header = line;
-        } else {
-            std::printf("panel: %.*s %.*s\n", static_cast<int>(header.size()), header.data(),
-                        static_cast<int>(line.size()), line.data());
-        }
-    });
-    std::fflush(stdout);
-}
+/// So many commands in a row; then it is the hosts' turn, and that of a signal to end.
+constexpr int commandsInARow = 64;
 
 }  // namespace
 
-Program::Program(Options options) : options_(std::move(options)) {}
+Program::Program(Options options) : options_(std::move(options)), pendingLines_(pendingLinesLimit) {}
 
 Program::~Program() = default;
 
@@ -70,19 +34,30 @@ Program::Moment Program::Now() const {
     return std::chrono::duration_cast<Moment>(std::chrono::steady_clock::now() - start_);
 }
 
-int Program::Start() {
+int Program::Unusable(const std::string& file, const std::string& why) {
+    console_.Complain(file + ": " + why);
+    return usageError;
+}
+
+std::optional<std::string> Program::ReadOrComplain(const std::string& file, std::size_t limit) {
+    FileReading reading = ReadInputFile(file, limit);
+    if (!reading.complaint.empty()) {
+        Unusable(file, reading.complaint);
+        return std::nullopt;
+    }
+    return std::move(reading.content);
+}
+
+int Program::Prepare() {
     int status = options_.replayFile.empty() ? PrepareSimulation() : PrepareReplay();
     if (status == 0) {
         status = PrepareScript();
     }
-    if (status == 0) {
-        status = PrepareRecording();
-    }
-    return status == 0 ? Listen() : status;
+    return status == 0 ? PrepareRecording() : status;
 }
 
 int Program::PrepareReplay() {
-    const auto text = ReadOrComplain(options_.replayFile);
+    const auto text = ReadOrComplain(options_.replayFile, longestRecording);
     if (!text) {
         return usageError;
     }
@@ -93,7 +68,7 @@ int Program::PrepareReplay() {
     if (reading.events.empty()) {
         return Unusable(options_.replayFile, "holds no conversation; what --record has written is expected");
     }
-    replay_.emplace(reading.events, Complain);
+    replay_.emplace(reading.events, [this](const std::string& difference) { console_.Complain(difference); });
     return 0;
 }
 
@@ -102,7 +77,7 @@ int Program::PrepareSimulation() {
     if (options_.settingsFile.empty()) {
         return 0;
     }
-    const auto text = ReadOrComplain(options_.settingsFile);
+    const auto text = ReadOrComplain(options_.settingsFile, longestTextFile);
     if (!text) {
         return usageError;
     }
@@ -114,7 +89,7 @@ int Program::PrepareScript() {
     if (options_.scriptFile.empty()) {
         return 0;
     }
-    const auto text = ReadOrComplain(options_.scriptFile);
+    const auto text = ReadOrComplain(options_.scriptFile, longestTextFile);
     if (!text) {
         return usageError;
     }
@@ -131,17 +106,27 @@ int Program::PrepareScript() {
 int Program::PrepareRecording() {
     Station& station = replay_ ? static_cast<Station&>(*replay_) : *simulation_;
     if (!options_.recordFile.empty()) {
-        record_ = std::make_unique<std::ofstream>(options_.recordFile, std::ios::binary);
-        if (!*record_) {
+        record_.emplace(options_.recordFile);
+        if (!record_->IsOpen()) {
             return Unusable(options_.recordFile, "cannot be written; a file in a folder that exists is expected");
         }
-        // Each line is on its way at once: the recording is complete however the program ends.
-        recorder_.emplace(station, [this](const std::string& text) { *record_ << text << std::flush; });
+        recorder_.emplace(station, [this](const std::string& text) { Record(text); });
     }
     server_.emplace(context_, recorder_ ? static_cast<Station&>(*recorder_) : station,
                     Server::Surroundings{.now = [this] { return Now(); },
-                                         .onHostsChanged = [this] { asio::post(context_, [this] { RunScripts(); }); }});
+                                         .onHostsChanged = [this] { asio::post(context_, [this] { RunScripts(); }); },
+                                         .onAcceptFailed =
+                                             [this](asio::error_code error) {
+                                                 console_.Complain("cannot accept hosts: " + error.message() +
+                                                                   "; trying again until it works");
+                                             }});
     return 0;
+}
+
+void Program::Record(const std::string& text) {
+    if (!record_->Write(text)) {
+        Unusable(options_.recordFile, "cannot be written; the recording ends here");
+    }
 }
 
 int Program::Listen() {
@@ -151,14 +136,13 @@ int Program::Listen() {
         error = server_->Listen({address, options_.port});
     }
     if (error) {
-        std::fprintf(stderr, "morquil-sim: cannot listen on %s:%u: %s\n", options_.address.c_str(),
-                     static_cast<unsigned>(options_.port), error.message().c_str());
+        console_.Complain("cannot listen on " + options_.address + ":" + std::to_string(options_.port) + ": " +
+                          error.message());
         return listeningFailure;
     }
     start_ = std::chrono::steady_clock::now();
     // Scripts wait for this line instead of guessing when hosts may connect.
-    std::printf("listening on %s:%u\n", options_.address.c_str(), static_cast<unsigned>(Endpoint().port()));
-    std::fflush(stdout);
+    console_.Print("listening on " + options_.address + ":" + std::to_string(Endpoint().port()) + "\n");
     return 0;
 }
 
@@ -166,7 +150,20 @@ int Program::Run() {
     asio::post(context_, [this] { RunScripts(); });
     const auto working = asio::make_work_guard(context_);
     context_.run();
-    return record_ && !*record_ ? Unusable(options_.recordFile, "could not be written completely") : 0;
+    return FinishOutput();
+}
+
+int Program::FinishOutput() {
+    const auto deadline = std::chrono::steady_clock::now() + BackgroundWriter::patience;
+    const int status =
+        record_ && !record_->Finish(deadline) ? Unusable(options_.recordFile, "could not be written completely") : 0;
+    console_.Finish(deadline);
+    return status;
+}
+
+void Program::Stop() {
+    context_.stop();
+    pendingLines_.Close();
 }
 
 void Program::EndOnSignals() {
@@ -180,29 +177,46 @@ void Program::EndOnSignals() {
 }
 
 void Program::Obey(std::string line) {
-    asio::post(context_, [this, line = std::move(line)] { TakeLine(line); });
+    if (pendingLines_.Add()) {
+        asio::post(context_, [this, line = std::move(line)] { TakeLine(line); });
+    }
 }
 
 void Program::TakeLine(const std::string& text) {
     ScriptLineReading reading = ReadScriptLine(text);
-    if (!reading.complaint.empty()) {
-        Complain(reading.complaint);
-    } else if (reading.line) {
+    if (reading.line) {
         typedScript_.Add(std::move(*reading.line), Now());
+        ++typedLines_;
         RunScripts();
+        return;
+    }
+    pendingLines_.Remove(1);
+    if (!reading.complaint.empty()) {
+        console_.Complain(reading.complaint);
     }
 }
 
 void Program::RunScripts() {
-    for (ScriptRunner* script : {&fileScript_, &typedScript_}) {
-        while (const auto command = script->Next(Now(), server_->HostCount())) {
-            CarryOutNow(*command);
-            if (context_.stopped()) {
-                return;
-            }
-        }
+    const bool isFileDone = RunSome(fileScript_);
+    const bool isTypedDone = RunSome(typedScript_);
+    pendingLines_.Remove(typedLines_ - typedScript_.PendingCount());
+    typedLines_ = typedScript_.PendingCount();
+    if (isFileDone && isTypedDone) {
+        AwaitScripts();
+    } else if (!context_.stopped()) {
+        asio::post(context_, [this] { RunScripts(); });
     }
-    AwaitScripts();
+}
+
+bool Program::RunSome(ScriptRunner& script) {
+    for (int count = 0; count < commandsInARow && !context_.stopped(); ++count) {
+        const auto command = script.Next(Now(), server_->HostCount());
+        if (!command) {
+            return true;
+        }
+        CarryOutNow(*command);
+    }
+    return false;
 }
 
 void Program::AwaitScripts() {
@@ -223,18 +237,30 @@ void Program::CarryOutNow(const OperatorCommand& command) {
     if (command.kind == CommandKind::Quit) {
         Stop();
     } else if (command.kind == CommandKind::Help) {
-        std::printf("%s", ScriptHelp().c_str());
-        std::fflush(stdout);
+        console_.Print(ScriptHelp());
     } else if (!simulation_) {
-        Complain("what is replayed obeys nobody; only help and quit are possible");
+        console_.Complain("what is replayed obeys nobody; only help and quit are possible");
     } else {
         const PanelOutcome outcome = CarryOut(command, *simulation_, Now());
         if (!outcome.refusal.empty()) {
-            Complain(outcome.refusal);
+            console_.Complain(outcome.refusal);
         }
         PrintReport(outcome.report);
         server_->SendAll();
     }
+}
+
+void Program::PrintReport(const std::string& report) {
+    std::string header;
+    ForEachLine(report, [&](std::string_view line) {
+        if (line.empty()) {
+            header.clear();
+        } else if (header.empty()) {
+            header = line;
+        } else {
+            console_.Print("panel: " + header + " " + std::string(line) + "\n");
+        }
+    });
 }
 
 }  // namespace Morquil::Simulator

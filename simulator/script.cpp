@@ -53,6 +53,9 @@ ScriptLineReading ReadScriptLine(std::string_view text) {
     if (rest.empty() || rest.starts_with('#')) {
         return {};
     }
+    if (text.size() > longestScriptLine) {
+        return Refused("a line of at most " + std::to_string(longestScriptLine) + " bytes is expected");
+    }
     ScriptLine line;
     std::string_view behindWord = rest;
     const std::string_view word = TakeWord(behindWord);

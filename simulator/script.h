@@ -23,6 +23,9 @@ struct ScriptLine {
     OperatorCommand command;
 };
 
+/// The most bytes that a command may have with its time.
+inline constexpr std::size_t longestScriptLine = 4096;
+
 /// A line of a script; neither line nor complaint when it is blank or a comment.
 struct ScriptLineReading {
     std::optional<ScriptLine> line;
@@ -52,6 +55,9 @@ public:
     std::optional<OperatorCommand> Next(Moment now, std::size_t hostCount);
     /// When `Next` has something to give, whatever hosts do until then.
     std::optional<Moment> NextDue() const;
+
+    /// Lines that have not been carried out.
+    std::size_t PendingCount() const { return waiting_.size(); }
 
 private:
     struct Waiting {

@@ -17,6 +17,9 @@ constexpr bool reusesAddresses = false;
 constexpr bool reusesAddresses = true;
 #endif
 
+/// Between attempts to accept hosts while that fails.
+constexpr std::chrono::milliseconds acceptPause{100};
+
 }  // namespace
 
 /// The socket of one host. Operations that are on the way keep it alive; once closed it does nothing more.
@@ -114,7 +117,11 @@ private:
 };
 
 Server::Server(asio::io_context& context, Station& station, Surroundings surroundings)
-    : acceptor_(context), stationTimer_(context), station_(station), surroundings_(std::move(surroundings)) {}
+    : acceptor_(context),
+      acceptTimer_(context),
+      stationTimer_(context),
+      station_(station),
+      surroundings_(std::move(surroundings)) {}
 
 Server::~Server() = default;
 
@@ -146,10 +153,25 @@ void Server::Accept() {
         if (error == asio::error::operation_aborted) {
             return;
         }
-        if (!error) {
-            Welcome(std::move(socket));
+        if (error) {
+            AcceptLater(error);
+            return;
         }
+        acceptFails_ = false;
+        Welcome(std::move(socket));
         Accept();
+    });
+}
+
+void Server::AcceptLater(asio::error_code error) {
+    if (!std::exchange(acceptFails_, true)) {
+        surroundings_.onAcceptFailed(error);
+    }
+    acceptTimer_.expires_after(acceptPause);
+    acceptTimer_.async_wait([this](asio::error_code stopped) {
+        if (!stopped) {
+            Accept();
+        }
     });
 }
 

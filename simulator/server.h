@@ -17,6 +17,8 @@ public:
         std::function<Station::Moment()> now;
         /// Told when a host has come or gone.
         std::function<void()> onHostsChanged;
+        /// Called when hosts cannot be accepted, for lack of descriptors for example; once until it works again.
+        std::function<void(asio::error_code)> onAcceptFailed;
     };
 
     /// `station` is not owned.
@@ -39,14 +41,17 @@ private:
     friend class Connection;
 
     void Accept();
+    void AcceptLater(asio::error_code error);
     void Welcome(asio::ip::tcp::socket socket);
     void Drop(Station::HostId host);
     void AwaitStation();
 
     asio::ip::tcp::acceptor acceptor_;
+    asio::steady_timer acceptTimer_;
     asio::steady_timer stationTimer_;
     Station& station_;
     Surroundings surroundings_;
+    bool acceptFails_ = false;
     Station::HostId lastHost_ = 0;
     std::map<Station::HostId, std::shared_ptr<Connection>> connections_;
 };

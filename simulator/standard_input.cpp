@@ -6,36 +6,27 @@
 #include <thread>
 #include <utility>
 
+#include "simulator/input_lines.h"
+
 namespace Morquil::Simulator {
 
 namespace {
 
-/// What a line may hold at most: nobody types more, and memory has an end.
-constexpr std::size_t longestInputLine = 65536;
-
-void ReadLines(const std::function<void(std::string)>& onLine) {
+void ReadLines(std::function<void(std::string)> onLine) {
     std::array<char, 4096> piece{};
-    std::string line;
+    InputLines lines(std::move(onLine));
     // Not the buffered stream: its lock, which a waiting reader holds, is wanted when the program ends.
     for (auto length = read(STDIN_FILENO, piece.data(), piece.size()); length > 0;
          length = read(STDIN_FILENO, piece.data(), piece.size())) {
-        for (const char character : std::string_view(piece.data(), static_cast<std::size_t>(length))) {
-            if (character == '\n') {
-                onLine(std::exchange(line, {}));
-            } else if (line.size() < longestInputLine) {
-                line += character;
-            }
-        }
+        lines.Feed({piece.data(), static_cast<std::size_t>(length)});
     }
-    if (!line.empty()) {
-        onLine(std::move(line));
-    }
+    lines.End();
 }
 
 }  // namespace
 
 void ReadStandardInput(std::function<void(std::string)> onLine) {
-    std::thread([onLine = std::move(onLine)] { ReadLines(onLine); }).detach();
+    std::thread([onLine = std::move(onLine)]() mutable { ReadLines(std::move(onLine)); }).detach();
 }
 
 }  // namespace Morquil::Simulator

@@ -42,8 +42,16 @@ pid_t Spawn(std::vector<std::string> words, const Pipe& input, const Pipe& outpu
     posix_spawn_file_actions_adddup2(&actions, output.Write(), STDOUT_FILENO);
     posix_spawn_file_actions_adddup2(&actions, output.Write(), STDERR_FILENO);
     posix_spawn_file_actions_adddup2(&actions, life.Write(), lifeOfTheChild);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t brokenPipe;
+    sigemptyset(&brokenPipe);
+    sigaddset(&brokenPipe, SIGPIPE);
+    posix_spawnattr_setsigdefault(&attributes, &brokenPipe);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
     pid_t process = 0;
-    posix_spawn(&process, MORQUIL_SIMULATOR_PATH, &actions, nullptr, arguments.data(), environ);
+    posix_spawn(&process, MORQUIL_SIMULATOR_PATH, &actions, &attributes, arguments.data(), environ);
+    posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     return process;
 }

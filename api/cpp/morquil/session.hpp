@@ -95,7 +95,8 @@ private:
                     Tell(&SessionHandlers::attemptFailed, reason, pause);
                 }
                 Wait(pause);
-                delay = std::min(2 * delay, options.longestDelay);
+                // In parentheses: <windows.h> may have made min a macro.
+                delay = (std::min)(2 * delay, options.longestDelay);
             }
         }
 

@@ -1,0 +1,4 @@
+// The C++ layer before <windows.h>.
+#include <morquil.hpp>
+
+#include <windows.h>

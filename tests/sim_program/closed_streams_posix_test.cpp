@@ -21,7 +21,7 @@ bool IsServed(const std::string& address) {
     return isConnected;
 }
 
-TEST(Program, WithoutStandardStreamsServesHostsAndKeepsTheirNumbersFree) {
+TEST(Program, WithoutStandardStreamsServesHostsAndOccupiesTheirNumbers) {
     const std::string address = "127.99." + std::to_string(getpid() / 250 % 250) + "." + std::to_string(getpid() % 250);
     const Testing::ProgramWithoutStreams program("\"" MORQUIL_SIMULATOR_PATH "\" --address " + address);
     ASSERT_TRUE(IsServed(address));

@@ -33,7 +33,7 @@ std::string Repeated(std::string_view text, int count) {
 TEST(StalledStreams, UnreadOutputDoesNotKeepASignalFromEndingTheProgram) {
     ChildProgram program({});
     RawHost host("127.0.0.1", program.AwaitPort());
-    program.Write(Repeated("help\n", 1000) + "set VIDEO PROC AMP Gain 12\n");
+    program.Write(Repeated("help\n", 1000) + "wait-for-host\nset VIDEO PROC AMP Gain 12\n");
     EXPECT_TRUE(host.ReceiveUntil("VIDEO PROC AMP:\nGain: 12\n\n").ends_with("Gain: 12\n\n"));
     program.Send(SIGTERM);
     EXPECT_EQ(program.AwaitEnd(), 0);
@@ -43,7 +43,7 @@ TEST(StalledStreams, ClosedOutputDoesNotEndTheProgram) {
     ChildProgram program({});
     RawHost host("127.0.0.1", program.AwaitPort());
     program.CloseOutput();
-    program.Write("help\nhelp\nset VIDEO PROC AMP Gain 12\n");
+    program.Write("help\nhelp\nwait-for-host\nset VIDEO PROC AMP Gain 12\n");
     EXPECT_TRUE(host.ReceiveUntil("VIDEO PROC AMP:\nGain: 12\n\n").ends_with("Gain: 12\n\n"));
     program.Send(SIGTERM);
     EXPECT_EQ(program.AwaitEnd(), 0);

@@ -147,7 +147,7 @@ void Apply(const Change& change, const Link& link) {
 
 // One after the other: a change of the mode changes what else the device takes.
 void ApplyAll(const Context& context, const std::vector<Change>& changes) {
-    const Link link(context.options.address, context.deadline);
+    const Link link(context);
     Report report(context);
     for (const Change& change : changes) {
         try {

@@ -14,7 +14,7 @@ struct Context {
     const Options& options;
     const Terminal& terminal;
     const Deadline deadline;
-    /// Set from outside when the user wants a command without an end to end.
+    /// Set from outside when the command is to end: by the user, or because its output cannot be written.
     const std::atomic<bool>& isInterrupted;
 };
 

@@ -13,6 +13,7 @@ enum class ExitCode : int {
     TimedOut = 3,        // nothing was decided within the time
     NotApplied = 4,      // the device does not report the value
     ConnectionLost = 5,  // a connection that was there has ended
+    Interrupted = 130,   // ended from outside before the work was done; what shells report for Ctrl-C
 };
 
 /// Why a command ends without having done its work, in one line for people.
@@ -30,6 +31,12 @@ private:
 class UsageFailure : public Failure {
 public:
     explicit UsageFailure(const std::string& text) : Failure(ExitCode::Usage, text) {}
+};
+
+/// The user has ended the command, and knows: no line says so.
+class Interruption : public Failure {
+public:
+    Interruption() : Failure(ExitCode::Interrupted, "interrupted") {}
 };
 
 }  // namespace Morquil::Command

@@ -1,13 +1,17 @@
 #include "command/link.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <vector>
+
+#include "command/commands.h"
 
 namespace Morquil::Command {
 namespace {
 
 constexpr std::chrono::milliseconds lookInterval{4};
+constexpr std::chrono::milliseconds interruptionInterval{20};
 
 std::unique_ptr<morquil::Connecting> Begin(const std::string& address, morquil::ConnectionHandlers handlers) {
     try {
@@ -25,27 +29,36 @@ std::string Deadline::Text() const {
     return text.data();
 }
 
-Link::Link(const std::string& address, const Command::Deadline& deadline) : address_(address), deadline_(deadline) {
+Link::Link(const Context& context)
+    : address_(context.options.address), deadline_(context.deadline), isInterrupted_(context.isInterrupted) {
     const auto note = [state = state_](auto change) {
         const std::lock_guard lock(state->mutex);
         change(*state);
         state->changed.notify_all();
     };
     connecting_ = Begin(
-        address, {[note] { note([](State& state) { state.connected = true; }); },
-                  [note](morquil::ConnectFailure reason) { note([reason](State& state) { state.ended = reason; }); }});
+        address_, {[note] { note([](State& state) { state.connected = true; }); },
+                   [note](morquil::ConnectFailure reason) { note([reason](State& state) { state.ended = reason; }); }});
+    AwaitDecision();
+}
+
+void Link::AwaitDecision() {
     std::unique_lock lock(state_->mutex);
-    state_->changed.wait_until(lock, deadline.time, [this] { return state_->connected || state_->ended; });
+    // A signal handler cannot notify, so its flag is looked at now and then.
+    while (!state_->connected && !state_->ended && !isInterrupted_ && !deadline_.IsOver()) {
+        state_->changed.wait_until(lock, std::min(Clock::now() + interruptionInterval, deadline_.time));
+    }
     if (state_->connected) {
         return;
     }
     const std::optional<morquil::ConnectFailure> reason = state_->ended;
     lock.unlock();
     if (reason) {
-        throw Failure(ExitCode::Unreachable, address + ": " + ToText(*reason));
+        throw Failure(ExitCode::Unreachable, address_ + ": " + ToText(*reason));
     }
     LeaveToTheProcess(std::move(connecting_));
-    throw Failure(ExitCode::TimedOut, address + ": not connected within " + deadline.Text());
+    CheckIsNotInterrupted();
+    throw Failure(ExitCode::TimedOut, address_ + ": not connected within " + deadline_.Text());
 }
 
 Link::~Link() {
@@ -64,6 +77,12 @@ bool Link::IsLost() const {
 void Link::CheckIsThere() const {
     if (IsLost()) {
         throw Failure(ExitCode::ConnectionLost, address_ + ": the connection was lost");
+    }
+}
+
+void Link::CheckIsNotInterrupted() const {
+    if (isInterrupted_) {
+        throw Interruption();
     }
 }
 

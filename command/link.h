@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <memory>
@@ -26,13 +27,15 @@ struct Deadline {
     std::string Text() const;
 };
 
+struct Context;
+
 /// The connection of one command.
 class Link {
 public:
-    /// Connects. Throws: Failure, Unreachable with the reason or TimedOut.
-    Link(const std::string& address, const Deadline& deadline);
-    /// Disconnects. When the time was over the connection is left to the end of the process instead: an attempt may
-    /// still be in progress, and taking it back could take its time.
+    /// Connects. Throws: Failure, Unreachable with the reason or TimedOut; Interruption. An attempt that is given up is
+    /// left to the end of the process: taking it back could take its time.
+    explicit Link(const Context& context);
+    /// Disconnects; after the time is over the connection is left to the end of the process instead.
     ~Link();
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
@@ -50,11 +53,12 @@ public:
     void CheckIsThere() const;
 
     /// Asks `condition` every few milliseconds until it holds or `end` has come. Returns: whether it holds.
-    /// Throws: Failure, ConnectionLost.
+    /// Throws: Failure, ConnectionLost; Interruption.
     template <class Condition>
     bool Await(Clock::time_point end, Condition condition) const {
         while (!condition()) {
             CheckIsThere();
+            CheckIsNotInterrupted();
             if (Clock::now() >= end) {
                 return false;
             }
@@ -71,11 +75,14 @@ private:
         std::optional<morquil::ConnectFailure> ended;
     };
 
+    void AwaitDecision();
+    void CheckIsNotInterrupted() const;
     /// Until the next look, or until the connection ends.
     void Pause() const;
 
     const std::string address_;
     const Command::Deadline deadline_;
+    const std::atomic<bool>& isInterrupted_;
     const std::shared_ptr<State> state_ = std::make_shared<State>();
     std::unique_ptr<morquil::Connecting> connecting_;
     bool isOpenEnded_ = false;

@@ -1,10 +1,13 @@
 // morquilctl: reads, sets and watches a device from the command line.
+#include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <mutex>
+#include <string_view>
 #include <thread>
 
+#include "command/link.h"
 #include "command/own_output.h"
 #include "command/program.h"
 #include "command/system.h"
@@ -13,63 +16,108 @@
 
 namespace {
 
-using Morquil::Command::ExitCode;
-using Morquil::Command::Options;
-using Morquil::Command::OwnOutput;
+using namespace Morquil::Command;
+using namespace std::chrono_literals;
 
-// How much later than its time the program ends when something of the system does not come back.
-constexpr std::chrono::milliseconds patience{150};
+// How much later than its time the program ends when something of the system does not come back, and how long it may
+// take to clean up after an interruption.
+constexpr auto patience = 150ms;
+constexpr auto interruptionPatience = 500ms;
+constexpr auto lookInterval = 50ms;
 
 std::atomic<bool> isInterrupted{false};
 
 [[noreturn]] void End(ExitCode code) {
+    if (code == ExitCode::Interrupted) {
+        EndInterrupted();
+    }
     // Without what belongs to the library: an attempt to connect may still be in progress in another thread.
     std::_Exit(static_cast<int>(code));
 }
 
-/// Ends the program when a call of the system holds it up: a file that is a pipe, a name that is not found.
-void EndAfter(std::chrono::milliseconds timeout) {
-    std::thread([until = std::chrono::steady_clock::now() + timeout + patience] {
-        std::this_thread::sleep_until(until);
-        std::fputs("morquilctl: timed out\n", stderr);
-        End(ExitCode::TimedOut);
-    }).detach();
-}
+/// Ends the program when a call of the system holds it up: a file that is a pipe, a name that is not found, an output
+/// that nobody reads.
+class Guard {
+public:
+    Guard(const OwnOutput& output, const Options& options)
+        : output_(output), isOpenEnded_(options.command == "watch"), end_(Clock::now() + options.timeout + patience) {}
+
+    [[noreturn]] void Run() {
+        while (!isInterrupted) {
+            const Clock::time_point next = Clock::now() + lookInterval;
+            std::this_thread::sleep_until(isOpenEnded_ ? next : std::min(next, end_));
+            Look();
+        }
+        std::this_thread::sleep_for(interruptionPatience);
+        End(ExitCode::Interrupted);
+    }
+
+private:
+    void Look() const {
+        if (isOpenEnded_ && !output_.HasReader()) {
+            isInterrupted = true;
+        }
+        if (!isOpenEnded_ && Clock::now() >= end_) {
+            std::fputs("morquilctl: timed out\n", stderr);
+            End(ExitCode::TimedOut);
+        }
+    }
+
+    const OwnOutput& output_;
+    const bool isOpenEnded_;
+    const Clock::time_point end_;
+};
 
 void Begin(OwnOutput& output, const Options& options) {
     if (options.isTraced) {
         output.Trace();
     }
-    if (options.command == "watch") {
-        Morquil::Command::NoteInterruption(isInterrupted);
-    } else {
-        EndAfter(options.timeout);
-    }
+    NoteInterruption(isInterrupted);
+    std::thread([guard = Guard(output, options)]() mutable { guard.Run(); }).detach();
 }
+
+/// What the program writes, and whether it could.
+class Output {
+public:
+    explicit Output(OwnOutput& own) : own_(own) {}
+
+    void Write(std::string_view text) {
+        const Written written = own_.Write(text);
+        if (written != Written::All) {
+            isInterrupted = true;  // what has no end of its own ends here
+        }
+        hasFailed_ = hasFailed_ || written == Written::Failed;
+    }
+    bool HasFailed() const { return hasFailed_; }
+
+private:
+    OwnOutput& own_;
+    bool hasFailed_ = false;
+};
 
 }  // namespace
 
 int main(int count, char** words) {
-    using namespace Morquil::Command;
     if (!Morquil::OccupyStandardStreams()) {
         return static_cast<int>(ExitCode::Usage);
     }
     // Where the library is registered it comes through COM, which threads must have asked for.
     [[maybe_unused]] const morquil::Apartment apartment;
-    OwnOutput output;
-    bool isWritten = true;
+    OwnOutput own;
+    IgnoreBrokenPipes();
+    Output output(own);
     const std::string device = EnvironmentVariable("MORQUIL_DEVICE");
     const Surroundings surroundings{
-        .terminal = {.out = [&](std::string_view text) { isWritten = output.Write(text) && isWritten; },
+        .terminal = {.out = [&output](std::string_view text) { output.Write(text); },
                      .err = [](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stderr); },
-                     .isColoured = output.IsTerminal() && EnvironmentVariable("NO_COLOR").empty() &&
+                     .isColoured = own.IsTerminal() && EnvironmentVariable("NO_COLOR").empty() &&
                                    EnvironmentVariable("TERM") != "dumb"},
         .defaultAddress = device.empty() ? "127.0.0.1" : device,
-        .begin = [&output](const Options& options) { Begin(output, options); },
+        .begin = [&own](const Options& options) { Begin(own, options); },
         .isInterrupted = isInterrupted};
     ExitCode code = RunProgram(CommandLineWords(count, words), surroundings);
-    output.Finish();
-    if (!isWritten && code == ExitCode::Done) {
+    own.Finish();
+    if (output.HasFailed() && code == ExitCode::Done) {
         Tell(surroundings.terminal, "the output cannot be written");
         code = ExitCode::Usage;
     }

@@ -20,7 +20,8 @@ constexpr const char* footer =
     "  morquilctl ranges 'audio.*'\n"
     "  morquilctl watch input reference.signal-locked\n"
     "\n"
-    "Exit codes: 0 done, 1 usage, 2 unreachable, 3 timed out, 4 not applied, 5 connection lost.\n"
+    "Exit codes: 0 done, 1 usage, 2 unreachable, 3 timed out, 4 not applied, 5 connection lost, "
+    "130 interrupted.\n"
     "`morquilctl list` shows all properties.";
 
 /// The command line as the parser knows it, and where it puts what it finds.

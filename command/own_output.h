@@ -5,6 +5,9 @@
 
 namespace Morquil::Command {
 
+/// What has become of a piece of output.
+enum class Written { All, NoReader, Failed };
+
 /// Standard output and the library: it prints what it has to say, and what it receives, on the process's standard
 /// output. This one is given to the program alone, and the library's words go nowhere or, escaped, to standard error.
 class OwnOutput {
@@ -17,8 +20,10 @@ public:
     /// From here on the library's words are shown.
     void Trace();
 
-    /// Writes to standard output, as it was. Returns: false once that has failed.
-    bool Write(std::string_view text);
+    /// Writes to standard output, as it was.
+    Written Write(std::string_view text);
+    /// Whether what is written may still be read. Windows says so only after a write has failed.
+    bool HasReader() const;
     /// Whether a terminal is on the other side that understands colours.
     bool IsTerminal() const;
 

@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <array>
@@ -43,7 +44,13 @@ public:
         }
     }
 
-    bool Write(std::string_view text) const { return WriteAll(own_, text); }
+    Written Write(std::string_view text) const {
+        return WriteAll(own_, text) ? Written::All : errno == EPIPE ? Written::NoReader : Written::Failed;
+    }
+    bool HasReader() const {
+        pollfd output{.fd = own_, .events = 0, .revents = 0};
+        return poll(&output, 1, 0) != 1 || (output.revents & POLLERR) == 0;
+    }
     bool IsTerminal() const { return isatty(own_) == 1; }
 
     void Finish() {
@@ -85,8 +92,11 @@ OwnOutput::~OwnOutput() = default;
 void OwnOutput::Trace() {
     system_->Trace();
 }
-bool OwnOutput::Write(std::string_view text) {
+Written OwnOutput::Write(std::string_view text) {
     return system_->Write(text);
+}
+bool OwnOutput::HasReader() const {
+    return system_->HasReader();
 }
 bool OwnOutput::IsTerminal() const {
     return system_->IsTerminal();

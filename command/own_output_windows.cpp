@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <cerrno>
 #include <cstdio>
 #include <thread>
 
@@ -54,7 +56,14 @@ public:
         }
     }
 
-    bool Write(std::string_view text) const { return WriteAll(own_, text); }
+    Written Write(std::string_view text) {
+        if (WriteAll(own_, text)) {
+            return Written::All;
+        }
+        hasReader_ = errno != EPIPE;
+        return hasReader_ ? Written::Failed : Written::NoReader;
+    }
+    bool HasReader() const { return hasReader_; }
 
     /// A console shows colours only where it can be told to.
     bool IsTerminal() const {
@@ -97,6 +106,7 @@ private:
     }
 
     const int own_;
+    std::atomic<bool> hasReader_{true};
     std::thread reader_;
 };
 
@@ -105,8 +115,11 @@ OwnOutput::~OwnOutput() = default;
 void OwnOutput::Trace() {
     system_->Trace();
 }
-bool OwnOutput::Write(std::string_view text) {
+Written OwnOutput::Write(std::string_view text) {
     return system_->Write(text);
+}
+bool OwnOutput::HasReader() const {
+    return system_->HasReader();
 }
 bool OwnOutput::IsTerminal() const {
     return system_->IsTerminal();

@@ -47,7 +47,9 @@ ExitCode RunProgram(const std::vector<std::string>& arguments, const Surrounding
         Run(arguments, surroundings);
         return ExitCode::Done;
     } catch (const Failure& failure) {
-        Tell(surroundings.terminal, failure.what());
+        if (failure.Code() != ExitCode::Interrupted) {
+            Tell(surroundings.terminal, failure.what());
+        }
         return failure.Code();
     } catch (const morquil::Error& error) {
         // What a command does not expect of the library comes of a connection that has just gone.

@@ -35,6 +35,27 @@ std::string OfferAsText(const Property& property, const Offer& offer) {
     return text;
 }
 
+Row ChangeAsRow(const ValueChange& change) {
+    const Property& property = *change.property;
+    return {Cell(LocalTime(change.time), Style::Faint), property.name,
+            ValueAsText(property, change.before) + " -> " + ValueAsText(property, change.now),
+            SkippedAsCell(change.skipped, "value")};
+}
+
+Json ChangeAsJson(const ValueChange& change) {
+    const Property& property = *change.property;
+    return {{"time", LocalTime(change.time)},
+            {"name", property.name},
+            {"old", ValueAsJson(property, change.before)},
+            {"new", ValueAsJson(property, change.now)},
+            {"skipped", change.skipped}};
+}
+
+Cell SkippedAsCell(std::size_t count, const std::string& noun) {
+    const std::string nouns = count == 1 ? noun : noun + "s";
+    return {count == 0 ? std::string() : "(" + std::to_string(count) + " " + nouns + " skipped)", Style::Faint};
+}
+
 void PrintJson(const Terminal& terminal, const Json& document) {
     terminal.out(AsText(document, 2));
 }

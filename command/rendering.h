@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "command/change_log.h"
 #include "command/property.h"
 #include "command/terminal.h"
 
@@ -17,6 +18,13 @@ Json ValueAsJson(const Property& property, const std::optional<Value>& value);
 
 /// "-60 to 60", or the words; empty when the device has not told.
 std::string OfferAsText(const Property& property, const Offer& offer);
+
+/// "gain  0 -> 12  (3 values skipped)", with its time.
+Row ChangeAsRow(const ValueChange& change);
+Json ChangeAsJson(const ValueChange& change);
+
+/// "(3 values skipped)"; empty for none.
+Cell SkippedAsCell(std::size_t count, const std::string& noun);
 
 /// One document, indented.
 void PrintJson(const Terminal& terminal, const Json& document);

@@ -128,7 +128,7 @@ void TellOutcome(const Context& context, const std::vector<SettingsLine>& wanted
 
 void SaveSettings(const Context& context) {
     const std::string& file = context.options.words.front();
-    const Link link(context.options.address, context.deadline);
+    const Link link(context);
     try {
         link.Device().SaveSettingsFile(file);
     } catch (const morquil::Error&) {
@@ -148,7 +148,7 @@ void LoadSettings(const Context& context) {
         throw UsageFailure(file + ": holds no settings");
     }
     TellUnplayedBlocks(context, wanted);
-    const Link link(context.options.address, context.deadline);
+    const Link link(context);
     link.Device().LoadSettingsFile(file);
     const std::vector<SettingsLine> missing = AwaitLines(link, wanted);
     TellOutcome(context, wanted, missing);

@@ -102,7 +102,7 @@ std::string AccessOf(const Property& property) {
 }  // namespace
 
 void ShowStatus(const Context& context) {
-    const Link link(context.options.address, context.deadline);
+    const Link link(context);
     Json document = {{"address", link.Address()}};
     std::vector<Row> rows = {{"Address", link.Address()}};
     for (const StatusLine& line : statusLines) {
@@ -114,7 +114,7 @@ void ShowStatus(const Context& context) {
 void ShowValues(const Context& context) {
     const Selection selection = Readable(SelectProperties(context.options.words));
     RefuseCommands(context.options.words);
-    const Link link(context.options.address, context.deadline);
+    const Link link(context);
     RefuseUnknown(context.options.words, link.Device());
     Json document = Json::object();
     std::vector<Row> rows;
@@ -133,7 +133,7 @@ void ShowRanges(const Context& context) {
         throw UsageFailure("devices do not tell what they take for " + context.options.words.front() +
                            "; its words are in: morquilctl list --json");
     }
-    const Link link(context.options.address, context.deadline);
+    const Link link(context);
     Json document = Json::object();
     std::vector<Row> rows;
     for (const Property* const property : selection) {

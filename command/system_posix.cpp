@@ -1,15 +1,19 @@
 #include <csignal>
 #include <cstdlib>
 
+#include "command/exit_code.h"
 #include "command/system.h"
 
 namespace Morquil::Command {
 namespace {
 
 std::atomic<bool>* interrupted = nullptr;
-static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may not wait");
+std::atomic<int> lastSignal{0};
+static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free,
+              "a signal handler may not wait");
 
-void HandleSignal(int /*signal*/) {
+void HandleSignal(int signal) {
+    lastSignal = signal;
     interrupted->store(true);
 }
 
@@ -23,10 +27,20 @@ void NoteInterruption(std::atomic<bool>& flag) {
     interrupted = &flag;
     struct sigaction action {};
     action.sa_handler = &HandleSignal;
-    // A second one ends the program in any case.
     action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
+}
+
+void EndInterrupted() {
+    if (lastSignal != 0) {
+        std::raise(lastSignal);  // its handler was reset when it came
+    }
+    std::_Exit(static_cast<int>(ExitCode::Interrupted));
+}
+
+void IgnoreBrokenPipes() {
+    std::signal(SIGPIPE, SIG_IGN);
 }
 
 std::string EnvironmentVariable(const char* name) {

@@ -2,8 +2,10 @@
 
 #include <shellapi.h>
 
+#include <cstdlib>
 #include <cwchar>
 
+#include "command/exit_code.h"
 #include "command/system.h"
 #include "morquil/text.hpp"
 
@@ -13,7 +15,7 @@ namespace {
 std::atomic<bool>* interrupted = nullptr;
 
 BOOL WINAPI HandleControl(DWORD /*event*/) {
-    return interrupted->exchange(true) ? FALSE : TRUE;  // a second one ends the program in any case
+    return interrupted->exchange(true) ? FALSE : TRUE;
 }
 
 }  // namespace
@@ -34,6 +36,13 @@ void NoteInterruption(std::atomic<bool>& flag) {
     interrupted = &flag;
     SetConsoleCtrlHandler(&HandleControl, TRUE);
 }
+
+void EndInterrupted() {
+    std::_Exit(static_cast<int>(ExitCode::Interrupted));
+}
+
+// There is no signal of pipes here.
+void IgnoreBrokenPipes() {}
 
 std::string EnvironmentVariable(const char* name) {
     const std::wstring wideName(name, name + std::char_traits<char>::length(name));

@@ -1,107 +1,88 @@
 // watch.
 #include <map>
-#include <set>
+#include <memory>
 
 #include "command/commands.h"
-#include "command/event_queue.h"
 #include "command/local_time.h"
 #include "command/property.h"
 #include "command/rendering.h"
+#include "command/watch_feed.h"
 
 namespace Morquil::Command {
 namespace {
 
-/// What the watched properties were when they were last looked at, and who is told when they change.
+/// The properties to watch, and the device that they are watched on at present.
 class Watch {
 public:
     Watch(const Context& context, Selection selection) : context_(context), selection_(std::move(selection)) {}
 
-    /// Subscribes to a device, and takes its values as the old ones. When there have been some before, tells what has
-    /// changed since.
-    void Begin(const morquil::Device& device, const std::shared_ptr<EventQueue>& events) {
+    /// Subscribes to a device and takes its values. What differs from the last device's is a change.
+    void Begin(const morquil::Device& device) {
         subscriptions_.clear();
-        device_ = device;
-        std::set<morquil::PropertySet> sets;
+        std::map<morquil::PropertySet, Selection> sets;
         for (const Property* const property : selection_) {
-            if (sets.insert(property->set).second) {
-                subscriptions_.push_back(device.OnChange(property->set, [events](morquil::PropertySet set) {
-                    events->Add({EventKind::Changed, set});
-                }));
-            }
+            sets[property->set].push_back(property);
         }
-        Compare(std::nullopt, WallClock::now(), !values_.empty());
-    }
-
-    /// Tells what has changed in one set, or in all of them.
-    void Compare(std::optional<morquil::PropertySet> set, WallClock::time_point time, bool isTold = true) {
-        for (const Property* const property : selection_) {
-            if (!set || property->set == *set) {
-                Look(*property, time, isTold);
-            }
+        for (const auto& [set, properties] : sets) {
+            const auto look = [feed = feed_, device, watched = properties](morquil::PropertySet) {
+                for (const Property* const property : watched) {
+                    feed->Look(*property, device);
+                }
+            };
+            subscriptions_.push_back(device.OnChange(set, look));
+            look(set);
         }
     }
-
-    void TellEvent(const char* event, const std::string& text, WallClock::time_point time) const {
-        if (context_.options.isJson) {
-            PrintJsonLine(context_.terminal, {{"time", LocalTime(time)}, {"event", event}, {"reason", text}});
-        } else {
-            PrintLine(context_.terminal, {Cell(LocalTime(time), Style::Faint), Cell(text, Style::Bad)});
-        }
-    }
-
     void End() { subscriptions_.clear(); }
-    std::size_t Count() const { return selection_.size(); }
+
+    WatchFeed& Feed() const { return *feed_; }
+    /// What handlers keep, which may still run when the watch has gone.
+    std::shared_ptr<WatchFeed> SharedFeed() const { return feed_; }
+
+    void TellBeginning() const {
+        const std::size_t count = selection_.size();
+        Tell(context_.terminal, "watching " + std::to_string(count) + (count == 1 ? " property" : " properties") +
+                                    " of " + context_.options.address);
+    }
+
+    void TellChanges(const std::vector<ValueChange>& changes) const {
+        for (const ValueChange& change : changes) {
+            context_.options.isJson ? PrintJsonLine(context_.terminal, ChangeAsJson(change))
+                                    : PrintLine(context_.terminal, ChangeAsRow(change));
+        }
+    }
+
+    void TellEvent(const char* name, const std::string& text, const Event& event) const {
+        if (context_.options.isJson) {
+            PrintJsonLine(
+                context_.terminal,
+                {{"time", LocalTime(event.time)}, {"event", name}, {"reason", text}, {"skipped", event.skipped}});
+        } else {
+            PrintLine(context_.terminal, {Cell(LocalTime(event.time), Style::Faint), Cell(text, Style::Bad),
+                                          SkippedAsCell(event.skipped, "event")});
+        }
+    }
 
 private:
-    void Look(const Property& property, WallClock::time_point time, bool isTold) {
-        const std::optional<Value> present = ReadValue(property, *device_);
-        std::optional<Value>& before = values_[&property];
-        if (isTold && present != before) {
-            TellChange(property, before, present, time);
-        }
-        before = present;
-    }
-
-    void TellChange(const Property& property, const std::optional<Value>& before, const std::optional<Value>& present,
-                    WallClock::time_point time) const {
-        if (context_.options.isJson) {
-            PrintJsonLine(context_.terminal, {{"time", LocalTime(time)},
-                                              {"name", property.name},
-                                              {"old", ValueAsJson(property, before)},
-                                              {"new", ValueAsJson(property, present)}});
-        } else {
-            PrintLine(context_.terminal, {Cell(LocalTime(time), Style::Faint), property.name,
-                                          ValueAsText(property, before) + " -> " + ValueAsText(property, present)});
-        }
-    }
-
     const Context& context_;
     const Selection selection_;
-    std::optional<morquil::Device> device_;
-    std::map<const Property*, std::optional<Value>> values_;
+    const std::shared_ptr<WatchFeed> feed_ = std::make_shared<WatchFeed>();
     std::vector<morquil::Subscription> subscriptions_;
 };
 
-void TellBeginning(const Context& context, const Watch& watch) {
-    const std::string count = std::to_string(watch.Count()) + (watch.Count() == 1 ? " property" : " properties");
-    Tell(context.terminal, "watching " + count + " of " + context.options.address);
-}
-
 // Until the connection is lost or the user has seen enough.
 void WatchOneConnection(const Context& context, Watch& watch) {
-    const auto events = std::make_shared<EventQueue>();
-    Link link(context.options.address, context.deadline);
+    Link link(context);
     link.BecomeOpenEnded();
     const morquil::Subscription ended = link.Device().OnConnection(
-        {.disconnected = [events](morquil::ConnectFailure) { events->Add({EventKind::Lost}); }});
-    watch.Begin(link.Device(), events);
-    TellBeginning(context, watch);
+        {.disconnected = [feed = watch.SharedFeed()](morquil::ConnectFailure) { feed->Add({EventKind::Lost}); }});
+    watch.Begin(link.Device());
+    watch.TellBeginning();
     while (!context.isInterrupted && !link.IsLost()) {
-        if (const std::optional<Event> event = events->Next(); event && event->kind == EventKind::Changed) {
-            watch.Compare(event->set, event->time);
-        }
+        watch.TellChanges(watch.Feed().Next().changes);
     }
     watch.End();
+    watch.TellChanges(watch.Feed().Take().changes);
     link.CheckIsThere();
 }
 
@@ -123,47 +104,46 @@ private:
     std::shared_ptr<morquil::Session> session_;
 };
 
-std::shared_ptr<morquil::Session> OpenSession(const std::string& address, const std::shared_ptr<EventQueue>& events) {
+// Failed attempts count until the first connection only.
+std::shared_ptr<morquil::Session> OpenSession(const std::string& address, const std::shared_ptr<WatchFeed>& feed) {
+    const auto wasConnected = std::make_shared<bool>(false);  // handlers run one after the other
     return std::make_shared<morquil::Session>(
         address,
         morquil::SessionHandlers{
             .connected =
-                [events](const morquil::Device& device) {
-                    events->Add(
+                [feed, wasConnected](const morquil::Device& device) {
+                    *wasConnected = true;
+                    feed->Add(
                         {.kind = EventKind::Connected, .device = std::make_shared<const morquil::Device>(device)});
                 },
-            .lost =
-                [events](morquil::ConnectFailure reason) { events->Add({.kind = EventKind::Lost, .reason = reason}); },
+            .lost = [feed](morquil::ConnectFailure reason) { feed->Add({.kind = EventKind::Lost, .reason = reason}); },
             .attemptFailed =
-                [events](morquil::ConnectFailure reason, std::chrono::milliseconds) {
-                    events->Add({.kind = EventKind::Failed, .reason = reason});
+                [feed, wasConnected](morquil::ConnectFailure reason, std::chrono::milliseconds) {
+                    if (!*wasConnected) {
+                        feed->Add({.kind = EventKind::Failed, .reason = reason});
+                    }
                 }});
 }
 
 /// What the events of a session mean for a watch. Before the device has been there once, a failure is final.
 class SessionWatch {
 public:
-    SessionWatch(const Context& context, Watch& watch, std::shared_ptr<EventQueue> events)
-        : context_(context), watch_(watch), events_(std::move(events)) {}
+    SessionWatch(const Context& context, Watch& watch) : context_(context), watch_(watch) {}
 
     void Handle(const Event& event) {
         switch (event.kind) {
-            case EventKind::Changed:
-                watch_.Compare(event.set, event.time);
-                break;
             case EventKind::Connected:
                 Connected(event);
                 break;
             case EventKind::Lost:
-                watch_.TellEvent("lost", context_.options.address + ": the connection was lost", event.time);
+                watch_.TellEvent("lost", context_.options.address + ": the connection was lost", event);
                 break;
             case EventKind::Failed:
-                if (!wasConnected_) {
-                    throw Failure(ExitCode::Unreachable, context_.options.address + ": " + ToText(event.reason));
-                }
-                break;
+                throw Failure(ExitCode::Unreachable, context_.options.address + ": " + ToText(event.reason));
         }
     }
+
+    bool WasConnected() const { return wasConnected_; }
 
     void CheckTime() const {
         if (!wasConnected_ && context_.deadline.IsOver()) {
@@ -175,32 +155,36 @@ public:
 private:
     void Connected(const Event& event) {
         if (wasConnected_) {
-            watch_.TellEvent("connected", context_.options.address + ": connected again", event.time);
+            watch_.TellEvent("connected", context_.options.address + ": connected again", event);
         }
-        watch_.Begin(*event.device, events_);
+        watch_.Begin(*event.device);
         if (!wasConnected_) {
-            TellBeginning(context_, watch_);
+            watch_.TellBeginning();
         }
         wasConnected_ = true;
     }
 
     const Context& context_;
     Watch& watch_;
-    const std::shared_ptr<EventQueue> events_;
     bool wasConnected_ = false;
 };
 
 void WatchSession(const Context& context, Watch& watch) {
-    const auto events = std::make_shared<EventQueue>();
-    SessionWatch handler(context, watch, events);
-    const SessionEnd end(OpenSession(context.options.address, events));
+    SessionWatch handler(context, watch);
+    const SessionEnd end(OpenSession(context.options.address, watch.SharedFeed()));
     while (!context.isInterrupted) {
-        if (const std::optional<Event> event = events->Next()) {
-            handler.Handle(*event);
+        const News news = watch.Feed().Next();
+        watch.TellChanges(news.changes);
+        if (news.event) {
+            handler.Handle(*news.event);
         }
         handler.CheckTime();
     }
     watch.End();
+    if (!handler.WasConnected()) {
+        throw Interruption();
+    }
+    watch.TellChanges(watch.Feed().Take().changes);
 }
 
 }  // namespace

@@ -98,6 +98,29 @@ TEST(CommandFailures, ASilentDeviceTimesOutInTime) {
     device.HangUp();
 }
 
+TEST(CommandFailures, AnInterruptionEndsAnAttemptToConnectAtOnce) {
+    ScriptedDevice device({.greeting = preamble});
+    RunningCommand command(device.Address(), {"get", "-t", "20", "device.name"});
+    ASSERT_TRUE(device.AwaitHost());
+    const auto start = std::chrono::steady_clock::now();
+    command.Interrupt();
+    const Outcome outcome = command.Join();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 10s);
+    EXPECT_EQ(outcome.code, ExitCode::Interrupted);
+    EXPECT_EQ(outcome.out + outcome.err, "");
+    device.HangUp();
+}
+
+TEST(CommandFailures, AnInterruptionEndsTheWaitForAValueAndShowsWhatWasNotApplied) {
+    ScriptedDevice device(DeafDevice());
+    RunningCommand command(device.Address(), {"--json", "set", "-t", "20", "proc-amp.gain", "12"});
+    EXPECT_EQ(device.NextChange(), "VIDEO PROC AMP:\nGain: 12\n\n");
+    command.Interrupt();
+    const Outcome outcome = command.Join();
+    EXPECT_EQ(outcome.code, ExitCode::Interrupted);
+    EXPECT_EQ(Command::Json::parse(outcome.out).at("changes").at(0).at("reason"), "interrupted");
+}
+
 TEST(CommandFailures, AWatchThatReconnectsTimesOutToo) {
     ScriptedDevice device({.greeting = preamble});
     const Outcome outcome = RunCommand(device.Address(), {"watch", "--wait-reconnect", "-t", "0.2"});

@@ -7,7 +7,11 @@ namespace Morquil::Test {
 RunningCommand::RunningCommand(const std::string& address, std::vector<std::string> arguments)
     : thread_([this, address, words = std::move(arguments)] {
           const Command::Surroundings surroundings{
-              .terminal = {.out = [this](std::string_view text) { Append(outcome_.out, text); },
+              .terminal = {.out =
+                               [this](std::string_view text) {
+                                   AwaitRelease();
+                                   Append(outcome_.out, text);
+                               },
                            .err = [this](std::string_view text) { Append(outcome_.err, text); }},
               .defaultAddress = address,
               .isInterrupted = isInterrupted_};
@@ -15,6 +19,7 @@ RunningCommand::RunningCommand(const std::string& address, std::vector<std::stri
       }) {}
 
 RunningCommand::~RunningCommand() {
+    ReleaseOutput();
     Interrupt();
     Join();
 }
@@ -29,6 +34,17 @@ Outcome RunningCommand::Join() {
 bool RunningCommand::Await(const std::string& stream, const std::string& text) {
     std::unique_lock lock(mutex_);
     return changed_.wait_for(lock, std::chrono::seconds(10), [&] { return stream.find(text) != std::string::npos; });
+}
+
+void RunningCommand::SetHeld(bool isHeld) {
+    const std::lock_guard lock(mutex_);
+    isHeld_ = isHeld;
+    changed_.notify_all();
+}
+
+void RunningCommand::AwaitRelease() {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [this] { return !isHeld_; });
 }
 
 void RunningCommand::Append(std::string& stream, std::string_view text) {

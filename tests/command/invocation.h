@@ -33,6 +33,10 @@ public:
     bool AwaitOut(const std::string& text) { return Await(outcome_.out, text); }
     bool AwaitErr(const std::string& text) { return Await(outcome_.err, text); }
 
+    /// From here on whatever is written to standard output waits, as on a full pipe, until it is released.
+    void HoldOutput() { SetHeld(true); }
+    void ReleaseOutput() { SetHeld(false); }
+
     /// As Ctrl-C.
     void Interrupt() { isInterrupted_ = true; }
     /// Waits for the end.
@@ -41,10 +45,13 @@ public:
 private:
     bool Await(const std::string& stream, const std::string& text);
     void Append(std::string& stream, std::string_view text);
+    void SetHeld(bool isHeld);
+    void AwaitRelease();
 
     std::atomic<bool> isInterrupted_{false};
     std::mutex mutex_;
     std::condition_variable changed_;
+    bool isHeld_ = false;
     Outcome outcome_{Command::ExitCode::Done, {}, {}};
     std::thread thread_;
 };

@@ -6,6 +6,8 @@
 #include "command/value.h"
 #include "tests/command/invocation.h"
 #include "tests/command/simulated_device.h"
+#include "tests/host/complete_device.h"
+#include "tests/support/scripted_device.h"
 
 namespace Morquil::Test {
 namespace {
@@ -24,6 +26,45 @@ TEST(Watching, TellsAChangeWithItsTime) {
     EXPECT_EQ(outcome.code, ExitCode::Done);
     const std::regex line(R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}  proc-amp\.gain  0 -> 12\n)");
     EXPECT_TRUE(std::regex_match(outcome.out, line)) << outcome.out;
+}
+
+TEST(Watching, AccountsForEveryValueWhileItsOutputIsHeldUp) {
+    constexpr int values = 60;
+    SimulatedOnNetwork device;
+    RunningCommand watch(device.Address(), {"watch", "--json", "proc-amp.gain"});
+    ASSERT_TRUE(watch.AwaitErr("watching 1 property"));
+    watch.HoldOutput();
+    for (int value = 1; value <= values; ++value) {
+        device.UsePanel("set VIDEO PROC AMP Gain " + std::to_string(value));
+    }
+    watch.ReleaseOutput();
+    ASSERT_TRUE(watch.AwaitOut("\"new\":60"));
+    watch.Interrupt();
+    std::istringstream lines(watch.Join().out);
+    int shown = 0;
+    int seen = 0;
+    for (std::string line; std::getline(lines, line);) {
+        const Json change = Json::parse(line);
+        EXPECT_EQ(change.at("old"), shown) << line;
+        shown = change.at("new");
+        seen += 1 + change.at("skipped").get<int>();
+    }
+    EXPECT_EQ(shown, values);
+    EXPECT_EQ(seen, values);
+}
+
+TEST(Watching, EndsAtOnceWhileItConnects) {
+    for (const std::vector<std::string>& line :
+         {std::vector<std::string>{"watch", "-t", "20"}, {"watch", "--wait-reconnect", "-t", "20"}}) {
+        Testing::ScriptedDevice device({.greeting = preamble});
+        RunningCommand watch(device.Address(), line);
+        ASSERT_TRUE(device.AwaitHost());
+        watch.Interrupt();
+        const Outcome outcome = watch.Join();
+        EXPECT_EQ(outcome.code, ExitCode::Interrupted);
+        EXPECT_EQ(outcome.out + outcome.err, "");
+        device.HangUp();
+    }
 }
 
 TEST(Watching, IsSilentAboutWhatIsNotWatched) {

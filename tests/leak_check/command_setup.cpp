@@ -1,4 +1,4 @@
-// The command leaves an attempt to connect that does not end in time to the process, which ends with it: what such an
+// The command leaves an attempt to connect that it gives up to the process, which ends with it: what such an
 // attempt can be woken with stays.
 #include "tests/command/invocation.h"
 #include "tests/host/complete_device.h"
@@ -13,8 +13,8 @@ void WarmUp() {
 }
 
 std::size_t HandlesLeftOnPurpose() {
-    constexpr std::size_t attemptsThatTimeOut = 3;
-    return attemptsThatTimeOut * handlesOfAnAttempt;
+    constexpr std::size_t attemptsGivenUp = 6;
+    return attemptsGivenUp * handlesOfAnAttempt;
 }
 
 unsigned long LiveReferences() {

@@ -35,6 +35,9 @@ void SaveSettings(const Context& context);
 void LoadSettings(const Context& context);
 
 void WatchChanges(const Context& context);
+
+// For shells.
 void WriteCompletion(const Context& context);
+void WriteCandidates(const Context& context);
 
 }  // namespace Morquil::Command

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <future>
 #include <string_view>
 #include <thread>
 
@@ -35,6 +36,17 @@ std::atomic<bool> isInterrupted{false};
     std::_Exit(static_cast<int>(code));
 }
 
+/// Writes to standard error, but does not wait for one that nobody reads.
+void SayBriefly(const char* text) {
+    std::promise<void> said;
+    std::future<void> hasBeenSaid = said.get_future();
+    std::thread([text, said = std::move(said)]() mutable {
+        std::fputs(text, stderr);
+        said.set_value();
+    }).detach();
+    hasBeenSaid.wait_for(patience);
+}
+
 /// Ends the program when a call of the system holds it up: a file that is a pipe, a name that is not found, an output
 /// that nobody reads.
 class Guard {
@@ -58,7 +70,7 @@ private:
             isInterrupted = true;
         }
         if (!isOpenEnded_ && Clock::now() >= end_) {
-            std::fputs("morquilctl: timed out\n", stderr);
+            SayBriefly("morquilctl: timed out\n");
             End(ExitCode::TimedOut);
         }
     }

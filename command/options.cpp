@@ -10,6 +10,10 @@
 namespace Morquil::Command {
 namespace {
 
+// What the scripts of shells call; no help shows it.
+constexpr const char* hiddenCommand = "complete";
+constexpr const char* hiddenGroup = "";
+
 constexpr double longestTimeout = 24 * 3600.0;
 
 constexpr const char* footer =
@@ -63,6 +67,7 @@ struct Line {
         AddPreset();
         Add("list",       "Show all properties", "NAME", "A property, the beginning of names, or a pattern", 0, true);
         Add("completion", "Write a script that completes the command line", "SHELL", "bash, zsh or fish", 1, false, 1);
+        Add(hiddenCommand, "", "WORD", "The words of a command line, the last of them not finished", 0, true)->group(hiddenGroup);
         // clang-format on
     }
 
@@ -139,15 +144,8 @@ void CheckOptions(const Line& line) {
     }
 }
 
-Offered Describe(const CLI::App& command) {
-    Offered offered{.name = command.get_name(), .summary = command.get_description()};
-    for (const CLI::App* const following : command.get_subcommands(nullptr)) {
-        offered.words.push_back(following->get_name());
-    }
-    return offered;
-}
-
-void DescribeOptions(const CLI::App& command, std::vector<Offered>& options) {
+std::vector<OptionForm> OptionsOf(const CLI::App& command) {
+    std::vector<OptionForm> options;
     for (const CLI::Option* const option : command.get_options()) {
         for (const std::string& name : option->get_lnames()) {
             const std::vector<std::string>& letters = option->get_snames();
@@ -157,6 +155,17 @@ void DescribeOptions(const CLI::App& command, std::vector<Offered>& options) {
                                .takesValue = option->get_items_expected_max() > 0});
         }
     }
+    return options;
+}
+
+Grammar GrammarOf(const CLI::App& command) {
+    Grammar grammar{command.get_name(), command.get_description(), OptionsOf(command), {}};
+    for (const CLI::App* const following : command.get_subcommands(nullptr)) {
+        if (following->get_group() != hiddenGroup) {
+            grammar.commands.push_back(GrammarOf(*following));
+        }
+    }
+    return grammar;
 }
 
 }  // namespace
@@ -185,23 +194,7 @@ ParsedLine ParseCommandLine(std::vector<std::string> arguments, const std::strin
 }
 
 Grammar CommandLineGrammar() {
-    const Line line;
-    Grammar grammar;
-    DescribeOptions(line.app, grammar.options);
-    for (const CLI::App* const command : line.app.get_subcommands(nullptr)) {
-        grammar.commands.push_back(Describe(*command));
-        DescribeOptions(*command, grammar.options);
-    }
-    // Each command has its own --help.
-    std::vector<Offered> unique;
-    for (const Offered& option : grammar.options) {
-        const auto isSame = [&option](const Offered& other) { return other.name == option.name; };
-        if (std::none_of(unique.begin(), unique.end(), isSame)) {
-            unique.push_back(option);
-        }
-    }
-    grammar.options = std::move(unique);
-    return grammar;
+    return GrammarOf(Line().app);
 }
 
 }  // namespace Morquil::Command

@@ -20,17 +20,20 @@ struct Options {
     std::vector<std::string> words;  // what follows the command: names, values, the file, the shell
 };
 
-/// A name on the command line and what it is good for, for the completion of shells.
-struct Offered {
+/// An option, for the completion of shells.
+struct OptionForm {
+    std::string name;  // "--device"
+    std::string summary;
+    std::string letter;       // its short name without the hyphen, or empty
+    bool takesValue = false;  // the next word is its value
+};
+
+/// The program or one of its commands: what may follow its name.
+struct Grammar {
     std::string name;
     std::string summary;
-    std::vector<std::string> words = {};  // what may follow it
-    std::string letter = {};              // an option's short name without its hyphen, or empty
-    bool takesValue = false;              // the word behind an option is its value
-};
-struct Grammar {
-    std::vector<Offered> commands;
-    std::vector<Offered> options;
+    std::vector<OptionForm> options;
+    std::vector<Grammar> commands;
 };
 
 struct ParsedLine {
@@ -42,7 +45,7 @@ struct ParsedLine {
 /// Throws: UsageFailure.
 ParsedLine ParseCommandLine(std::vector<std::string> arguments, const std::string& defaultAddress);
 
-/// All that the command line knows.
+/// All that the command line knows. The program's own options may follow each command, too.
 Grammar CommandLineGrammar();
 
 }  // namespace Morquil::Command

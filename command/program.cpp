@@ -26,7 +26,8 @@ constexpr Verb verbs[] = {
     {"preset recall", &RecallPreset},
     {"preset name",   &NamePreset},
     {"list",          &ShowList},
-    {"completion",    &WriteCompletion}};
+    {"completion",    &WriteCompletion},
+    {"complete",      &WriteCandidates}};
 // clang-format on
 
 void Run(const std::vector<std::string>& arguments, const Surroundings& surroundings) {

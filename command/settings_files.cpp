@@ -2,7 +2,6 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
-#include <sstream>
 
 #include "command/commands.h"
 #include "command/rendering.h"
@@ -13,6 +12,8 @@ namespace {
 
 // The library makes the file anew for each look, so not too often.
 constexpr std::chrono::milliseconds saveInterval{40};
+// The library reads no more of a settings file either; a device such as /dev/zero has no end.
+constexpr std::size_t mostBytes = std::size_t{16} * 1024 * 1024;
 
 std::filesystem::path PathOf(const std::string& text) {
     return {std::u8string(text.begin(), text.end())};
@@ -29,12 +30,16 @@ std::string ReadFile(const std::string& name) {
     if (std::filesystem::is_directory(PathOf(name), error) || !file) {
         throw UsageFailure(name + ": cannot be read");
     }
-    std::ostringstream content;
-    content << file.rdbuf();
+    std::string content(mostBytes + 1, '\0');
+    file.read(content.data(), static_cast<std::streamsize>(content.size()));
     if (file.bad()) {
         throw UsageFailure(name + ": cannot be read");
     }
-    return content.str();
+    content.resize(static_cast<std::size_t>(file.gcount()));
+    if (content.size() > mostBytes) {
+        throw UsageFailure(name + ": is too large for a settings file");
+    }
+    return content;
 }
 
 /// A file name of this process's own; the file goes at the end.

@@ -1,12 +1,13 @@
-// The real shells complete a line by their scripts.
+// The real shells complete a line by their scripts, which call the program.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <string>
 #include <vector>
 
-#include "command/completion.h"
+#include "command/completion_scripts.h"
 #include "tests/support/temporary_folder.h"
 
 namespace Morquil::Test {
@@ -33,6 +34,15 @@ std::string Joined(const Words& words) {
     return line;
 }
 
+std::string ScriptOf(const std::string& shell) {
+    for (const Command::CompletionScript& script : Command::completionScripts) {
+        if (script.shell == shell) {
+            return std::string(script.text);
+        }
+    }
+    return {};
+}
+
 /// One shell, and how its script is asked outside a terminal.
 struct Shell {
     std::string name;
@@ -42,7 +52,7 @@ struct Shell {
 
 std::string AskBash(const Words& line) {
     return "COMP_WORDS=(" + Joined(line) + (line.back().empty() ? "''" : "") +
-           ")\nCOMP_CWORD=" + std::to_string(line.size()) + "\ncompopt() { echo '<file>'; }\n_morquilctl\n" +
+           ")\nCOMP_CWORD=" + std::to_string(line.size()) + "\ncompopt() { echo '<file>'; }\n_morquilctl morquilctl\n" +
            "printf '%s\\n' \"${COMPREPLY[@]}\"\n";
 }
 
@@ -50,8 +60,7 @@ std::string AskZsh(const Words& line) {
     return "words=(" + Joined(line) + (line.back().empty() ? "''" : "") +
            ")\nCURRENT=" + std::to_string(line.size() + 1) +
            "\n_files() { echo '<file>' }\n"
-           "compadd() { shift; for candidate in \"$@\"; do [[ $candidate == ${words[CURRENT]}* ]] && echo "
-           "$candidate; done; true }\n_morquilctl\n";
+           "_describe() { printf '%s\\n' \"${(@)${(@P)${@[-1]}}%%:*}\" }\n_morquilctl\n";
 }
 
 std::string AskFish(const Words& line) {
@@ -64,8 +73,10 @@ protected:
     Words Candidates(const Words& line) const {
         const TemporaryFolder folder;
         const std::string before = GetParam().name == "zsh" ? "compdef() { true }\n" : "";
-        const std::string script = before + Command::CompletionScript(GetParam().name) + GetParam().ask(line);
-        const std::string output = OutputOf(GetParam().run + " " + folder.Make("script", script));
+        const std::string script = before + ScriptOf(GetParam().name) + GetParam().ask(line);
+        const std::string path = std::filesystem::path(MORQUIL_COMMAND_PATH).parent_path().string() + ":$PATH";
+        const std::string output =
+            OutputOf("PATH=\"" + path + "\" " + GetParam().run + " " + folder.Make("script", script));
         Words candidates;
         for (std::size_t at = 0; at < output.size();) {
             const std::size_t end = output.find('\n', at);
@@ -109,6 +120,21 @@ TEST_P(Completing, OffersWordsWhereAValueIsDue) {
 TEST_P(Completing, OffersWhatTheOtherCommandsTake) {
     EXPECT_EQ(Candidates({"preset", "re"}), Words{"recall"});
     EXPECT_EQ(Candidates({"completion", "z"}), Words{"zsh"});
+}
+
+TEST_P(Completing, OffersWordsWithBlanksAsOneEach) {
+    const std::string mode = GetParam().name == "bash" ? "2K\\ DCI\\ 24p" : "2K DCI 24p";
+    EXPECT_TRUE(Offers({"set", "input.video-mode", "2K"}, mode));
+    // As people type them: the backslash of a blank is itself written with one where the test's script needs that.
+    const std::string begun = GetParam().name == "fish" ? "2K\\ DCI\\ 2" : "2K\\\\\\ DCI\\\\\\ 2";
+    EXPECT_TRUE(Offers({"set", "input.video-mode", begun}, mode));
+}
+
+TEST_P(Completing, LeavesFilesToTheShell) {
+    const TemporaryFolder folder;
+    const std::string file = folder.Make("settings.txt", "");
+    const Words files = Candidates({"load", folder.PathOf("set")});
+    EXPECT_EQ(files.at(0), GetParam().name == "fish" ? file : "<file>");
 }
 
 INSTANTIATE_TEST_SUITE_P(Shells, Completing,

@@ -27,11 +27,13 @@ TEST(ManPage, TellsOfEveryCommandAndOption) {
     const std::string page = ManPage();
     const Command::Grammar grammar = Command::CommandLineGrammar();
     EXPECT_GE(grammar.commands.size(), 10u);
-    for (const Command::Offered& command : grammar.commands) {
+    std::vector<Command::OptionForm> options = grammar.options;
+    for (const Command::Grammar& command : grammar.commands) {
+        options.insert(options.end(), command.options.begin(), command.options.end());
         const std::regex heading("\\n\\.B[IR]? \"?" + command.name + "\\b");
         EXPECT_TRUE(std::regex_search(page, heading)) << command.name;
     }
-    for (const Command::Offered& option : grammar.options) {
+    for (const Command::OptionForm& option : options) {
         EXPECT_NE(page.find(option.name), std::string::npos) << option.name;
     }
 }

@@ -70,6 +70,15 @@ TEST(Interrupting, EndsAWatchThatNobodyReads) {
     EXPECT_TRUE(HasExited(status, 0) || WasEndedBy(status, SIGINT)) << status;
 }
 
+TEST(TimingOut, DoesNotWaitForAStandardErrorThatNobodyReads) {
+    Testing::ScriptedDevice device(CompleteDevice());
+    StartedCommand set(device.Address(), {.words = {"--trace", "set", "-t", "0.5", "proc-amp.gain", "12"}});
+    EXPECT_EQ(device.NextChange(), "VIDEO PROC AMP:\nGain: 12\n\n");
+    device.Send("GENLOCK:\n" + std::string(100'000, 'x') + "\n\n");
+    EXPECT_TRUE(HasExited(set.AwaitEnd(), 3));
+    device.HangUp();
+}
+
 // Interrupts it the moment `folder` holds a file.
 void InterruptAtFirstFile(const StartedCommand& command, const TemporaryFolder& folder) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);

@@ -66,6 +66,14 @@ TEST(SettingsFiles, TellWhichLinesWereNotApplied) {
     EXPECT_EQ(missing.at(0).at("key"), "Gain");
 }
 
+TEST(SettingsFiles, ThatAreTooLargeAreAMisuse) {
+    const TemporaryFolder folder;
+    const std::string file = folder.Make("settings.txt", std::string(std::size_t{16} * 1024 * 1024 + 1, '\n'));
+    const Outcome outcome = RunCommand("127.0.0.1", {"load", file});
+    EXPECT_EQ(outcome.code, ExitCode::Usage);
+    EXPECT_NE(outcome.err.find("too large"), std::string::npos) << outcome.err;
+}
+
 TEST(SettingsFiles, ThatCannotBeWrittenAreAMisuse) {
     SimulatedOnNetwork device;
     const TemporaryFolder folder;

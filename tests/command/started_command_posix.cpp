@@ -68,9 +68,11 @@ private:
 StartedCommand::StartedCommand(const std::string& address, const Start& start) {
     constexpr int lifeDescriptor = 9;
     const Pipe out = MakePipe();
-    fcntl(out.write, F_SETPIPE_SZ, smallestPipe);
     const Pipe err = MakePipe();
     const Pipe life = MakePipe();
+    for (const Pipe& stream : {out, err}) {
+        fcntl(stream.write, F_SETPIPE_SZ, smallestPipe);  // soon full
+    }
     posix_spawn_file_actions_t actions{};
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, out.write, STDOUT_FILENO);

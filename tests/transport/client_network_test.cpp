@@ -86,10 +86,7 @@ TEST_F(ClientOnTheNetwork, TakesHardlyAnyProcessorTimeWhileADeviceDoesNotRead) {
     const std::chrono::nanoseconds before = ProcessorTime();
     std::this_thread::sleep_for(time);
     EXPECT_LT(ProcessorTime() - before, time / 20);
-
-    EXPECT_EQ(peer->Receive(pieceLength * pieceCount).size(), pieceLength * pieceCount);
-    EXPECT_TRUE(peer->Send("ACK\n"));
-    EXPECT_TRUE(client.AwaitReceived("ACK\n"));
+    client.Stop();
 }
 
 }  // namespace

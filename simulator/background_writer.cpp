@@ -87,7 +87,9 @@ BackgroundWriter::BackgroundWriter(Actions actions, std::size_t limit)
     : queue_(std::make_shared<Queue>(std::move(actions), limit)), thread_([queue = queue_] { queue->WriteAll(); }) {}
 
 BackgroundWriter::~BackgroundWriter() {
-    Finish(std::chrono::steady_clock::now() + patience);
+    if (!isFinished_) {
+        Finish(std::chrono::steady_clock::now() + patience);
+    }
     if (queue_->IsDone()) {
         thread_.join();
     } else {
@@ -100,6 +102,7 @@ bool BackgroundWriter::Write(OutputPiece piece) {
 }
 
 bool BackgroundWriter::Finish(TimePoint deadline) {
+    isFinished_ = true;
     return queue_->Finish(deadline);
 }
 

@@ -21,8 +21,8 @@ class BackgroundWriter {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
-    /// How long the destructor waits for the thread.
-    static constexpr std::chrono::milliseconds patience{500};
+    /// How long a program waits for the last pieces at its end, as the destructor does unless `Finish` was called.
+    static constexpr std::chrono::milliseconds patience{400};
 
     struct Actions {
         /// Writes a piece, and may block. Returns: whether it succeeded; after a failure nothing more is written.
@@ -49,6 +49,7 @@ private:
 
     std::shared_ptr<Queue> queue_;
     std::thread thread_;
+    bool isFinished_ = false;
 };
 
 }  // namespace Morquil::Simulator

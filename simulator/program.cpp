@@ -154,10 +154,10 @@ int Program::Run() {
 }
 
 int Program::FinishOutput() {
-    const auto deadline = std::chrono::steady_clock::now() + BackgroundWriter::patience;
+    const auto deadline = [] { return std::chrono::steady_clock::now() + BackgroundWriter::patience; };
     const int status =
-        record_ && !record_->Finish(deadline) ? Unusable(options_.recordFile, "could not be written completely") : 0;
-    console_.Finish(deadline);
+        record_ && !record_->Finish(deadline()) ? Unusable(options_.recordFile, "could not be written completely") : 0;
+    console_.Finish(deadline());
     return status;
 }
 

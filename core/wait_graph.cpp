@@ -6,36 +6,72 @@
 namespace QRN::Core {
 namespace {
 
-constinit StaticLock edgesLock;
-constinit IntrusiveList<JoinScope::Edge> edges GUARDED_BY(edgesLock);
+using Edge = JoinScope::Edge;
 
-bool IsReached(ThreadId thread, ThreadId from) REQUIRES(edgesLock) {
-    if (thread == from) {
-        return true;
-    }
-    for (const JoinScope::Edge* edge = edges.First(); edge != nullptr; edge = edge->next) {
-        if (edge->reached && edge->target == thread) {
-            return true;
+constinit StaticLock edgesLock;
+constinit IntrusiveList<Edge> edges GUARDED_BY(edgesLock);  // the latest one first
+
+// Adds an edge and connects it with the others.
+void Add(Edge& added) REQUIRES(edgesLock) {
+    for (Edge* edge = edges.First(); edge != nullptr; edge = edge->next) {
+        if (edge->target == added.waiter) {
+            edge->onward = &added;
+        }
+        if (edge->waiter == added.waiter && added.sibling == nullptr) {
+            added.sibling = edge;
+        }
+        if (edge->waiter == added.target && added.onward == nullptr) {
+            added.onward = edge;
         }
     }
-    return false;
+    edges.Add(added);
 }
 
-// Whether `from` is `to` or waits for it through any number of others. Goes round until nothing new is reached, which
-// takes no memory; there are never more than a handful of edges.
-bool WaitsFor(ThreadId from, ThreadId to) REQUIRES(edgesLock) {
-    for (JoinScope::Edge* edge = edges.First(); edge != nullptr; edge = edge->next) {
-        edge->reached = false;
-    }
-    for (bool grows = true; grows;) {
-        grows = false;
-        for (JoinScope::Edge* edge = edges.First(); edge != nullptr; edge = edge->next) {
-            if (!edge->reached && IsReached(edge->waiter, from)) {
-                edge->reached = grows = true;
-            }
+void Remove(Edge& removed) REQUIRES(edgesLock) {
+    edges.Remove(removed);
+    for (Edge* edge = edges.First(); edge != nullptr; edge = edge->next) {
+        if (edge->onward == &removed) {
+            edge->onward = removed.sibling;
+        }
+        if (edge->sibling == &removed) {
+            edge->sibling = removed.sibling;
         }
     }
-    return IsReached(to, from);
+}
+
+// The latest wait of a thread, or null. No edge is reached afterwards.
+Edge* BeginSearch(ThreadId thread) REQUIRES(edgesLock) {
+    Edge* latest = nullptr;
+    for (Edge* edge = edges.First(); edge != nullptr; edge = edge->next) {
+        edge->isReached = false;
+        if (edge->waiter == thread && latest == nullptr) {
+            latest = edge;
+        }
+    }
+    return latest;
+}
+
+void Reach(Edge* edge, Edge*& pending) REQUIRES(edgesLock) {
+    if (edge != nullptr && !edge->isReached) {
+        edge->isReached = true;
+        edge->pending = pending;
+        pending = edge;
+    }
+}
+
+// Whether `from` is `to` or waits for it through any number of others. Looks at each edge once.
+bool WaitsFor(ThreadId from, ThreadId to) REQUIRES(edgesLock) {
+    bool found = from == to;
+    Edge* pending = nullptr;
+    Reach(BeginSearch(from), pending);
+    while (pending != nullptr && !found) {
+        Edge* const edge = pending;
+        pending = edge->pending;
+        found = edge->target == to;
+        Reach(edge->sibling, pending);
+        Reach(edge->onward, pending);
+    }
+    return found;
 }
 
 }  // namespace
@@ -44,14 +80,14 @@ JoinScope::JoinScope(ThreadId target) : edge_{.waiter = CurrentThreadId(), .targ
     const StaticLockHold hold(edgesLock);
     circular_ = target != 0 && WaitsFor(target, edge_.waiter);
     if (!circular_) {
-        edges.Add(edge_);
+        Add(edge_);
     }
 }
 
 JoinScope::~JoinScope() {
     if (!circular_) {
         const StaticLockHold hold(edgesLock);
-        edges.Remove(edge_);
+        Remove(edge_);
     }
 }
 

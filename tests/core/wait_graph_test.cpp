@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <list>
 #include <memory>
 #include <thread>
 
@@ -129,6 +131,15 @@ TEST(JoinScope, CountsEveryWaitOfAThreadThatHasSeveral) {
     EXPECT_TRUE(second.WaitsCircularlyFor(CurrentThreadId()));
 }
 
+TEST(JoinScope, CountsTheOtherWaitsOfAThreadWhoseLatestIsOver) {
+    Waiter first;
+    Waiter second;
+    const JoinScope waitsForFirst(first.Id());
+    { const JoinScope waitsForSecond(second.Id()); }
+    EXPECT_FALSE(second.WaitsCircularlyFor(first.Id()));
+    EXPECT_TRUE(first.WaitsCircularlyFor(CurrentThreadId()));
+}
+
 TEST(JoinScope, IsForgottenWhenTheWaitIsOver) {
     Waiter other;
     const ThreadId id = other.Id();
@@ -146,6 +157,20 @@ TEST(JoinScope, ThatIsCircularWaitsForNobody) {
     circular.reset();
     const JoinScope scope(other.Id());
     EXPECT_TRUE(scope.IsCircular());
+}
+
+TEST(JoinScope, FindsItsWayThroughThousandsOfWaitsInTimeInProportionToThem) {
+    constexpr ThreadId waits = 3000;
+    const auto begin = std::chrono::steady_clock::now();
+    std::list<JoinScope> scopes;
+    for (ThreadId target = 1; target <= waits; ++target) {
+        EXPECT_FALSE(scopes.emplace_back(target).IsCircular());
+    }
+    Waiter other;
+    EXPECT_FALSE(other.WaitsCircularlyFor(CurrentThreadId()));
+    EXPECT_TRUE(JoinScope(other.Id()).IsCircular());
+    // Trying all pairs of waits takes half a minute.
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
 }
 
 }  // namespace

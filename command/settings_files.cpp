@@ -63,13 +63,20 @@ private:
     std::filesystem::path path_;
 };
 
+/// Throws: Failure, ConnectionLost, or Usage when the file cannot be written; an old file is as it was.
+void SaveTo(const std::string& file, const Link& link) {
+    try {
+        link.Device().SaveSettingsFile(file);
+    } catch (const morquil::NotKnown&) {
+        throw Failure(ExitCode::ConnectionLost, link.Address() + ": the connection was lost");
+    } catch (const morquil::Error&) {
+        throw UsageFailure(file + ": cannot be written");
+    }
+}
+
 std::vector<SettingsLine> PresentSettings(const Link& link) {
     const TemporaryFile file;
-    try {
-        link.Device().SaveSettingsFile(file.Name());
-    } catch (const morquil::Error& error) {
-        throw UsageFailure(error.what());
-    }
+    SaveTo(file.Name(), link);
     return ParseSettings(ReadFile(file.Name()));
 }
 
@@ -134,11 +141,7 @@ void TellOutcome(const Context& context, const std::vector<SettingsLine>& wanted
 void SaveSettings(const Context& context) {
     const std::string& file = context.options.words.front();
     const Link link(context);
-    try {
-        link.Device().SaveSettingsFile(file);
-    } catch (const morquil::Error&) {
-        throw UsageFailure(file + ": cannot be written");
-    }
+    SaveTo(file, link);
     if (context.options.isJson) {
         PrintJson(context.terminal, {{"address", link.Address()}, {"file", file}});
     } else {

@@ -1,6 +1,9 @@
 // Settings as files.
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <thread>
+
 #include "command/settings_text.h"
 #include "command/value.h"
 #include "tests/command/invocation.h"
@@ -79,6 +82,24 @@ TEST(SettingsFiles, ThatCannotBeWrittenAreAMisuse) {
     const TemporaryFolder folder;
     const std::string file = folder.PathOf("no folder/settings.txt");
     EXPECT_EQ(RunCommand(device.Address(), {"save", file}).code, ExitCode::Usage);
+}
+
+TEST(SettingsFiles, AreAsTheyWereUnlessTheDeviceIsThereUntilTheyAreSaved) {
+    const TemporaryFolder folder;
+    for (int round = 0; round < 40; ++round) {
+        SimulatedOnNetwork device;
+        const std::string file = folder.Make("settings.txt", "old");
+        std::thread cable([&] {
+            device.AwaitHost();
+            std::this_thread::sleep_for(round * std::chrono::microseconds(250));
+            device.HangUp();
+        });
+        const Outcome outcome = RunCommand(device.Address(), {"save", file});
+        cable.join();
+        const bool isWhole = ContentOf(file).find("MORQUIL DEVICE:\nPanel lock: ") != std::string::npos;
+        EXPECT_EQ(outcome.code == ExitCode::Done, isWhole) << outcome.out << outcome.err;
+        EXPECT_EQ(outcome.code != ExitCode::Done, ContentOf(file) == "old") << ContentOf(file);
+    }
 }
 
 }  // namespace

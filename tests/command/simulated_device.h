@@ -21,6 +21,7 @@ public:
         });
         network_.Send(text);
     }
+    bool AwaitHost() { return network_.AwaitHost(); }
     void HangUp() { network_.HangUp(); }
 
 private:

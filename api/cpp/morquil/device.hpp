@@ -1,6 +1,7 @@
 // Connecting to a device, and the device.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
@@ -11,6 +12,7 @@
 #include "morquil/interfaces.hpp"
 #include "morquil/library.hpp"
 #include "morquil/observers.hpp"
+#include "morquil/settings_file.hpp"
 
 namespace morquil {
 
@@ -49,9 +51,10 @@ private:
 /// gone. A connection serves once: see `Session` for one that comes back.
 class Device : public DeviceFeatures {
 public:
-    /// For `Connect` and `ConnectAsync`.
-    Device(Pointer<IMorquilDiscovery> discovery, Pointer<IMorquilDevice> device)
-        : DeviceFeatures(std::move(device)), discovery_(std::move(discovery)) {}
+    /// For `Connect` and `ConnectAsync`. `isConnected` is set while the connection stands.
+    Device(Pointer<IMorquilDiscovery> discovery, Pointer<IMorquilDevice> device,
+           std::shared_ptr<const std::atomic<bool>> isConnected)
+        : DeviceFeatures(std::move(device)), discovery_(std::move(discovery)), isConnected_(std::move(isConnected)) {}
 
     /// Tells `handler` when the device has reported a change in a property set. The confirmation of this host's own
     /// change is not told, but for those of the output configuration and the panel lock.
@@ -81,11 +84,17 @@ public:
     /// Ends the connection. From any thread, also inside a handler.
     void Disconnect() const { discovery_->Disconnect(Raw()); }
 
-    /// Writes the device's settings to a file. Error: it could not be opened for writing.
+    /// Saves the device's settings in a file. The file is replaced as a whole, and only by the settings of a device
+    /// that is connected and has reported its complete state, from the beginning of the call to its end. NotKnown: it
+    /// is not, or not any more. Error: the file could not be written. Either way an old file is as it was.
     void SaveSettingsFile(std::string_view path) const {
-        const HRESULT result = Raw()->SaveSettingsFile(detail::TextIn(path));
+        CheckStateIsComplete();
+        detail::SafeFile file(path);
+        const HRESULT result = Raw()->SaveSettingsFile(detail::TextIn(file.Name()));
         detail::Check("Device::SaveSettingsFile", result, detail::CallKind::Set);
-        if (result == S_OK) {
+        // The end of a connection empties the state before anything else is reported: what is known now was saved.
+        CheckStateIsComplete();
+        if (result == S_OK || !file.TakePlace()) {
             throw Error("Device::SaveSettingsFile", E_FAIL, "\"" + std::string(path) + "\" cannot be written");
         }
     }
@@ -104,7 +113,22 @@ private:
         });
     }
 
+    /// Some of what every device reports of itself is known as long as it is connected.
+    void CheckStateIsComplete() const {
+        detail::Out<BSTR> name;
+        detail::Out<UINT> version;
+        detail::Out<LONG> lock;
+        const bool isKnown = Raw()->GetDeviceName(detail::Receive(name)) == S_OK ||
+                             Raw()->GetSoftwareVersion(detail::Receive(version)) == S_OK ||
+                             Raw()->GetPanelLock(detail::Receive(lock)) == S_OK;
+        if (!*isConnected_ || !isKnown) {
+            throw NotKnown("Device::SaveSettingsFile", E_FAIL,
+                           "the device is not connected, or has not reported its complete state");
+        }
+    }
+
     Pointer<IMorquilDiscovery> discovery_;
+    std::shared_ptr<const std::atomic<bool>> isConnected_;
 };
 
 /// Connects and waits until the device's complete state has arrived, at most two minutes. `address` is a host name or
@@ -118,7 +142,8 @@ inline Device Connect(std::string_view address) {
         throw ConnectError("Discovery::Connect", result, static_cast<ConnectFailure>(reason));
     }
     detail::Check("Discovery::Connect", result, detail::CallKind::Set);
-    return Device(std::move(discovery), Pointer<IMorquilDevice>::Adopt(device));
+    return Device(std::move(discovery), Pointer<IMorquilDevice>::Adopt(device),
+                  std::make_shared<const std::atomic<bool>>(true));
 }
 
 /// A device on its way to being connected, and who is told.
@@ -127,16 +152,18 @@ struct Connecting {
     Subscription events;
 };
 
-/// Connects in the background. The handlers may be told before this function returns.
+/// Connects in the background. The handlers may be told before this function returns. Keep `events` until the device is
+/// connected if its settings are to be saved: without them it is not known when that may be done.
 inline Connecting ConnectAsync(std::string_view address, ConnectionHandlers handlers, Executor executor = RunAtOnce()) {
     Pointer<IMorquilDiscovery> discovery = detail::GetDiscovery();
     auto gate = std::make_shared<detail::Gate>(std::move(executor));
-    const auto observer =
-        Pointer<IMorquilConnectionObserver>::Adopt(new detail::ConnectionObserver(gate, std::move(handlers)));
+    const auto isConnected = std::make_shared<std::atomic<bool>>(false);
+    const auto observer = Pointer<IMorquilConnectionObserver>::Adopt(
+        new detail::ConnectionObserver(gate, std::move(handlers), isConnected));
     IMorquilDevice* raw = nullptr;
     detail::Check("Discovery::ConnectAsync", discovery->ConnectAsync(detail::TextIn(address), &raw, observer.Get()),
                   detail::CallKind::Set);
-    Device device(std::move(discovery), Pointer<IMorquilDevice>::Adopt(raw));
+    Device device(std::move(discovery), Pointer<IMorquilDevice>::Adopt(raw), isConnected);
     Subscription events = device.Told(std::move(gate), observer);
     return {std::move(device), std::move(events)};
 }

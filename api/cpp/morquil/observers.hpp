@@ -106,16 +106,22 @@ private:
 
 class ConnectionObserver final : public HostObject<IMorquilConnectionObserver> {
 public:
-    ConnectionObserver(std::shared_ptr<Gate> gate, ConnectionHandlers handlers)
-        : gate_(std::move(gate)), handlers_(std::make_shared<ConnectionHandlers>(std::move(handlers))) {}
+    /// `isConnected` is kept up to date even when no handler is called.
+    ConnectionObserver(std::shared_ptr<Gate> gate, ConnectionHandlers handlers,
+                       std::shared_ptr<std::atomic<bool>> isConnected = std::make_shared<std::atomic<bool>>(false))
+        : gate_(std::move(gate)),
+          handlers_(std::make_shared<ConnectionHandlers>(std::move(handlers))),
+          isConnected_(std::move(isConnected)) {}
 
     STDMETHODIMP Connected() noexcept override {
+        *isConnected_ = true;
         if (handlers_->connected) {
             Gate::Pass(gate_, [handlers = handlers_] { handlers->connected(); });
         }
         return S_OK;
     }
     STDMETHODIMP Disconnected(_MorquilConnectToFailure reason) noexcept override {
+        *isConnected_ = false;
         if (handlers_->disconnected) {
             Gate::Pass(gate_,
                        [handlers = handlers_, reason] { handlers->disconnected(static_cast<ConnectFailure>(reason)); });
@@ -126,6 +132,7 @@ public:
 private:
     const std::shared_ptr<Gate> gate_;
     const std::shared_ptr<ConnectionHandlers> handlers_;
+    const std::shared_ptr<std::atomic<bool>> isConnected_;
 };
 
 }  // namespace detail

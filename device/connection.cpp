@@ -131,6 +131,7 @@ HRESULT CMorquilDevice::Disconnect() {
     if (wasConnecting) {
         connectEvent_.Set();
     }
+    settingsLoader_.Stop();
     SilenceProperties();
     Stop();
     ClearMirror();
@@ -162,6 +163,7 @@ void CMorquilDevice::OnConnectionChanged(bool connected) {
 
 void CMorquilDevice::ClearMirror() {
     initialStateReceived_ = false;
+    Lock wholeMirror(wholeMirrorLock_);
     {
         Lock lock(mirrorLock_);
         Clear(deviceCache_);

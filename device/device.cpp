@@ -80,6 +80,7 @@ STDMETHODIMP_(ULONG) CMorquilDevice::Release() {
 /// Ends the connection; nobody is left to be told of it. The holds of those who are still on their way keep the memory.
 void CMorquilDevice::LastReferenceGone() {
     disconnectNoticeCount_ = 0;
+    settingsLoader_.Stop();
     SilenceProperties();
     if (QRN::Core::CallbackScope::OnThisThread()) {
         connectionObservers_.CancelRounds();
@@ -201,8 +202,10 @@ STDMETHODIMP CMorquilDevice::SetPanelLock(LONG lock) {
     }
 }
 
-/// The file's text: the blocks that a host may set, and of the device's own its two locks.
+/// The file's text: the blocks that a host may set, and of the device's own its two locks. All that was known at one
+/// moment of a connection or, after its end, nothing.
 std::string CMorquilDevice::SettingsText() {
+    Lock wholeMirror(wholeMirrorLock_);
     std::string text;
     const FeatureBase* const features[] = {&inputConfiguration_,  &outputConfiguration_,
                                            &videoProcAmp_,        &colorCorrection_,
@@ -246,6 +249,7 @@ STDMETHODIMP CMorquilDevice::LoadSettingsFile(BSTR path) {
     if (path == nullptr) {
         return E_INVALIDARG;
     }
+    const Hold hold(*this);
     try {
         settingsLoader_.Load(NarrowPath(path));
     } catch (const std::bad_alloc&) {

@@ -201,6 +201,9 @@ private:
 
     Morquil::MorquilConfigLoader settingsLoader_{*this};
 
+    /// Held while the whole mirror is cleared, and while all of it is read for a file, so that no file holds a part of
+    /// it. Taken before the lock of any part.
+    QRN::Core::Lockable wholeMirrorLock_;
     QRN::Core::Lockable mirrorLock_;
     Morquil::MorquilDeviceChangeSet deviceCache_ GUARDED_BY(mirrorLock_);
     Morquil::SupportedConversionsChangeSet conversionsCache_ GUARDED_BY(mirrorLock_);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <cstddef>
 #include <memory>
 #include <new>
 #include <string>
@@ -9,16 +11,20 @@
 #include "protocol/cut_detector.h"
 #include "protocol/morquil_text_protocol_parser.h"
 #include "protocol/sink.h"
-#include "settings/settings_file.h"
 #include "transport/morquil_text_protocol_client.h"
 
 namespace Morquil {
+
+class SettingsFileReader;
 
 /// Plays a settings file back: queues its blocks on a client, as if a host had set all of their fields.
 ///
 /// A file's input configuration is not played back: it would take the device off the signal that it is given now.
 class MorquilConfigLoader final : private IMorquilTextProtocolSink {
 public:
+    /// No more bytes of a file are read. Its last block is left out if it is not complete by then.
+    static constexpr std::size_t longestFile = std::size_t{16} << 20;
+
     /// `client` outlives the loader.
     explicit MorquilConfigLoader(MorquilTextProtocolClient& client) : client_(client) { parser_.SetSink(this); }
 
@@ -27,8 +33,12 @@ public:
     /// Returns: whether the file could be opened. A block for which memory is short is left out.
     bool Load(const std::string& path);
 
+    /// From here on no load waits for a pipe's writer; one that does ends. Threads: any. Returns at once.
+    void Stop() { stopped_ = true; }
+
 private:
     void Play(SettingsFileReader& file) REQUIRES(lock_);
+    void DropUnfinishedBlock() REQUIRES(lock_);
 
     /// The device's answers to these are no echoes of a setter: they are told like changes made elsewhere.
     template <class Set>
@@ -86,6 +96,7 @@ private:
     // clang-format on
 
     MorquilTextProtocolClient& client_;
+    std::atomic<bool> stopped_ = false;
     QRN::Core::Lockable lock_;
     MorquilTextProtocolParser parser_ GUARDED_BY(lock_);
 };

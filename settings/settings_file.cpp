@@ -1,87 +1,72 @@
 #include "settings/settings_file.h"
 
-#include <algorithm>
-
 #include "core/static_lock.h"
-#include "settings/target_file.h"
 
 namespace Morquil {
 namespace {
 
-// The first `length` bytes of a file's content, or fewer when it cannot be read.
-std::string ContentOf(const NativePath& path, std::size_t length) {
-    std::string content(length, '\0');
-    NativeFile file = OpenForReading(path);
-    std::size_t filled = 0;
-    while (file.IsOpen() && filled < length) {
-        const std::size_t count = file.Read(content.data() + filled, length - filled);
-        if (count == 0) {
-            break;
+using Kind = TargetFile::Kind;
+
+/// A new file beside a target. Removed at the end of the scope unless it has taken the target's place.
+class Replacement {
+public:
+    explicit Replacement(const TargetFile& target) {
+        bool exists = !target.name.empty();
+        while (exists) {
+            name_ = NewNameBeside(target.name);
+            file_ = MakeFile(name_, target.file, exists);
         }
-        filled += count;
+        isMade_ = file_.IsOpen();
     }
-    content.resize(filled);
-    return content;
-}
+    ~Replacement() {
+        if (isMade_) {
+            file_.Close();
+            RemoveFile(name_);
+        }
+    }
+    Replacement(const Replacement&) = delete;
+    Replacement& operator=(const Replacement&) = delete;
 
-bool WriteAt(NativeFile& file, std::uint64_t offset, std::string_view text) {
-    return file.Seek(offset) && file.Write(text) && file.Flush();
-}
+    bool IsMade() const { return isMade_; }
+    bool Fill(std::string_view text) { return file_.Write(text) && file_.Flush(); }
 
-// Overwrites a file that cannot be replaced. Whatever could not be given back is not overwritten.
-void Overwrite(TargetFile& target, std::string_view text) {
-    NativeFile& file = target.file;
-    const std::uint64_t oldSize = file.Size();
-    const std::size_t shared = static_cast<std::size_t>(std::min<std::uint64_t>(oldSize, text.size()));
-    const std::string oldContent = ContentOf(target.path, shared);
-    if (oldContent.size() < shared) {
-        return;
+    /// Closes both files and gives this one the target's name. Returns: false when it cannot.
+    bool TakePlaceOf(TargetFile& target) {
+        file_.Close();
+        target.file.Close();
+        const bool isMoved = MoveFileOver(name_, target.name);
+        isMade_ = !isMoved;
+        return isMoved;
     }
-    // What the file grows by goes first: where there is no room for it, nothing has been lost.
-    if (shared < text.size() && !WriteAt(file, shared, text.substr(shared))) {
-        file.SetSize(oldSize);
-        return;
-    }
-    if (!WriteAt(file, 0, text.substr(0, shared))) {
-        WriteAt(file, 0, oldContent);
-        file.SetSize(oldSize);
-        return;
-    }
-    file.SetSize(text.size());
-    file.Flush();
-}
 
-// Gives the target's name to a new file. Returns: false when this new file cannot have it. One that the text does not
-// fit into has no use, but the target has been dealt with: another way would find no more room.
+private:
+    static NativePath NewNameBeside(const NativePath& path) {
+        static std::atomic<std::uint32_t> lastNumber = 0;
+        const std::string name =
+            ".morquil-" + std::to_string(ProcessId()) + '-' + std::to_string(++lastNumber) + ".tmp";
+        return path.substr(0, path.find_last_of(pathSeparators) + 1) + NativePath(name.begin(), name.end());
+    }
+
+    NativePath name_;
+    NativeFile file_;
+    bool isMade_ = false;
+};
+
+// Returns: false when no file beside the target can take its place. One that the text does not fit into is no reason to
+// try another way: that would find no more room.
 bool Replace(TargetFile& target, std::string_view text) {
-    ReplacementFile replacement(target);
-    if (!replacement.IsOpen()) {
-        return false;
-    }
-    const bool filled = replacement.File().Write(text) && replacement.File().Flush();
-    return !filled || replacement.TakePlaceOf(target);
+    Replacement replacement(target);
+    return replacement.IsMade() && (!replacement.Fill(text) || replacement.TakePlaceOf(target));
 }
 
-// Opens the target once more: the attempt to replace it has closed it.
-void OverwriteAgain(const NativePath& path, std::string_view text) {
-    TargetFile target = OpenTarget(path);
-    if (target.kind == TargetFile::Kind::Replaceable || target.kind == TargetFile::Kind::Fixed) {
-        Overwrite(target, text);
+// What the file grows by goes first: where there is no room for it, nothing is lost.
+void Overwrite(NativeFile file, std::string_view text) {
+    const std::uint64_t oldSize = file.Size();
+    if (text.size() > oldSize && !(file.Seek(oldSize) && file.Write(text.substr(static_cast<std::size_t>(oldSize))))) {
+        file.SetSize(oldSize);
+        return;
     }
-}
-
-// Returns: whether it could be opened.
-bool WriteRegularFile(TargetFile& target, const NativePath& path, std::string_view text) {
-    if (target.kind == TargetFile::Kind::Fixed) {
-        Overwrite(target, text);
-        return true;
-    }
-    const bool missing = target.kind == TargetFile::Kind::Missing;
-    const bool replaced = Replace(target, text);
-    if (!replaced && !missing) {
-        OverwriteAgain(path, text);
-    }
-    return replaced || !missing;
+    file.Seek(0) && file.Write(text) && file.SetSize(text.size()) && file.Flush();
 }
 
 // Two texts must not be written over one file at once, nor one thread's open file keep another's from its place.
@@ -95,16 +80,18 @@ bool WriteSettingsFile(const std::string& path, std::string_view text) {
     {
         const QRN::Core::StaticLockHold lock(regularFilesLock);
         target = OpenTarget(nativePath);
-        if (target.kind == TargetFile::Kind::Unopenable) {
-            return false;
+        if (target.kind == Kind::Missing) {
+            return Replace(target, text);
         }
-        if (target.kind != TargetFile::Kind::Stream) {
-            return WriteRegularFile(target, nativePath, text);
+        if (target.kind == Kind::Regular) {
+            if (!Replace(target, text)) {
+                Overwrite(OpenTarget(nativePath).file, text);
+            }
+            return true;
         }
     }
-    // Whoever reads a pipe may take its time.
-    target.file.Write(text);
-    return true;
+    // A pipe's reader may take its time.
+    return target.kind == Kind::Stream && (target.file.Write(text), true);
 }
 
 }  // namespace Morquil

@@ -173,6 +173,18 @@ TEST_F(ConfigLoader, ReadsALineThatReachesFromOnePieceOfAFileIntoTheNext) {
     }
 }
 
+TEST_F(ConfigLoader, ReadsNoMoreThanTheLongestFile) {
+    const std::size_t before = MorquilConfigLoader::longestFile - gain.size();
+    EXPECT_TRUE(Load(std::string(before, '\n') + gain));
+    EXPECT_THAT(client.TakeTexts(), ElementsAre(gain)) << "just fits";
+    EXPECT_TRUE(Load(std::string(before + 1, '\n') + gain));
+    EXPECT_THAT(client.TakeTexts(), ElementsAre()) << "the line that ends the block comes too late";
+    EXPECT_TRUE(Load("Hue: 2\n\n"));
+    EXPECT_THAT(client.TakeTexts(), ElementsAre()) << "a block that was cut does not wait for the next file";
+    Load(gain);
+    EXPECT_THAT(client.TakeTexts(), ElementsAre(gain));
+}
+
 TEST_F(ConfigLoader, SaysWhenAFileCannotBeOpened) {
     EXPECT_FALSE(loader.Load(folder.PathOf("missing.txt")));
     EXPECT_FALSE(loader.Load(folder.PathOf("")));

@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <array>
+#include <atomic>
 #include <string>
+#include <thread>
 
 #include "tests/support/temporary_folder.h"
 
@@ -32,16 +35,6 @@ TEST(SettingsFile, LeavesAFileAsItIsThatNobodyElseMayWrite) {
     EXPECT_FALSE(WriteSettingsFile(path, "after\n"));
     CloseHandle(other);
     EXPECT_EQ(ContentOf(path), "before\n");
-}
-
-TEST(SettingsFile, KeepsItsFlags) {
-    const TemporaryFolder folder;
-    const std::string path = folder.Make("settings.txt", "before\n");
-    ASSERT_TRUE(SetFileAttributesW(ToPath(path).c_str(), FILE_ATTRIBUTE_HIDDEN));
-    const DWORD before = GetFileAttributesW(ToPath(path).c_str());
-    EXPECT_TRUE(WriteSettingsFile(path, "after\n"));
-    EXPECT_EQ(GetFileAttributesW(ToPath(path).c_str()), before);
-    EXPECT_EQ(ContentOf(path), "after\n");
 }
 
 TEST(SettingsFile, IsAnotherFileOnceItIsReplaced) {
@@ -86,6 +79,23 @@ TEST(SettingsFile, GoesToTheNullDeviceAndToAPipe) {
     EXPECT_TRUE(ReadFile(pipe, seen, sizeof seen, &length, nullptr));
     CloseHandle(pipe);
     EXPECT_EQ(std::string(seen, length), "text\n");
+}
+
+TEST(SettingsFileReader, WaitsForAPipesWriterUntilItIsStopped) {
+    const char name[] = "\\\\.\\pipe\\settings-reader-test";
+    const HANDLE pipe = CreateNamedPipeA(name, PIPE_ACCESS_OUTBOUND, PIPE_TYPE_BYTE, 1, 64, 64, 0, nullptr);
+    ASSERT_NE(pipe, INVALID_HANDLE_VALUE);
+    std::atomic<bool> stopped = false;
+    SettingsFileReader reader(name, stopped);
+    ASSERT_TRUE(reader.IsOpen());
+    DWORD written = 0;
+    ASSERT_TRUE(WriteFile(pipe, "text", 4, &written, nullptr));
+    std::array<char, 16> piece{};
+    EXPECT_EQ(reader.Read(piece.data(), piece.size()), 4U);
+    std::thread stopper([&] { stopped = true; });
+    EXPECT_EQ(reader.Read(piece.data(), piece.size()), 0U);
+    stopper.join();
+    CloseHandle(pipe);
 }
 
 }  // namespace

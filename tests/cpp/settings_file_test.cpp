@@ -101,6 +101,40 @@ TEST_F(CppSettingsFile, IsAsItWasWhenTheDeviceIsLostMeanwhile) {
     EXPECT_EQ(folder.Names(), Names{"settings.txt"});
 }
 
+TEST_F(CppSettingsFile, IsNotMadeWhenTheDeviceIsLostMeanwhile) {
+    fake->onSave = [&](const std::string& name) {
+        std::ofstream(ToPath(name), std::ios::binary) << "nothing";
+        fake->isKnown = false;
+        return S_FALSE;
+    };
+    EXPECT_EQ(FailureOf<morquil::NotKnown>(device, folder.PathOf("new.txt")), notComplete);
+    EXPECT_EQ(folder.Names(), Names{"settings.txt"});
+}
+
+TEST_F(CppSettingsFile, GoesToADeviceAsItIs) {
+#ifdef _WIN32
+    const std::string nullDevice = "NUL";
+#else
+    const std::string nullDevice = "/dev/null";
+#endif
+    std::string seen;
+    fake->onSave = [&](const std::string& name) {
+        seen = name;
+        return S_FALSE;
+    };
+    device.SaveSettingsFile(nullDevice);
+    EXPECT_EQ(seen, nullDevice);
+}
+
+TEST_F(CppSettingsFile, IsAsItWasWhenItMayNotBeWritten) {
+    using std::filesystem::perms;
+    std::filesystem::permissions(ToPath(path), perms::owner_read);
+    EXPECT_THROW(device.SaveSettingsFile(path), morquil::Error);
+    EXPECT_EQ(ContentOf(path), "old");
+    EXPECT_EQ(folder.Names(), Names{"settings.txt"});
+    std::filesystem::permissions(ToPath(path), perms::owner_read | perms::owner_write);
+}
+
 TEST_F(CppSettingsFile, IsAsItWasWhenNoneCanBeMadeBesideIt) {
     fake->onSave = [](const std::string&) { return S_OK; };
     EXPECT_EQ(FailureOf<morquil::Error>(device, path), "Device::SaveSettingsFile: \"" + path + "\" cannot be written");

@@ -94,7 +94,7 @@ public:
         detail::Check("Device::SaveSettingsFile", result, detail::CallKind::Set);
         // The end of a connection empties the state before anything else is reported: what is known now was saved.
         CheckStateIsComplete();
-        if (result == S_OK || !file.TakePlace()) {
+        if (result == S_OK || !file.Keep()) {
             throw Error("Device::SaveSettingsFile", E_FAIL, "\"" + std::string(path) + "\" cannot be written");
         }
     }

@@ -12,29 +12,29 @@
 
 namespace morquil::detail {
 
-/// A file that is first saved beside its name, and gets that name once the content is known to be good. What is no
-/// regular file (a pipe, a device) has nothing to lose and is saved as it is.
+/// A file that is about to be saved. A regular file that is there is saved beside its name first, and gets the new
+/// content once that is known to be good. Anything else (no file, a pipe, a device) has nothing to lose and is saved as
+/// it is.
 class SafeFile {
 public:
     explicit SafeFile(std::string_view path) : target_(Utf16FromUtf8(path)), name_(target_) {
         std::error_code error;
         const std::filesystem::file_status status = std::filesystem::status(target_, error);
+        if (path.find('\0') != std::string_view::npos) {
+            return;  // the library refuses it; here it would be another name
+        }
+        isMissing_ = status.type() == std::filesystem::file_type::not_found;
         isThere_ = std::filesystem::is_regular_file(status);
-        isBeside_ = isThere_ || status.type() == std::filesystem::file_type::not_found;
-        // A path with a zero character in it is the library's to refuse.
-        if (path.find('\0') != std::string_view::npos || !isBeside_) {
-            isBeside_ = false;
-            return;
-        }
         if (isThere_) {
-            target_ = std::filesystem::canonical(target_, error);
             permissions_ = status.permissions();
+            target_ = std::filesystem::canonical(target_, error);
+            name_ = target_.parent_path() / NewName();
         }
-        name_ = target_.parent_path() / NewName();
     }
+    /// What has not been kept goes again.
     ~SafeFile() {
-        if (isBeside_) {
-            std::error_code error;
+        std::error_code error;
+        if (!isKept_ && (isThere_ || isMissing_) && std::filesystem::is_regular_file(name_, error)) {
             std::filesystem::remove(name_, error);
         }
     }
@@ -44,22 +44,19 @@ public:
     /// Where to save, in UTF-8.
     std::string Name() const { return Utf8FromUtf16(name_.string<OLECHAR>()); }
 
-    /// Gives the saved file the name that it is to have. Returns: false when that cannot be; nothing has changed.
-    bool TakePlace() {
-        if (!isBeside_) {
-            return true;
-        }
+    /// The saved content is good. Returns: false when it cannot replace the old one, which stays.
+    bool Keep() {
         std::error_code error;
         if (isThere_) {
-            // Replacing a file is not to change what may not be written.
-            if (!std::ofstream(target_, std::ios::app)) {
+            if (!MayBeWritten()) {
                 return false;
             }
-            std::filesystem::permissions(name_, permissions_, error);
+            std::error_code ignored;
+            std::filesystem::permissions(name_, permissions_, ignored);
+            std::filesystem::rename(name_, target_, error);
         }
-        std::filesystem::rename(name_, target_, error);
-        isBeside_ = static_cast<bool>(error);
-        return !error;
+        isKept_ = !error;
+        return isKept_;
     }
 
 private:
@@ -68,11 +65,19 @@ private:
         return ".morquil-" + std::to_string(random()) + "-" + std::to_string(random()) + ".tmp";
     }
 
+    /// A file can be replaced that may not be written; it shall not be.
+    bool MayBeWritten() const {
+        using std::filesystem::perms;
+        const perms anyWrite = perms::owner_write | perms::group_write | perms::others_write;
+        return (permissions_ & anyWrite) != perms::none && std::ofstream(target_, std::ios::app).is_open();
+    }
+
     std::filesystem::path target_;
     std::filesystem::path name_;
     std::filesystem::perms permissions_ = std::filesystem::perms::unknown;
     bool isThere_ = false;
-    bool isBeside_ = false;
+    bool isMissing_ = false;
+    bool isKept_ = false;
 };
 
 }  // namespace morquil::detail

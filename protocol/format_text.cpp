@@ -1,15 +1,18 @@
 #include "protocol/format_text.h"
 
 #include <algorithm>
+#include <charconv>
 #include <climits>
-#include <cmath>
+#include <cstdint>
 #include <cstring>
-
-#include "protocol/number_text.h"
 
 namespace Morquil {
 
 namespace {
+
+constexpr std::size_t longestInteger = 11;
+/// The largest double has 309 digits before its point; a sign, the point and six decimals go with them.
+constexpr std::size_t longestDecimal = 317;
 
 /// Counts everything that is appended and keeps what fits.
 class TextBuffer {
@@ -31,14 +34,12 @@ public:
         length_ += size;
     }
 
-    /// Appends what `write` writes of a number: at most `longest` characters.
-    template <std::size_t longest, class Number>
-    void AppendNumber(char* (*write)(char*, Number), Number number) {
-        if (length_ + longest <= room_) {
-            length_ = static_cast<std::size_t>(write(text_ + length_, number) - text_);
-        } else {
-            AppendCut<longest>(write, number);
-        }
+    /// Appends a number as std::to_chars writes it with `format`, whatever locale the host has set.
+    template <std::size_t longest, class Number, class... Format>
+    void AppendNumber(Number number, Format... format) {
+        char digits[longest];
+        const char* const end = std::to_chars(digits, digits + longest, number, format...).ptr;
+        Append(digits, static_cast<std::size_t>(end - digits));
     }
 
     void Terminate() {
@@ -51,13 +52,6 @@ public:
     int Length() const { return length_ <= INT_MAX ? static_cast<int>(length_) : -1; }
 
 private:
-    // Apart from the rest, which needs no memory of its own, and so no guard for it either.
-    template <std::size_t longest, class Number>
-    [[gnu::noinline]] void AppendCut(char* (*write)(char*, Number), Number number) {
-        char piece[longest];
-        Append(piece, static_cast<std::size_t>(write(piece, number) - piece));
-    }
-
     char* text_;
     std::size_t capacity_;
     std::size_t room_;  // without the terminator
@@ -69,18 +63,8 @@ void AppendWord(TextBuffer& text, const char* word) {
     text.Append(known, std::strlen(known));
 }
 
-void AppendDecimal(TextBuffer& text, double number) {
-    if (std::abs(number) < shortDecimalLimit) {
-        text.AppendNumber<longestShortDecimalText>(WriteDecimal, number);
-    } else {
-        text.AppendNumber<longestDecimalText>(WriteDecimal, number);
-    }
-}
-
 }  // namespace
 
-// All arguments are taken here, where they are: a copy of what the caller has only just made ready would have to wait
-// for it, which takes as long as all the rest.
 int FormatText(char* buffer, std::size_t capacity, const char* format, std::va_list arguments) {
     TextBuffer text(buffer, capacity);
     for (; *format != '\0'; ++format) {
@@ -94,16 +78,16 @@ int FormatText(char* buffer, std::size_t capacity, const char* format, std::va_l
                 AppendWord(text, va_arg(arguments, const char*));
                 break;
             case 'd':
-                text.AppendNumber<longestIntegerText>(WriteSigned, va_arg(arguments, int));
+                text.AppendNumber<longestInteger>(va_arg(arguments, int));
                 break;
             case 'u':
-                text.AppendNumber<longestIntegerText>(WriteUnsigned, va_arg(arguments, unsigned));
+                text.AppendNumber<longestInteger>(va_arg(arguments, unsigned));
                 break;
             case 'x':
-                text.AppendNumber<longestIntegerText>(WriteHexadecimal, va_arg(arguments, unsigned));
+                text.AppendNumber<longestInteger>(va_arg(arguments, unsigned), 16);
                 break;
             case 'f':
-                AppendDecimal(text, va_arg(arguments, double));
+                text.AppendNumber<longestDecimal>(va_arg(arguments, double), std::chars_format::fixed, 6);
                 break;
             case '%':
                 text.Append('%');

@@ -1,17 +1,15 @@
 #include "protocol/indexed_key_text.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <cstring>
-
-#include "protocol/number_text.h"
+#include <charconv>
+#include <iterator>
 
 namespace Morquil {
 
 IndexedKeyText::IndexedKeyText(std::string_view stem, std::size_t index) {
-    const std::size_t length = std::min(stem.size(), sizeof text_ - longestIntegerText - 1);
-    std::memcpy(text_, stem.data(), length);
-    *WriteUnsigned(text_ + length, static_cast<std::uint32_t>(index)) = '\0';
+    constexpr std::size_t roomForIndex = 21;  // with the terminator
+    char* const digits = std::copy_n(stem.data(), std::min(stem.size(), sizeof text_ - roomForIndex), text_);
+    *std::to_chars(digits, std::end(text_) - 1, index).ptr = '\0';
 }
 
 }  // namespace Morquil

@@ -3,11 +3,10 @@
 #include <charconv>
 #include <cstddef>
 #include <cstring>
+#include <limits>
 #include <system_error>
 
 #include "protocol/ascii.h"
-#include "protocol/byte_words.h"
-#include "protocol/decimal_reader.h"
 
 namespace Morquil {
 
@@ -23,14 +22,6 @@ std::size_t LengthOfSpace(std::string_view text) {
 
 std::size_t LengthOfWord(std::string_view text) {
     std::size_t length = 0;
-    while (text.size() - length >= 8) {
-        // Every space is at most a blank, and so are a few characters that are none.
-        const std::uint64_t blanks = ByteWords::MarkBelow(ByteWords::Load<8>(text.data() + length), ' ' + 1);
-        length += ByteWords::FirstMarked(blanks);
-        if (blanks != 0) {
-            break;
-        }
-    }
     while (length < text.size() && !IsSpace(text[length])) {
         ++length;
     }
@@ -65,6 +56,46 @@ bool TakeMagnitude(std::string_view& text, std::uint32_t largest, std::uint32_t&
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), magnitude);
     text.remove_prefix(static_cast<std::size_t>(end - text.data()));
     return error == std::errc() && magnitude <= largest;
+}
+
+/// The exponent of a number as `TakeDecimal` takes it; 0 when it has none.
+double Exponent(std::string_view number) {
+    const std::size_t mark = number.find_first_of("eE");
+    if (mark == std::string_view::npos) {
+        return 0;
+    }
+    number.remove_prefix(mark + 1);
+    const bool negative = TakeSign(number);
+    double magnitude = std::numeric_limits<double>::infinity();
+    std::from_chars(number.data(), number.data() + number.size(), magnitude);
+    return negative ? -magnitude : magnitude;
+}
+
+/// Whether a number that is out of the range of double is too small: its first digit that counts is after the point.
+bool IsTooSmall(std::string_view number) {
+    const std::size_t point = number.find_first_of(".eE");
+    const auto wholeDigits = static_cast<double>(point == std::string_view::npos ? number.size() : point);
+    return wholeDigits - static_cast<double>(number.find_first_of("123456789")) + Exponent(number) < 0;
+}
+
+/// Takes a decimal number without a sign, with all the characters that a stream collects for one: an exponent mark
+/// without digits spoils the number. Too small a number is 0.
+/// Returns: false where there is no number, or one that is too large.
+bool TakeDecimal(std::string_view& text, double& value) {
+    if (text.empty() || (!IsDigit(text.front()) && text.front() != '.')) {
+        return false;  // "inf" and "nan" are no numbers to a stream
+    }
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const std::string_view number = text.substr(0, static_cast<std::size_t>(end - text.data()));
+    text.remove_prefix(number.size());
+    if (!text.empty() && FoldCase(text.front()) == 'e' && number.find_first_of("eE") == std::string_view::npos) {
+        return false;
+    }
+    if (error == std::errc::result_out_of_range && IsTooSmall(number)) {
+        value = 0;
+        return true;
+    }
+    return error == std::errc();
 }
 
 /// Takes what "%d" takes; of a larger number the lower 32 bits remain.

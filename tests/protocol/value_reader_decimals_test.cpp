@@ -1,4 +1,4 @@
-#include "protocol/decimal_reader.h"
+#include "protocol/value_reader.h"
 
 #include <gtest/gtest.h>
 
@@ -17,13 +17,19 @@
 namespace Morquil {
 namespace {
 
+std::string_view Rest(ValueReader& reader) {
+    std::string_view rest;
+    reader.ReadWord(rest);
+    return rest;
+}
+
 /// Compares with what the C library reads, to the last bit. Too large a number is one for the library, and none for us.
 void ExpectAsTheLibrary(const std::string& text) {
     const double expected = std::strtod(text.c_str(), nullptr);
-    std::string_view rest = text;
+    ValueReader reader(text);
     double actual = 0;
-    ASSERT_EQ(TakeDecimal(rest, actual), std::isfinite(expected)) << text;
-    ASSERT_TRUE(rest.empty()) << text;
+    ASSERT_EQ(reader.Read(actual), std::isfinite(expected)) << text;
+    ASSERT_EQ(Rest(reader), "") << text;
     if (std::isfinite(expected)) {
         ASSERT_EQ(std::bit_cast<std::uint64_t>(actual), std::bit_cast<std::uint64_t>(expected))
             << text << ": " << std::hexfloat << actual << ", not " << expected;
@@ -40,7 +46,7 @@ std::string Printed(const char* format, Number number) {
     return text.data();
 }
 
-TEST(DecimalReader, ReadsNumbersAtTheEdges) {
+TEST(ValueReaderDecimals, ReadsNumbersAtTheEdges) {
     // clang-format off
     constexpr const char* edges[] = {
         "0", "0.", ".0", "000", "0e5", "0.000e-99999999999999999999", "0e99999999999999999999", "1", "1.", ".1", "01",
@@ -57,28 +63,27 @@ TEST(DecimalReader, ReadsNumbersAtTheEdges) {
     }
 }
 
-TEST(DecimalReader, StopsAtTheFirstCharacterThatCannotBelongToANumber) {
+TEST(ValueReaderDecimals, StopsAtTheFirstCharacterThatCannotBelongToANumber) {
     const std::pair<std::string_view, std::string_view> texts[] = {{"1.5.5", ".5"}, {"1e5.5", ".5"},  {"1e5e5", "e5"},
-                                                                   {"1e5-5", "-5"}, {"12abc", "abc"}, {"7 8", " 8"},
+                                                                   {"1e5-5", "-5"}, {"12abc", "abc"}, {"7 8", "8"},
                                                                    {"0x10", "x10"}};
     for (const auto& [text, expected] : texts) {
-        std::string_view rest = text;
+        ValueReader reader(text);
         double value = 0;
-        EXPECT_TRUE(TakeDecimal(rest, value)) << text;
-        EXPECT_EQ(rest, expected) << text;
+        EXPECT_TRUE(reader.Read(value)) << text;
+        EXPECT_EQ(Rest(reader), expected) << text;
     }
 }
 
-TEST(DecimalReader, ReadsNothingWithoutADigitWhereOneMustBe) {
-    for (const std::string_view text : {"", ".", "e5", ".e5", "1e", "1e+", "5.e-", "-1", "+1", " 1", "inf", "nan"}) {
-        std::string_view rest = text;
+TEST(ValueReaderDecimals, ReadsNothingWithoutADigitWhereOneMustBe) {
+    for (const std::string_view text : {"", ".", "e5", ".e5", "1e", "1e+", "5.e-", "inf", "nan", "-inf"}) {
         double value = 7.5;
-        EXPECT_FALSE(TakeDecimal(rest, value)) << text;
+        EXPECT_FALSE(ValueReader(text).Read(value)) << text;
         EXPECT_EQ(value, 7.5) << text;
     }
 }
 
-TEST(DecimalReader, ReadsWhatWasWrittenBackToTheLastBit) {
+TEST(ValueReaderDecimals, ReadsWhatWasWrittenBackToTheLastBit) {
     std::mt19937_64 random(8);
     for (int round = 0; round < 20000; ++round) {
         const double number = std::abs(std::bit_cast<double>(random()));
@@ -102,7 +107,7 @@ public:
         digits_ = text.substr(0, text.find_last_not_of('0', mark - 1) + 1);
     }
     std::string Text() const { return digits_ + exponent_; }
-    /// A digit far behind those that a double can hold makes the difference.
+    /// A digit far after those that a double can hold makes the difference.
     std::string JustAbove() const { return digits_ + std::string(60, '0') + '1' + exponent_; }
     std::string JustBelow() const {
         std::string less = digits_;
@@ -117,12 +122,12 @@ private:
 
 double Read(std::string_view text) {
     double value = -1;
-    EXPECT_TRUE(TakeDecimal(text, value)) << text;
+    EXPECT_TRUE(ValueReader(text).Read(value)) << text;
     return value;
 }
 
 // Does not ask the C library, some of which are wrong here.
-TEST(DecimalReader, RoundsTheMiddleBetweenTwoDoublesToTheEvenOne) {
+TEST(ValueReaderDecimals, RoundsTheMiddleBetweenTwoDoublesToTheEvenOne) {
     std::mt19937_64 random(9);
     for (int round = 0; round < 400; ++round) {
         // The first rounds go through the smallest numbers, whose middles have the most digits.
@@ -138,7 +143,7 @@ TEST(DecimalReader, RoundsTheMiddleBetweenTwoDoublesToTheEvenOne) {
     }
 }
 
-TEST(DecimalReader, ReadsTextsOfAnyLength) {
+TEST(ValueReaderDecimals, ReadsTextsOfAnyLength) {
     const std::string zeros(2000, '0');
     const std::string nines(2000, '9');
     ASSERT_NO_FATAL_FAILURE(ExpectAsTheLibrary(zeros + "1.5" + zeros));

@@ -10,7 +10,7 @@
 namespace Morquil::Fuzz {
 namespace {
 
-std::string Quoted(std::string_view text) {
+std::string DictionaryString(std::string_view text) {
     std::string quoted = "\"";
     for (const char character : text) {
         if (character == '"' || character == '\\') {
@@ -50,7 +50,7 @@ std::set<std::string> Entries() {
 
 int main() {
     for (const std::string& entry : Morquil::Fuzz::Entries()) {
-        std::puts(Morquil::Fuzz::Quoted(entry).c_str());
+        std::puts(Morquil::Fuzz::DictionaryString(entry).c_str());
     }
     return 0;
 }

@@ -5,6 +5,7 @@
 #include "protocol/every_block_sink.h"
 #include "protocol/morquil_text_protocol_parser.h"
 #include "simulator/block_kinds.h"
+#include "simulator/escaped_text.h"
 #include "simulator/host_lines.h"
 #include "simulator/text_lines.h"
 
@@ -18,10 +19,6 @@ struct Setting {
     std::string_view key;
     std::string_view value;
 };
-
-std::string Quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
-}
 
 /// The length of `name` when `text` starts with it and a blank follows, else 0.
 std::size_t LeadingName(std::string_view text, std::string_view name) {
@@ -88,7 +85,7 @@ public:
         const std::string line = std::string(setting.key) + ": " + std::string(setting.value);
         HostLines(parser_).Feed(std::string(setting.header) + ":\n" + line + "\n\n");
         if (complaint_.empty() && !taken_) {
-            complaint_ = Quoted(setting.value) + " is no value of " + Quoted(setting.key);
+            complaint_ = Escaped(setting.value) + " is no value of " + Escaped(setting.key);
         }
         return std::move(complaint_);
     }
@@ -153,18 +150,18 @@ SettingReading Refused(std::string why) {
 
 SettingReading ReadSetting(std::string_view text) {
     if (LeadingName(text, "set") == 0) {
-        return Refused("unknown command " + Quoted(text) + "; try: set VIDEO PROC AMP Gain 12");
+        return Refused("unknown command " + Escaped(text) + "; try: set VIDEO PROC AMP Gain 12");
     }
     Setting setting;
     std::string_view rest = Trimmed(text.substr(3));
     setting.header = LeadingHeader(rest);
     if (setting.header.empty()) {
-        return Refused("no block of settings is named at the start of " + Quoted(rest));
+        return Refused("no block of settings is named at the start of " + Escaped(rest));
     }
     rest = Trimmed(rest.substr(setting.header.size()));
     setting.key = LeadingKey(setting.header, rest);
     if (setting.key.empty()) {
-        return Refused("no key of " + std::string(setting.header) + ", with a value behind it, in " + Quoted(rest));
+        return Refused("no key of " + std::string(setting.header) + ", with a value behind it, in " + Escaped(rest));
     }
     setting.value = Trimmed(rest.substr(setting.key.size()));
     return {setting, {}};

@@ -10,7 +10,7 @@
 #include "fuzz/block_text.h"
 #include "fuzz/require.h"
 #include "platform/text.h"
-#include "protocol/utf8.h"
+#include "platform/utf8.h"
 #include "tests/platform/owned_bstr.h"
 #include "tests/settings/queue_client.h"
 
@@ -22,11 +22,11 @@ using Test::Utf16;
 
 bool IsWellFormed(std::string_view text) {
     while (!text.empty()) {
-        const std::size_t length = Utf8CharacterLength(text);
-        if (length == 1 && static_cast<unsigned char>(text.front()) >= 0x80) {
+        const Utf8Character character = FirstUtf8Character(text);
+        if (!character.isWellFormed) {
             return false;
         }
-        text.remove_prefix(length);
+        text.remove_prefix(character.size);
     }
     return true;
 }
@@ -73,7 +73,7 @@ void TryShortening(const Utf16& units, std::size_t limit) {
     Require(cut.size() < limit, "a text is cut to its limit");
     Require(whole.starts_with(cut), "a text is cut at its end");
     const bool isWhole = cut.size() == whole.size();
-    Require(isWhole || cut.size() + Utf8CharacterLength(std::string_view(whole).substr(cut.size())) >= limit,
+    Require(isWhole || cut.size() + FirstUtf8Character(std::string_view(whole).substr(cut.size())).size >= limit,
             "no more of a text is cut than has to be");
     Require(Utf8FromBstr(OwnedBstr(BstrFromUtf8(whole)).Get()) == whole, "well-formed text survives both ways");
 }

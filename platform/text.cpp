@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "platform/utf8.h"
+
 namespace Morquil {
 namespace {
 
@@ -68,49 +70,11 @@ std::string ToUtf8(Utf16View text) {
     return result;
 }
 
-// What a first byte says of its character: how many bytes follow, its own bits, and the span of the second byte, which
-// rules out overlong forms, surrogates and what lies beyond U+10FFFF.
-struct FirstByte {
-    int following;
-    unsigned char bits;
-    unsigned char secondMin;
-    unsigned char secondMax;
-};
-
-constexpr FirstByte Classify(unsigned char byte) {
-    // clang-format off
-    if (byte < 0x80)  return {0, byte, 0, 0};
-    if (byte < 0xC2)  return {-1, 0, 0, 0};
-    if (byte < 0xE0)  return {1, static_cast<unsigned char>(byte & 0x1F), 0x80, 0xBF};
-    if (byte == 0xE0) return {2, 0x00, 0xA0, 0xBF};
-    if (byte == 0xED) return {2, 0x0D, 0x80, 0x9F};
-    if (byte < 0xF0)  return {2, static_cast<unsigned char>(byte & 0x0F), 0x80, 0xBF};
-    if (byte == 0xF0) return {3, 0x00, 0x90, 0xBF};
-    if (byte < 0xF4)  return {3, static_cast<unsigned char>(byte & 0x07), 0x80, 0xBF};
-    if (byte == 0xF4) return {3, 0x04, 0x80, 0x8F};
-    return {-1, 0, 0, 0};
-    // clang-format on
-}
-
 // Takes one character, or the malformed bytes that one U+FFFD stands for, from the front of `text`.
 char32_t TakeCharacter(std::string_view& text) {
-    const FirstByte first = Classify(static_cast<unsigned char>(text.front()));
-    text.remove_prefix(1);
-    if (first.following < 0)
-        return replacement;
-    char32_t character = first.bits;
-    unsigned char min = first.secondMin;
-    unsigned char max = first.secondMax;
-    for (int left = first.following; left > 0; --left) {
-        const auto byte = text.empty() ? static_cast<unsigned char>(0) : static_cast<unsigned char>(text.front());
-        if (byte < min || byte > max)
-            return replacement;
-        text.remove_prefix(1);
-        character = (character << 6) | (byte & 0x3Fu);
-        min = 0x80;
-        max = 0xBF;
-    }
-    return character;
+    const Utf8Character character = FirstUtf8Character(text);
+    text.remove_prefix(character.size);
+    return character.code;
 }
 
 std::size_t Utf16Length(std::string_view text) {

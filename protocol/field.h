@@ -7,8 +7,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "platform/utf8.h"
 #include "protocol/ascii.h"
-#include "protocol/utf8.h"
 
 namespace Morquil {
 

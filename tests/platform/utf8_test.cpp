@@ -1,4 +1,4 @@
-#include "protocol/utf8.h"
+#include "platform/utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,8 @@ namespace {
 std::size_t PrefixFromTheStart(std::string_view text, std::size_t limit) {
     std::size_t length = 0;
     while (length < text.size()) {
-        const std::size_t next = length + Utf8CharacterLength(text.substr(length));
+        const Utf8Character character = FirstUtf8Character(text.substr(length));
+        const std::size_t next = length + (character.isWellFormed ? character.size : 1);
         if (next > limit) {
             break;
         }

@@ -43,34 +43,22 @@ CMorquilDevice::~CMorquilDevice() {
     Stop();
 }
 
-STDMETHODIMP CMorquilDevice::QueryInterface(REFIID iid, void** out) {
-    if (out == nullptr) {
-        return E_POINTER;
-    }
-    *out = nullptr;
+void* CMorquilDevice::FindInterface(REFIID iid) {
     if (IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IMorquilDevice)) {
-        *out = static_cast<IMorquilDevice*>(this);
+        return static_cast<IMorquilDevice*>(this);
     }
     for (const FeatureEntry& entry : features_) {
         if (IsEqualIID(iid, entry.iid)) {
-            *out = entry.feature.Face();
+            return entry.feature.Face();
         }
     }
-    if (*out == nullptr) {
-        return E_NOINTERFACE;
-    }
-    AddRef();
-    return S_OK;
-}
-
-STDMETHODIMP_(ULONG) CMorquilDevice::AddRef() {
-    return ++references_;
+    return nullptr;
 }
 
 STDMETHODIMP_(ULONG) CMorquilDevice::Release() {
     // A callback on another thread may take and give back a reference of its own meanwhile.
     const Hold hold(*this);
-    const ULONG remaining = --references_;
+    const ULONG remaining = DropReference();
     if (remaining == 0 && !lastReferenceGone_.exchange(true)) {
         LastReferenceGone();
     }

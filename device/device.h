@@ -32,6 +32,7 @@
 #include "features/video_clip.h"
 #include "features/video_index.h"
 #include "features/video_proc_amp.h"
+#include "platform/com_object.h"
 #include "settings/morquil_config_loader.h"
 #include "transport/make_comms.h"
 #include "transport/morquil_text_protocol_client.h"
@@ -47,7 +48,7 @@
 /// memory: all references together are one hold, and so are the connection thread and every routine that calls
 /// observers. The last reference stops the connection; whoever gives the last hold back destroys the object, so it
 /// outlives the callback in which the host lets it go.
-class CMorquilDevice final : public IMorquilDevice,
+class CMorquilDevice final : public Morquil::ComObject<CMorquilDevice, IMorquilDevice>,
                              public CObservablePropertySet,
                              public Morquil::MorquilTextProtocolClient {
 public:
@@ -68,8 +69,7 @@ public:
     /// there is nothing to end or somebody else is ending it. Threads: any, also inside a callback. Returns: 0.
     HRESULT Disconnect();
 
-    STDMETHODIMP QueryInterface(REFIID iid, void** out) override;
-    STDMETHODIMP_(ULONG) AddRef() override;
+    void* FindInterface(REFIID iid);
     STDMETHODIMP_(ULONG) Release() override;
     STDMETHODIMP AddConnectionObserver(IMorquilConnectionObserver* observer) override;
     STDMETHODIMP RemoveConnectionObserver(IMorquilConnectionObserver* observer) override;
@@ -171,7 +171,6 @@ private:
     void Request();
     void RequestAllAvailability();
 
-    std::atomic<std::uint32_t> references_ = 1;
     std::atomic<std::uint32_t> holds_ = 1;
     std::atomic<bool> lastReferenceGone_ = false;
 

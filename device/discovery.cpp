@@ -49,28 +49,16 @@ extern "C" IMorquilDiscovery* GetMorquilDiscoveryInstance_0000() {
     return singleton;
 }
 
-STDMETHODIMP CMorquilDiscovery::QueryInterface(REFIID iid, void** out) {
-    if (out == nullptr) {
-        return E_POINTER;
-    }
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IMorquilDiscovery)) {
-        *out = nullptr;
-        return E_NOINTERFACE;
-    }
-    *out = static_cast<IMorquilDiscovery*>(this);
-    AddRef();
-    return S_OK;
-}
-
-STDMETHODIMP_(ULONG) CMorquilDiscovery::AddRef() {
-    return ++references_;
+void* CMorquilDiscovery::FindInterface(REFIID iid) {
+    const bool isOwn = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IMorquilDiscovery);
+    return isOwn ? static_cast<IMorquilDiscovery*>(this) : nullptr;
 }
 
 STDMETHODIMP_(ULONG) CMorquilDiscovery::Release() {
     ULONG remaining = 0;
     {
         const StaticLockHold hold(singletonLock);
-        remaining = --references_;
+        remaining = DropReference();
         if (remaining == 0) {
             singleton = nullptr;
         }

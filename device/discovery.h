@@ -1,16 +1,13 @@
 #pragma once
 
-#include <atomic>
-#include <cstdint>
-
 #include "MorquilAPI.h"
+#include "platform/com_object.h"
 
 /// The host's way in: makes device objects and connects them by address. One per process at a time; keeps no list of
 /// devices, which live on without it.
-class CMorquilDiscovery final : public IMorquilDiscovery {
+class CMorquilDiscovery final : public Morquil::ComObject<CMorquilDiscovery, IMorquilDiscovery> {
 public:
-    STDMETHODIMP QueryInterface(REFIID iid, void** out) override;
-    STDMETHODIMP_(ULONG) AddRef() override;
+    void* FindInterface(REFIID iid);
     STDMETHODIMP_(ULONG) Release() override;
     STDMETHODIMP Connect(BSTR deviceAddress, IMorquilDevice** device, _MorquilConnectToFailure* failReason) override;
     STDMETHODIMP ConnectAsync(BSTR deviceAddress, IMorquilDevice** device,
@@ -18,7 +15,4 @@ public:
     STDMETHODIMP Disconnect(IMorquilDevice* device) override;
     /// There is no device search: succeeds and gives no list.
     STDMETHODIMP FindDevices(IMorquilIterator** deviceList) override;
-
-private:
-    std::atomic<std::uint32_t> references_ = 1;
 };

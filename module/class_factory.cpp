@@ -1,5 +1,7 @@
 #include "module/class_factory.h"
 
+#include <atomic>
+
 #include "api/MorquilEntry.h"
 
 namespace {
@@ -16,23 +18,12 @@ CMorquilFactory::~CMorquilFactory() {
     --moduleLocks;
 }
 
-STDMETHODIMP CMorquilFactory::QueryInterface(REFIID iid, void** object) {
-    if (object == nullptr)
-        return E_POINTER;
-    *object = nullptr;
-    if (iid != IID_IUnknown && iid != IID_IClassFactory)
-        return E_NOINTERFACE;
-    *object = static_cast<IClassFactory*>(this);
-    AddRef();
-    return S_OK;
-}
-
-STDMETHODIMP_(ULONG) CMorquilFactory::AddRef() {
-    return ++references_;
+void* CMorquilFactory::FindInterface(REFIID iid) {
+    return iid == IID_IUnknown || iid == IID_IClassFactory ? static_cast<IClassFactory*>(this) : nullptr;
 }
 
 STDMETHODIMP_(ULONG) CMorquilFactory::Release() {
-    const ULONG left = --references_;
+    const ULONG left = DropReference();
     if (left == 0)
         delete this;
     return left;

@@ -1,21 +1,19 @@
 // The class factory that COM asks for the discovery object.
 #pragma once
 
-#include <atomic>
-
 #include "MorquilAPI.h"
+#include "platform/com_object.h"
 
 /// Hands out the discovery object of the process. Every living factory counts as one lock on the module.
 /// Threads: any.
-class CMorquilFactory final : public IClassFactory {
+class CMorquilFactory final : public Morquil::ComObject<CMorquilFactory, IClassFactory> {
 public:
     /// A factory with one reference, made for the class `clsid`.
     explicit CMorquilFactory(REFCLSID clsid) noexcept;
     CMorquilFactory(const CMorquilFactory&) = delete;
     CMorquilFactory& operator=(const CMorquilFactory&) = delete;
 
-    STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
-    STDMETHODIMP_(ULONG) AddRef() override;
+    void* FindInterface(REFIID iid);
     STDMETHODIMP_(ULONG) Release() override;
 
     /// Gives the discovery object, as IMorquilDiscovery whatever `iid` says: hosts rely on getting that pointer.
@@ -27,7 +25,6 @@ public:
 private:
     ~CMorquilFactory();
 
-    std::atomic<ULONG> references_{1};
     const CLSID clsid_;
 };
 

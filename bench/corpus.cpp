@@ -44,7 +44,7 @@ std::vector<TextBlock> TakeApart(std::string_view text) {
             blocks.push_back({std::string(line.substr(0, line.size() - 1)), {}});
             inside = true;
         } else {
-            const Simulator::KeyAndValue parts = Simulator::SplitLine(line);
+            const KeyAndValue parts = SplitLine(line);
             blocks.back().lines.push_back({std::string(parts.key), std::string(parts.value)});
         }
     });

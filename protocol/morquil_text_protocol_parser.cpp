@@ -1,12 +1,12 @@
 #include "protocol/morquil_text_protocol_parser.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
 #include <utility>
 
 #include "protocol/name_table.h"
+#include "protocol/split_line.h"
 
 namespace Morquil {
 
@@ -22,7 +22,7 @@ struct BlockOperations {
         Clear(std::get<block>(parser.changeSets_));
     }
     template <std::size_t block>
-    static void Read(Parser& parser, const LineContext& line, const std::string_view& key) {
+    static void Read(Parser& parser, const LineContext& line, std::string_view key) {
         KeyIndex<typename Entry<block>::Description>::ReadLine(line, key, std::get<block>(parser.changeSets_));
     }
     template <std::size_t block>
@@ -31,7 +31,7 @@ struct BlockOperations {
     }
 
     void (*begin)(Parser&);
-    void (*read)(Parser&, const LineContext& line, const std::string_view& key);
+    void (*read)(Parser&, const LineContext& line, std::string_view key);
     void (*deliver)(Parser&, IMorquilTextProtocolSink&);
 
     static const std::array<BlockOperations, blockCount> all;
@@ -62,45 +62,6 @@ bool MorquilTextProtocolParser::BeginBlock(std::string_view header) {
     return true;
 }
 
-namespace {
-
-constexpr bool IsSkipped(char character) {
-    return character == ' ' || character == ':';
-}
-
-/// The first place from `at` on that is neither space nor colon, or the text's size.
-std::size_t Skip(std::string_view text, std::size_t at) {
-    while (at < text.size() && IsSkipped(text[at])) {
-        ++at;
-    }
-    return at;
-}
-
-struct KeyAndValue {
-    std::string_view key;
-    std::string_view value;  // empty when the line has none
-};
-
-/// The key runs from its first character that is neither space nor colon to the next colon; the value from the first
-/// such character behind a colon to the end of the line. A line that begins with a colon has seen one already when its
-/// key starts, so the key's second character starts the value.
-KeyAndValue SplitLine(std::string_view line, std::size_t colon) {
-    const std::size_t keyStart = Skip(line, 0);
-    const bool colonIsFirst = colon < keyStart;
-    const std::size_t valueStart = Skip(line, std::min((colonIsFirst ? keyStart : colon) + 1, line.size()));
-    const std::size_t keyEnd = std::min(colonIsFirst ? line.find(':', keyStart) : colon, line.size());
-    return {{line.data() + keyStart, (keyEnd < valueStart ? keyEnd : line.size()) - keyStart},
-            {line.data() + valueStart, line.size() - valueStart}};
-}
-
-/// Whether a line is what devices write: a key, a colon, one space and a value. To see that takes no search.
-bool IsPlain(const char* line, std::size_t size, std::size_t colon) {
-    return colon < size && colon + 2 < size && !IsSkipped(line[0]) && IsSkipped(line[colon + 1]) &&
-           !IsSkipped(line[colon + 2]);
-}
-
-}  // namespace
-
 void MorquilTextProtocolParser::ReadValue(std::string_view key, std::string_view value) {
     if (currentBlock_ >= 1) {
         const LineContext line{*this, selections_, value};
@@ -108,24 +69,14 @@ void MorquilTextProtocolParser::ReadValue(std::string_view key, std::string_view
     }
 }
 
-void MorquilTextProtocolParser::ParseLine(const char* line, std::size_t size, std::size_t colon) {
-    if (IsPlain(line, size, colon)) {
-        ReadValue({line, colon}, {line + colon + 2, size - colon - 2});
-    } else {
-        ParseOddLine({line, size}, colon);
-    }
-}
-
-void MorquilTextProtocolParser::ParseOddLine(std::string_view line, std::size_t colon) {
-    if (colon == std::string_view::npos) {
-        ReportErrorFormatted("Received line with no colon character\n");
-        return;
-    }
-    const KeyAndValue parts = SplitLine(line, colon);
-    if (parts.value.empty()) {
-        ReportText(*this, "Received line \"%s\" with no value string\n", {line.data(), colon});
-    } else {
+void MorquilTextProtocolParser::ParseLine(std::string_view line) {
+    const KeyAndValue parts = SplitLine(line);
+    if (!parts.value.empty()) {
         ReadValue(parts.key, parts.value);
+    } else if (const std::size_t colon = line.find(':'); colon != std::string_view::npos) {
+        ReportText(*this, "Received line \"%s\" with no value string\n", line.substr(0, colon));
+    } else {
+        ReportErrorFormatted("Received line with no colon character\n");
     }
 }
 

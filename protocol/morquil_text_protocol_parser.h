@@ -1,7 +1,6 @@
 #pragma once
 
 #include <atomic>
-#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <tuple>
@@ -24,7 +23,7 @@ public:
 protected:
     void ReportError(const char* text) override;
     bool BeginBlock(std::string_view header) override;
-    void ParseLine(const char* line, std::size_t size, std::size_t colon) override;
+    void ParseLine(std::string_view line) override;
     void EndBlock() override;
     void OnPingLine() override;
     void OnAcknowledgeLine(bool positive) override;
@@ -32,9 +31,7 @@ protected:
 private:
     friend struct BlockOperations;
 
-    [[gnu::cold]] void ParseOddLine(std::string_view line, std::size_t colon);
-    // Part of its callers: a text that is made for a call takes longer to arrive than all the rest.
-    [[gnu::always_inline]] inline void ReadValue(std::string_view key, std::string_view value);
+    void ReadValue(std::string_view key, std::string_view value);
 
     template <class Table>
     struct ChangeSetsOf;

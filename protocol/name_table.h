@@ -1,6 +1,7 @@
 // A constant list of names (block headers, keys, vocabulary words) that is searched with a perfect hash.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <concepts>
@@ -9,12 +10,19 @@
 #include <string_view>
 
 #include "protocol/ascii.h"
-#include "protocol/byte_words.h"
 
 namespace Morquil {
 
-/// The length of a text, its first eight bytes and its last sixteen: all that names are told apart by, and all of them
-/// for most. Loaded at once, since names are short and searching for them is most of what reading text consists of.
+/// At most eight characters as a number.
+template <std::size_t count>
+constexpr std::uint64_t Characters(const char* text) {
+    std::array<char, 8> characters{};
+    std::copy_n(text, count, characters.begin());
+    return std::bit_cast<std::uint64_t>(characters);
+}
+
+/// What names are told apart by: the length, the first eight characters and the last sixteen, which is all of most
+/// names. Taken eight at a time, because received text is searched for names more than anything else is done to it.
 struct NameEnds {
     std::uint64_t first = 0;
     std::uint64_t inner = 0;
@@ -25,34 +33,39 @@ struct NameEnds {
 
     constexpr NameEnds() = default;
     [[gnu::always_inline]] constexpr explicit NameEnds(std::string_view name) : size(name.size()) {
-        if (size < 8) {
-            first = ByteWords::LoadShort(name.data(), size);
-            return;
+        const char* const end = name.data() + size;
+        if (size >= 8) {
+            first = Characters<8>(name.data());
+            inner = Characters<8>(size < 16 ? name.data() : end - 16);
+            last = Characters<8>(end - 8);
+        } else if (size >= 4) {
+            first = Characters<4>(name.data());
+            last = Characters<4>(end - 4);
+        } else if (size > 0) {
+            first = Characters<1>(name.data());
+            inner = Characters<1>(name.data() + size / 2);
+            last = Characters<1>(end - 1);
         }
-        first = ByteWords::Load<8>(name.data());
-        inner = ByteWords::Load<8>(name.data() + (size < 16 ? 0 : size - 16));
-        last = ByteWords::Load<8>(name.data() + size - 8);
     }
     [[gnu::always_inline]] constexpr bool operator==(const NameEnds& other) const {
         return first == other.first && inner == other.inner && last == other.last && size == other.size;
     }
 
-    /// Setting bit 5 of every byte folds letters. It also folds a few other characters, which only costs the hash a
-    /// distinction: the comparison that follows is exact.
-    static constexpr std::uint64_t letterCase = ByteWords::Repeat(' ');
-
-    /// Whether no multiplier gives the two different hashes.
-    constexpr bool CollidesWith(const NameEnds& other) const {
-        return (first | letterCase) == (other.first | letterCase) &&
-               (inner | letterCase) == (other.inner | letterCase) && (last | letterCase) == (other.last | letterCase) &&
-               size == other.size;
+    /// The same ends without regard to case. Bit 5 folds letters, and a few other characters too: what is found by a
+    /// hash is still to be compared.
+    constexpr NameEnds Folded() const {
+        constexpr std::uint64_t letterCase = 0x2020202020202020U;
+        NameEnds folded = *this;
+        folded.first |= letterCase;
+        folded.inner |= letterCase;
+        folded.last |= letterCase;
+        return folded;
     }
 
     /// Only the upper bits are well mixed. `multiplier` is odd.
-    [[gnu::always_inline]] constexpr std::uint64_t Hash(std::uint64_t multiplier) const {
+    constexpr std::uint64_t Hash(std::uint64_t multiplier) const {
         constexpr std::uint64_t spread = 0xD1B54A32D192ED02U;
-        return ((first | letterCase) + size * spread + std::rotl(inner | letterCase, 32)) * multiplier +
-               (last | letterCase) * (multiplier ^ spread);
+        return (first + size * spread + std::rotl(inner, 32)) * multiplier + last * (multiplier ^ spread);
     }
 };
 
@@ -71,8 +84,8 @@ public:
     consteval explicit NameTable(const std::array<std::string_view, N>& names) : names_(names) {
         std::array<NameEnds, N> ends{};
         for (std::size_t i = 0; i < N; ++i) {
-            ends[i] = NameEnds(names[i]);
-            longest_ = names[i].size() > longest_ ? names[i].size() : longest_;
+            ends[i] = NameEnds(names[i]).Folded();
+            longest_ = std::max(longest_, names[i].size());
             CheckName(ends, i);
         }
         while (!Place(ends)) {
@@ -83,7 +96,14 @@ public:
     static constexpr std::size_t Size() { return N; }
 
     /// The index of `name`, or N when it is unknown.
-    constexpr std::size_t Find(const std::string_view& name) const { return Find(name.data(), name.size()); }
+    constexpr std::size_t Find(std::string_view name) const {
+        if (name.size() > longest_) {
+            return N;
+        }
+        const NameEnds ends(name);
+        const std::size_t index = slots_[Slot(ends.Folded())];
+        return index < N && IsName(names_[index], name, ends) ? index : N;
+    }
 
     /// The name at `index`, zero-terminated; an empty text beyond the table.
     constexpr std::string_view operator[](std::size_t index) const {
@@ -94,31 +114,13 @@ private:
     static constexpr std::size_t slotCount_ = std::bit_ceil(4 * N);
     static constexpr int slotShift_ = 64 - std::countr_zero(slotCount_);
 
-    /// Takes the text in two parts: not every system passes a whole one in registers.
-    constexpr std::size_t Find(const char* name, std::size_t size) const {
-        if (size > longest_) {
-            return N;  // a line of a hostile device is not hashed to its end
-        }
-        const NameEnds ends({name, size});
-        const std::size_t index = slots_[Slot(ends)];
-        return index < N && IsName(index, {name, size}, ends) ? index : N;
-    }
-
-    [[gnu::always_inline]] constexpr std::size_t Slot(const NameEnds& ends) const {
-        return static_cast<std::size_t>(ends.Hash(multiplier_) >> slotShift_);
-    }
-
     /// A device nearly always writes its words in the table's own case.
-    [[gnu::always_inline]] constexpr bool IsName(std::size_t index, std::string_view text, const NameEnds& ends) const {
-        const std::string_view name = names_[index];
-        if (name.size() == text.size() && text.size() <= NameEnds::covered && NameEnds(name) == ends) {
-            return true;
-        }
-        return IsNameInAnotherCase(name, text);
+    static constexpr bool IsName(std::string_view name, std::string_view text, const NameEnds& ends) {
+        return (text.size() <= NameEnds::covered && NameEnds(name) == ends) || EqualsIgnoringCase(name, text);
     }
 
-    [[gnu::noinline]] static constexpr bool IsNameInAnotherCase(std::string_view name, std::string_view text) {
-        return EqualsIgnoringCase(name, text);
+    constexpr std::size_t Slot(const NameEnds& folded) const {
+        return static_cast<std::size_t>(folded.Hash(multiplier_) >> slotShift_);
     }
 
     consteval void CheckName(const std::array<NameEnds, N>& ends, std::size_t index) const {
@@ -126,13 +128,13 @@ private:
             throw "a name is not the whole of a string literal";
         }
         for (std::size_t earlier = 0; earlier < index; ++earlier) {
-            if (ends[earlier].CollidesWith(ends[index])) {
+            if (ends[earlier] == ends[index]) {
                 throw "two names are the same, or differ only in case or between their ends";
             }
         }
     }
 
-    /// Fills the slots; false when two names meet in one under the present multiplier.
+    /// Fills the slots; false when two names meet in one with the current multiplier.
     consteval bool Place(const std::array<NameEnds, N>& ends) {
         for (auto& slot : slots_) {
             slot = static_cast<std::uint8_t>(N);

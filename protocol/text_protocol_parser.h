@@ -29,9 +29,8 @@ protected:
     virtual void ReportError(const char* text) = 0;
     /// `header` has lost its colon. Returns whether the block is known; the lines of an unknown one are skipped.
     virtual bool BeginBlock(std::string_view header) = 0;
-    /// A line of a known block: its text in two parts, which every system passes in registers, and the place of its
-    /// first colon, or npos.
-    virtual void ParseLine(const char* line, std::size_t size, std::size_t colon) = 0;
+    /// A line of a known block.
+    virtual void ParseLine(std::string_view line) = 0;
     virtual void EndBlock() = 0;
     virtual void OnPingLine() = 0;
     virtual void OnAcknowledgeLine(bool positive) = 0;
@@ -39,14 +38,10 @@ protected:
 private:
     enum class ReaderState : std::uint32_t { HeaderExpected = 0, InsideBlock = 1, SkippingBlock = 2 };
 
-    void TakeControl(char byte);
-    void TakeBufferedLine();
-    void TakeLine(const char* line, std::size_t size, std::size_t colon);
+    void KeepPiece(std::string_view piece);
     void CutFullLine();
-    // No device sends what these are for.
-    [[gnu::cold]] void CutRun(std::string_view run);
-    [[gnu::cold]] void ReportFullLine();
-    [[gnu::cold]] void TakeOddLine(std::string_view line);
+    void TakeBufferedLine();
+    void TakeLine(std::string_view line);
     void TakeHeader(std::string_view header);
 
     ReaderState readerState_ = ReaderState::HeaderExpected;

@@ -80,14 +80,6 @@ std::string PhasesAsNumbers(std::string_view text) {
     return rewritten;
 }
 
-KeyAndValue SplitLine(std::string_view line) {
-    constexpr std::string_view separators = " :";
-    const std::size_t start = std::min(line.find_first_not_of(separators), line.size());
-    const std::size_t end = std::min(line.find(':', start), line.size());
-    const std::size_t value = std::min(line.find_first_not_of(separators, end), line.size());
-    return {line.substr(start, end - start), line.substr(value)};
-}
-
 std::string LineFromHost(std::string_view block, std::string_view line) {
     const bool mayHoldPhases = EqualsIgnoringCase(block, AudioChangeSet::block.header.name);
     return mayHoldPhases ? PhaseAsNumber(line) : std::string(line);

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "protocol/message.h"
+#include "protocol/split_line.h"
 #include "simulator/unreported_keys.h"
 
 namespace Morquil::Simulator {
@@ -18,13 +19,6 @@ std::string BreakLongLines(std::string_view text);
 
 /// Rewrites the phases of an AUDIO block: hosts write true or false, devices report 1 or 0.
 std::string PhasesAsNumbers(std::string_view text);
-
-/// A line's text up to its colon, and what follows the colon, without the blanks and colons in front of either.
-struct KeyAndValue {
-    std::string_view key;
-    std::string_view value;
-};
-KeyAndValue SplitLine(std::string_view line);
 
 /// One line from a host as a device's own reader understands it, without its line feed: phases become numbers. `block`
 /// is the name of the block that the line stands in.

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+
+namespace Morquil {
+
+/// A line taken apart; both refer into it.
+struct KeyAndValue {
+    std::string_view key;
+    std::string_view value;  ///< empty when the line has none
+};
+
+/// The first place from `at` on that is neither space nor colon, or the text's size.
+constexpr std::size_t SkipSeparators(std::string_view text, std::size_t at) {
+    while (at < text.size() && (text[at] == ' ' || text[at] == ':')) {
+        ++at;
+    }
+    return std::min(at, text.size());
+}
+
+/// The key runs from its first character that is neither space nor colon to the next colon; the value from the first
+/// such character after a colon to the end of the line. A line that begins with a colon has seen one already when its
+/// key starts, so the key's second character starts the value.
+constexpr KeyAndValue SplitLine(std::string_view line) {
+    const std::size_t keyStart = SkipSeparators(line, 0);
+    const bool colonIsFirst = keyStart > 0 && line.find(':') < keyStart;
+    const std::size_t keyEnd = std::min(line.find(':', keyStart), line.size());
+    const std::size_t valueStart = SkipSeparators(line, (colonIsFirst ? keyStart : keyEnd) + 1);
+    return {line.substr(keyStart, (keyEnd < valueStart ? keyEnd : line.size()) - keyStart), line.substr(valueStart)};
+}
+
+}  // namespace Morquil

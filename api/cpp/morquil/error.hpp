@@ -25,7 +25,7 @@ private:
 };
 
 /// A getter's value has not been reported by the device: not yet, or not by this model, or not any more since the
-/// connection has ended.
+/// connection has ended. From `SaveSettingsFile`: the settings are not all known.
 class NotKnown : public Error {
 public:
     using Error::Error;

@@ -64,8 +64,8 @@ inline void CompiledWrite(CompiledText& text, const char* key, const Timecode& /
     CompiledLine(text, key, TimecodeText(field.Get()).data());
 }
 
-template <class Set, class Owner, class FieldType, class Kind>
-void CompiledWriteRow(CompiledText& text, const Key<Owner, FieldType, Kind>& row, const Set& set) {
+template <class Set, class Owner, class FieldType, class Kind, class Limit>
+void CompiledWriteRow(CompiledText& text, const Key<Owner, FieldType, Kind, Limit>& row, const Set& set) {
     if ((set.*row.member).IsPresent()) {
         CompiledWrite(text, row.name, row.kind, set.*row.member);
     }
@@ -74,17 +74,17 @@ template <class Set, class Row>
 void CompiledWriteRow(CompiledText& text, const WriteOnly<Row>& row, const Set& set) {
     CompiledWriteRow(text, row.row, set);
 }
-template <class Set, class Owner, class FieldType, std::size_t count, class Kind>
-void CompiledWriteElement(CompiledText& text, const IndexedKey<Owner, FieldType, count, Kind>& row, const Set& set,
-                          std::size_t index) {
+template <class Set, class Owner, class FieldType, std::size_t count, class Kind, class Limit>
+void CompiledWriteElement(CompiledText& text, const IndexedKey<Owner, FieldType, count, Kind, Limit>& row,
+                          const Set& set, std::size_t index) {
     if ((set.*row.member)[index].IsPresent()) {
         char key[48];
         *fmt::format_to(key, FMT_COMPILE("{}{}"), row.stem, index) = '\0';
         CompiledWrite(text, key, row.kind, (set.*row.member)[index]);
     }
 }
-template <class Set, class Owner, class FieldType, std::size_t count, class Kind>
-void CompiledWriteRow(CompiledText& text, const IndexedKey<Owner, FieldType, count, Kind>& row, const Set& set) {
+template <class Set, class Owner, class FieldType, std::size_t count, class Kind, class Limit>
+void CompiledWriteRow(CompiledText& text, const IndexedKey<Owner, FieldType, count, Kind, Limit>& row, const Set& set) {
     for (std::size_t index = 0; index < count; ++index) {
         CompiledWriteElement(text, row, set, index);
     }

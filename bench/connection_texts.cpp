@@ -3,7 +3,6 @@
 #include <numeric>
 
 #include "bench/corpus.h"
-#include "simulator/block_kinds.h"
 #include "simulator/simulated_device.h"
 
 namespace Morquil::Bench {
@@ -17,10 +16,9 @@ Conversation Record() {
     Simulator::SimulatedDevice device{Simulator::DeviceIdentity()};
     device.Connect(host);
     Conversation conversation{.greeting = device.TakeTextFor(host), .requests = {}};
-    Simulator::ForEachBlock<Simulator::BlockKind::Offer>([&]<class Entry>(Entry /*entry*/) {
-        // The one offer that the library never asks for.
-        if (Entry::Description::block.header.name != AlignAvailabilityBlock::block.header.name) {
-            const std::string question = BlockText<typename Entry::Description>({});
+    ForEachBlock<BlockRole::Offers>([&]<class Description>() {
+        if (factsOf<Description>.isSent) {
+            const std::string question = BlockText<Description>({});
             device.Receive(host, question);
             conversation.requests.push_back({question, device.TakeTextFor(host)});
         }

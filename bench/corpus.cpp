@@ -1,9 +1,8 @@
 #include "bench/corpus.h"
 
-#include "simulator/block_kinds.h"
+#include "protocol/split_line.h"
 #include "simulator/simulated_device.h"
 #include "simulator/text_lines.h"
-#include "simulator/wire_text.h"
 
 namespace Morquil::Bench {
 
@@ -11,8 +10,7 @@ namespace {
 
 bool IsSettings(std::string_view header) {
     bool found = false;
-    Simulator::ForEachBlock<Simulator::BlockKind::Settings>(
-        [&]<class Entry>(Entry /*entry*/) { found |= header == Entry::Description::block.header.name; });
+    ForEachBlock<BlockRole::Settings>([&]<class Description>() { found |= header == Description::block.header.name; });
     return found;
 }
 

@@ -18,8 +18,8 @@ struct LiteralLine {
     Selections& selections;
 };
 
-template <class Set, class Owner, class FieldType, class Kind>
-bool LiteralReadRow(const Key<Owner, FieldType, Kind>& row, const LiteralLine& line, Set& set) {
+template <class Set, class Owner, class FieldType, class Kind, class Limit>
+bool LiteralReadRow(const Key<Owner, FieldType, Kind, Limit>& row, const LiteralLine& line, Set& set) {
     if (!SameText(line.key, row.name)) {
         return false;
     }
@@ -32,8 +32,8 @@ bool LiteralReadRow(const WriteOnly<Row>& /*row*/, const LiteralLine& /*line*/, 
     return false;
 }
 
-template <class Set, class Owner, class FieldType, std::size_t count, class Kind>
-bool LiteralReadRow(const IndexedKey<Owner, FieldType, count, Kind>& row, const LiteralLine& line, Set& set) {
+template <class Set, class Owner, class FieldType, std::size_t count, class Kind, class Limit>
+bool LiteralReadRow(const IndexedKey<Owner, FieldType, count, Kind, Limit>& row, const LiteralLine& line, Set& set) {
     const std::size_t length = std::strlen(row.stem);
     if (strncasecmp(line.key, row.stem, length) != 0 || !IsDigit(line.key[length])) {
         return false;

@@ -5,7 +5,7 @@
 #include <tuple>
 
 #include "bench/literal_rows.h"
-#include "protocol/block_table.h"
+#include "protocol/sink.h"
 
 namespace Morquil::Bench {
 
@@ -36,7 +36,7 @@ private:
     }
     template <std::size_t block>
     static void DeliverBlock(PlainBlocks& blocks) {
-        (blocks.sink_.*Entry<block>::deliver)(std::get<block>(blocks.sets_));
+        (blocks.sink_.*sinkOperation<block>)(std::get<block>(blocks.sets_));
     }
 
     struct Operations {
@@ -51,7 +51,7 @@ private:
     struct SetsOf;
     template <class... Entries>
     struct SetsOf<std::tuple<Entries...>> {
-        using Type = std::tuple<typename Entries::ChangeSet...>;
+        using Type = std::tuple<ChangeSetOf<typename Entries::Description>...>;
     };
 
     IMorquilTextProtocolSink& sink_;

@@ -10,7 +10,6 @@
 #include "protocol/every_block_sink.h"
 #include "protocol/message.h"
 #include "protocol/morquil_text_protocol_parser.h"
-#include "simulator/block_kinds.h"
 
 namespace Morquil::Bench {
 
@@ -30,7 +29,7 @@ public:
 
     template <class Description>
     void OnBlock(const ChangeSetOf<Description>& set) {
-        if constexpr (Simulator::KindOf<Description>() == Simulator::BlockKind::Settings) {
+        if constexpr (factsOf<Description>.role == BlockRole::Settings) {
             messages_.push_back(std::make_unique<Made<Description>>(set));
         }
     }

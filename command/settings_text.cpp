@@ -1,94 +1,139 @@
 #include "command/settings_text.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cmath>
-#include <optional>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+#include "protocol/ascii.h"
+#include "protocol/every_block_sink.h"
+#include "protocol/message.h"
+#include "protocol/morquil_text_protocol_parser.h"
 
 namespace Morquil::Command {
 namespace {
 
-// clang-format off
-constexpr std::array<std::string_view, 12> playedBlocks = {
-    "MORQUIL DEVICE", "VIDEO OUTPUT", "VIDEO PROC AMP", "VIDEO ADJUST", "NOISE REDUCTION", "TEST PATTERN",
-    "VIDEO ADVANCED", "ANCILLARY DATA", "GENLOCK", "VARIABLE ASPECT RATIO", "AUDIO", "MODE3D"};
-
-// What is found anywhere in a key of a line that a device does not take, or that no saved file shows.
-constexpr std::array<std::string_view, 15> unseenKeys = {
-    "Model name", "Software Version", "FPGA Version", "Remote lock",                     // the device's own
-    "Signal locked", "last input", "last output",
-    "Still frame present", "Still load complete", "Still store complete", "Still preview complete",
-    "Reset", "Timecode start", "AudioInPhase", "AudioDDPhase"};                          // commands; phases do not read back
-// clang-format on
-
-constexpr std::string_view startSource = "Timecode start source";
-constexpr std::string_view programConfig = "Metadata program config";
-
 std::string_view Trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(" \t\r");
+    const std::size_t first = text.find_first_not_of(" \t");
     return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+                                           : text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+/// Cuts a file into lines and blocks as the library does, whether it knows them or not.
+class LineCollector final : public TextProtocolParser {
+public:
+    std::vector<SettingsLine> lines;
+
+private:
+    bool BeginBlock(std::string_view header) override {
+        block_ = header;
+        return true;
+    }
+    void ParseLine(const char* line, std::size_t size, std::size_t colon) override {
+        const std::string_view whole(line, size);
+        if (colon != std::string_view::npos) {
+            lines.push_back(
+                {block_, std::string(Trimmed(whole.substr(0, colon))), std::string(Trimmed(whole.substr(colon + 1)))});
+        }
+    }
+    void EndBlock() override {}
+    void ReportError(const char* /*text*/) override {}
+    void OnPingLine() override {}
+    void OnAcknowledgeLine(bool /*positive*/) override {}
+
+    std::string block_;
+};
+
+/// What the library makes of a line, in its own words: lines with the same value have the same text.
+class LineReader final : private EveryBlockSink<LineReader> {
+public:
+    LineReader() { parser_.SetSink(this); }
+
+    const std::string& Read(const SettingsLine& line) {
+        text_.clear();
+        const std::string block = line.block + ":\n" + line.key + ": " + line.value + "\n\n";
+        parser_.Feed(block.data(), block.size());
+        return text_;
+    }
+
+private:
+    friend EveryBlockSink;
+
+    template <class Description>
+    void OnBlock(const ChangeSetOf<Description>& set) {
+        if (!IsEmpty(set)) {
+            text_ = BlockText<Description>(set);
+        }
+    }
+    void OnPing() override {}
+    void OnAcknowledge(bool /*positive*/) override {}
+    void OnUnknownBlock() override {}
+    void OnProtocolError(const char* /*text*/) override {}
+
+    MorquilTextProtocolParser parser_;
+    std::string text_;
+};
+
+bool IsSameValue(const SettingsLine& left, const SettingsLine& right) {
+    LineReader reader;
+    const std::string read = reader.Read(left);
+    return left.value == right.value || (!read.empty() && read == reader.Read(right));
+}
+
+/// Whether a row's key is the one that a line names, with its number if it is one of several.
+bool IsNamed(const KeyName& name, std::string_view key) {
+    if (name.indexCount == 0) {
+        return EqualsIgnoringCase(name.text, key);
+    }
+    const std::size_t stem = std::min(name.text.size(), key.size());
+    return EqualsIgnoringCase(name.text, key.substr(0, stem)) && key.size() > stem &&
+           key.find_first_not_of("0123456789", stem) == std::string_view::npos;
+}
+
+/// Whether what a host sends under this key stands in a settings file afterwards.
+template <class KeyRow>
+bool IsSeen(const KeyRow& key) {
+    using Kind = std::remove_cvref_t<decltype(key.kind)>;
+    return key.facts.use == KeyUse::Setting && key.facts.isSaved && !std::is_same_v<Kind, Phase>;
+}
+
+template <class Description>
+Playback PlaybackOfKey(std::string_view line) {
+    Playback playback = Playback::Applied;
+    const auto tryRow = [&](const auto& row) {
+        row.ForEachKey([&](const auto& key) {
+            const bool isReported = row.Names().size() != 0;
+            if (IsNamed(key.Names()[0], line) && !(isReported && IsSeen(key))) {
+                playback = Playback::Unseen;
+            }
+        });
+    };
+    std::apply([&](const auto&... row) { (tryRow(row), ...); }, Description::block.rows);
+    return playback;
 }
 
 bool IsKeyOf(const SettingsLine& line, const SettingsLine& other) {
-    return line.block == other.block && line.key == other.key;
-}
-
-std::optional<double> AsNumber(std::string_view text) {
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool good = error == std::errc() && end == text.data() + text.size();
-    return good ? std::optional(number) : std::nullopt;
-}
-
-// A timecode may have any character between its numbers.
-std::string Plain(std::string_view value) {
-    std::string plain(value);
-    const bool isTimecode = value.size() == 11 && value.find_first_not_of("0123456789:;.") == std::string_view::npos;
-    std::replace_if(
-        plain.begin(), plain.end(), [&](char c) { return isTimecode && (c == ';' || c == '.'); }, ':');
-    return plain;
-}
-
-bool IsSameValue(std::string_view left, std::string_view right) {
-    const std::optional<double> leftNumber = AsNumber(left);
-    const std::optional<double> rightNumber = AsNumber(right);
-    if (leftNumber && rightNumber) {
-        return std::abs(*leftNumber - *rightNumber) < 1e-6;
-    }
-    return Plain(left) == Plain(right);
+    return EqualsIgnoringCase(line.block, other.block) && EqualsIgnoringCase(line.key, other.key);
 }
 
 }  // namespace
 
 std::vector<SettingsLine> ParseSettings(std::string_view text) {
-    std::vector<SettingsLine> lines;
-    std::string block;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        const std::string_view line = Trimmed(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
-        const std::size_t colon = line.find(':');
-        if (line.empty()) {
-            block.clear();
-        } else if (block.empty() && colon + 1 == line.size()) {
-            block = line.substr(0, colon);
-        } else if (!block.empty() && colon != std::string_view::npos) {
-            lines.push_back({block, std::string(line.substr(0, colon)), std::string(Trimmed(line.substr(colon + 1)))});
-        }
-    }
-    return lines;
+    LineCollector collector;
+    collector.Feed(text.data(), text.size());
+    collector.Feed("\n", 1);  // a last line need not have its line feed
+    return std::move(collector.lines);
 }
 
 Playback PlaybackOf(const SettingsLine& line) {
-    if (std::find(playedBlocks.begin(), playedBlocks.end(), line.block) == playedBlocks.end()) {
-        return Playback::NeverPlayed;
-    }
-    const bool isUnseen = std::any_of(unseenKeys.begin(), unseenKeys.end(), [&line](std::string_view key) {
-        return line.key.find(key) != std::string::npos && line.key != startSource;
+    Playback playback = Playback::NeverPlayed;
+    ForEachBlock([&]<class Description>() {
+        constexpr BlockFacts facts = factsOf<Description>;
+        if (facts.isPlayedBack && facts.isSent && EqualsIgnoringCase(line.block, Description::block.header.name)) {
+            playback = PlaybackOfKey<Description>(line.key);
+        }
     });
-    return isUnseen || line.key == programConfig ? Playback::Unseen : Playback::Applied;
+    return playback;
 }
 
 const SettingsLine* FindLine(const std::vector<SettingsLine>& lines, const SettingsLine& line) {
@@ -103,7 +148,7 @@ std::vector<SettingsLine> MissingLines(const std::vector<SettingsLine>& wanted,
     for (const SettingsLine& line : wanted) {
         const bool counts = PlaybackOf(line) == Playback::Applied && FindLine(wanted, line) == &line;
         const SettingsLine* const shown = counts ? FindLine(saved, line) : nullptr;
-        if (counts && (shown == nullptr || !IsSameValue(line.value, shown->value))) {
+        if (counts && (shown == nullptr || !IsSameValue(line, *shown))) {
             missing.push_back(line);
         }
     }

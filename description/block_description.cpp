@@ -1,7 +1,6 @@
 #include "description/block_description.h"
 
 #include <algorithm>
-#include <tuple>
 #include <type_traits>
 #include <utility>
 
@@ -9,8 +8,6 @@
 #include "description/key_walk.h"
 #include "description/kind_names.h"
 #include "description/names.h"
-#include "simulator/block_kinds.h"
-#include "transport/pending_messages.h"
 
 namespace Morquil::Description {
 namespace {
@@ -37,33 +34,56 @@ VocabularyDescription DescribeVocabulary() {
     return vocabulary;
 }
 
-template <class Description>
-constexpr BlockRole RoleOf() {
-    switch (Simulator::KindOf<Description>()) {
-        case Simulator::BlockKind::Announcement:
-            return BlockRole::Announcement;
-        case Simulator::BlockKind::Offer:
-            return BlockRole::Offer;
-        case Simulator::BlockKind::Settings:
-            break;
+template <class One, class Other>
+bool AreSame(One one, Other other) {
+    if constexpr (std::is_same_v<One, Other>) {
+        return one == other;
+    } else {
+        return false;
     }
-    return BlockRole::Settings;
 }
 
-/// A block is sent when its message has a slot. One that borrows another's change set has no message of its own.
+template <class Description, class Member>
+std::string_view KeyOf(Member wanted) {
+    std::string_view key;
+    VisitKeysOf<Description>([&](const KeyPlace& place, const auto& /*kind*/, auto member, const auto& /*row*/) {
+        key = AreSame(member, wanted) ? place.key : key;
+    });
+    return key;
+}
+
+/// The keys by which the device tells what a limit allows; none for a limit that no block offers.
+template <class Offers, class Limit>
+void AddOffers(std::vector<std::string_view>& keys, const Limit& limit) {
+    if constexpr (requires { limit.first; }) {
+        AddOffers<Offers>(keys, limit.first);
+        AddOffers<Offers>(keys, limit.second);
+    } else if constexpr (requires { limit.offer; }) {
+        keys.push_back(KeyOf<Offers>(limit.offer));
+    }
+}
+
 template <class Description>
-constexpr bool IsSent() {
-    return std::is_same_v<Description, ChangeSetOf<Description>> &&
-           []<class... Slots>(std::type_identity<std::tuple<Slots...>>) {
-               return (std::is_same_v<Slots, TextProtocolMessage<Description>> || ...);
-           }(std::type_identity<PendingSlots>());
+std::vector<std::string_view> OffersOfKey(std::string_view name) {
+    std::vector<std::string_view> keys;
+    if constexpr (requires { typename Description::Offers; }) {
+        ForEachKey<Description>([&](const auto& key) {
+            if (key.Names()[0].text == name) {
+                AddOffers<typename Description::Offers>(keys, key.limit);
+            }
+        });
+    }
+    return keys;
 }
 
 template <class Description>
 BlockDescription DescribeBlock() {
+    constexpr BlockFacts facts = factsOf<Description>;
     BlockDescription block{.header = Description::block.header.name,
-                           .role = RoleOf<Description>(),
-                           .isSentByLibrary = IsSent<Description>(),
+                           .role = facts.role,
+                           .isSentByLibrary = facts.isSent,
+                           .savedPlace = facts.savedPlace,
+                           .isPlayedBack = facts.isPlayedBack,
                            .keys = {}};
     VisitKeysOf<Description>(
         [&]<class Kind>(const KeyPlace& place, const Kind& /*kind*/, auto /*member*/, const auto& row) {
@@ -74,6 +94,9 @@ BlockDescription DescribeBlock() {
                                   .isRead = place.isRead,
                                   .isSelector = isSelector<Kind>,
                                   .group = place.group,
+                                  .isNeeded = place.isNeeded,
+                                  .use = place.use,
+                                  .offeredBy = OffersOfKey<Description>(place.key),
                                   .example = ExampleLine<ChangeSetOf<Description>>(row, place)});
         });
     return block;
@@ -91,7 +114,7 @@ std::string FrameHeights() {
 
 std::vector<BlockDescription> DescribeBlocks() {
     std::vector<BlockDescription> blocks;
-    VisitBlocks([&]<class Entry>(Entry /*entry*/) { blocks.push_back(DescribeBlock<typename Entry::Description>()); });
+    ForEachBlock([&]<class Description>() { blocks.push_back(DescribeBlock<Description>()); });
     return blocks;
 }
 
@@ -105,8 +128,8 @@ std::vector<VocabularyDescription> DescribeVocabularies() {
             }
         }
     };
-    VisitBlocks([&]<class Entry>(Entry /*entry*/) {
-        VisitKeysOf<typename Entry::Description>(
+    ForEachBlock([&]<class Description>() {
+        VisitKeysOf<Description>(
             [&]<class Kind>(const KeyPlace& /*place*/, const Kind& /*kind*/, auto /*member*/, const auto& /*row*/) {
                 add(std::type_identity<typename KindFacts<Kind>::Type>());
             });

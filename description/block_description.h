@@ -7,6 +7,9 @@
 #include <string_view>
 #include <vector>
 
+#include "protocol/block_facts.h"
+#include "protocol/key_facts.h"
+
 namespace Morquil::Description {
 
 /// A word of the protocol and the constant of the API that has its value; empty where the API has none.
@@ -29,20 +32,18 @@ struct KeyDescription {
     bool isRead = true;           // whether a line with this key is understood when it arrives
     bool isSelector = false;      // its value tells what the keys of its group after it belong to
     std::string_view group;       // the selector that this key belongs to
-    std::string example;          // a line as it is written, without its line feed; empty for a key without one
-};
-
-/// What a block is for.
-enum class BlockRole {
-    Announcement,  // the device says it once
-    Settings,      // the device reports it, a host changes fields by sending them
-    Offer,         // what settings can be set to; the device tells when a host asks with an empty block
+    bool isNeeded = false;        // whether a connection waits for it, if maybe only while there is a signal
+    KeyUse use = KeyUse::Setting;
+    std::vector<std::string_view> offeredBy;  // the keys of the block's offers that limit it
+    std::string example;  // a line as it is written, without its line feed; empty for a key without one
 };
 
 struct BlockDescription {
     std::string_view header;
     BlockRole role = BlockRole::Settings;
     bool isSentByLibrary = false;
+    std::size_t savedPlace = 0;  // in a settings file, counted from 1; 0 when no file holds it
+    bool isPlayedBack = false;   // whether loading a settings file sends it
     std::vector<KeyDescription> keys;
 };
 

@@ -1,11 +1,10 @@
 #include "description/description_file.h"
 
-#include <algorithm>
+#include <set>
 
 #include "command/description.h"
 #include "description/block_description.h"
 #include "description/features_description.h"
-#include "description/offers.h"
 #include "description/outcomes.h"
 
 namespace Morquil::Description {
@@ -25,24 +24,11 @@ std::string_view NameOf(BlockRole role) {
     return role == BlockRole::Announcement ? "announcement" : role == BlockRole::Settings ? "settings" : "offer";
 }
 
-/// What is known of keys beside the table of their block.
-struct Facts {
-    const std::set<std::string_view> neededBlocks = BlocksOfTheInitialState();
-    const std::set<std::string> neededKeys = KeysOfTheInitialState();
-    const std::vector<OfferDescription> offers = DescribeOffers();
-};
-
-Json OffersOf(const Facts& facts, const BlockDescription& block, const KeyDescription& key) {
-    Json offers = Json::array();
-    for (const OfferDescription& offer : facts.offers) {
-        if (offer.block == block.header && offer.key == key.key) {
-            offers.push_back(offer.offerKey);
-        }
-    }
-    return offers;
+std::string_view NameOf(KeyUse use) {
+    return use == KeyUse::Observed ? "observed" : use == KeyUse::Setting ? "setting" : "command";
 }
 
-Json DescribeKey(const Facts& facts, const BlockDescription& block, const KeyDescription& key) {
+Json DescribeKey(const BlockDescription& block, const KeyDescription& key) {
     Json row = {{"key", key.key}, {"kind", key.kind}};
     if (key.count != 0) {
         row["count"] = key.count;
@@ -56,32 +42,39 @@ Json DescribeKey(const Facts& facts, const BlockDescription& block, const KeyDes
     addUnlessEmpty("group", key.group);
     row["selects"] = key.isSelector;
     row["read"] = key.isRead;
-    row["needed"] = facts.neededKeys.contains(std::string(block.header) + "/" + std::string(key.key));
-    if (const Json offers = OffersOf(facts, block, key); !offers.empty()) {
-        row["offeredBy"] = offers;
+    row["needed"] = key.isNeeded;
+    if (block.role == BlockRole::Settings) {
+        row["use"] = NameOf(key.use);
+    }
+    if (!key.offeredBy.empty()) {
+        row["offeredBy"] = key.offeredBy;
     }
     addUnlessEmpty("example", key.example);
     return row;
 }
 
-Json DescribeBlockAsJson(const Facts& facts, std::size_t number, const BlockDescription& block) {
+Json DescribeBlockAsJson(std::size_t number, const BlockDescription& block, bool isNeeded) {
     Json row = {{"number", number},
                 {"header", block.header},
                 {"role", NameOf(block.role)},
                 {"sentByLibrary", block.isSentByLibrary},
-                {"needed", facts.neededBlocks.contains(block.header)},
-                {"keys", Json::array()}};
+                {"needed", isNeeded}};
+    if (block.savedPlace != 0) {
+        row["saved"] = block.savedPlace;
+        row["playedBack"] = block.isPlayedBack;
+    }
+    row["keys"] = Json::array();
     for (const KeyDescription& key : block.keys) {
-        row["keys"].push_back(DescribeKey(facts, block, key));
+        row["keys"].push_back(DescribeKey(block, key));
     }
     return row;
 }
 
 Json Blocks() {
-    const Facts facts;
+    const std::set<std::string_view> needed = BlocksOfTheInitialState();
     Json rows = Json::array();
     for (const BlockDescription& block : DescribeBlocks()) {
-        rows.push_back(DescribeBlockAsJson(facts, rows.size() + 1, block));
+        rows.push_back(DescribeBlockAsJson(rows.size() + 1, block, needed.contains(block.header)));
     }
     return rows;
 }

@@ -24,11 +24,6 @@ std::vector<FeatureDescription> DescribeFeatures();
 /// The blocks, by their headers, without which a device is not connected.
 std::set<std::string_view> BlocksOfTheInitialState();
 
-/// The keys without which a device is not connected: "VIDEO INPUT/Video source". A key that is needed only while there
-/// is a signal is one of them. Throws: std::logic_error when the simulated device, which is asked, is not complete
-/// itself.
-std::set<std::string> KeysOfTheInitialState();
-
 /// Four characters of an identifier: "vpap".
 std::string FourCharacters(std::uint32_t code);
 

@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "protocol/block_table.h"
+#include "protocol/blocks/all.h"
 
 namespace Morquil::Description {
 
@@ -15,14 +16,16 @@ struct KeyPlace {
     std::size_t count = 0;
     bool isRead = true;
     std::string_view group = {};
+    bool isNeeded = false;
+    KeyUse use = KeyUse::Setting;
 };
 
 // VisitKeys(row, visit) calls visit(place, kind, member) for each key of the row, in the order of the wire. The kind of
 // a selecting line is the selector; it fills no member.
 
-template <class Owner, class FieldType, class Kind, class Visit>
-void VisitKeys(const Key<Owner, FieldType, Kind>& row, Visit visit) {
-    visit(KeyPlace{row.name}, row.kind, row.member);
+template <class Owner, class FieldType, class Kind, class Limit, class Visit>
+void VisitKeys(const Key<Owner, FieldType, Kind, Limit>& row, Visit visit) {
+    visit(KeyPlace{.key = row.name, .isNeeded = row.facts.isNeeded, .use = row.facts.use}, row.kind, row.member);
 }
 template <class Row, class Visit>
 void VisitKeys(const WriteOnly<Row>& row, Visit visit) {
@@ -31,8 +34,8 @@ void VisitKeys(const WriteOnly<Row>& row, Visit visit) {
         visit(place, kind, member);
     });
 }
-template <class Owner, class FieldType, std::size_t count, class Kind, class Visit>
-void VisitKeys(const IndexedKey<Owner, FieldType, count, Kind>& row, Visit visit) {
+template <class Owner, class FieldType, std::size_t count, class Kind, class Limit, class Visit>
+void VisitKeys(const IndexedKey<Owner, FieldType, count, Kind, Limit>& row, Visit visit) {
     visit(KeyPlace{row.stem, count}, row.kind, row.member);
 }
 template <class First, class Second, class Visit>
@@ -62,12 +65,6 @@ void VisitKeysOf(Visit visit) {
         VisitKeys(row, [&](const KeyPlace& place, const auto& kind, auto member) { visit(place, kind, member, row); });
     };
     std::apply([&](const auto&... row) { (visitRow(row), ...); }, Description::block.rows);
-}
-
-/// Calls visit(entry) for every entry of the block table.
-template <class Visit>
-void VisitBlocks(Visit visit) {
-    std::apply([&](auto... entry) { (visit(entry), ...); }, BlockTable());
 }
 
 }  // namespace Morquil::Description

@@ -7,6 +7,7 @@
 #include "core/lock.h"
 #include "core/thread.h"
 #include "device/device.h"
+#include "device/incoming_blocks.h"
 #include "platform/text.h"
 #include "transport/console.h"
 
@@ -149,10 +150,7 @@ HRESULT CMorquilDevice::Disconnect() {
 void CMorquilDevice::SilenceProperties() {
     StopListening();
     Silence();
-    for (const FeatureEntry& entry : features_) {
-        entry.feature.Silence();
-    }
-    align_.Silence();
+    ForEachFeature([](FeatureBase& feature) { feature.Silence(); });
 }
 
 void CMorquilDevice::OnConnectionChanged(bool connected) {
@@ -170,10 +168,7 @@ void CMorquilDevice::ClearMirror() {
         Clear(conversionsCache_);
         deviceReceived_ = conversionsReceived_ = false;
     }
-    for (const FeatureEntry& entry : features_) {
-        entry.feature.ClearCache();
-    }
-    align_.ClearCache();
+    ForEachFeature([](FeatureBase& feature) { feature.ClearCache(); });
 }
 
 /// Ends the wait for the initial state with a failure.
@@ -191,7 +186,7 @@ void CMorquilDevice::CheckInitialState() {
 
 /// Looks at the feature first that was missing last: it mostly still is, and this is asked after every block.
 bool CMorquilDevice::IsInitialStateComplete() {
-    if (!features_[missingFeature_].feature.IsCacheComplete()) {
+    if (!handedOut_[missingFeature_]->IsCacheComplete()) {
         return false;
     }
     {
@@ -200,8 +195,8 @@ bool CMorquilDevice::IsInitialStateComplete() {
             return false;
         }
     }
-    for (std::size_t place = 0; place < features_.size(); ++place) {
-        if (!features_[place].feature.IsCacheComplete()) {
+    for (std::size_t place = 0; place < handedOut_.size(); ++place) {
+        if (!handedOut_[place]->IsCacheComplete()) {
             missingFeature_ = place;
             return false;
         }

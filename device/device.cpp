@@ -1,10 +1,12 @@
 #include "device/device.h"
 
 #include <new>
+#include <type_traits>
 #include <utility>
 
 #include "core/callback_scope.h"
 #include "core/lock.h"
+#include "device/incoming_blocks.h"
 #include "platform/text.h"
 #include "settings/settings_file.h"
 
@@ -13,27 +15,10 @@ using QRN::Core::Lock;
 
 CMorquilDevice::CMorquilDevice(std::unique_ptr<AbstractComms> comms, std::int32_t initialStateWait)
     : CObservablePropertySet(morquilDeviceControlPropertySetId),
-      MorquilTextProtocolClient(std::move(comms)),
-      features_{{{IID_IMorquilInputConfiguration, inputConfiguration_},
-                 {IID_IMorquilOutputConfiguration, outputConfiguration_},
-                 {IID_IMorquilVideoProcAmp, videoProcAmp_},
-                 {IID_IMorquilColorCorrection, colorCorrection_},
-                 {IID_IMorquilVideoClip, videoClip_},
-                 {IID_IMorquilAspectFill, aspectFill_},
-                 {IID_IMorquilNoiseReduction, noiseReduction_},
-                 {IID_IMorquilTestPattern, testPattern_},
-                 {IID_IMorquilVideoAdvanced, videoAdvanced_},
-                 {IID_IMorquilTimecode, timecode_},
-                 {IID_IMorquilClosedCaption, closedCaption_},
-                 {IID_IMorquilVideoIndex, videoIndex_},
-                 {IID_IMorquilReference, reference_},
-                 {IID_IMorquilVariableAspectRatio, variableAspectRatio_},
-                 {IID_IMorquilAudioMapping, audioMapping_},
-                 {IID_IMorquil3dMode, mode3d_},
-                 {IID_IMorquilNetworkConfig, networkConfig_},
-                 {IID_IMorquilDeviceFilenames, deviceFilenames_},
-                 {IID_IMorquilPreset, preset_}}},
+      EveryBlockSink(std::move(comms)),
       initialStateWait_(initialStateWait) {
+    std::size_t place = 0;
+    features_.ForEach([&](FeatureBase& feature) { handedOut_[place++] = &feature; });
     ++disconnectNoticeCount_;
     connectEvent_.Create();
 }
@@ -47,9 +32,9 @@ void* CMorquilDevice::FindInterface(REFIID iid) {
     if (IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IMorquilDevice)) {
         return static_cast<IMorquilDevice*>(this);
     }
-    for (const FeatureEntry& entry : features_) {
-        if (IsEqualIID(iid, entry.iid)) {
-            return entry.feature.Face();
+    for (FeatureBase* const feature : handedOut_) {
+        if (IsEqualIID(iid, feature->Iid())) {
+            return feature->Face();
         }
     }
     return nullptr;
@@ -108,9 +93,9 @@ CObservablePropertySet* CMorquilDevice::FindPropertySet(_MorquilPropertySetId pr
     if (propertySet == PropertySet()) {
         return this;
     }
-    for (const FeatureEntry& entry : features_) {
-        if (propertySet == entry.feature.PropertySet()) {
-            return &entry.feature;
+    for (FeatureBase* const feature : handedOut_) {
+        if (propertySet == feature->PropertySet()) {
+            return feature;
         }
     }
     return nullptr;
@@ -190,27 +175,32 @@ STDMETHODIMP CMorquilDevice::SetPanelLock(LONG lock) {
     }
 }
 
-/// The file's text: the blocks that a host may set, and of the device's own its two locks. All that was known at one
-/// moment of a connection or, after its end, nothing.
+/// The block as it stands in a settings file: the copy of the first feature that keeps it. The device's own block is
+/// kept here.
+template <class Description>
+std::string CMorquilDevice::SettingsTextOf() {
+    if constexpr (std::is_same_v<Description, MorquilDeviceChangeSet>) {
+        Lock lock(mirrorLock_);
+        MorquilDeviceChangeSet saved = deviceCache_;
+        ClearUnsaved(saved);
+        return BlockText<MorquilDeviceChangeSet>(saved);
+    } else {
+        std::string text;
+        ForEachFeature([&]<class FeatureClass>(FeatureClass& feature) {
+            if constexpr (std::is_same_v<typename FeatureClass::SettingsBlock, Description>) {
+                text = text.empty() ? feature.GetSettingsText() : text;
+            }
+        });
+        return text;
+    }
+}
+
+/// All that was known at one moment of a connection or, after its end, nothing.
 std::string CMorquilDevice::SettingsText() {
     Lock wholeMirror(wholeMirrorLock_);
     std::string text;
-    const FeatureBase* const features[] = {&inputConfiguration_,  &outputConfiguration_,
-                                           &videoProcAmp_,        &colorCorrection_,
-                                           &noiseReduction_,      &testPattern_,
-                                           &reference_,           &timecode_,
-                                           &videoAdvanced_,       &mode3d_,
-                                           &variableAspectRatio_, &align_,
-                                           &audioMapping_};
-    for (const FeatureBase* const feature : features) {
-        text += feature->GetSettingsText() + '\n';
-    }
-    MorquilDeviceChangeSet locks;
-    {
-        Lock lock(mirrorLock_);
-        MergeMembers(locks, deviceCache_, &MorquilDeviceChangeSet::panelLock, &MorquilDeviceChangeSet::remoteLock);
-    }
-    return text + BlockText<MorquilDeviceChangeSet>(locks) + '\n';
+    ForEachSavedBlock([&]<class Description>() { text += SettingsTextOf<Description>() + '\n'; });
+    return text;
 }
 
 /// The path as the system takes it; longer ones than any system's do not name a file.

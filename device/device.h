@@ -12,27 +12,10 @@
 #include "core/thread_safety.h"
 #include "device/observable_property_set.h"
 #include "device/observer_list.h"
-#include "features/align.h"
-#include "features/aspect_fill.h"
-#include "features/audio_mapping.h"
-#include "features/closed_caption.h"
-#include "features/color_correction.h"
-#include "features/device_filenames.h"
-#include "features/input_configuration.h"
-#include "features/mode_3d.h"
-#include "features/network_config.h"
-#include "features/noise_reduction.h"
-#include "features/output_configuration.h"
-#include "features/preset.h"
-#include "features/reference.h"
-#include "features/test_pattern.h"
-#include "features/timecode.h"
-#include "features/variable_aspect_ratio.h"
-#include "features/video_advanced.h"
-#include "features/video_clip.h"
-#include "features/video_index.h"
-#include "features/video_proc_amp.h"
+#include "features/all.h"
+#include "features/feature_set.h"
 #include "platform/com_object.h"
+#include "protocol/every_block_sink.h"
 #include "settings/morquil_config_loader.h"
 #include "transport/make_comms.h"
 #include "transport/morquil_text_protocol_client.h"
@@ -50,7 +33,7 @@
 /// outlives the callback in which the host lets it go.
 class CMorquilDevice final : public Morquil::ComObject<CMorquilDevice, IMorquilDevice>,
                              public CObservablePropertySet,
-                             public Morquil::MorquilTextProtocolClient {
+                             public Morquil::EveryBlockSink<CMorquilDevice, Morquil::MorquilTextProtocolClient> {
 public:
     /// How long a connection waits for the initial state, in microseconds.
     static constexpr std::int32_t initialStateLimit = 120'000'000;
@@ -92,39 +75,14 @@ protected:
     void OnThreadStarting() override { TakeHold(); }
     void OnThreadEnding() override { GiveHoldBack(); }
 
+    // Blocks that mean more than new values for the features that keep them.
     void OnProtocolPreamble(const Morquil::ProtocolPreambleChangeSet& set) override;
     void OnMorquilDevice(const Morquil::MorquilDeviceChangeSet& set) override;
     void OnVideoInput(const Morquil::VideoInputChangeSet& set) override;
-    void OnVideoInputAvailability(const Morquil::VideoInputAvailabilityChangeSet& set) override;
     void OnVideoOutput(const Morquil::VideoOutputChangeSet& set) override;
-    void OnVideoOutputAvailability(const Morquil::VideoOutputAvailabilityChangeSet& set) override;
     void OnSupportedConversions(const Morquil::SupportedConversionsChangeSet& set) override;
-    void OnVideoProcAmp(const Morquil::VideoProcAmpChangeSet& set) override;
-    void OnVideoProcAmpAvailability(const Morquil::VideoProcAmpAvailabilityChangeSet& set) override;
-    void OnVideoAdjust(const Morquil::VideoAdjustChangeSet& set) override;
-    void OnVideoAdjustAvailability(const Morquil::VideoAdjustAvailabilityChangeSet& set) override;
-    void OnNoiseReduction(const Morquil::NoiseReductionChangeSet& set) override;
-    void OnNoiseReductionAvailability(const Morquil::NoiseReductionAvailabilityChangeSet& set) override;
-    void OnTestPattern(const Morquil::TestPatternChangeSet& set) override;
-    void OnTestPatternAvailability(const Morquil::TestPatternAvailabilityChangeSet& set) override;
     void OnVideoAdvanced(const Morquil::VideoAdvancedChangeSet& set) override;
-    void OnVideoAdvancedAvailability(const Morquil::VideoAdvancedAvailabilityChangeSet& set) override;
-    void OnAncillaryData(const Morquil::AncillaryDataChangeSet& set) override;
-    void OnAncillaryDataAvailability(const Morquil::AncillaryDataAvailabilityChangeSet& set) override;
     void OnGenlock(const Morquil::GenlockChangeSet& set) override;
-    void OnGenlockAvailability(const Morquil::GenlockAvailabilityChangeSet& set) override;
-    void OnVariableAspectRatio(const Morquil::VariableAspectRatioChangeSet& set) override;
-    void OnVariableAspectRatioAvailability(const Morquil::VariableAspectRatioAvailabilityChangeSet& set) override;
-    void OnAlign(const Morquil::AlignChangeSet& set) override;
-    void OnAlignAvailability(const Morquil::VariableAspectRatioAvailabilityChangeSet& set) override;
-    void OnAudio(const Morquil::AudioChangeSet& set) override;
-    void OnAudioAvailability(const Morquil::AudioAvailabilityChangeSet& set) override;
-    void OnMode3D(const Morquil::Mode3DChangeSet& set) override;
-    void OnMode3DAvailability(const Morquil::Mode3DAvailabilityChangeSet& set) override;
-    void OnNetworkConfig(const Morquil::NetworkConfigChangeSet& set) override;
-    void OnDeviceFilenames(const Morquil::DeviceFilenamesChangeSet& set) override;
-    void OnPreset(const Morquil::PresetChangeSet& set) override;
-    void OnPresetAvailability(const Morquil::PresetAvailabilityChangeSet& set) override;
 
 private:
     /// Of the protocol version's flags: the device can be updated over the network.
@@ -132,11 +90,7 @@ private:
 
     enum class ConnectionState : std::uint32_t { Disconnected = 0, Connecting = 1, Connected = 2, Disconnecting = 3 };
 
-    /// A feature object and the interface under which the host asks for it.
-    struct FeatureEntry {
-        const IID& iid;
-        Morquil::FeatureBase& feature;
-    };
+    friend class Morquil::EveryBlockSink<CMorquilDevice, Morquil::MorquilTextProtocolClient>;
 
     class Hold;
     using ConnectionRound = Morquil::ObserverList<IMorquilConnectionObserver>::Round;
@@ -149,6 +103,10 @@ private:
     template <class Out, class FieldType>
     HRESULT ReadDevice(Out* out, FieldType Morquil::MorquilDeviceChangeSet::*member);
     std::string SettingsText();
+    template <class Description>
+    std::string SettingsTextOf();
+    template <class Visit>
+    void ForEachFeature(Visit visit);
 
     // connection.cpp: the connection and its states
     bool SetAddress(BSTR address);
@@ -163,40 +121,23 @@ private:
     bool IsInitialStateComplete();
 
     // incoming_blocks.cpp: how a block reaches the mirror
-    template <class Set, class... Features>
-    void ApplyBlock(const Set& set, Features&... features);
-    template <class Set, class... Features>
-    void ApplyAvailability(const Set& set, Features&... features);
-    template <class Message>
+    template <class Description>
+    void OnBlock(const Morquil::ChangeSetOf<Description>& set);
+    template <class Set>
+    void ApplySettings(const Set& set);
+    template <class Description>
+    void ApplyAvailability(const Morquil::ChangeSetOf<Description>& set);
+    template <class Set>
     void Request();
-    void RequestAllAvailability();
+    void RequestAllOffers();
 
     std::atomic<std::uint32_t> holds_ = 1;
     std::atomic<bool> lastReferenceGone_ = false;
 
-    CMorquilVideoProcAmp videoProcAmp_{*this, *this};
-    CMorquilTestPattern testPattern_{*this, *this};
-    CMorquilVideoAdvanced videoAdvanced_{*this, *this};
-    CMorquilNoiseReduction noiseReduction_{*this, *this};
-    CMorquilInputConfiguration inputConfiguration_{*this, *this};
-    CMorquilOutputConfiguration outputConfiguration_{*this, *this};
-    CMorquilColorCorrection colorCorrection_{*this, *this};
-    CMorquilVideoClip videoClip_{*this, *this};
-    CMorquilAspectFill aspectFill_{*this, *this};
-    CMorquilTimecode timecode_{*this, *this};
-    CMorquilClosedCaption closedCaption_{*this, *this};
-    CMorquilVideoIndex videoIndex_{*this, *this};
-    CMorquilReference reference_{*this, *this};
-    CMorquilVariableAspectRatio variableAspectRatio_{*this, *this};
-    CMorquilAudioMapping audioMapping_{*this, *this};
-    CMorquil3dMode mode3d_{*this, *this};
-    /// Follows the device, but is handed to nobody.
-    CMorquilAlign align_{*this, *this};
-    CMorquilNetworkConfig networkConfig_{*this, *this};
-    CMorquilDeviceFilenames deviceFilenames_{*this, *this};
-    CMorquilPreset preset_{*this, *this};
-    /// The features that the host is handed, in the order in which they are asked for and waited for.
-    const std::array<FeatureEntry, 19> features_;
+    Morquil::FeatureSet<Morquil::Features> features_{*this, *this};
+    Morquil::FeatureSet<Morquil::HiddenFeatures> hiddenFeatures_{*this, *this};
+    /// The features that the host is handed.
+    std::array<Morquil::FeatureBase*, Morquil::FeatureSet<Morquil::Features>::size> handedOut_;
 
     Morquil::MorquilConfigLoader settingsLoader_{*this};
 
@@ -211,7 +152,7 @@ private:
 
     /// The connection thread's own.
     Morquil::ProtocolPreambleChangeSet preamble_;
-    std::size_t missingFeature_ = 0;  ///< the place in `features_` of one that a connection waited for last
+    std::size_t missingFeature_ = 0;  ///< the place in `handedOut_` of one that a connection waited for last
     std::atomic<std::uint32_t> protocolVersionFlags_ = 0;
     std::atomic<std::uint32_t> protocolVersionMinor_ = 0;
 

@@ -2,14 +2,14 @@
 
 #include "features/feature.h"
 #include "protocol/blocks/align.h"
-#include "protocol/blocks/variable_aspect_ratio.h"
 
 /// The alignment of the two pictures of a 3D pair. Every method means the left one of the block's two sides.
 /// No host is handed this object, and what it queues is never sent; it keeps the settings for the settings file.
-class CMorquilAlign final : public Morquil::Feature<IMorquilAlign, Morquil::AlignChangeSet,
-                                                    Morquil::VariableAspectRatioAvailabilityChangeSet> {
+class CMorquilAlign final
+    : public Morquil::Feature<IMorquilAlign, Morquil::AlignChangeSet, Morquil::AlignAvailabilityBlock> {
 public:
-    CMorquilAlign(IUnknown& owner, Morquil::IMessageQueue& queue) : Feature(owner, queue, morquilAlignPropertySetId) {}
+    CMorquilAlign(IUnknown& owner, Morquil::IMessageQueue& queue)
+        : Feature(owner, queue, IID_IMorquilAlign, morquilAlignPropertySetId) {}
 
     STDMETHODIMP SetSizeX(double size) override;
     STDMETHODIMP GetSizeX(double* size) override;

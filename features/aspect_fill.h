@@ -8,7 +8,8 @@ class CMorquilAspectFill final : public Morquil::Feature<IMorquilAspectFill, Mor
                                                          Morquil::VideoAdjustAvailabilityChangeSet> {
 public:
     CMorquilAspectFill(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilAspectFillPropertySetId, Morquil::AvailabilityChange::IsSilent) {}
+        : Feature(owner, queue, IID_IMorquilAspectFill, morquilAspectFillPropertySetId,
+                  Morquil::AvailabilityChange::IsSilent) {}
 
     STDMETHODIMP SetLuma(unsigned int level) override;
     STDMETHODIMP GetLuma(unsigned int* level) override;

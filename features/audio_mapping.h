@@ -8,7 +8,7 @@ class CMorquilAudioMapping final
     : public Morquil::Feature<IMorquilAudioMapping, Morquil::AudioChangeSet, Morquil::AudioAvailabilityChangeSet> {
 public:
     CMorquilAudioMapping(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilAudioMappingPropertySetId) {}
+        : Feature(owner, queue, IID_IMorquilAudioMapping, morquilAudioMappingPropertySetId) {}
 
     STDMETHODIMP SetAudioGain(int gain) override;
     STDMETHODIMP GetAudioGain(int* gain) override;

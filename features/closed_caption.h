@@ -8,7 +8,7 @@ class CMorquilClosedCaption final : public Morquil::Feature<IMorquilClosedCaptio
                                                             Morquil::AncillaryDataAvailabilityChangeSet> {
 public:
     CMorquilClosedCaption(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilClosedCaptionPropertySetId) {}
+        : Feature(owner, queue, IID_IMorquilClosedCaption, morquilClosedCaptionPropertySetId) {}
 
     STDMETHODIMP SetEnabled(LONG enabled) override;
     STDMETHODIMP GetEnabled(LONG* enabled) override;

@@ -8,7 +8,8 @@ class CMorquilColorCorrection final : public Morquil::Feature<IMorquilColorCorre
                                                               Morquil::VideoAdjustAvailabilityChangeSet> {
 public:
     CMorquilColorCorrection(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilColorCorrectionPropertySetId, Morquil::AvailabilityChange::IsSilent) {}
+        : Feature(owner, queue, IID_IMorquilColorCorrection, morquilColorCorrectionPropertySetId,
+                  Morquil::AvailabilityChange::IsSilent) {}
 
     STDMETHODIMP SetRed(int red) override;
     STDMETHODIMP GetRed(int* red) override;

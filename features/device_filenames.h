@@ -8,7 +8,7 @@ class CMorquilDeviceFilenames final
     : public Morquil::Feature<IMorquilDeviceFilenames, Morquil::DeviceFilenamesChangeSet> {
 public:
     CMorquilDeviceFilenames(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilDeviceFilenamesPropertySetId) {}
+        : Feature(owner, queue, IID_IMorquilDeviceFilenames, morquilDeviceFilenamesPropertySetId) {}
 
     STDMETHODIMP GetStillFrameName(BSTR* name) override;
     STDMETHODIMP SetStillFrameName(BSTR name) override;

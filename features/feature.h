@@ -34,13 +34,20 @@ enum class AvailabilityChange { IsTold, IsSilent };
 /// device's answer, not the setter, updates the copy. The face counts references for the device that owns the object.
 ///
 /// A derived class holds one line per interface method; each rule of reading, checking and sending stands here once.
-template <class Interface, class Set, class AvailabilitySet = NoAvailability>
+template <class Interface, class Set, class AvailabilityDescription = NoAvailability>
 class Feature : public Interface, public FeatureBase {
+    using AvailabilitySet = ChangeSetOf<AvailabilityDescription>;
+
 public:
+    using FaceInterface = Interface;
+    using SettingsBlock = Set;
+    using AvailabilityBlock = AvailabilityDescription;
+    static constexpr bool hasAvailability = !std::is_same_v<AvailabilityDescription, NoAvailability>;
+
     /// `owner` counts for the object, `queue` takes what it sends; both outlive it.
-    Feature(IUnknown& owner, IMessageQueue& queue, _MorquilPropertySetId propertySet,
+    Feature(IUnknown& owner, IMessageQueue& queue, REFIID iid, _MorquilPropertySetId propertySet,
             AvailabilityChange availabilityChange = AvailabilityChange::IsTold)
-        : FeatureBase(propertySet), owner_(owner), queue_(queue), availabilityChange_(availabilityChange) {}
+        : FeatureBase(iid, propertySet), owner_(owner), queue_(queue), availabilityChange_(availabilityChange) {}
 
     STDMETHODIMP QueryInterface(REFIID iid, void** out) override { return owner_.QueryInterface(iid, out); }
     STDMETHODIMP_(ULONG) AddRef() override { return owner_.AddRef(); }
@@ -75,9 +82,7 @@ public:
 
     bool IsCacheComplete() const override {
         QRN::Core::Lock lock(mirrorLock_);
-        constexpr bool needsAvailability = !std::is_same_v<AvailabilitySet, NoAvailability>;
-        return settingsReceived_ && (availabilityReceived_ || !needsAvailability) &&
-               IsComplete(settings_, availability_);
+        return settingsReceived_ && HasAllNeeded(settings_) && HasAllAvailability();
     }
 
     void ClearCache() override {
@@ -97,15 +102,12 @@ protected:
     /// Merges `incoming` into `copy`. Returns whether the observers care.
     virtual bool MergeSettings(Set& copy, const Set& incoming) { return Merge(copy, incoming); }
     virtual bool MergeAvailability(AvailabilitySet& copy, const AvailabilitySet& incoming) {
-        if constexpr (std::is_same_v<AvailabilitySet, NoAvailability>) {
-            return false;
-        } else {
+        if constexpr (hasAvailability) {
             return Merge(copy, incoming);
+        } else {
+            return false;
         }
     }
-    /// Whether blocks that have arrived hold all that they must. A firmware that lacks a key must not make a connection
-    /// hang, so few features ask for more than the blocks.
-    virtual bool IsComplete(const Set& /*settings*/, const AvailabilitySet& /*availability*/) const { return true; }
 
     /// Merges all of a block that several features share. Returns whether one of the named members changed.
     template <class SharedSet, class... Members>
@@ -313,6 +315,15 @@ protected:
     }
 
 private:
+    /// A firmware that lacks a key must not make a connection hang, so few keys are needed besides the blocks.
+    bool HasAllAvailability() const REQUIRES(mirrorLock_) {
+        if constexpr (hasAvailability) {
+            return availabilityReceived_ && HasAllNeeded(availability_);
+        } else {
+            return true;
+        }
+    }
+
     template <class Out, class FieldType>
     static HRESULT Give(Out* out, const FieldType& field) {
         if (!field.IsPresent()) {
@@ -383,11 +394,5 @@ private:
     bool settingsReceived_ GUARDED_BY(mirrorLock_) = false;
     bool availabilityReceived_ GUARDED_BY(mirrorLock_) = false;
 };
-
-/// Whether every one of the named members is present.
-template <class Set, class... Members>
-bool AllPresent(const Set& set, Members... members) {
-    return ((set.*members).IsPresent() && ...);
-}
 
 }  // namespace Morquil

@@ -10,8 +10,10 @@ namespace Morquil {
 /// What the device needs of every feature object, whatever its blocks are.
 class FeatureBase : public CObservablePropertySet {
 public:
-    using CObservablePropertySet::CObservablePropertySet;
+    FeatureBase(REFIID iid, _MorquilPropertySetId propertySet) : CObservablePropertySet(propertySet), iid_(iid) {}
 
+    /// What a host asks for to get the interface.
+    REFIID Iid() const { return iid_; }
     /// The interface that the host sees; it counts references for the device.
     virtual IUnknown* Face() = 0;
     /// Whether everything that a connection waits for has been reported.
@@ -20,6 +22,9 @@ public:
     virtual void ClearCache() = 0;
     /// The protocol text of the settings as they were reported.
     virtual std::string GetSettingsText() const = 0;
+
+private:
+    const IID& iid_;
 };
 
 }  // namespace Morquil

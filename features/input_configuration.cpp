@@ -36,15 +36,3 @@ bool CMorquilInputConfiguration::MergeAvailability(Availability& copy, const Ava
     return copy.videoSources.DiffersFrom(before.videoSources) || copy.audioSources.DiffersFrom(before.audioSources) ||
            copy.videoPixelFormats.DiffersFrom(before.videoPixelFormats);
 }
-
-bool CMorquilInputConfiguration::IsComplete(const Settings& settings, const Availability& availability) const {
-    // Without a signal there is no mode to report.
-    const bool signalDescribed =
-        !settings.signalPresent.Get() || AllPresent(settings, &Settings::videoMode, &Settings::videoPixelFormat);
-    return signalDescribed &&
-           AllPresent(settings, &Settings::autoDetectionEnabled, &Settings::signalPresent, &Settings::videoSource,
-                      &Settings::audioSource, &Settings::timecodePresent, &Settings::closedCaptioningPresent,
-                      &Settings::wideSDAspect, &Settings::autoDetectionPreferPsF, &Settings::hdmi3DFull,
-                      &Settings::opticalModulePresent, &Settings::pcieMode) &&
-           AllPresent(availability, &Availability::videoSources, &Availability::audioSources);
-}

@@ -9,7 +9,7 @@ class CMorquilInputConfiguration final
                               Morquil::VideoInputAvailabilityChangeSet> {
 public:
     CMorquilInputConfiguration(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilInputConfigurationPropertySetId) {}
+        : Feature(owner, queue, IID_IMorquilInputConfiguration, morquilInputConfigurationPropertySetId) {}
 
     STDMETHODIMP SetAutoDetectionEnabled(LONG enabled) override;
     STDMETHODIMP GetAutoDetectionEnabled(LONG* enabled) override;
@@ -37,6 +37,4 @@ public:
 protected:
     bool MergeAvailability(Morquil::VideoInputAvailabilityChangeSet& copy,
                            const Morquil::VideoInputAvailabilityChangeSet& incoming) override;
-    bool IsComplete(const Morquil::VideoInputChangeSet& settings,
-                    const Morquil::VideoInputAvailabilityChangeSet& availability) const override;
 };

@@ -7,7 +7,7 @@
 class CMorquilNetworkConfig final : public Morquil::Feature<IMorquilNetworkConfig, Morquil::NetworkConfigChangeSet> {
 public:
     CMorquilNetworkConfig(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilNetworkConfigPropertySetId) {}
+        : Feature(owner, queue, IID_IMorquilNetworkConfig, morquilNetworkConfigPropertySetId) {}
 
     STDMETHODIMP GetFriendlyName(BSTR* name) override;
     STDMETHODIMP SetFriendlyName(BSTR name) override;

@@ -8,7 +8,7 @@ class CMorquilNoiseReduction final : public Morquil::Feature<IMorquilNoiseReduct
                                                              Morquil::NoiseReductionAvailabilityChangeSet> {
 public:
     CMorquilNoiseReduction(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilNoiseReductionPropertySetId) {}
+        : Feature(owner, queue, IID_IMorquilNoiseReduction, morquilNoiseReductionPropertySetId) {}
 
     STDMETHODIMP SetEnabled(LONG enabled) override;
     STDMETHODIMP GetEnabled(LONG* enabled) override;

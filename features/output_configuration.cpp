@@ -51,15 +51,3 @@ STDMETHODIMP CMorquilOutputConfiguration::IsAspectRatioAvailable(_MorquilAPIAspe
     *isAvailable = 1;
     return S_OK;
 }
-
-bool CMorquilOutputConfiguration::IsComplete(const Settings& settings, const Availability& availability) const {
-    return AllPresent(settings, &Settings::videoMode, &Settings::aspectRatio, &Settings::videoPixelFormat,
-                      &Settings::videoDemuxMode, &Settings::outputSdiMode, &Settings::quadSdiOutput,
-                      &Settings::analogOutput, &Settings::outputOption, &Settings::transitionSetting,
-                      &Settings::hdmiOutput, &Settings::stillFramePresent, &Settings::stillLoadComplete,
-                      &Settings::stillStoreComplete, &Settings::stillPreviewComplete) &&
-           AllPresent(availability, &Availability::videoDemuxModes, &Availability::videoPixelFormats,
-                      &Availability::outputSdiModes, &Availability::quadSdiOutputs,
-                      &Availability::availableOutputOption, &Availability::hdmiOutputs,
-                      &Availability::transitionSettingRange);
-}

@@ -9,7 +9,8 @@ class CMorquilOutputConfiguration final
                               Morquil::VideoOutputAvailabilityChangeSet> {
 public:
     CMorquilOutputConfiguration(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilOutputConfigurationPropertySetId, Morquil::AvailabilityChange::IsSilent) {}
+        : Feature(owner, queue, IID_IMorquilOutputConfiguration, morquilOutputConfigurationPropertySetId,
+                  Morquil::AvailabilityChange::IsSilent) {}
 
     STDMETHODIMP SetVideoMode(_MorquilAPIVideoMode mode) override;
     STDMETHODIMP GetVideoMode(_MorquilAPIVideoMode* mode) override;
@@ -47,8 +48,4 @@ public:
     STDMETHODIMP SetHDMIOutput(_MorquilAPIPixelFormat format) override;
     STDMETHODIMP GetHDMIOutput(_MorquilAPIPixelFormat* format) override;
     STDMETHODIMP IsHDMIOutputAvailable(_MorquilAPIPixelFormat format, LONG* isAvailable) override;
-
-protected:
-    bool IsComplete(const Morquil::VideoOutputChangeSet& settings,
-                    const Morquil::VideoOutputAvailabilityChangeSet& availability) const override;
 };

@@ -17,10 +17,6 @@ STDMETHODIMP CMorquilPreset::GetPresetName(int preset, BSTR* name) { return Acce
 STDMETHODIMP CMorquilPreset::SetPresetName(int preset, BSTR name) { return Accepts(preset, -1, -1) ? SendTextElement(&Settings::presetName, IndexOf(preset), name, presetNameLimit) : E_INVALIDARG; }
 // clang-format on
 
-bool CMorquilPreset::IsComplete(const Settings& /*settings*/, const Availability& availability) const {
-    return availability.presetRange.IsPresent();
-}
-
 bool CMorquilPreset::Accepts(int preset, int minimumOffset, int maximumOffset) const {
     const auto range = CopyAvailability().presetRange;
     // In 64 bits: the range may end at the last number of 32.

@@ -10,17 +10,13 @@ class CMorquilPreset final
     : public Morquil::Feature<IMorquilPreset, Morquil::PresetChangeSet, Morquil::PresetAvailabilityChangeSet> {
 public:
     CMorquilPreset(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilPresetPropertySetId) {}
+        : Feature(owner, queue, IID_IMorquilPreset, morquilPresetPropertySetId) {}
 
     STDMETHODIMP SavePreset(int preset) override;
     STDMETHODIMP RecallPreset(int preset) override;
     STDMETHODIMP GetPresetRange(int* min, int* max) override;
     STDMETHODIMP GetPresetName(int preset, BSTR* name) override;
     STDMETHODIMP SetPresetName(int preset, BSTR name) override;
-
-protected:
-    bool IsComplete(const Morquil::PresetChangeSet& settings,
-                    const Morquil::PresetAvailabilityChangeSet& availability) const override;
 
 private:
     /// Whether `preset` lies in the reported range, whose ends are moved by the two offsets first.

@@ -8,7 +8,7 @@ class CMorquilTestPattern final : public Morquil::Feature<IMorquilTestPattern, M
                                                           Morquil::TestPatternAvailabilityChangeSet> {
 public:
     CMorquilTestPattern(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilTestPatternPropertySetId) {}
+        : Feature(owner, queue, IID_IMorquilTestPattern, morquilTestPatternPropertySetId) {}
 
     STDMETHODIMP SetOutput(_MorquilAPITestPattern pattern) override;
     STDMETHODIMP GetOutput(_MorquilAPITestPattern* pattern) override;

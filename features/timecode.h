@@ -8,7 +8,7 @@ class CMorquilTimecode final : public Morquil::Feature<IMorquilTimecode, Morquil
                                                        Morquil::AncillaryDataAvailabilityChangeSet> {
 public:
     CMorquilTimecode(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilTimecodePropertySetId) {}
+        : Feature(owner, queue, IID_IMorquilTimecode, morquilTimecodePropertySetId) {}
 
     STDMETHODIMP SetMode(_MorquilAPITimecodeMode mode) override;
     STDMETHODIMP GetMode(_MorquilAPITimecodeMode* mode) override;

@@ -9,7 +9,7 @@ class CMorquilVariableAspectRatio final
                               Morquil::VariableAspectRatioAvailabilityChangeSet> {
 public:
     CMorquilVariableAspectRatio(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilVariableAspectRatioPropertySetId) {}
+        : Feature(owner, queue, IID_IMorquilVariableAspectRatio, morquilVariableAspectRatioPropertySetId) {}
 
     STDMETHODIMP SetSizeX(double size) override;
     STDMETHODIMP GetSizeX(double* size) override;

@@ -8,7 +8,7 @@ class CMorquilVideoAdvanced final : public Morquil::Feature<IMorquilVideoAdvance
                                                             Morquil::VideoAdvancedAvailabilityChangeSet> {
 public:
     CMorquilVideoAdvanced(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilVideoAdvancedPropertySetId) {}
+        : Feature(owner, queue, IID_IMorquilVideoAdvanced, morquilVideoAdvancedPropertySetId) {}
 
     STDMETHODIMP SetCleanCadence(LONG enabled) override;
     STDMETHODIMP GetCleanCadence(LONG* enabled) override;

@@ -8,7 +8,8 @@ class CMorquilVideoClip final : public Morquil::Feature<IMorquilVideoClip, Morqu
                                                         Morquil::VideoAdjustAvailabilityChangeSet> {
 public:
     CMorquilVideoClip(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilVideoClipPropertySetId, Morquil::AvailabilityChange::IsSilent) {}
+        : Feature(owner, queue, IID_IMorquilVideoClip, morquilVideoClipPropertySetId,
+                  Morquil::AvailabilityChange::IsSilent) {}
 
     STDMETHODIMP SetLumaLow(unsigned int level) override;
     STDMETHODIMP GetLumaLow(unsigned int* level) override;

@@ -8,7 +8,7 @@ class CMorquilVideoIndex final : public Morquil::Feature<IMorquilVideoIndex, Mor
                                                          Morquil::AncillaryDataAvailabilityChangeSet> {
 public:
     CMorquilVideoIndex(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilVideoIndexPropertySetId) {}
+        : Feature(owner, queue, IID_IMorquilVideoIndex, morquilVideoIndexPropertySetId) {}
 
     STDMETHODIMP SetIndexReaction(_MorquilAPIVideoIndexReaction reaction) override;
     STDMETHODIMP GetIndexReaction(_MorquilAPIVideoIndexReaction* reaction) override;

@@ -39,11 +39,3 @@ bool CMorquilVideoProcAmp::MergeSettings(Settings& copy, const Settings& incomin
     copy.reset = incoming.reset;
     return true;
 }
-
-bool CMorquilVideoProcAmp::IsComplete(const Settings& settings, const Availability& availability) const {
-    return AllPresent(settings, &Settings::gain, &Settings::black, &Settings::saturation, &Settings::hue, &Settings::ry,
-                      &Settings::by, &Settings::sharp) &&
-           AllPresent(availability, &Availability::gainRange, &Availability::blackRange, &Availability::saturationRange,
-                      &Availability::hueRange, &Availability::ryRange, &Availability::byRange,
-                      &Availability::sharpRange);
-}

@@ -8,7 +8,8 @@ class CMorquilVideoProcAmp final : public Morquil::Feature<IMorquilVideoProcAmp,
                                                            Morquil::VideoProcAmpAvailabilityChangeSet> {
 public:
     CMorquilVideoProcAmp(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, morquilVideoProcAmpPropertySetId, Morquil::AvailabilityChange::IsSilent) {}
+        : Feature(owner, queue, IID_IMorquilVideoProcAmp, morquilVideoProcAmpPropertySetId,
+                  Morquil::AvailabilityChange::IsSilent) {}
 
     STDMETHODIMP SetGain(int gain) override;
     STDMETHODIMP GetGain(int* gain) override;
@@ -36,6 +37,4 @@ public:
 
 protected:
     bool MergeSettings(Morquil::VideoProcAmpChangeSet& copy, const Morquil::VideoProcAmpChangeSet& incoming) override;
-    bool IsComplete(const Morquil::VideoProcAmpChangeSet& settings,
-                    const Morquil::VideoProcAmpAvailabilityChangeSet& availability) const override;
 };

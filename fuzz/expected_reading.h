@@ -125,14 +125,14 @@ FieldType ExpectedField(const NonEmptyText& /*kind*/, const FieldType& written) 
 }
 
 // The members that a row of a block's table fills.
-template <class Owner, class FieldType, class Kind, class Set>
-void ExpectRow(const Key<Owner, FieldType, Kind>& row, const Set& written, Set& expected) {
+template <class Owner, class FieldType, class Kind, class Limit, class Set>
+void ExpectRow(const Key<Owner, FieldType, Kind, Limit>& row, const Set& written, Set& expected) {
     expected.*row.member = ExpectedField(row.kind, written.*row.member);
 }
 template <class Row, class Set>
 void ExpectRow(const WriteOnly<Row>& /*row*/, const Set& /*written*/, Set& /*expected*/) {}
-template <class Owner, class FieldType, std::size_t count, class Kind, class Set>
-void ExpectRow(const IndexedKey<Owner, FieldType, count, Kind>& row, const Set& written, Set& expected) {
+template <class Owner, class FieldType, std::size_t count, class Kind, class Limit, class Set>
+void ExpectRow(const IndexedKey<Owner, FieldType, count, Kind, Limit>& row, const Set& written, Set& expected) {
     for (std::size_t index = 0; index < count; ++index) {
         (expected.*row.member)[index] = ExpectedField(row.kind, (written.*row.member)[index]);
     }

@@ -12,6 +12,7 @@
 #include "protocol/line_context.h"
 #include "protocol/message_sender.h"
 #include "protocol/name_table.h"
+#include "protocol/sink_operation.h"
 #include "protocol/value_kinds.h"
 
 namespace Morquil {
@@ -54,7 +55,7 @@ template <class Description>
 using ChangeSetOf = typename ChangeSetOfBlock<Description>::Type;
 
 /// Finds a block's key and reads its value, at the same cost for every key.
-template <class Description>
+template <class Description, Side side = Side::Host>
 class KeyIndex {
     using Set = ChangeSetOf<Description>;
     using Reader = void (*)(const LineContext&, Set&, std::size_t index);
@@ -76,7 +77,7 @@ private:
 
     template <std::size_t row>
     static constexpr std::size_t namesOfRow =
-        std::tuple_size_v<decltype(std::get<row>(Description::block.rows).Names())>;
+        std::tuple_size_v<decltype(std::get<row>(Description::block.rows).template Names<side>())>;
 
     static constexpr std::size_t nameCount = []<std::size_t... row>(std::index_sequence<row...>) {
         return (std::size_t{0} + ... + namesOfRow<row>);
@@ -95,7 +96,7 @@ private:
         std::array<KeyName, nameCount> all{};
         std::size_t at = 0;
         ForEachRowIndex([&](auto row) {
-            for (const KeyName& name : std::get<row.value>(Description::block.rows).Names()) {
+            for (const KeyName& name : std::get<row.value>(Description::block.rows).template Names<side>()) {
                 all[at++] = name;
             }
         });
@@ -112,7 +113,7 @@ private:
 
     template <std::size_t row, std::size_t which>
     static void ReadKey(const LineContext& line, Set& set, std::size_t index) {
-        std::get<row>(Description::block.rows).template Read<which>(line, set, index);
+        std::get<row>(Description::block.rows).template Read<which, side>(line, set, index);
     }
 
     static constexpr std::array<Reader, nameCount> readers = [] {
@@ -180,16 +181,45 @@ private:
 };
 
 /// Writes the whole block: its header, the lines of what is present, the empty line. Returns the sender's result.
-template <class Description>
+template <class Description, Side side = Side::Host>
 bool WriteBlock(IMessageSender& sender, const ChangeSetOf<Description>& set) {
     constexpr BlockHeader header = Description::block.header;
     if (header.bracketed) {
         sender.BeginMessage();
     }
     sender.SendFormatted("%s:\n", header.name);
-    std::apply([&](const auto&... row) { (row.Write(sender, set), ...); }, Description::block.rows);
+    std::apply([&](const auto&... row) { (row.template Write<side>(sender, set), ...); }, Description::block.rows);
     sender.SendFormatted("\n");
     return header.bracketed ? sender.EndMessage() : true;
+}
+
+/// Calls `visit` with every key that has facts or limits, in the order of the table.
+template <class Description, class Visit>
+constexpr void ForEachKey(Visit visit) {
+    std::apply([&](const auto&... row) { (row.ForEachKey(visit), ...); }, Description::block.rows);
+}
+
+/// Whether everything is present that a connection waits for.
+template <class Set>
+bool HasAllNeeded(const Set& set) {
+    bool hasAll = true;
+    ForEachKey<Set>([&](const auto& key) {
+        if (key.facts.isNeeded) {
+            hasAll &=
+                IsPresent(set.*key.member) || (key.facts.neededWhile != nullptr && !(set.*key.facts.neededWhile).Get());
+        }
+    });
+    return hasAll;
+}
+
+/// Makes absent what a settings file does not hold.
+template <class Set>
+void ClearUnsaved(Set& set) {
+    ForEachKey<Set>([&](const auto& key) {
+        if (!key.facts.isSaved) {
+            set.*key.member = {};
+        }
+    });
 }
 
 /// Merges what a device has reported: takes over every field that `source` has and `target` lacks or holds differently.

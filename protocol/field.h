@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bitset>
 #include <cstddef>
@@ -110,6 +111,16 @@ private:
     std::bitset<size> flags_;
     bool present_ = false;
 };
+
+/// Whether a field, or every element of an array of them, is present.
+template <class FieldType>
+bool IsPresent(const FieldType& field) {
+    return field.IsPresent();
+}
+template <class FieldType, std::size_t count>
+bool IsPresent(const std::array<FieldType, count>& fields) {
+    return std::all_of(fields.begin(), fields.end(), [](const FieldType& field) { return field.IsPresent(); });
+}
 
 template <class FieldType>
 bool MergeField(FieldType& target, const FieldType& source) {

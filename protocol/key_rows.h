@@ -10,15 +10,20 @@
 #include "protocol/field.h"
 #include "protocol/frame_heights.h"
 #include "protocol/indexed_key_text.h"
+#include "protocol/key_facts.h"
+#include "protocol/key_limits.h"
 #include "protocol/line_context.h"
 #include "protocol/message_sender.h"
+#include "protocol/side.h"
 #include "protocol/vocabularies.h"
 
-/// The rows of a block's table. Reading, writing, merging and clearing all walk these rows. A row offers
-///   `Names()`                        the keys that it reads,
-///   `Read<which>(line, set, index)`  reads the value of its key number `which`,
-///   `Write(sender, set)`             writes the lines of what is present,
-///   `ForEachMember(visit)`           visits the change-set members that it fills.
+/// The rows of a block's table. Reading, writing, merging and clearing all walk these rows, and so does whatever else
+/// needs to know something of a key. A row offers
+///   `Names<side>()`                        the keys that this side reads,
+///   `Read<which, side>(line, set, index)`  reads the value of its key number `which`,
+///   `Write<side>(sender, set)`             writes the lines of what is present,
+///   `ForEachMember(visit)`                 visits the change-set members that it fills,
+///   `ForEachKey(visit)`                    visits its keys with their facts and limits, where it has any.
 namespace Morquil {
 
 /// A key as the reader knows it. A name that stands for indexed keys ("AudioOut" for "AudioOut0" ...) says how many.
@@ -27,84 +32,177 @@ struct KeyName {
     std::size_t indexCount = 0;
 };
 
+template <Side side, class Kind, class FieldType>
+void ReadValue(const Kind& kind, const LineContext& line, ReportedKey key, FieldType& field) {
+    if constexpr (side == Side::Device && requires { kind.ReadAtDevice(line, key, field); }) {
+        kind.ReadAtDevice(line, key, field);
+    } else {
+        kind.Read(line, key, field);
+    }
+}
+
+template <Side side, class Kind, class FieldType>
+void WriteValue(const Kind& kind, IMessageSender& sender, const char* key, const FieldType& field) {
+    if constexpr (side == Side::Device && requires { kind.WriteAtDevice(sender, key, field); }) {
+        kind.WriteAtDevice(sender, key, field);
+    } else {
+        kind.Write(sender, key, field);
+    }
+}
+
 /// One key, one member.
-template <class Owner, class FieldType, class Kind>
+template <class Owner, class FieldType, class Kind, class Limit = NoLimit>
 struct Key {
     const char* name;
     FieldType Owner::*member;
     Kind kind;
+    KeyFacts<Owner> facts;
+    Limit limit;
 
-    constexpr Key(const char* keyName, FieldType Owner::*field, Kind valueKind)
-        : name(keyName), member(field), kind(valueKind) {}
+    constexpr Key(const char* keyName, FieldType Owner::*field, Kind valueKind, KeyFacts<Owner> keyFacts = {},
+                  Limit keyLimit = {})
+        : name(keyName), member(field), kind(valueKind), facts(keyFacts), limit(keyLimit) {}
 
-    constexpr std::array<KeyName, 1> Names() const { return {KeyName{name}}; }
-
-    template <std::size_t which, class Set>
-    void Read(const LineContext& line, Set& set, std::size_t /*index*/) const {
-        kind.Read(line, name, set.*member);
+    constexpr Key Observed() const { return With(&KeyFacts<Owner>::use, KeyUse::Observed); }
+    constexpr Key Command() const { return With(&KeyFacts<Owner>::use, KeyUse::Command); }
+    constexpr Key NotSaved() const { return With(&KeyFacts<Owner>::isSaved, false); }
+    constexpr Key Needed() const { return With(&KeyFacts<Owner>::isNeeded, true); }
+    constexpr Key NeededWhile(Field<bool> Owner::*flag) const {
+        return Needed().With(&KeyFacts<Owner>::neededWhile, flag);
     }
-    template <class Set>
+
+    /// One of the limits of key_limits.h; on top of one that the key has already.
+    template <class Added>
+    constexpr Key<Owner, FieldType, Kind, JointLimit<Limit, Added>> LimitedBy(Added added) const {
+        return {name, member, kind, facts, Join(limit, added)};
+    }
+    template <class Offers, class Offer>
+    constexpr auto LimitedBy(Offer Offers::*offer, std::int32_t beyond = 0) const {
+        return LimitedBy(OfferLimit<Offer Offers::*>{offer, beyond});
+    }
+    template <class Offers, class Offer>
+    constexpr auto LimitedPer(OfferSlot slot, Offer Offers::*offer) const {
+        return LimitedBy(SlotLimit<Offer Offers::*>{slot, offer});
+    }
+
+    template <Side side = Side::Host>
+    constexpr std::array<KeyName, 1> Names() const {
+        return {KeyName{name}};
+    }
+    template <std::size_t which, Side side = Side::Host, class Set>
+    void Read(const LineContext& line, Set& set, std::size_t /*index*/) const {
+        ReadValue<side>(kind, line, name, set.*member);
+    }
+    template <Side side = Side::Host, class Set>
     void Write(IMessageSender& sender, const Set& set) const {
         if ((set.*member).IsPresent()) {
-            kind.Write(sender, name, set.*member);
+            WriteValue<side>(kind, sender, name, set.*member);
         }
     }
     template <class Visit>
     constexpr void ForEachMember(Visit&& visit) const {
         visit(member);
     }
+    template <class Visit>
+    constexpr void ForEachKey(Visit&& visit) const {
+        visit(*this);
+    }
+
+private:
+    template <class Fact>
+    constexpr Key With(Fact KeyFacts<Owner>::*fact, Fact value) const {
+        Key changed = *this;
+        changed.facts.*fact = value;
+        return changed;
+    }
 };
 
-/// A row that is written but not read: devices take the key and never report it.
+/// A row that hosts write and devices read, never the other way round: devices take the key and do not report it.
 template <class Row>
 struct WriteOnly {
     Row row;
 
     constexpr explicit WriteOnly(Row writtenRow) : row(writtenRow) {}
 
-    constexpr std::array<KeyName, 0> Names() const { return {}; }
-
-    template <class Set>
+    template <Side side = Side::Host>
+    constexpr auto Names() const {
+        if constexpr (side == Side::Device) {
+            return row.template Names<side>();
+        } else {
+            return std::array<KeyName, 0>{};
+        }
+    }
+    /// A device does not pass over a value that it cannot read: nothing would show that it was lost.
+    template <std::size_t which, Side side, class Set>
+    void Read(const LineContext& line, Set& set, std::size_t index) const {
+        row.template Read<which, side>(line, set, index);
+        if (!(set.*row.member).IsPresent()) {
+            ReportValue(line, unreadableValue, row.name);
+        }
+    }
+    template <Side side = Side::Host, class Set>
     void Write(IMessageSender& sender, const Set& set) const {
-        row.Write(sender, set);
+        if constexpr (side == Side::Host) {
+            row.Write(sender, set);
+        }
     }
     template <class Visit>
     constexpr void ForEachMember(Visit&& visit) const {
         row.ForEachMember(visit);
     }
+    template <class Visit>
+    constexpr void ForEachKey(Visit&& visit) const {
+        row.ForEachKey(visit);
+    }
 };
 
 /// Keys that differ only in an index from 0 behind their common stem; one array member.
-template <class Owner, class FieldType, std::size_t count, class Kind>
+template <class Owner, class FieldType, std::size_t count, class Kind, class Limit = NoLimit>
 struct IndexedKey {
     const char* stem;
     std::array<FieldType, count> Owner::*member;
     Kind kind;
+    Limit limit;
+    static constexpr KeyFacts<Owner> facts{};
 
-    constexpr IndexedKey(const char* keyStem, std::array<FieldType, count> Owner::*field, Kind valueKind)
-        : stem(keyStem), member(field), kind(valueKind) {}
+    constexpr IndexedKey(const char* keyStem, std::array<FieldType, count> Owner::*field, Kind valueKind,
+                         Limit keyLimit = {})
+        : stem(keyStem), member(field), kind(valueKind), limit(keyLimit) {}
 
-    constexpr std::array<KeyName, 1> Names() const { return {KeyName{stem, count}}; }
-
-    template <std::size_t which, class Set>
-    void Read(const LineContext& line, Set& set, std::size_t index) const {
-        kind.Read(line, ReportedKey(stem, index), (set.*member)[index]);
+    /// All elements have the same limits.
+    template <class Offers, class Offer>
+    constexpr IndexedKey<Owner, FieldType, count, Kind, OfferLimit<Offer Offers::*>> LimitedBy(
+        Offer Offers::*offer) const {
+        return {stem, member, kind, {offer, 0}};
     }
-    template <class Set>
+
+    template <Side side = Side::Host>
+    constexpr std::array<KeyName, 1> Names() const {
+        return {KeyName{stem, count}};
+    }
+    template <std::size_t which, Side side = Side::Host, class Set>
+    void Read(const LineContext& line, Set& set, std::size_t index) const {
+        ReadValue<side>(kind, line, ReportedKey(stem, index), (set.*member)[index]);
+    }
+    template <Side side = Side::Host, class Set>
     void WriteElement(IMessageSender& sender, const Set& set, std::size_t index) const {
         if ((set.*member)[index].IsPresent()) {
-            kind.Write(sender, IndexedKeyText(stem, index).CString(), (set.*member)[index]);
+            WriteValue<side>(kind, sender, IndexedKeyText(stem, index).CString(), (set.*member)[index]);
         }
     }
-    template <class Set>
+    template <Side side = Side::Host, class Set>
     void Write(IMessageSender& sender, const Set& set) const {
         for (std::size_t index = 0; index < count; ++index) {
-            WriteElement(sender, set, index);
+            WriteElement<side>(sender, set, index);
         }
     }
     template <class Visit>
     constexpr void ForEachMember(Visit&& visit) const {
         visit(member);
+    }
+    template <class Visit>
+    constexpr void ForEachKey(Visit&& visit) const {
+        visit(*this);
     }
 };
 
@@ -112,32 +210,40 @@ struct IndexedKey {
 template <class First, class Second>
 struct Alternating;
 
-template <class Owner, class FieldA, class FieldB, std::size_t count, class KindA, class KindB>
-struct Alternating<IndexedKey<Owner, FieldA, count, KindA>, IndexedKey<Owner, FieldB, count, KindB>> {
-    IndexedKey<Owner, FieldA, count, KindA> first;
-    IndexedKey<Owner, FieldB, count, KindB> second;
+template <class Owner, class FieldA, class FieldB, std::size_t count, class KindA, class KindB, class LimitA,
+          class LimitB>
+struct Alternating<IndexedKey<Owner, FieldA, count, KindA, LimitA>, IndexedKey<Owner, FieldB, count, KindB, LimitB>> {
+    IndexedKey<Owner, FieldA, count, KindA, LimitA> first;
+    IndexedKey<Owner, FieldB, count, KindB, LimitB> second;
 
-    constexpr std::array<KeyName, 2> Names() const { return {first.Names()[0], second.Names()[0]}; }
-
-    template <std::size_t which, class Set>
+    template <Side side = Side::Host>
+    constexpr std::array<KeyName, 2> Names() const {
+        return {first.Names()[0], second.Names()[0]};
+    }
+    template <std::size_t which, Side side = Side::Host, class Set>
     void Read(const LineContext& line, Set& set, std::size_t index) const {
         if constexpr (which == 0) {
-            first.template Read<0>(line, set, index);
+            first.template Read<0, side>(line, set, index);
         } else {
-            second.template Read<0>(line, set, index);
+            second.template Read<0, side>(line, set, index);
         }
     }
-    template <class Set>
+    template <Side side = Side::Host, class Set>
     void Write(IMessageSender& sender, const Set& set) const {
         for (std::size_t index = 0; index < count; ++index) {
-            first.WriteElement(sender, set, index);
-            second.WriteElement(sender, set, index);
+            first.template WriteElement<side>(sender, set, index);
+            second.template WriteElement<side>(sender, set, index);
         }
     }
     template <class Visit>
     constexpr void ForEachMember(Visit&& visit) const {
         visit(first.member);
         visit(second.member);
+    }
+    template <class Visit>
+    constexpr void ForEachKey(Visit&& visit) const {
+        visit(first);
+        visit(second);
     }
 };
 
@@ -213,6 +319,7 @@ struct Group {
     constexpr explicit Group(Selector lineSelector, GroupKeys... groupKeys)
         : selector(lineSelector), keys(groupKeys...) {}
 
+    template <Side side = Side::Host>
     constexpr std::array<KeyName, 1 + sizeof...(GroupKeys)> Names() const {
         return std::apply(
             [&](const auto&... key) {
@@ -221,7 +328,7 @@ struct Group {
             keys);
     }
 
-    template <std::size_t which, class Set>
+    template <std::size_t which, Side side = Side::Host, class Set>
     void Read(const LineContext& line, Set& set, std::size_t /*index*/) const {
         if constexpr (which == 0) {
             selector.Select(line);
@@ -229,25 +336,27 @@ struct Group {
             std::get<which - 1>(keys).Read(line, set, selector.Selected(line.selections));
         }
     }
-    template <class Set>
+    template <Side side = Side::Host, class Set>
     void Write(IMessageSender& sender, const Set& set) const {
         for (std::size_t index = 0; index < std::tuple_element_t<0, decltype(keys)>::Count(); ++index) {
-            WriteEntry(sender, set, index);
+            WriteEntry<side>(sender, set, index);
         }
     }
     template <class Visit>
     constexpr void ForEachMember(Visit&& visit) const {
         std::apply([&](const auto&... key) { (visit(key.member), ...); }, keys);
     }
+    template <class Visit>
+    constexpr void ForEachKey(Visit&& /*visit*/) const {}
 
 private:
-    template <class Set>
+    template <Side side, class Set>
     void WriteEntry(IMessageSender& sender, const Set& set, std::size_t index) const {
         std::apply(
             [&](const auto&... key) {
                 if ((key.HoldsAnything(set, index) && ...)) {
                     selector.WriteSelection(sender, index);
-                    (key.kind.Write(sender, key.name, (set.*key.member)[index]), ...);
+                    (WriteValue<side>(key.kind, sender, key.name, (set.*key.member)[index]), ...);
                 }
             },
             keys);

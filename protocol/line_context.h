@@ -50,13 +50,15 @@ struct ReportedKey {
 /// Reports a piece of a line. `format` holds one %s.
 [[gnu::cold]] void ReportText(TextProtocolParser& errors, const char* format, std::string_view text);
 
+inline constexpr const char* unreadableValue = "Failed to parse \"%s\" value string \"%s\"\n";
+
 /// Reads one number or truth value; reports under `name` and leaves `result` alone when there is none.
 template <class T>
 bool ParseValue(const LineContext& line, ReportedKey name, T& result) {
     if (ValueReader(line.value).Read(result)) {
         return true;
     }
-    ReportValue(line, "Failed to parse \"%s\" value string \"%s\"\n", name);
+    ReportValue(line, unreadableValue, name);
     return false;
 }
 

@@ -3,69 +3,43 @@
 #include <array>
 #include <cstddef>
 #include <string_view>
-#include <utility>
 
+#include "protocol/block_operations.h"
 #include "protocol/name_table.h"
 #include "protocol/split_line.h"
 
 namespace Morquil {
 
-/// What the parser does with each block, by place in the table.
-struct BlockOperations {
-    using Parser = MorquilTextProtocolParser;
+namespace {
 
-    template <std::size_t block>
-    using Entry = std::tuple_element_t<block, BlockTable>;
+constexpr NameTable<blockCount> headers{[] {
+    std::array<std::string_view, blockCount> names{};
+    std::size_t block = 0;
+    ForEachBlock([&]<class Description>() { names[block++] = Description::block.header.name; });
+    return names;
+}()};
 
-    template <std::size_t block>
-    static void Begin(Parser& parser) {
-        Clear(std::get<block>(parser.changeSets_));
-    }
-    template <std::size_t block>
-    static void Read(Parser& parser, const LineContext& line, std::string_view key) {
-        KeyIndex<typename Entry<block>::Description>::ReadLine(line, key, std::get<block>(parser.changeSets_));
-    }
-    template <std::size_t block>
-    static void Deliver(Parser& parser, IMorquilTextProtocolSink& sink) {
-        (sink.*Entry<block>::deliver)(std::get<block>(parser.changeSets_));
-    }
+}  // namespace
 
-    void (*begin)(Parser&);
-    void (*read)(Parser&, const LineContext& line, std::string_view key);
-    void (*deliver)(Parser&, IMorquilTextProtocolSink&);
-
-    static const std::array<BlockOperations, blockCount> all;
-    static const NameTable<blockCount> headers;
-};
-
-constexpr std::array<BlockOperations, blockCount> BlockOperations::all =
-    []<std::size_t... block>(std::index_sequence<block...>) {
-    return std::array<BlockOperations, blockCount>{BlockOperations{&Begin<block>, &Read<block>, &Deliver<block>}...};
-}
-(std::make_index_sequence<blockCount>());
-
-constexpr NameTable<blockCount> BlockOperations::headers = []<std::size_t... block>(std::index_sequence<block...>) {
-    return NameTable<blockCount>(
-        std::array<std::string_view, blockCount>{Entry<block>::Description::block.header.name...});
-}
-(std::make_index_sequence<blockCount>());
+MorquilTextProtocolParser::MorquilTextProtocolParser()
+    : MorquilTextProtocolParser(BlockOperationsOf<Side::Host>::all.data()) {}
 
 bool MorquilTextProtocolParser::BeginBlock(std::string_view header) {
-    const std::size_t block = BlockOperations::headers.Find(header);
+    const std::size_t block = headers.Find(header);
     if (block == blockCount) {
         ReportText(*this, "Received unknown block header \"%s\"\n", header);
         currentBlock_ = unknownBlock;
         return false;
     }
     currentBlock_ = static_cast<std::int32_t>(block + 1);
-    BlockOperations::all[block].begin(*this);
+    operations_[block].begin(*this);
     return true;
 }
 
 void MorquilTextProtocolParser::ReadValue(std::string_view key, std::string_view value) {
     if (currentBlock_ >= 1) {
         const LineContext line{*this, selections_, value};
-        BlockOperations::all[static_cast<std::size_t>(currentBlock_ - 1)].read(*this, line, key);
+        operations_[static_cast<std::size_t>(currentBlock_ - 1)].read(*this, line, key);
     }
 }
 
@@ -87,7 +61,7 @@ void MorquilTextProtocolParser::EndBlock() {
     if (sink != nullptr && ended == unknownBlock) {
         sink->OnUnknownBlock();
     } else if (sink != nullptr && ended != noBlock) {
-        BlockOperations::all[static_cast<std::size_t>(ended - 1)].deliver(*this, *sink);
+        operations_[static_cast<std::size_t>(ended - 1)].deliver(*this, *sink);
     }
     currentBlock_ = noBlock;
 }

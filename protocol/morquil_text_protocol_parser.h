@@ -7,14 +7,31 @@
 
 #include "protocol/block_table.h"
 #include "protocol/line_context.h"
+#include "protocol/side.h"
 #include "protocol/sink.h"
 #include "protocol/text_protocol_parser.h"
 
 namespace Morquil {
 
-/// Reads the device's blocks into change sets and delivers each at its empty line.
+class MorquilTextProtocolParser;
+template <Side side>
+struct BlockOperationsOf;
+
+/// What a parser does with a block.
+struct BlockOperations {
+    void (*begin)(MorquilTextProtocolParser&);
+    void (*read)(MorquilTextProtocolParser&, const LineContext& line, std::string_view key);
+    void (*deliver)(MorquilTextProtocolParser&, IMorquilTextProtocolSink&);
+};
+
+/// Reads the other side's blocks into change sets and delivers each at its empty line.
 class MorquilTextProtocolParser final : public TextProtocolParser {
 public:
+    /// Reads as hosts do what a device sends.
+    MorquilTextProtocolParser();
+    /// `operations`: what to do with each block, by its place in the table.
+    explicit MorquilTextProtocolParser(const BlockOperations* operations) : operations_(operations) {}
+
     /// `sink` is not owned; without one, blocks and errors are dropped.
     /// Threads: any, also from inside a sink operation; an operation that is on its way is not waited for.
     void SetSink(IMorquilTextProtocolSink* sink) { sink_ = sink; }
@@ -29,7 +46,8 @@ protected:
     void OnAcknowledgeLine(bool positive) override;
 
 private:
-    friend struct BlockOperations;
+    template <Side side>
+    friend struct BlockOperationsOf;
 
     void ReadValue(std::string_view key, std::string_view value);
 
@@ -37,12 +55,13 @@ private:
     struct ChangeSetsOf;
     template <class... Entries>
     struct ChangeSetsOf<std::tuple<Entries...>> {
-        using Type = std::tuple<typename Entries::ChangeSet...>;
+        using Type = std::tuple<ChangeSetOf<typename Entries::Description>...>;
     };
 
     static constexpr std::int32_t noBlock = 0;
     static constexpr std::int32_t unknownBlock = -1;
 
+    const BlockOperations* const operations_;
     std::int32_t currentBlock_ = noBlock;
     std::atomic<IMorquilTextProtocolSink*> sink_ = nullptr;
     Selections selections_;

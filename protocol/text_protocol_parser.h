@@ -18,6 +18,9 @@ public:
     /// Takes the next bytes of the stream; keeps a line that is not finished for the next call.
     void Feed(const char* bytes, std::size_t length);
 
+    /// Whether the next line is to be a header, not a line of a block.
+    bool ExpectsHeader() const { return readerState_ == ReaderState::HeaderExpected; }
+
     /// Reports an error text, cut after 255 characters.
     void ReportErrorFormatted(const char* format, ...) MORQUIL_PRINTF(2, 3);
 

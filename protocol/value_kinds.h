@@ -12,7 +12,8 @@
 
 /// The kinds of value that a key can carry. A kind reads *and* writes, so that the two cannot drift apart:
 /// `Read(line, key, field)` puts the line's value into the field, or reports it and leaves the field as it is;
-/// `Write(sender, key, field)` writes the whole line of a field that is present.
+/// `Write(sender, key, field)` writes the whole line of a field that is present;
+/// `ReadAtDevice` and `WriteAtDevice` are the device's ends of the line, where they differ from the host's.
 namespace Morquil {
 
 inline void WriteLine(IMessageSender& sender, const char* key, std::int32_t value) {
@@ -48,6 +49,21 @@ struct Single {
         T value{};
         if (ParseValue(line, reportName != nullptr ? ReportedKey(reportName) : key, value)) {
             field.Set(value);
+        }
+    }
+    /// A device does not take the number by which a field says that it holds none.
+    template <class FieldType>
+    void ReadAtDevice(const LineContext& line, ReportedKey key, FieldType& field) const {
+        FieldType read;
+        T value{};
+        if (!ParseValue(line, reportName != nullptr ? ReportedKey(reportName) : key, value)) {
+            return;
+        }
+        read.Set(value);
+        if (read.IsPresent()) {
+            field = read;
+        } else {
+            ReportValue(line, unreadableValue, key);
         }
     }
     template <class FieldType>
@@ -115,7 +131,8 @@ struct OneShot {
     }
 };
 
-/// An audio phase: devices report it as a number and are told it as a word, so a written one does not read back.
+/// An audio phase: hosts write a word, devices report a number. A device takes both; a host does not read what it
+/// writes.
 struct Phase {
     void Read(const LineContext& line, ReportedKey key, Field<bool>& field) const {
         std::int32_t value = 0;
@@ -123,8 +140,18 @@ struct Phase {
             field.Set(value != 0);
         }
     }
+    void ReadAtDevice(const LineContext& line, ReportedKey key, Field<bool>& field) const {
+        if (line.value == "true" || line.value == "false") {
+            field.Set(line.value == "true");
+        } else {
+            Read(line, key, field);
+        }
+    }
     void Write(IMessageSender& sender, const char* key, const Field<bool>& field) const {
         WriteLine(sender, key, field.Get());
+    }
+    void WriteAtDevice(IMessageSender& sender, const char* key, const Field<bool>& field) const {
+        WriteLine(sender, key, std::int32_t{field.Get()});
     }
 };
 
@@ -153,6 +180,9 @@ struct WordOf {
     }
 };
 
+/// The longest line that the other side reads whole, without its line feed.
+inline constexpr std::size_t longestLine = 255;
+
 /// Words separated by white space; unknown ones are dropped in silence. Reading only ever adds words.
 template <class Vocabulary>
 struct WordList {
@@ -172,6 +202,25 @@ struct WordList {
             if (field.Has(index)) {
                 sender.SendFormatted(" %s", Vocabulary::words[index].data());
             }
+        }
+        sender.SendFormatted("\n");
+    }
+    /// A list that does not fit into a line goes on in another of the same key: reading adds the words of all.
+    void WriteAtDevice(IMessageSender& sender, const char* key, const SetField<Vocabulary>& field) const {
+        sender.SendFormatted("%s:", key);
+        const std::size_t start = std::string_view(key).size() + 1;
+        std::size_t length = start;
+        for (std::size_t index = 0; index < Vocabulary::words.Size(); ++index) {
+            if (!field.Has(index)) {
+                continue;
+            }
+            const std::size_t added = 1 + Vocabulary::words[index].size();
+            if (length + added > longestLine) {
+                sender.SendFormatted("\n%s:", key);
+                length = start;
+            }
+            sender.SendFormatted(" %s", Vocabulary::words[index].data());
+            length += added;
         }
         sender.SendFormatted("\n");
     }
@@ -237,6 +286,15 @@ struct Timecode {
         std::uint32_t digits = 0;
         if (ParseTimecode(line.value, digits)) {
             field.Set(digits);
+        }
+    }
+    /// A device says so.
+    void ReadAtDevice(const LineContext& line, ReportedKey key, Field<std::uint32_t>& field) const {
+        std::uint32_t digits = 0;
+        if (ParseTimecode(line.value, digits)) {
+            field.Set(digits);
+        } else {
+            ReportValue(line, unreadableValue, key);
         }
     }
     void Write(IMessageSender& sender, const char* key, const Field<std::uint32_t>& field) const {

@@ -9,18 +9,19 @@
 #include "core/lockable.h"
 #include "core/thread_safety.h"
 #include "protocol/cut_detector.h"
+#include "protocol/every_block_sink.h"
 #include "protocol/morquil_text_protocol_parser.h"
-#include "protocol/sink.h"
 #include "transport/morquil_text_protocol_client.h"
 
 namespace Morquil {
 
 class SettingsFileReader;
 
-/// Plays a settings file back: queues its blocks on a client, as if a host had set all of their fields.
+/// Plays a settings file back: queues its blocks on a client, as if a host had set all of their fields. The block table
+/// says which; anything else that a file may hold is no setting to play back.
 ///
 /// A file's input configuration is not played back: it would take the device off the signal that it is given now.
-class MorquilConfigLoader final : private IMorquilTextProtocolSink {
+class MorquilConfigLoader final : private EveryBlockSink<MorquilConfigLoader> {
 public:
     /// No more bytes of a file are read. Its last block is left out if it is not complete by then.
     static constexpr std::size_t longestFile = std::size_t{16} << 20;
@@ -37,6 +38,8 @@ public:
     void Stop() { stopped_ = true; }
 
 private:
+    friend EveryBlockSink;
+
     void Play(SettingsFileReader& file) REQUIRES(lock_);
     void DropUnfinishedBlock() REQUIRES(lock_);
 
@@ -53,47 +56,16 @@ private:
         }
     }
 
-    // clang-format off
-    void OnMorquilDevice(const MorquilDeviceChangeSet& set) override             { Queue(set); }
-    void OnVideoOutput(const VideoOutputChangeSet& set) override                 { Queue(set); }
-    void OnVideoProcAmp(const VideoProcAmpChangeSet& set) override               { Queue(set); }
-    void OnVideoAdjust(const VideoAdjustChangeSet& set) override                 { Queue(set); }
-    void OnNoiseReduction(const NoiseReductionChangeSet& set) override           { Queue(set); }
-    void OnTestPattern(const TestPatternChangeSet& set) override                 { Queue(set); }
-    void OnVideoAdvanced(const VideoAdvancedChangeSet& set) override             { Queue(set); }
-    void OnAncillaryData(const AncillaryDataChangeSet& set) override             { Queue(set); }
-    void OnGenlock(const GenlockChangeSet& set) override                         { Queue(set); }
-    void OnVariableAspectRatio(const VariableAspectRatioChangeSet& set) override { Queue(set); }
-    void OnAlign(const AlignChangeSet& set) override                             { Queue(set); }
-    void OnAudio(const AudioChangeSet& set) override                             { Queue(set); }
-    void OnMode3D(const Mode3DChangeSet& set) override                           { Queue(set); }
-
-    // Anything else that a file may hold is no setting to play back.
+    template <class Description>
+    void OnBlock(const ChangeSetOf<Description>& set) {
+        if constexpr (factsOf<Description>.isPlayedBack) {
+            Queue(set);
+        }
+    }
     void OnPing() override {}
-    void OnAcknowledge(bool) override {}
+    void OnAcknowledge(bool /*positive*/) override {}
     void OnUnknownBlock() override {}
-    void OnProtocolError(const char*) override {}
-    void OnProtocolPreamble(const ProtocolPreambleChangeSet&) override {}
-    void OnVideoInput(const VideoInputChangeSet&) override {}
-    void OnVideoInputAvailability(const VideoInputAvailabilityChangeSet&) override {}
-    void OnVideoOutputAvailability(const VideoOutputAvailabilityChangeSet&) override {}
-    void OnSupportedConversions(const SupportedConversionsChangeSet&) override {}
-    void OnVideoProcAmpAvailability(const VideoProcAmpAvailabilityChangeSet&) override {}
-    void OnVideoAdjustAvailability(const VideoAdjustAvailabilityChangeSet&) override {}
-    void OnNoiseReductionAvailability(const NoiseReductionAvailabilityChangeSet&) override {}
-    void OnTestPatternAvailability(const TestPatternAvailabilityChangeSet&) override {}
-    void OnVideoAdvancedAvailability(const VideoAdvancedAvailabilityChangeSet&) override {}
-    void OnAncillaryDataAvailability(const AncillaryDataAvailabilityChangeSet&) override {}
-    void OnGenlockAvailability(const GenlockAvailabilityChangeSet&) override {}
-    void OnVariableAspectRatioAvailability(const VariableAspectRatioAvailabilityChangeSet&) override {}
-    void OnAlignAvailability(const VariableAspectRatioAvailabilityChangeSet&) override {}
-    void OnAudioAvailability(const AudioAvailabilityChangeSet&) override {}
-    void OnMode3DAvailability(const Mode3DAvailabilityChangeSet&) override {}
-    void OnNetworkConfig(const NetworkConfigChangeSet&) override {}
-    void OnDeviceFilenames(const DeviceFilenamesChangeSet&) override {}
-    void OnPreset(const PresetChangeSet&) override {}
-    void OnPresetAvailability(const PresetAvailabilityChangeSet&) override {}
-    // clang-format on
+    void OnProtocolError(const char* /*text*/) override {}
 
     MorquilTextProtocolClient& client_;
     std::atomic<bool> stopped_ = false;

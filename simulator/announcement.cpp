@@ -1,8 +1,7 @@
 #include "simulator/announcement.h"
 
-#include "simulator/block_kinds.h"
+#include "simulator/device_text.h"
 #include "simulator/members.h"
-#include "simulator/wire_text.h"
 
 namespace Morquil::Simulator {
 
@@ -34,16 +33,14 @@ Set FieldsPresentIn(const Set& mask, const Set& values) {
 
 std::string Announcement(const DeviceBlocks& before, const DeviceBlocks& after, const DeviceBlocks& mentioned) {
     std::string text;
-    const auto announce = [&](auto entry) {
-        using Description = typename decltype(entry)::Description;
+    ForEachBlock([&]<class Description>() {
         const auto& present = after.Of<Description>();
         auto told = Differences(before.Of<Description>(), present);
         Merge(told, FieldsPresentIn(mentioned.Of<Description>(), present));
         if (!HoldsNothing<Description>(told)) {
             text += DeviceText<Description>(told);
         }
-    };
-    std::apply([&](auto... entry) { (announce(entry), ...); }, BlockTable());
+    });
     return text;
 }
 

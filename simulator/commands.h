@@ -44,22 +44,11 @@ Set ResetSettings(const Set& received, const Set& factory) {
 /// Commands are carried out, not kept.
 template <class Set>
 void ForgetCommands(Set& set) {
-    if constexpr (requires { set.resetValues; }) {
-        set.resetValues.Clear();
-    }
-    if constexpr (requires { set.reset; }) {
-        set.reset.Clear();
-    }
-    if constexpr (requires { set.stillFrameAction; }) {
-        set.stillFrameAction.Clear();
-    }
-    if constexpr (requires { set.timecodeStart; }) {
-        set.timecodeStart.Clear();
-    }
-    if constexpr (requires { set.save; }) {
-        set.save.Clear();
-        set.recall.Clear();
-    }
+    ForEachKey<Set>([&](const auto& key) {
+        if (key.facts.use == KeyUse::Command) {
+            set.*key.member = {};
+        }
+    });
 }
 
 }  // namespace Morquil::Simulator

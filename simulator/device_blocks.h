@@ -3,6 +3,7 @@
 #include <tuple>
 
 #include "protocol/block_table.h"
+#include "protocol/blocks/all.h"
 
 namespace Morquil::Simulator {
 

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "simulator/announcement.h"
-#include "simulator/block_kinds.h"
 #include "simulator/commands.h"
 #include "simulator/factory_device.h"
 #include "simulator/mode_offers.h"
@@ -24,24 +23,19 @@ void FollowModes(DeviceBlocks& device) {
     ObservePictureSizes(device);
 }
 
-template <class Visit>
-void ForEachSettingsBlock(Visit visit) {
-    ForEachBlock<BlockKind::Settings>(
-        [&](auto entry) { visit.template operator()<typename decltype(entry)::Description>(); });
-}
-
 void MergeSettings(DeviceBlocks& target, const DeviceBlocks& source) {
-    ForEachSettingsBlock([&]<class Description>() { Merge(target.Of<Description>(), source.Of<Description>()); });
+    ForEachBlock<BlockRole::Settings>(
+        [&]<class Description>() { Merge(target.Of<Description>(), source.Of<Description>()); });
 }
 
 DeviceBlocks WithoutCommands(DeviceBlocks settings) {
-    ForEachSettingsBlock([&]<class Description>() { ForgetCommands(settings.Of<Description>()); });
+    ForEachBlock<BlockRole::Settings>([&]<class Description>() { ForgetCommands(settings.Of<Description>()); });
     return settings;
 }
 
 DeviceBlocks AllResets(const DeviceBlocks& commands, const DeviceBlocks& factory) {
     DeviceBlocks settings;
-    ForEachSettingsBlock([&]<class Description>() {
+    ForEachBlock<BlockRole::Settings>([&]<class Description>() {
         settings.Of<Description>() = ResetSettings(commands.Of<Description>(), factory.Of<Description>());
     });
     return settings;
@@ -117,17 +111,13 @@ std::string DeviceState::Advance(std::chrono::milliseconds now) {
 
 std::string DeviceState::Greeting() const {
     std::string text = DeviceText<ProtocolPreambleChangeSet>(Of<ProtocolPreambleChangeSet>());
-    ForEachSettingsBlock([&]<class Description>() { text += DeviceText<Description>(Of<Description>()); });
+    ForEachBlock<BlockRole::Settings>([&]<class Description>() { text += DeviceText<Description>(Of<Description>()); });
     return text;
 }
 
 std::string DeviceState::CompleteDump() const {
     std::string text;
-    const auto append = [&]<class Entry>(Entry) {
-        using Description = typename Entry::Description;
-        text += DeviceText<Description>(Of<Description>());
-    };
-    std::apply([&](auto... entry) { (append(entry), ...); }, BlockTable());
+    ForEachBlock([&]<class Description>() { text += DeviceText<Description>(Of<Description>()); });
     return text;
 }
 

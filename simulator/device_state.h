@@ -6,10 +6,10 @@
 
 #include "simulator/device_blocks.h"
 #include "simulator/device_identity.h"
+#include "simulator/device_text.h"
 #include "simulator/observations.h"
 #include "simulator/presets.h"
 #include "simulator/still_store.h"
-#include "simulator/wire_text.h"
 
 namespace Morquil::Simulator {
 

@@ -4,6 +4,7 @@
 #include "protocol/morquil_text_protocol_parser.h"
 #include "simulator/factory_settings.h"
 #include "simulator/offers.h"
+#include "simulator/plain_values.h"
 
 namespace Morquil::Simulator {
 
@@ -55,6 +56,7 @@ DeviceBlocks FactoryDevice(const DeviceIdentity& identity) {
     Merge(device.Of<Mode3DAvailabilityChangeSet>(), Offered3DModes());
     Merge(device.Of<VideoAdvancedAvailabilityChangeSet>(), OfferedProcessingModes());
     Identify(device, identity);
+    ForEachBlock([&]<class Description>() { FillPlainly<Description>(device.Of<Description>()); });
     return device;
 }
 

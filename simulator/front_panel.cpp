@@ -3,10 +3,8 @@
 #include <utility>
 
 #include "protocol/every_block_sink.h"
-#include "protocol/morquil_text_protocol_parser.h"
-#include "simulator/block_kinds.h"
 #include "simulator/escaped_text.h"
-#include "simulator/host_lines.h"
+#include "simulator/host_text_parser.h"
 #include "simulator/text_lines.h"
 
 namespace Morquil::Simulator {
@@ -39,10 +37,8 @@ std::size_t LeadingIndexedName(std::string_view text, std::string_view stem) {
 /// The longest block name that `text` starts with; empty when there is none.
 std::string_view LeadingHeader(std::string_view text) {
     std::size_t length = 0;
-    ForEachBlock<BlockKind::Settings>([&](auto entry) {
-        using Description = typename decltype(entry)::Description;
-        length = std::max(length, LeadingName(text, Description::block.header.name));
-    });
+    ForEachBlock<BlockRole::Settings>(
+        [&]<class Description>() { length = std::max(length, LeadingName(text, Description::block.header.name)); });
     return text.substr(0, length);
 }
 
@@ -65,8 +61,7 @@ std::size_t LeadingKeyOf(std::string_view text) {
 /// The longest key of the block that `text` starts with; empty when there is none.
 std::string_view LeadingKey(std::string_view header, std::string_view text) {
     std::size_t length = 0;
-    ForEachBlock<BlockKind::Settings>([&](auto entry) {
-        using Description = typename decltype(entry)::Description;
+    ForEachBlock<BlockRole::Settings>([&]<class Description>() {
         if (EqualsIgnoringCase(header, Description::block.header.name)) {
             length = LeadingKeyOf<Description>(text);
         }
@@ -81,9 +76,8 @@ class SettingSink : public EveryBlockSink<SettingSink<Derived>> {
 public:
     /// Returns: why the setting cannot be read; empty when it can.
     std::string Read(const Setting& setting) {
-        parser_.SetSink(this);
         const std::string line = std::string(setting.key) + ": " + std::string(setting.value);
-        HostLines(parser_).Feed(std::string(setting.header) + ":\n" + line + "\n\n");
+        parser_.Feed(std::string(setting.header) + ":\n" + line + "\n\n");
         if (complaint_.empty() && !taken_) {
             complaint_ = Escaped(setting.value) + " is no value of " + Escaped(setting.key);
         }
@@ -92,7 +86,7 @@ public:
 
     template <class Description>
     void OnBlock(const ChangeSetOf<Description>& set) {
-        if constexpr (KindOf<Description>() == BlockKind::Settings) {
+        if constexpr (factsOf<Description>.role == BlockRole::Settings) {
             taken_ = taken_ || !HoldsNothing<Description>(set);
             if (complaint_.empty()) {
                 complaint_ = static_cast<Derived*>(this)->template TakeSettings<Description>(set);
@@ -108,7 +102,7 @@ public:
     }
 
 private:
-    MorquilTextProtocolParser parser_;
+    HostTextParser parser_{*this};
     std::string complaint_;
     bool taken_ = false;
 };

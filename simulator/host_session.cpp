@@ -3,24 +3,19 @@
 #include <utility>
 
 #include "simulator/acknowledgements.h"
-#include "simulator/block_kinds.h"
 
 namespace Morquil::Simulator {
 
 template <class Description>
 void HostSession::OnBlock(const ChangeSetOf<Description>& set) {
-    constexpr BlockKind kind = KindOf<Description>();
-    ChangeSetOf<Description> received = set;
-    for (const auto& [key, value] : lines_.Unreported()) {
-        unreadableLine_ |= !ReadUnreported<Description>(parser_, key, value, received);
-    }
+    constexpr BlockRole role = factsOf<Description>.role;
     const bool unreadable = std::exchange(unreadableLine_, false);
-    if (unreadable || kind == BlockKind::Announcement) {
+    if (unreadable || role == BlockRole::Announcement) {
         Refuse<Description>();
-    } else if constexpr (kind == BlockKind::Offer) {
-        TellOffer<Description>(received);
+    } else if constexpr (role == BlockRole::Offers) {
+        TellOffer<Description>(set);
     } else {
-        Change<Description>(received);
+        Change<Description>(set);
     }
 }
 
@@ -53,14 +48,12 @@ void HostSession::Change(const ChangeSetOf<Description>& set) {
     answer_.toOthers += outcome.report;
 }
 
-HostSession::HostSession(DeviceState& state) : state_(state) {
-    parser_.SetSink(this);
-}
+HostSession::HostSession(DeviceState& state) : state_(state) {}
 
 HostSession::~HostSession() = default;
 
 HostSession::Answer HostSession::Receive(std::string_view bytes) {
-    lines_.Feed(bytes);
+    parser_.Feed(bytes);
     return std::exchange(answer_, {});
 }
 

@@ -4,9 +4,8 @@
 #include <string_view>
 
 #include "protocol/every_block_sink.h"
-#include "protocol/morquil_text_protocol_parser.h"
 #include "simulator/device_state.h"
-#include "simulator/host_lines.h"
+#include "simulator/host_text_parser.h"
 
 namespace Morquil::Simulator {
 
@@ -48,8 +47,7 @@ private:
     void Change(const ChangeSetOf<Description>& set);
 
     DeviceState& state_;
-    MorquilTextProtocolParser parser_;
-    HostLines lines_{parser_};
+    HostTextParser parser_{*this};
     bool unreadableLine_ = false;  // in the block that is being received
     Answer answer_;
 };

@@ -1,7 +1,6 @@
-// How a device holds its settings to what it offers: the rows of which limit_tables.h is made. A row offers
-//   `setting`                           the member that it limits,
-//   `Allows(device, offers, value)`     whether the setting can have the value,
-//   `Nearest(device, offers, value)`    the value that comes closest; only asked about one that is not allowed.
+// How a device holds its settings to the limits of their keys. For each kind of limit:
+//   `Allows(limit, device, offers, value)`   whether the setting can have the value,
+//   `Nearest(limit, device, offers, value)`  the value that comes closest; only asked about one that is not allowed.
 // `device` has the modes for which this is asked, and `offers` the block that belongs to the setting's.
 #pragma once
 
@@ -11,6 +10,8 @@
 #include <cstdint>
 
 #include "protocol/field.h"
+#include "protocol/key_limits.h"
+#include "simulator/conversions.h"
 #include "simulator/device_blocks.h"
 
 namespace Morquil::Simulator {
@@ -63,65 +64,80 @@ inline bool NearestOffered(const Field<bool>& /*offer*/, bool /*value*/) {
     return false;
 }
 
-/// Which of the offers that a device makes per mode or per frame height holds now.
-using OfferSlot = std::size_t (*)(const DeviceBlocks& device);
+/// Which of the offers that a device makes for each mode or frame height holds now.
+std::size_t SlotNow(OfferSlot slot, const DeviceBlocks& device);
 
-/// A setting and the offer that limits it. All elements of an array have the same limits.
-template <class Setting, class Offer>
-struct Limit {
-    Setting setting;
-    Offer offer;
-    std::int32_t beyond;  // how many numbers are taken above the range
+template <class Offer, class Offers, class Value>
+bool Allows(const OfferLimit<Offer>& limit, const DeviceBlocks& /*device*/, const Offers& offers, const Value& value) {
+    return IsOffered(offers.*limit.offer, value, limit.beyond);
+}
+template <class Offer, class Offers, class Value>
+Value Nearest(const OfferLimit<Offer>& limit, const DeviceBlocks& /*device*/, const Offers& offers,
+              const Value& value) {
+    return NearestOffered(offers.*limit.offer, value);
+}
 
-    constexpr Limit(Setting limited, Offer limiting, std::int32_t numbersAbove = 0)
-        : setting(limited), offer(limiting), beyond(numbersAbove) {}
+template <class Offer, class Offers, class Value>
+bool Allows(const SlotLimit<Offer>& limit, const DeviceBlocks& device, const Offers& offers, const Value& value) {
+    return IsOffered((offers.*limit.offer)[SlotNow(limit.slot, device)], value);
+}
+template <class Offer, class Offers, class Value>
+Value Nearest(const SlotLimit<Offer>& limit, const DeviceBlocks& device, const Offers& offers, const Value& value) {
+    return NearestOffered((offers.*limit.offer)[SlotNow(limit.slot, device)], value);
+}
 
-    template <class Offers, class Value>
-    bool Allows(const DeviceBlocks& /*device*/, const Offers& offers, const Value& value) const {
-        return IsOffered(offers.*offer, value, beyond);
-    }
-    template <class Offers, class Value>
-    Value Nearest(const DeviceBlocks& /*device*/, const Offers& offers, const Value& value) const {
-        return NearestOffered(offers.*offer, value);
-    }
-};
+template <class T, class Offers>
+bool Allows(const FixedLimit<T>& limit, const DeviceBlocks& /*device*/, const Offers& /*offers*/, const T& value) {
+    return limit.range.minimum <= value && value <= limit.range.maximum;
+}
+template <class T, class Offers>
+T Nearest(const FixedLimit<T>& limit, const DeviceBlocks& /*device*/, const Offers& /*offers*/, const T& value) {
+    return std::clamp(value, limit.range.minimum, limit.range.maximum);
+}
 
-/// A setting and the offers that limit it, one per mode or frame height.
-template <class Setting, class Offers>
-struct LimitPerSlot {
-    Setting setting;
-    Offers offer;
-    OfferSlot slot;
+template <class Offers>
+bool Allows(ConvertibleMode /*limit*/, const DeviceBlocks& device, const Offers& /*offers*/, std::int32_t mode) {
+    return IsConvertible(device, static_cast<std::size_t>(mode));
+}
+template <class Offers>
+std::int32_t Nearest(ConvertibleMode /*limit*/, const DeviceBlocks& device, const Offers& /*offers*/,
+                     std::int32_t mode) {
+    return static_cast<std::int32_t>(NearestConvertible(device, static_cast<std::size_t>(mode)));
+}
 
-    constexpr LimitPerSlot(Setting limited, Offers limiting, OfferSlot presentSlot)
-        : setting(limited), offer(limiting), slot(presentSlot) {}
+template <class Offers>
+bool Allows(ConvertibleShape /*limit*/, const DeviceBlocks& device, const Offers& /*offers*/, std::int32_t ratio) {
+    return device.Of<SupportedConversionsChangeSet>().aspectRatio.Has(InputMode(device), OutputMode(device),
+                                                                      static_cast<std::size_t>(ratio));
+}
+/// The picture is squeezed when it cannot be fitted in any other way.
+template <class Offers>
+std::int32_t Nearest(ConvertibleShape /*limit*/, const DeviceBlocks& /*device*/, const Offers& /*offers*/,
+                     std::int32_t /*ratio*/) {
+    return morquilAPIAspectRatioAnamorphic;
+}
 
-    template <class OfferBlock, class Value>
-    bool Allows(const DeviceBlocks& device, const OfferBlock& offers, const Value& value) const {
-        return IsOffered((offers.*offer)[slot(device)], value);
-    }
-    template <class OfferBlock, class Value>
-    Value Nearest(const DeviceBlocks& device, const OfferBlock& offers, const Value& value) const {
-        return NearestOffered((offers.*offer)[slot(device)], value);
-    }
-};
+template <class Offers>
+std::uint32_t Nearest(TimeOfDay /*limit*/, const DeviceBlocks& device, const Offers& /*offers*/,
+                      std::uint32_t timecode) {
+    return NearestTimecode(timecode, VideoModes::rows[OutputMode(device)].details.frameRateIndex);
+}
+template <class Offers>
+bool Allows(TimeOfDay limit, const DeviceBlocks& device, const Offers& offers, std::uint32_t timecode) {
+    return Nearest(limit, device, offers, timecode) == timecode;
+}
 
-/// A setting for which no block offers anything, and the limits that it has all the same.
-template <class Setting, class T>
-struct FixedLimit {
-    Setting setting;
-    Range<T> range;
-
-    constexpr FixedLimit(Setting limited, T minimum, T maximum) : setting(limited), range{minimum, maximum} {}
-
-    template <class Offers>
-    bool Allows(const DeviceBlocks& /*device*/, const Offers& /*offers*/, const T& value) const {
-        return range.minimum <= value && value <= range.maximum;
-    }
-    template <class Offers>
-    T Nearest(const DeviceBlocks& /*device*/, const Offers& /*offers*/, const T& value) const {
-        return std::clamp(value, range.minimum, range.maximum);
-    }
-};
+template <class First, class Second, class Offers, class Value>
+bool Allows(const BothLimits<First, Second>& limits, const DeviceBlocks& device, const Offers& offers,
+            const Value& value) {
+    return Allows(limits.first, device, offers, value) && Allows(limits.second, device, offers, value);
+}
+template <class First, class Second, class Offers, class Value>
+Value Nearest(const BothLimits<First, Second>& limits, const DeviceBlocks& device, const Offers& offers,
+              const Value& value) {
+    const Value first =
+        Allows(limits.first, device, offers, value) ? value : Nearest(limits.first, device, offers, value);
+    return Allows(limits.second, device, offers, first) ? first : Nearest(limits.second, device, offers, first);
+}
 
 }  // namespace Morquil::Simulator

@@ -2,7 +2,6 @@
 
 #include <type_traits>
 
-#include "simulator/block_kinds.h"
 #include "simulator/observations.h"
 
 namespace Morquil::Simulator {
@@ -19,8 +18,7 @@ constexpr bool belongsToPresets =
 void Presets::Recall(std::int32_t number, const DeviceBlocks& factory, DeviceBlocks& device) const {
     const auto found = saved_.find(number);
     const DeviceBlocks& source = found == saved_.end() ? factory : found->second;
-    ForEachBlock<BlockKind::Settings>([&](auto entry) {
-        using Description = typename decltype(entry)::Description;
+    ForEachBlock<BlockRole::Settings>([&]<class Description>() {
         if constexpr (belongsToPresets<Description>) {
             ChangeSetOf<Description> settings = source.Of<Description>();
             ForgetObservations(settings);

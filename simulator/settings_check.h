@@ -2,13 +2,36 @@
 #pragma once
 
 #include <string>
+#include <type_traits>
 
-#include "simulator/block_kinds.h"
-#include "simulator/limit_tables.h"
+#include "simulator/device_text.h"
+#include "simulator/limits.h"
 #include "simulator/members.h"
-#include "simulator/wire_text.h"
 
 namespace Morquil::Simulator {
+
+/// The block in which the device offers what the settings of another can be; for one without limits, itself.
+template <class Description>
+struct OffersOf {
+    using Type = Description;
+};
+template <class Description>
+requires requires {
+    typename Description::Offers;
+}
+struct OffersOf<Description> {
+    using Type = typename Description::Offers;
+};
+
+/// Calls `visit` with every key of the block that has limits.
+template <class Description, class Visit>
+void ForEachLimitedKey(Visit visit) {
+    ForEachKey<Description>([&](const auto& key) {
+        if constexpr (!std::is_same_v<decltype(key.limit), NoLimit>) {
+            visit(key);
+        }
+    });
+}
 
 /// Names block, key and value of a block that holds just one field.
 template <class Description>
@@ -23,41 +46,38 @@ std::string SettingInWords(const ChangeSetOf<Description>& set) {
 template <class Description>
 std::string FirstComplaint(const ChangeSetOf<Description>& received, const DeviceBlocks& device) {
     std::string complaint;
-    const auto check = [&](const auto& row) {
+    ForEachLimitedKey<Description>([&](const auto& key) {
         ChangeSetOf<Description> refused;
-        ForEachPair(refused.*row.setting, received.*row.setting, [&](auto& mark, const auto& field) {
-            const auto& offers = device.Of<typename LimitsOf<Description>::Offers>();
-            if (complaint.empty() && field.IsPresent() && !row.Allows(device, offers, field.Get())) {
+        ForEachPair(refused.*key.member, received.*key.member, [&](auto& mark, const auto& field) {
+            const auto& offers = device.Of<typename OffersOf<Description>::Type>();
+            if (complaint.empty() && field.IsPresent() && !Allows(key.limit, device, offers, field.Get())) {
                 mark = field;
                 complaint = SettingInWords<Description>(refused) + ": the device does not offer this value";
             }
         });
-    };
-    std::apply([&](const auto&... row) { (check(row), ...); }, LimitsOf<Description>::rows);
+    });
     return complaint;
 }
 
 /// Gives every setting of the block that has lost its offer the nearest value that there is.
 template <class Description>
 void Settle(DeviceBlocks& device) {
-    const auto settle = [&](const auto& row) {
+    ForEachLimitedKey<Description>([&](const auto& key) {
         ChangeSetOf<Description>& set = device.Of<Description>();
         const ChangeSetOf<Description> before = set;
-        ForEachPair(set.*row.setting, before.*row.setting, [&](auto& field, const auto& present) {
-            const auto& offers = device.Of<typename LimitsOf<Description>::Offers>();
-            if (present.IsPresent() && !row.Allows(device, offers, present.Get())) {
-                field.Set(row.Nearest(device, offers, present.Get()));
+        ForEachPair(set.*key.member, before.*key.member, [&](auto& field, const auto& present) {
+            const auto& offers = device.Of<typename OffersOf<Description>::Type>();
+            if (present.IsPresent() && !Allows(key.limit, device, offers, present.Get())) {
+                field.Set(Nearest(key.limit, device, offers, present.Get()));
             }
         });
-    };
-    std::apply([&](const auto&... row) { (settle(row), ...); }, LimitsOf<Description>::rows);
+    });
 }
 
 /// What is wrong with the first of these settings. Blocks are judged in the order in which they are told.
 inline std::string FirstComplaint(const DeviceBlocks& received, const DeviceBlocks& device) {
     std::string complaint;
-    ForEachBlock<BlockKind::Settings>([&](auto entry) {
-        using Description = typename decltype(entry)::Description;
+    ForEachBlock<BlockRole::Settings>([&]<class Description>() {
         if (complaint.empty()) {
             complaint = FirstComplaint<Description>(received.Of<Description>(), device);
         }
@@ -66,7 +86,7 @@ inline std::string FirstComplaint(const DeviceBlocks& received, const DeviceBloc
 }
 
 inline void SettleAll(DeviceBlocks& device) {
-    ForEachBlock<BlockKind::Settings>([&](auto entry) { Settle<typename decltype(entry)::Description>(device); });
+    ForEachBlock<BlockRole::Settings>([&]<class Description>() { Settle<Description>(device); });
 }
 
 }  // namespace Morquil::Simulator

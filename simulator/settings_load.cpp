@@ -3,9 +3,7 @@
 #include <utility>
 
 #include "protocol/every_block_sink.h"
-#include "protocol/morquil_text_protocol_parser.h"
-#include "simulator/block_kinds.h"
-#include "simulator/host_lines.h"
+#include "simulator/host_text_parser.h"
 #include "simulator/text_lines.h"
 
 namespace Morquil::Simulator {
@@ -15,21 +13,18 @@ namespace {
 /// Collects blocks of settings, and the first thing that is wrong with them.
 class SettingsReader final : public EveryBlockSink<SettingsReader> {
 public:
-    SettingsReader() { parser_.SetSink(this); }
-
     void Read(std::string_view text) {
-        HostLines lines(parser_);
         ForEachLine(text, [&](std::string_view line) {
             Locate(line.substr(0, line.find_last_not_of('\r') + 1));
-            lines.Feed(line);
-            lines.Feed("\n");
+            parser_.Feed(line);
+            parser_.Feed("\n");
         });
-        lines.Feed("\n");  // a last block need not have its empty line
+        parser_.Feed("\n");  // a last block need not have its empty line
     }
 
     template <class Description>
     void OnBlock(const ChangeSetOf<Description>& set) {
-        if constexpr (KindOf<Description>() == BlockKind::Settings) {
+        if constexpr (factsOf<Description>.role == BlockRole::Settings) {
             Merge(settings.Of<Description>(), set);
         }
     }
@@ -60,7 +55,7 @@ private:
         }
     }
 
-    MorquilTextProtocolParser parser_;
+    HostTextParser parser_{*this};
     std::string block_;
     std::string place_;
 };

@@ -6,15 +6,17 @@ namespace Morquil {
 
 namespace {
 
-template <class Slot>
-constexpr bool isScanned = true;
-template <class Message>
-constexpr bool isScanned<NeverSent<Message>> = false;
-
-template <class Slots>
-constexpr std::array<bool, PendingMessages::slotCount> scannedSlots{};
-template <class... Slots>
-constexpr std::array<bool, PendingMessages::slotCount> scannedSlots<std::tuple<Slots...>>{isScanned<Slots>...};
+/// The slots that messages leave.
+constexpr std::array<bool, PendingMessages::slotCount> scannedSlots = [] {
+    std::array<bool, PendingMessages::slotCount> scanned{};
+    ForEachBlock([&]<class Description>() {
+        constexpr BlockFacts facts = factsOf<Description>;
+        if (facts.isSent) {
+            scanned[facts.slot - 1] = true;
+        }
+    });
+    return scanned;
+}();
 
 }  // namespace
 
@@ -32,7 +34,7 @@ bool PendingMessages::Add(PendingSlot slot, std::unique_ptr<TextProtocolMessageB
 std::unique_ptr<TextProtocolMessageBase> PendingMessages::TakeNext() {
     QRN::Core::Lock lock(lock_);
     for (std::size_t slot = 0; slot < slotCount; ++slot) {
-        if (scannedSlots<PendingSlots>[slot] && slots_[slot] != nullptr) {
+        if (scannedSlots[slot] && slots_[slot] != nullptr) {
             return std::move(slots_[slot]);
         }
     }

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <memory>
-#include <tuple>
 #include <utility>
 
 #include "core/lockable.h"
@@ -17,7 +16,7 @@ namespace Morquil {
 /// values replace those that wait.
 class PendingMessages {
 public:
-    static constexpr std::size_t slotCount = std::tuple_size_v<PendingSlots>;
+    static constexpr std::size_t slotCount = pendingSlotCount;
 
     /// Returns whether the message took an empty slot; otherwise it was merged into the one that waits.
     template <class Set>

@@ -7,57 +7,6 @@
 
 namespace Morquil {
 
-/// Timecode, video index, AFD and closed captions.
-struct AncillaryDataChangeSet {
-    WordField<TimecodeModes> timecodeMode;
-    Field<std::uint32_t> timecodeInputLine;
-    Field<std::uint32_t> timecodeOutputLine;
-    WordField<TimecodeDropFrameModes> timecodeDropFrameMode;
-    WordField<TimecodeSources> timecodeSource;
-    WordField<TimecodeLossModes> timecodeLossMode;
-    Field<std::uint32_t> timecodeGenerateValue;
-    Field<std::uint32_t> timecodeJamSyncValue;
-    WordField<TimecodeStartSources> timecodeStartSource;
-    Field<bool> timecodeStart;
-    WordField<IndexReactions> indexReaction;
-    WordField<AfdInsertTypes> afdInsertType;
-    Field<std::uint32_t> afdOutputLine;
-    Field<bool> ccEnabled;
-    Field<std::uint32_t> ccInputLine;
-    Field<std::uint32_t> ccOutputLine;
-    WordField<CcService2Sources> ccService2Source;
-    WordField<CcLanguages> ccService1Language;
-    WordField<CcLanguages> ccService2Language;
-    Field<std::uint32_t> lastInputHeight;
-    Field<std::uint32_t> resetValues;
-
-    // clang-format off
-    static constexpr Block block{
-        BlockHeader{.name = "ANCILLARY DATA", .unknownKeyText = "Unknown ancillary data line \"%s\"\n", .bracketed = false},
-        Key{"Timecode mode",                    &AncillaryDataChangeSet::timecodeMode,          WordOf<TimecodeModes>{"Failed to parse %s string \"%s\"\n"}},
-        Key{"Timecode input line",              &AncillaryDataChangeSet::timecodeInputLine,     Unsigned{}},
-        Key{"Timecode output line",             &AncillaryDataChangeSet::timecodeOutputLine,    Unsigned{}},
-        Key{"Timecode drop frame mode",         &AncillaryDataChangeSet::timecodeDropFrameMode, WordOf<TimecodeDropFrameModes>{"Failed to parse %s string \"%s\"\n"}},
-        Key{"Timecode source",                  &AncillaryDataChangeSet::timecodeSource,        WordOf<TimecodeSources>{"Failed to parse %s string \"%s\"\n"}},
-        Key{"Timecode loss mode",               &AncillaryDataChangeSet::timecodeLossMode,      WordOf<TimecodeLossModes>{"Failed to parse %s string \"%s\"\n"}},
-        Key{"Timecode generate value",          &AncillaryDataChangeSet::timecodeGenerateValue, Timecode{}},
-        Key{"Timecode jam sync value",          &AncillaryDataChangeSet::timecodeJamSyncValue,  Timecode{}},
-        Key{"Timecode start source",            &AncillaryDataChangeSet::timecodeStartSource,   WordOf<TimecodeStartSources>{"Failed to parse %s string \"%s\"\n"}},
-        Key{"Timecode start",                   &AncillaryDataChangeSet::timecodeStart,         YesNo{}},
-        Key{"Index reaction",                   &AncillaryDataChangeSet::indexReaction,         WordOf<IndexReactions>{"Failed to parse %s string \"%s\"\n"}},
-        Key{"AFD insert type",                  &AncillaryDataChangeSet::afdInsertType,         WordOf<AfdInsertTypes>{"Failed to parse %s string \"%s\"\n"}},
-        Key{"AFD output line",                  &AncillaryDataChangeSet::afdOutputLine,         Unsigned{}},
-        Key{"CC enabled",                       &AncillaryDataChangeSet::ccEnabled,             YesNo{}},
-        Key{"CC input line",                    &AncillaryDataChangeSet::ccInputLine,           Unsigned{}},
-        Key{"CC output line",                   &AncillaryDataChangeSet::ccOutputLine,          Unsigned{}},
-        Key{"CC service2 source",               &AncillaryDataChangeSet::ccService2Source,      WordOf<CcService2Sources>{"Failed to parse %s string \"%s\"\n"}},
-        Key{"CC service1 language",             &AncillaryDataChangeSet::ccService1Language,    WordOf<CcLanguages>{"Failed to parse %s string \"%s\"\n"}},
-        Key{"CC service2 language",             &AncillaryDataChangeSet::ccService2Language,    WordOf<CcLanguages>{"Failed to parse %s string \"%s\"\n"}},
-        Key{"Ancillary Data last input height", &AncillaryDataChangeSet::lastInputHeight,       UnsignedAsSigned{}},
-        Key{"ResetValues",                      &AncillaryDataChangeSet::resetValues,           UnsignedAsSigned{}}};
-    // clang-format on
-};
-
 /// What ancillary data can be set to, some of it per output mode or frame height.
 struct AncillaryDataAvailabilityChangeSet {
     using LineRangePerHeight = std::array<Field<Range<std::uint32_t>>, frameHeights.size()>;
@@ -96,6 +45,63 @@ struct AncillaryDataAvailabilityChangeSet {
         Key{"CC service2 sources",    &AncillaryDataAvailabilityChangeSet::ccService2Sources,    WordList<CcService2Sources>{}},
         Key{"CC service languages",   &AncillaryDataAvailabilityChangeSet::ccServiceLanguages,   WordList<CcLanguages>{}}};
     // clang-format on
+
+    MORQUIL_DELIVERED_BY(OnAncillaryDataAvailability, AncillaryDataAvailabilityChangeSet);
+};
+
+/// Timecode, video index, AFD and closed captions.
+struct AncillaryDataChangeSet {
+    using Offers = AncillaryDataAvailabilityChangeSet;
+
+    WordField<TimecodeModes> timecodeMode;
+    Field<std::uint32_t> timecodeInputLine;
+    Field<std::uint32_t> timecodeOutputLine;
+    WordField<TimecodeDropFrameModes> timecodeDropFrameMode;
+    WordField<TimecodeSources> timecodeSource;
+    WordField<TimecodeLossModes> timecodeLossMode;
+    Field<std::uint32_t> timecodeGenerateValue;
+    Field<std::uint32_t> timecodeJamSyncValue;
+    WordField<TimecodeStartSources> timecodeStartSource;
+    Field<bool> timecodeStart;
+    WordField<IndexReactions> indexReaction;
+    WordField<AfdInsertTypes> afdInsertType;
+    Field<std::uint32_t> afdOutputLine;
+    Field<bool> ccEnabled;
+    Field<std::uint32_t> ccInputLine;
+    Field<std::uint32_t> ccOutputLine;
+    WordField<CcService2Sources> ccService2Source;
+    WordField<CcLanguages> ccService1Language;
+    WordField<CcLanguages> ccService2Language;
+    Field<std::uint32_t> lastInputHeight;
+    Field<std::uint32_t> resetValues;
+
+    // clang-format off
+    static constexpr Block block{
+        BlockHeader{.name = "ANCILLARY DATA", .unknownKeyText = "Unknown ancillary data line \"%s\"\n", .bracketed = false},
+        Key{"Timecode mode",                    &AncillaryDataChangeSet::timecodeMode,          WordOf<TimecodeModes>{"Failed to parse %s string \"%s\"\n"}}.LimitedBy(&Offers::timecodeModes),
+        Key{"Timecode input line",              &AncillaryDataChangeSet::timecodeInputLine,     Unsigned{}}.LimitedPer(OfferSlot::InputHeight, &Offers::timecodeLineRange),
+        Key{"Timecode output line",             &AncillaryDataChangeSet::timecodeOutputLine,    Unsigned{}}.LimitedPer(OfferSlot::OutputHeight, &Offers::timecodeLineRange),
+        Key{"Timecode drop frame mode",         &AncillaryDataChangeSet::timecodeDropFrameMode, WordOf<TimecodeDropFrameModes>{"Failed to parse %s string \"%s\"\n"}}.LimitedPer(OfferSlot::OutputMode, &Offers::timecodeDropFrameModes),
+        Key{"Timecode source",                  &AncillaryDataChangeSet::timecodeSource,        WordOf<TimecodeSources>{"Failed to parse %s string \"%s\"\n"}}.LimitedBy(&Offers::timecodeSources),
+        Key{"Timecode loss mode",               &AncillaryDataChangeSet::timecodeLossMode,      WordOf<TimecodeLossModes>{"Failed to parse %s string \"%s\"\n"}}.LimitedBy(&Offers::timecodeLossModes),
+        Key{"Timecode generate value",          &AncillaryDataChangeSet::timecodeGenerateValue, Timecode{}}.LimitedBy(TimeOfDay{}),
+        Key{"Timecode jam sync value",          &AncillaryDataChangeSet::timecodeJamSyncValue,  Timecode{}}.LimitedBy(TimeOfDay{}),
+        Key{"Timecode start source",            &AncillaryDataChangeSet::timecodeStartSource,   WordOf<TimecodeStartSources>{"Failed to parse %s string \"%s\"\n"}}.LimitedBy(&Offers::timecodeStartSources),
+        Key{"Timecode start",                   &AncillaryDataChangeSet::timecodeStart,         YesNo{}}.Command(),
+        Key{"Index reaction",                   &AncillaryDataChangeSet::indexReaction,         WordOf<IndexReactions>{"Failed to parse %s string \"%s\"\n"}}.LimitedBy(&Offers::indexReactions),
+        Key{"AFD insert type",                  &AncillaryDataChangeSet::afdInsertType,         WordOf<AfdInsertTypes>{"Failed to parse %s string \"%s\"\n"}}.LimitedBy(&Offers::afdInsertTypes),
+        Key{"AFD output line",                  &AncillaryDataChangeSet::afdOutputLine,         Unsigned{}}.LimitedPer(OfferSlot::OutputHeight, &Offers::afdOutputLineRange),
+        Key{"CC enabled",                       &AncillaryDataChangeSet::ccEnabled,             YesNo{}},
+        Key{"CC input line",                    &AncillaryDataChangeSet::ccInputLine,           Unsigned{}}.LimitedBy(&Offers::ccInputLineRange),
+        Key{"CC output line",                   &AncillaryDataChangeSet::ccOutputLine,          Unsigned{}}.LimitedBy(&Offers::ccOutputLineRange),
+        Key{"CC service2 source",               &AncillaryDataChangeSet::ccService2Source,      WordOf<CcService2Sources>{"Failed to parse %s string \"%s\"\n"}}.LimitedBy(&Offers::ccService2Sources),
+        Key{"CC service1 language",             &AncillaryDataChangeSet::ccService1Language,    WordOf<CcLanguages>{"Failed to parse %s string \"%s\"\n"}}.LimitedBy(&Offers::ccServiceLanguages),
+        Key{"CC service2 language",             &AncillaryDataChangeSet::ccService2Language,    WordOf<CcLanguages>{"Failed to parse %s string \"%s\"\n"}}.LimitedBy(&Offers::ccServiceLanguages),
+        Key{"Ancillary Data last input height", &AncillaryDataChangeSet::lastInputHeight,       UnsignedAsSigned{}}.Observed(),
+        Key{"ResetValues",                      &AncillaryDataChangeSet::resetValues,           UnsignedAsSigned{}}.Command()};
+    // clang-format on
+
+    MORQUIL_DELIVERED_BY(OnAncillaryData, AncillaryDataChangeSet);
 };
 
 using AncillaryDataMessage = TextProtocolMessage<AncillaryDataChangeSet>;

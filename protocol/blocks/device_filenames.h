@@ -15,6 +15,8 @@ struct DeviceFilenamesChangeSet {
     static constexpr Block block{
         BlockHeader{.name = "DEVICE FILENAMES", .unknownKeyText = "Unknown device filename line \"%s\"\n"},
         Key{"Still frame name", &DeviceFilenamesChangeSet::stillFrameName, Text{}}};
+
+    MORQUIL_DELIVERED_BY(OnDeviceFilenames, DeviceFilenamesChangeSet);
 };
 
 using DeviceFilenamesMessage = TextProtocolMessage<DeviceFilenamesChangeSet>;

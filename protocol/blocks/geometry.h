@@ -7,6 +7,16 @@
 
 namespace Morquil {
 
+/// The ranges of the geometry, one per quantity, not per side.
+struct GeometryRangeFields {
+    Field<Range<double>> sizeXRange;
+    Field<Range<double>> sizeYRange;
+    Field<Range<double>> posXRange;
+    Field<Range<double>> posYRange;
+    Field<Range<std::uint32_t>> trimXRange;
+    Field<Range<std::uint32_t>> trimYRange;
+};
+
 /// Picture geometry as two blocks carry it, each under its own prefix. Every quantity has a left and a right value.
 struct GeometryFields {
     Field<double> sizeXLeft;
@@ -32,39 +42,29 @@ struct GeometryFields {
 template <FixedText prefix>
 constexpr auto GeometrySideRows() {
     return std::tuple{
-        Key{joinedText<prefix, "size X left">,  &GeometryFields::sizeXLeft,  Decimal{}},
-        Key{joinedText<prefix, "size X right">, &GeometryFields::sizeXRight, Decimal{}},
-        Key{joinedText<prefix, "size Y left">,  &GeometryFields::sizeYLeft,  Decimal{}},
-        Key{joinedText<prefix, "size Y right">, &GeometryFields::sizeYRight, Decimal{}},
-        Key{joinedText<prefix, "pos X left">,   &GeometryFields::posXLeft,   Decimal{}},
-        Key{joinedText<prefix, "pos X right">,  &GeometryFields::posXRight,  Decimal{}},
-        Key{joinedText<prefix, "pos Y left">,   &GeometryFields::posYLeft,   Decimal{}},
-        Key{joinedText<prefix, "pos Y right">,  &GeometryFields::posYRight,  Decimal{}},
-        Key{joinedText<prefix, "trim X left">,  &GeometryFields::trimXLeft,  UnsignedAsSigned{}},
-        Key{joinedText<prefix, "trim X right">, &GeometryFields::trimXRight, UnsignedAsSigned{}},
-        Key{joinedText<prefix, "trim Y left">,  &GeometryFields::trimYLeft,  UnsignedAsSigned{}},
-        Key{joinedText<prefix, "trim Y right">, &GeometryFields::trimYRight, UnsignedAsSigned{}}};
+        Key{joinedText<prefix, "size X left">,  &GeometryFields::sizeXLeft,  Decimal{}}.LimitedBy(&GeometryRangeFields::sizeXRange),
+        Key{joinedText<prefix, "size X right">, &GeometryFields::sizeXRight, Decimal{}}.LimitedBy(&GeometryRangeFields::sizeXRange),
+        Key{joinedText<prefix, "size Y left">,  &GeometryFields::sizeYLeft,  Decimal{}}.LimitedBy(&GeometryRangeFields::sizeYRange),
+        Key{joinedText<prefix, "size Y right">, &GeometryFields::sizeYRight, Decimal{}}.LimitedBy(&GeometryRangeFields::sizeYRange),
+        Key{joinedText<prefix, "pos X left">,   &GeometryFields::posXLeft,   Decimal{}}.LimitedBy(&GeometryRangeFields::posXRange),
+        Key{joinedText<prefix, "pos X right">,  &GeometryFields::posXRight,  Decimal{}}.LimitedBy(&GeometryRangeFields::posXRange),
+        Key{joinedText<prefix, "pos Y left">,   &GeometryFields::posYLeft,   Decimal{}}.LimitedBy(&GeometryRangeFields::posYRange),
+        Key{joinedText<prefix, "pos Y right">,  &GeometryFields::posYRight,  Decimal{}}.LimitedBy(&GeometryRangeFields::posYRange),
+        Key{joinedText<prefix, "trim X left">,  &GeometryFields::trimXLeft,  UnsignedAsSigned{}}.LimitedBy(&GeometryRangeFields::trimXRange),
+        Key{joinedText<prefix, "trim X right">, &GeometryFields::trimXRight, UnsignedAsSigned{}}.LimitedBy(&GeometryRangeFields::trimXRange),
+        Key{joinedText<prefix, "trim Y left">,  &GeometryFields::trimYLeft,  UnsignedAsSigned{}}.LimitedBy(&GeometryRangeFields::trimYRange),
+        Key{joinedText<prefix, "trim Y right">, &GeometryFields::trimYRight, UnsignedAsSigned{}}.LimitedBy(&GeometryRangeFields::trimYRange)};
 }
 
 template <FixedText prefix>
 constexpr auto GeometryLastSizeRows() {
     return std::tuple{
-        Key{joinedText<prefix, "last input width">,   &GeometryFields::lastInputWidth,   UnsignedAsSigned{}},
-        Key{joinedText<prefix, "last input height">,  &GeometryFields::lastInputHeight,  UnsignedAsSigned{}},
-        Key{joinedText<prefix, "last output width">,  &GeometryFields::lastOutputWidth,  UnsignedAsSigned{}},
-        Key{joinedText<prefix, "last output height">, &GeometryFields::lastOutputHeight, UnsignedAsSigned{}}};
+        Key{joinedText<prefix, "last input width">,   &GeometryFields::lastInputWidth,   UnsignedAsSigned{}}.Observed(),
+        Key{joinedText<prefix, "last input height">,  &GeometryFields::lastInputHeight,  UnsignedAsSigned{}}.Observed(),
+        Key{joinedText<prefix, "last output width">,  &GeometryFields::lastOutputWidth,  UnsignedAsSigned{}}.Observed(),
+        Key{joinedText<prefix, "last output height">, &GeometryFields::lastOutputHeight, UnsignedAsSigned{}}.Observed()};
 }
 // clang-format on
-
-/// The ranges of the geometry, one per quantity, not per side.
-struct GeometryRangeFields {
-    Field<Range<double>> sizeXRange;
-    Field<Range<double>> sizeYRange;
-    Field<Range<double>> posXRange;
-    Field<Range<double>> posYRange;
-    Field<Range<std::uint32_t>> trimXRange;
-    Field<Range<std::uint32_t>> trimYRange;
-};
 
 // clang-format off
 template <FixedText prefix>

@@ -16,12 +16,14 @@ struct MorquilDeviceChangeSet {
     // clang-format off
     static constexpr Block block{
         BlockHeader{.name = "MORQUIL DEVICE", .unknownKeyText = "Unknown morquil device line \"%s\"\n"},
-        Key{"Model name",       &MorquilDeviceChangeSet::modelName,       NonEmptyText{}},
-        Key{"Software Version", &MorquilDeviceChangeSet::softwareVersion, HexVersion{}},
-        Key{"FPGA Version",     &MorquilDeviceChangeSet::fpgaVersion,     HexVersion{}},
+        Key{"Model name",       &MorquilDeviceChangeSet::modelName,       NonEmptyText{}}.Observed().NotSaved(),
+        Key{"Software Version", &MorquilDeviceChangeSet::softwareVersion, HexVersion{}}.Observed().NotSaved(),
+        Key{"FPGA Version",     &MorquilDeviceChangeSet::fpgaVersion,     HexVersion{}}.Observed().NotSaved(),
         Key{"Panel lock",       &MorquilDeviceChangeSet::panelLock,       YesNo{}},
-        Key{"Remote lock",      &MorquilDeviceChangeSet::remoteLock,      YesNo{}}};
+        Key{"Remote lock",      &MorquilDeviceChangeSet::remoteLock,      YesNo{}}.Observed()};
     // clang-format on
+
+    MORQUIL_DELIVERED_BY(OnMorquilDevice, MorquilDeviceChangeSet);
 };
 
 using MorquilDeviceMessage = TextProtocolMessage<MorquilDeviceChangeSet>;

@@ -17,11 +17,13 @@ struct NetworkConfigChangeSet {
     static constexpr Block block{
         BlockHeader{.name = "NETWORK CONFIG", .unknownKeyText = "Unknown network config line \"%s\"\n"},
         Key{"Friendly name", &NetworkConfigChangeSet::friendlyName, Text{}},
-        Key{"DHCP enabled",  &NetworkConfigChangeSet::dhcpEnabled,  YesNo{}},
-        Key{"IP address",    &NetworkConfigChangeSet::ipAddress,    Unsigned{}},
-        Key{"Gateway",       &NetworkConfigChangeSet::gateway,      Unsigned{}},
-        Key{"Subnet",        &NetworkConfigChangeSet::subnet,       Unsigned{}}};
+        Key{"DHCP enabled",  &NetworkConfigChangeSet::dhcpEnabled,  YesNo{}}.Observed(),
+        Key{"IP address",    &NetworkConfigChangeSet::ipAddress,    Unsigned{}}.Observed(),
+        Key{"Gateway",       &NetworkConfigChangeSet::gateway,      Unsigned{}}.Observed(),
+        Key{"Subnet",        &NetworkConfigChangeSet::subnet,       Unsigned{}}.Observed()};
     // clang-format on
+
+    MORQUIL_DELIVERED_BY(OnNetworkConfig, NetworkConfigChangeSet);
 };
 
 using NetworkConfigMessage = TextProtocolMessage<NetworkConfigChangeSet>;

@@ -39,11 +39,12 @@ struct ConversionRows {
     const char* ratioName;
     ConversionTable Owner::*member;
 
-    std::array<KeyName, 3> constexpr Names() const {
+    template <Side side = Side::Host>
+    constexpr std::array<KeyName, 3> Names() const {
         return {KeyName{input.name}, KeyName{output.name}, KeyName{ratioName}};
     }
 
-    template <std::size_t which>
+    template <std::size_t which, Side side = Side::Host>
     void Read(const LineContext& line, Owner& set, std::size_t /*index*/) const {
         if constexpr (which == 0) {
             input.Select(line);
@@ -54,6 +55,7 @@ struct ConversionRows {
         }
     }
 
+    template <Side side = Side::Host>
     void Write(IMessageSender& sender, const Owner& set) const {
         for (std::size_t mode = 0; mode < ConversionTable::modes; ++mode) {
             WriteInput(sender, set.*member, mode);
@@ -64,6 +66,8 @@ struct ConversionRows {
     constexpr void ForEachMember(Visit&& visit) const {
         visit(member);
     }
+    template <class Visit>
+    constexpr void ForEachKey(Visit&& /*visit*/) const {}
 
 private:
     void ReadRatios(const LineContext& line, ConversionTable& table) const {
@@ -127,6 +131,8 @@ struct SupportedConversionsChangeSet {
             .ratioName = "Aspect ratio",
             .member = &SupportedConversionsChangeSet::aspectRatio}};
     // clang-format on
+
+    MORQUIL_DELIVERED_BY(OnSupportedConversions, SupportedConversionsChangeSet);
 };
 
 using SupportedConversionsMessage = TextProtocolMessage<SupportedConversionsChangeSet>;

@@ -5,37 +5,6 @@
 
 namespace Morquil {
 
-/// Colour correction, clipping and the colour that fills the picture's empty sides.
-struct VideoAdjustChangeSet {
-    Field<std::int32_t> red;
-    Field<std::int32_t> green;
-    Field<std::int32_t> blue;
-    Field<std::uint32_t> lumaLow;
-    Field<std::uint32_t> lumaHigh;
-    Field<std::uint32_t> chromaLow;
-    Field<std::uint32_t> chromaHigh;
-    Field<std::uint32_t> aspectFillLuma;
-    Field<std::uint32_t> aspectFillCb;
-    Field<std::uint32_t> aspectFillCr;
-    Field<std::uint32_t> resetValues;
-
-    // clang-format off
-    static constexpr Block block{
-        BlockHeader{.name = "VIDEO ADJUST", .unknownKeyText = "Unknown video adjust line \"%s\"\n"},
-        Key{"Red",              &VideoAdjustChangeSet::red,            Signed{}},
-        Key{"Green",            &VideoAdjustChangeSet::green,          Signed{}},
-        Key{"Blue",             &VideoAdjustChangeSet::blue,           Signed{}},
-        Key{"Luma low",         &VideoAdjustChangeSet::lumaLow,        UnsignedAsSigned{}},
-        Key{"Luma high",        &VideoAdjustChangeSet::lumaHigh,       UnsignedAsSigned{}},
-        Key{"Chroma low",       &VideoAdjustChangeSet::chromaLow,      UnsignedAsSigned{}},
-        Key{"Chroma high",      &VideoAdjustChangeSet::chromaHigh,     UnsignedAsSigned{}},
-        Key{"Aspect fill luma", &VideoAdjustChangeSet::aspectFillLuma, UnsignedAsSigned{}},
-        Key{"Aspect fill Cb",   &VideoAdjustChangeSet::aspectFillCb,   UnsignedAsSigned{}},
-        Key{"Aspect fill Cr",   &VideoAdjustChangeSet::aspectFillCr,   UnsignedAsSigned{}},
-        Key{"ResetValues",      &VideoAdjustChangeSet::resetValues,    UnsignedAsSigned{}}};
-    // clang-format on
-};
-
 /// The ranges of colour correction, clipping and aspect fill.
 struct VideoAdjustAvailabilityChangeSet {
     Field<Range<std::int32_t>> redRange;
@@ -63,6 +32,43 @@ struct VideoAdjustAvailabilityChangeSet {
         Key{"Aspect fill Cb range",   &VideoAdjustAvailabilityChangeSet::aspectFillCbRange,   UnsignedRange{}},
         Key{"Aspect fill Cr range",   &VideoAdjustAvailabilityChangeSet::aspectFillCrRange,   UnsignedRange{}}};
     // clang-format on
+
+    MORQUIL_DELIVERED_BY(OnVideoAdjustAvailability, VideoAdjustAvailabilityChangeSet);
+};
+
+/// Colour correction, clipping and the colour that fills the picture's empty sides.
+struct VideoAdjustChangeSet {
+    using Offers = VideoAdjustAvailabilityChangeSet;
+
+    Field<std::int32_t> red;
+    Field<std::int32_t> green;
+    Field<std::int32_t> blue;
+    Field<std::uint32_t> lumaLow;
+    Field<std::uint32_t> lumaHigh;
+    Field<std::uint32_t> chromaLow;
+    Field<std::uint32_t> chromaHigh;
+    Field<std::uint32_t> aspectFillLuma;
+    Field<std::uint32_t> aspectFillCb;
+    Field<std::uint32_t> aspectFillCr;
+    Field<std::uint32_t> resetValues;
+
+    // clang-format off
+    static constexpr Block block{
+        BlockHeader{.name = "VIDEO ADJUST", .unknownKeyText = "Unknown video adjust line \"%s\"\n"},
+        Key{"Red",              &VideoAdjustChangeSet::red,            Signed{}}.LimitedBy(&Offers::redRange),
+        Key{"Green",            &VideoAdjustChangeSet::green,          Signed{}}.LimitedBy(&Offers::greenRange),
+        Key{"Blue",             &VideoAdjustChangeSet::blue,           Signed{}}.LimitedBy(&Offers::blueRange),
+        Key{"Luma low",         &VideoAdjustChangeSet::lumaLow,        UnsignedAsSigned{}}.LimitedBy(&Offers::lumaLowRange),
+        Key{"Luma high",        &VideoAdjustChangeSet::lumaHigh,       UnsignedAsSigned{}}.LimitedBy(&Offers::lumaHighRange),
+        Key{"Chroma low",       &VideoAdjustChangeSet::chromaLow,      UnsignedAsSigned{}}.LimitedBy(&Offers::chromaLowRange),
+        Key{"Chroma high",      &VideoAdjustChangeSet::chromaHigh,     UnsignedAsSigned{}}.LimitedBy(&Offers::chromaHighRange),
+        Key{"Aspect fill luma", &VideoAdjustChangeSet::aspectFillLuma, UnsignedAsSigned{}}.LimitedBy(&Offers::aspectFillLumaRange),
+        Key{"Aspect fill Cb",   &VideoAdjustChangeSet::aspectFillCb,   UnsignedAsSigned{}}.LimitedBy(&Offers::aspectFillCbRange),
+        Key{"Aspect fill Cr",   &VideoAdjustChangeSet::aspectFillCr,   UnsignedAsSigned{}}.LimitedBy(&Offers::aspectFillCrRange),
+        Key{"ResetValues",      &VideoAdjustChangeSet::resetValues,    UnsignedAsSigned{}}.Command()};
+    // clang-format on
+
+    MORQUIL_DELIVERED_BY(OnVideoAdjust, VideoAdjustChangeSet);
 };
 
 using VideoAdjustMessage = TextProtocolMessage<VideoAdjustChangeSet>;

@@ -4,9 +4,8 @@
 
 #include <type_traits>
 
-#include "simulator/block_kinds.h"
-#include "simulator/limit_tables.h"
 #include "simulator/members.h"
+#include "simulator/settings_check.h"
 #include "simulator/settings_load.h"
 #include "tests/simulator/lone_host.h"
 
@@ -128,23 +127,28 @@ DeviceState StateOf(LoneHost& host) {
     return state;
 }
 
+/// Limits that no block offers have tests of their own.
+template <class Description, class TrialType, class Limit>
+void TryLimit(TrialType& trial, const DeviceState& state, const Limit& limit) {
+    if constexpr (requires { limit.first; }) {
+        TryLimit<Description>(trial, state, limit.first);
+        TryLimit<Description>(trial, state, limit.second);
+    } else if constexpr (requires { limit.slot; }) {
+        const auto& offers = state.Of<typename OffersOf<Description>::Type>().*limit.offer;
+        TryOffer(trial, offers[SlotNow(limit.slot, state.Blocks())], 0);
+    } else if constexpr (requires { limit.offer; }) {
+        TryOffer(trial, state.Of<typename OffersOf<Description>::Type>().*limit.offer, limit.beyond);
+    }
+}
+
 template <class Description>
 int TryLimits(LoneHost& host) {
     int trials = 0;
-    const auto tryRow = [&](const auto& row) {
-        if constexpr (requires { row.offer; }) {
-            const DeviceState state = StateOf(host);
-            const auto& offer = state.Of<typename LimitsOf<Description>::Offers>().*row.offer;
-            Trial<Description, decltype(row.setting)> trial(host, row.setting);
-            if constexpr (requires { row.slot; }) {
-                TryOffer(trial, offer[row.slot(state.Blocks())], 0);
-            } else {
-                TryOffer(trial, offer, row.beyond);
-            }
-            trials += trial.trials;
-        }
-    };
-    std::apply([&](const auto&... row) { (tryRow(row), ...); }, LimitsOf<Description>::rows);
+    ForEachLimitedKey<Description>([&](const auto& key) {
+        Trial<Description, decltype(key.member)> trial(host, key.member);
+        TryLimit<Description>(trial, StateOf(host), key.limit);
+        trials += trial.trials;
+    });
     return trials;
 }
 
@@ -154,8 +158,7 @@ TEST(Limits, TakeBothEndsOfEveryOfferedRangeAndEveryOfferedWordAndNothingBeyond)
         LoneHost host;
         host.SetModes(pair.input, pair.output);
         int trials = 0;
-        ForEachBlock<BlockKind::Settings>([&](auto entry) {
-            using Description = typename decltype(entry)::Description;
+        ForEachBlock<BlockRole::Settings>([&]<class Description>() {
             if constexpr (!std::is_same_v<Description, PresetChangeSet>) {
                 trials += TryLimits<Description>(host);
             }

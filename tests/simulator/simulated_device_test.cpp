@@ -6,7 +6,6 @@
 #include <iterator>
 #include <utility>
 
-#include "simulator/block_kinds.h"
 #include "simulator/text_lines.h"
 #include "tests/simulator/listening_host.h"
 
@@ -41,8 +40,8 @@ void ExpectShortLines(std::string_view text) {
 
 TEST_F(SimulatedDeviceTest, GreetsEveryHostWithThePreambleAndEveryBlockOfSettings) {
     std::vector<std::string> expected{"PROTOCOL PREAMBLE"};
-    ForEachBlock<BlockKind::Settings>(
-        [&](auto entry) { expected.emplace_back(decltype(entry)::Description::block.header.name); });
+    ForEachBlock<BlockRole::Settings>(
+        [&]<class Description>() { expected.emplace_back(Description::block.header.name); });
     ListeningHost listener;
     listener.Hear(greeting);
     EXPECT_EQ(listener.blocks, expected);
@@ -52,8 +51,8 @@ TEST_F(SimulatedDeviceTest, GreetsEveryHostWithThePreambleAndEveryBlockOfSetting
 }
 
 TEST_F(SimulatedDeviceTest, AnswersEveryRequestForWhatItOffers) {
-    ForEachBlock<BlockKind::Offer>([&](auto entry) {
-        const std::string name = decltype(entry)::Description::block.header.name;
+    ForEachBlock<BlockRole::Offers>([&]<class Description>() {
+        const std::string name = Description::block.header.name;
         const std::string answer = Ask(name + ":\n\n");
         ListeningHost listener;
         listener.Hear(answer);

@@ -29,21 +29,17 @@ std::string TakeText(PendingMessages& pending) {
     return message != nullptr ? TextOf(*message) : std::string();
 }
 
-template <std::size_t slot>
-using SlotType = std::tuple_element_t<slot, PendingSlots>;
-
-/// Fills the slots from the last to the first.
-template <std::size_t... slot>
-void AddOneOfEach(PendingMessages& pending, std::index_sequence<slot...>) {
-    const auto add = [&]<std::size_t back>(std::integral_constant<std::size_t, back>) {
-        using Message = SlotType<PendingMessages::slotCount - 1 - back>;
-        if constexpr (std::is_base_of_v<TextProtocolMessageBase, Message>) {
-            EXPECT_TRUE(AddNew<Message>(pending));
-        } else if constexpr (std::is_same_v<Message, NeverSent<AlignMessage>>) {
-            EXPECT_TRUE(AddNew<AlignMessage>(pending));
+/// One message of each block that has a slot and a message of its own, from the last of the table to the first.
+void AddOneOfEach(PendingMessages& pending) {
+    std::vector<void (*)(PendingMessages&)> adding;
+    ForEachBlock([&]<class Description>() {
+        if constexpr (factsOf<Description>.slot != 0 && std::is_same_v<Description, ChangeSetOf<Description>>) {
+            adding.push_back([](PendingMessages& messages) {
+                EXPECT_TRUE(AddNew<TextProtocolMessage<Description>>(messages)) << Description::block.header.name;
+            });
         }
-    };
-    (add(std::integral_constant<std::size_t, slot>()), ...);
+    });
+    std::for_each(adding.rbegin(), adding.rend(), [&](const auto add) { add(pending); });
 }
 
 TEST(PendingMessages, GiveNothingWhenNoneWaits) {
@@ -57,7 +53,7 @@ TEST(PendingMessages, HaveThirtyTwoSlots) {
 
 TEST(PendingMessages, AreTakenInTheOrderOfTheTableWhateverTheOrderOfAdding) {
     PendingMessages pending;
-    AddOneOfEach(pending, std::make_index_sequence<PendingMessages::slotCount>());
+    AddOneOfEach(pending);
     for (const char* const block : {"MORQUIL DEVICE",
                                     "SUPPORTED CONVERSIONS",
                                     "VIDEO INPUT",

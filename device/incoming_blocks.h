@@ -1,0 +1,52 @@
+// How a received block reaches the mirror. All of this runs on the connection thread.
+#pragma once
+
+#include <string>
+#include <type_traits>
+
+#include "device/device.h"
+
+/// Every feature that follows the device, handed out or not.
+template <class Visit>
+void CMorquilDevice::ForEachFeature(Visit visit) {
+    features_.ForEach(visit);
+    hiddenFeatures_.ForEach(visit);
+}
+
+template <class Description>
+void CMorquilDevice::OnBlock(const Morquil::ChangeSetOf<Description>& set) {
+    if constexpr (Morquil::factsOf<Description>.role == Morquil::BlockRole::Settings) {
+        ApplySettings<Description>(set);
+    } else {
+        ApplyAvailability<Description>(set);
+    }
+}
+
+/// The features that keep the block take it over, and tell of it unless it is only the echo of a setter.
+template <class Set>
+void CMorquilDevice::ApplySettings(const Set& set) {
+    const std::string text = AwaitsEcho() ? Morquil::BlockText<Set>(set) : std::string();
+    const bool notify = !IsSentText(text);
+    ForEachFeature([&]<class FeatureClass>(FeatureClass& feature) {
+        if constexpr (std::is_same_v<typename FeatureClass::SettingsBlock, Set>) {
+            // An observer may disconnect: the features after it then keep their cleared mirrors.
+            if (IsListening()) {
+                feature.ApplyChangeSet(set, notify);
+            }
+        }
+    });
+    CheckInitialState();
+    ForgetSentThrough(text);
+}
+
+template <class Description>
+void CMorquilDevice::ApplyAvailability(const Morquil::ChangeSetOf<Description>& set) {
+    ForEachFeature([&]<class FeatureClass>(FeatureClass& feature) {
+        if constexpr (std::is_same_v<typename FeatureClass::AvailabilityBlock, Description>) {
+            if (IsListening()) {
+                feature.ApplyAvailabilityChangeSet(set);
+            }
+        }
+    });
+    CheckInitialState();
+}

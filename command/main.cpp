@@ -36,12 +36,18 @@ std::atomic<bool> isInterrupted{false};
     std::_Exit(static_cast<int>(code));
 }
 
+// Some systems collect what goes to standard error.
+void WriteError(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fflush(stderr);
+}
+
 /// Writes to standard error, but does not wait for one that nobody reads.
 void SayBriefly(const char* text) {
     std::promise<void> said;
     std::future<void> hasBeenSaid = said.get_future();
     std::thread([text, said = std::move(said)]() mutable {
-        std::fputs(text, stderr);
+        WriteError(text);
         said.set_value();
     }).detach();
     hasBeenSaid.wait_for(patience);
@@ -121,7 +127,7 @@ int main(int count, char** words) {
     const std::string device = EnvironmentVariable("MORQUIL_DEVICE");
     const Surroundings surroundings{
         .terminal = {.out = [&output](std::string_view text) { output.Write(text); },
-                     .err = [](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stderr); },
+                     .err = &WriteError,
                      .isColoured = own.IsTerminal() && EnvironmentVariable("NO_COLOR").empty() &&
                                    EnvironmentVariable("TERM") != "dumb"},
         .defaultAddress = device.empty() ? "127.0.0.1" : device,
@@ -133,6 +139,5 @@ int main(int count, char** words) {
         Tell(surroundings.terminal, "the output cannot be written");
         code = ExitCode::Usage;
     }
-    std::fflush(stderr);
     End(code);
 }

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <thread>
 
 #include "command/own_output.h"
@@ -29,6 +29,11 @@ bool WriteAll(int file, std::string_view text) {
         text.remove_prefix(static_cast<std::size_t>(written));
     }
     return true;
+}
+
+// The C library has no single number of its own for these.
+bool IsOfBrokenPipe(unsigned long error) {
+    return error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA || error == ERROR_PIPE_NOT_CONNECTED;
 }
 
 }  // namespace
@@ -60,7 +65,7 @@ public:
         if (WriteAll(own_, text)) {
             return Written::All;
         }
-        hasReader_ = errno != EPIPE;
+        hasReader_ = !IsOfBrokenPipe(_doserrno);
         return hasReader_ ? Written::Failed : Written::NoReader;
     }
     bool HasReader() const { return hasReader_; }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Shows the library at work: builds it for Linux and for Windows, starts a simulated device, and lets one example host
-# visit it twice, natively and under Wine. The exit status is 0 only when every step of both visits came true.
+# Demonstrates the library: builds it for Linux and for Windows, starts a simulated device, and runs one example host
+# against it twice, natively and under Wine. The exit status is 0 only if every step of both runs succeeded.
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/flavours.sh
@@ -15,7 +15,7 @@ die() {
     exit 1
 }
 
-# ---- Cleaning up: whatever happens, nothing of this is left running or registered ---------------------------------
+# ---- Cleaning up: nothing is left running or registered, even after a failure --------------------------------------
 
 simulator_pid=""
 host_pid=""
@@ -43,7 +43,7 @@ start_simulator() {
     exec {panel_says}< <(exec build/native/simulator/morquil-sim --address "$1" --port "$device_port" \
         <&"$panel" 2>"$logs/simulator.log")
     simulator_pid=$!
-    # It says that it listens when it does: from then on hosts may connect.
+    # It prints a line when it listens: from then on hosts may connect.
     if read -r line <&"$panel_says"; then
         echo "$line"
         return
@@ -60,10 +60,10 @@ turn_gain_knob() {
     echo "    ($line)"
 }
 
-# ---- A visit -------------------------------------------------------------------------------------------------------
+# ---- Running the host ----------------------------------------------------------------------------------------------
 
-# visit LOG GAIN COMMAND...: runs the host, shows its own lines, and turns the knob when it asks for that.
-visit() {
+# run_host LOG GAIN COMMAND...: runs the host, shows its own lines, and turns the knob when the host waits for that.
+run_host() {
     local log=$1 gain=$2 line
     shift 2
     exec {host_says}< <(exec timeout 200 "$@" 2>&1)
@@ -73,7 +73,7 @@ visit() {
         line=${line%$'\r'}
         printf '%s\n' "$line" >>"$log"
         case $line in
-            "host: waiting for somebody to turn"*)
+            "host: waiting for someone to turn"*)
                 echo "    ${line#host: }"
                 turn_gain_knob "$gain"
                 ;;
@@ -84,7 +84,7 @@ visit() {
     local status=0
     wait "$host_pid" || status=$?
     host_pid=""
-    echo "    (all that the library printed, the device's text included: $log)"
+    echo "    (everything that the library printed, including the device's text: $log)"
     [ "$status" -eq 0 ] || die "the host failed with exit status $status"
 }
 
@@ -122,7 +122,7 @@ if ! start_simulator "$address"; then
 fi
 
 say "The example host on Linux, linked with libMorquilAPI.so"
-visit "$logs/host-native.log" 25 build/native/examples/morquil-host "$address"
+run_host "$logs/host-native.log" 25 build/native/examples/morquil-host "$address"
 
 say "The same device from the command line"
 build/native/command/morquilctl -d "$address" status
@@ -132,8 +132,8 @@ start_wine
 register
 
 say "The same host on Windows (Wine), which gets the library from COM"
-visit "$logs/host-windows.log" 40 wine build/windows/examples/morquil-host.exe "$address"
+run_host "$logs/host-windows.log" 40 wine build/windows/examples/morquil-host.exe "$address"
 
 unregister
 
-say "Both visits went as they should"
+say "Both runs succeeded"

@@ -1,13 +1,13 @@
 /*
- * A host in plain C: connects to a device, reads two values, changes one, and is told when the device has done so.
+ * A host in plain C: connects to a device, reads two values, changes one, and is notified when the device has done so.
  *
  *     morquil-c-host [ADDRESS]
  *
- * COBJMACROS asks the header for a macro per method: IMorquilDevice_GetDeviceName(device, &name) stands for
+ * COBJMACROS makes the header define a macro per method: IMorquilDevice_GetDeviceName(device, &name) expands to
  * device->lpVtbl->GetDeviceName(device, &name).
  *
- * The library itself writes its diagnostics, and all that it receives, to standard output. This host starts its own
- * lines with "host: ", so that the two can be told apart.
+ * The library itself writes its diagnostics, and everything that it receives, to standard output. This host's own lines
+ * start with "host: ", to distinguish them.
  */
 #define COBJMACROS
 #include <stdio.h>
@@ -16,8 +16,7 @@
 #include "MorquilAPI.h"
 #include "system.h"
 
-/* ---- An object that the library can call: a table of functions, and a structure that begins with a pointer to it ---
- */
+/* ---- An object that the library can call: a table of functions, and a structure that begins with a pointer to it - */
 
 static HRESULT STDMETHODCALLTYPE QueryInterface(IMorquilPropertyObserver* This, REFIID iid, void** object) {
     if (object == NULL) {
@@ -28,7 +27,7 @@ static HRESULT STDMETHODCALLTYPE QueryInterface(IMorquilPropertyObserver* This, 
     return known ? S_OK : E_NOINTERFACE;
 }
 
-/* The one object of its kind lives as long as the program: nobody needs to count who uses it. */
+/* This is a static object, so its references need not be counted. */
 static ULONG STDMETHODCALLTYPE AddRef(IMorquilPropertyObserver* This) {
     (void)This;
     return 2;
@@ -39,7 +38,7 @@ static ULONG STDMETHODCALLTYPE Release(IMorquilPropertyObserver* This) {
     return 1;
 }
 
-/* Called on a thread of the library, which waits for the answer: say it to somebody else, and return. */
+/* Called on a thread of the library, which waits until this returns: wake the host's own thread, and return. */
 static HRESULT STDMETHODCALLTYPE PropertyChanged(IMorquilPropertyObserver* This, _MorquilPropertySetId id) {
     (void)This;
     (void)id;
@@ -50,8 +49,7 @@ static HRESULT STDMETHODCALLTYPE PropertyChanged(IMorquilPropertyObserver* This,
 static IMorquilPropertyObserverVtbl observerMethods = {QueryInterface, AddRef, Release, PropertyChanged};
 static IMorquilPropertyObserver observer = {&observerMethods};
 
-/* ---- Text: the library's is UTF-16; this host shows a question mark for what is not ASCII --------------------------
- */
+/* ---- Text: the library uses UTF-16; this host shows a question mark for anything but ASCII ----------------------- */
 
 static BSTR MakeText(const char* ascii) {
     BSTR text = SysAllocStringLen(NULL, (UINT)strlen(ascii));
@@ -75,8 +73,7 @@ static int Fail(const char* what, HRESULT result) {
     return 1;
 }
 
-/* ---- The visit -----------------------------------------------------------------------------------------------------
- */
+/* ---- Using a device ---------------------------------------------------------------------------------------------- */
 
 static int ChangeMode(IMorquilOutputConfiguration* output) {
     _MorquilAPIVideoMode mode = morquilAPIVideoModeNTSC;
@@ -87,22 +84,22 @@ static int ChangeMode(IMorquilOutputConfiguration* output) {
     const _MorquilAPIVideoMode wanted =
         mode == morquilAPIVideoMode1080p50 ? morquilAPIVideoMode720p50 : morquilAPIVideoMode1080p50;
     printf("\nhost: setting the output's video mode from number %d to number %d...\n", (int)mode, (int)wanted);
-    /* Queued, not done: the getter follows when the device has reported the new mode. */
+    /* Queued, not done: the getter answers the new mode once the device has reported it. */
     result = IMorquilOutputConfiguration_SetVideoMode(output, wanted);
     if (FAILED(result)) {
         return Fail("setting the output's video mode", result);
     }
     while (mode != wanted) {
-        if (!AwaitBell(5)) {
+        if (!WaitForBell(5)) {
             return Fail("the device's answer", E_FAIL);
         }
         IMorquilOutputConfiguration_GetVideoMode(output, &mode);
     }
-    printf("\nhost: the device has reported it: the video mode is number %d\n", (int)mode);
+    printf("\nhost: the device reports video mode number %d\n", (int)mode);
     return 0;
 }
 
-static int Visit(IMorquilDevice* device) {
+static int UseDevice(IMorquilDevice* device) {
     BSTR name = NULL;
     HRESULT result = IMorquilDevice_GetDeviceName(device, &name);
     if (FAILED(result)) {
@@ -126,7 +123,7 @@ static int Visit(IMorquilDevice* device) {
 static int Run(const char* address) {
     IMorquilDiscovery* discovery = GetDiscovery();
     if (discovery == NULL) {
-        return Fail("the library, which is not registered", E_FAIL);
+        return Fail("the library is not registered", E_FAIL);
     }
     printf("\nhost: connecting to %s...\n", address);
     BSTR addressText = MakeText(address);
@@ -136,7 +133,7 @@ static int Run(const char* address) {
     SysFreeString(addressText);
     int status = 0;
     if (SUCCEEDED(result)) {
-        status = Visit(device);
+        status = UseDevice(device);
         IMorquilDiscovery_Disconnect(discovery, device);
         IMorquilDevice_Release(device);
         printf("\nhost: disconnected\n");
@@ -149,7 +146,7 @@ static int Run(const char* address) {
 
 int main(int argumentCount, char** arguments) {
     if (!StartSystem()) {
-        return Fail("the system's own services", E_FAIL);
+        return Fail("starting the system's services", E_FAIL);
     }
     const int status = Run(argumentCount > 1 ? arguments[1] : "127.0.0.1");
     StopSystem();

@@ -6,15 +6,15 @@
 
 #include "MorquilAPI.h"
 
-/* To be called once, before and after everything else. StartSystem answers 0 when something is missing. */
+/* Call each once: StartSystem before everything else, StopSystem after it. StartSystem returns 0 on failure. */
 int StartSystem(void);
 void StopSystem(void);
 
-/* The discovery object, through which devices are connected, with one reference for the caller; NULL: no library. */
+/* The discovery object, which connects devices, with one reference for the caller; NULL if there is no library. */
 IMorquilDiscovery* GetDiscovery(void);
 
-/* A bell: one thread rings, another waits for it, at most so many seconds. AwaitBell answers 0 when nobody rang. */
+/* A bell: one thread rings it, another waits for it. WaitForBell returns 0 when it has not been rung in time. */
 void RingBell(void);
-int AwaitBell(int seconds);
+int WaitForBell(int seconds);
 
 #endif

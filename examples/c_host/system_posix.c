@@ -25,7 +25,7 @@ void RingBell(void) {
     sem_post(&bell);
 }
 
-int AwaitBell(int seconds) {
+int WaitForBell(int seconds) {
     struct timespec end;
     clock_gettime(CLOCK_REALTIME, &end);
     end.tv_sec += seconds;

@@ -24,6 +24,6 @@ void RingBell(void) {
     ReleaseSemaphore(bell, 1, NULL);
 }
 
-int AwaitBell(int seconds) {
+int WaitForBell(int seconds) {
     return WaitForSingleObject(bell, (DWORD)seconds * 1000) == WAIT_OBJECT_0;
 }

@@ -1,4 +1,4 @@
-// The program that is tested: it watches a device, and sends a message whenever something is wrong with its input.
+// The program under test: it watches a device, and sends a message whenever something is wrong with its input.
 #pragma once
 
 #include <atomic>
@@ -9,7 +9,7 @@
 
 class InputMonitor {
 public:
-    /// Called with each message, on a thread of the library's.
+    /// Called with each message, on one of the library's threads.
     using Messenger = std::function<void(std::string)>;
 
     InputMonitor(const std::string& address, Messenger send)
@@ -19,15 +19,15 @@ private:
     morquil::SessionHandlers Handlers() {
         morquil::SessionHandlers handlers;
         handlers.connected = [this](const morquil::Device& device) { Watch(device); };
-        handlers.lost = [this](morquil::ConnectFailure) { send_("the device is gone"); };
-        handlers.attemptFailed = [this](auto&&...) { send_("the device is gone"); };
+        handlers.lost = [this](morquil::ConnectFailure) { send_("the device is lost"); };
+        handlers.attemptFailed = [this](auto&&...) { send_("the device is lost"); };
         return handlers;
     }
 
     void Watch(const morquil::Device& device) {
         send_("watching " + device.GetDeviceName());
         hadSignal_ = true;
-        // First ask to be told, then look: what changes in between is not missed.
+        // Subscribe first, then look: a change in between is not missed.
         input_ = device.OnChange(morquil::PropertySet::InputConfiguration,
                                  [this, device](morquil::PropertySet) { Look(device); });
         Look(device);
@@ -39,13 +39,13 @@ private:
             send_(hasSignal ? "the signal is back" : "no signal");
         }
     } catch (const morquil::NotKnown&) {
-        // Of a device that has gone nothing is known; the session says so.
+        // The device is lost, so nothing is known of it; the session reports that.
     }
 
-    // First: Windows unloads the library when the last apartment ends, and what follows still needs it then.
+    // First: Windows unloads the library when the last apartment ends, and the members below need it until then.
     [[maybe_unused]] const morquil::Apartment apartment_{};
     const Messenger send_;
     std::atomic<bool> hadSignal_{true};
     morquil::Subscription input_;
-    morquil::Session session_;  // last: it calls upon everything above
+    morquil::Session session_;  // last: its handlers use everything above
 };

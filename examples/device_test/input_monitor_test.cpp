@@ -1,4 +1,4 @@
-// A test as a user of MorquilAPI would write it: the program is real, the library is real, the device is morquil-sim.
+// A test as a user of MorquilAPI would write it: the program and the library are real, the device is morquil-sim.
 #include "input_monitor.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Takes messages on the library's threads, and hands them to the test.
+/// Accepts messages on the library's threads, and hands them to the test.
 class Inbox {
 public:
     InputMonitor::Messenger Messenger() {
@@ -23,7 +23,8 @@ public:
         };
     }
 
-    /// Waits for a message and passes over those before it. Nobody sleeps: the test goes on when the message is there.
+    /// Waits for a message and skips those before it. The test does not sleep: it continues as soon as the message is
+    /// there.
     bool Receives(const std::string& expected) {
         std::unique_lock lock(mutex_);
         return arrived_.wait_for(lock, std::chrono::seconds(20), [&] { return Take(expected); });
@@ -46,7 +47,7 @@ private:
     std::deque<std::string> messages_;
 };
 
-TEST(InputMonitor, SaysThatTheSignalIsGone) {
+TEST(InputMonitor, ReportsALostSignal) {
     const SimulatedDevice device(
         "wait-for-host\n"
         "after 200 ms set VIDEO INPUT Signal present false\n"
@@ -58,7 +59,7 @@ TEST(InputMonitor, SaysThatTheSignalIsGone) {
     EXPECT_TRUE(inbox.Receives("no signal"));
 }
 
-TEST(InputMonitor, SaysThatTheDeviceIsGoneAndWatchesItWhenItIsBack) {
+TEST(InputMonitor, ReportsALostDeviceAndWatchesItAgainWhenItIsBack) {
     const SimulatedDevice device(
         "wait-for-host\n"
         "after 200 ms drop\n"
@@ -68,7 +69,7 @@ TEST(InputMonitor, SaysThatTheDeviceIsGoneAndWatchesItWhenItIsBack) {
         "quit\n");
     Inbox inbox;
     const InputMonitor monitor(device.Address(), inbox.Messenger());
-    EXPECT_TRUE(inbox.Receives("the device is gone"));
+    EXPECT_TRUE(inbox.Receives("the device is lost"));
     EXPECT_TRUE(inbox.Receives("watching Morquil Simulator"));
 }
 

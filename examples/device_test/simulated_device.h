@@ -1,4 +1,4 @@
-// The simulated device, for tests: a morquil-sim of their own.
+// The simulated device, for tests: each starts its own morquil-sim.
 #pragma once
 
 #include <cstdio>
@@ -6,12 +6,12 @@
 
 class SimulatedDevice {
 public:
-    /// Starts morquil-sim at a loopback address, with a script of what shall happen to the device. Hosts may connect
-    /// when this returns. The script should end the device; if it does not get there, half a minute does.
+    /// Starts morquil-sim at a loopback address, with a script of what is to happen to the device. Hosts may connect
+    /// when this returns. The script should end the device; otherwise it ends after half a minute.
     explicit SimulatedDevice(const std::string& script);
     SimulatedDevice(const SimulatedDevice&) = delete;
     SimulatedDevice& operator=(const SimulatedDevice&) = delete;
-    /// Waits for the device's end.
+    /// Waits until the device has ended.
     ~SimulatedDevice();
 
     const std::string& Address() const { return address_; }

@@ -4,7 +4,7 @@
 #include "MorquilAPI.h"
 #include "owned.h"
 
-/// What must be set up before the library is used, for as long as the object lives: COM on Windows, nothing elsewhere.
+/// Sets up what the library needs, for as long as this object lives: COM on Windows, nothing elsewhere.
 class ComRuntime {
 public:
     ComRuntime();
@@ -13,5 +13,5 @@ public:
     ~ComRuntime();
 };
 
-/// The discovery object, through which devices are connected; null when the library is not there.
+/// The discovery object, which connects devices; null when the library is missing.
 Owned<IMorquilDiscovery> GetDiscovery();

@@ -11,7 +11,7 @@ ComRuntime::~ComRuntime() {
 }
 
 Owned<IMorquilDiscovery> GetDiscovery() {
-    // The library was registered with regsvr32: COM knows from the class where the file is.
+    // The library was registered with regsvr32: COM finds the file by its class.
     void* discovery = nullptr;
     CoCreateInstance(CLSID_CMorquilDiscovery, nullptr, CLSCTX_INPROC_SERVER, IID_IMorquilDiscovery, &discovery);
     return Owned<IMorquilDiscovery>(static_cast<IMorquilDiscovery*>(discovery));

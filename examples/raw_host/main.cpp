@@ -1,10 +1,10 @@
-// A first host: connects to a device, looks around, changes two settings, and is told of a change that somebody else
-// makes. Every step says what it expects; the exit status is 0 only when all of it came true.
+// A first host: connects to a device, reads some values, changes two settings, and is notified of a change made by
+// someone else. Every step checks its result; the exit status is 0 only if all of them succeeded.
 //
 //     morquil-raw-host [ADDRESS]
 //
-// The library itself writes its diagnostics, and all that it receives, to standard output. This host starts its own
-// lines with "host: ", so that the two can be told apart.
+// The library itself writes its diagnostics, and everything that it receives, to standard output. This host's own lines
+// start with "host: ", to distinguish them.
 
 #include <chrono>
 #include <cstdarg>
@@ -34,7 +34,7 @@ PRINTF_LIKE void Say(const char* format, ...) {
     va_start(arguments, format);
     std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
-    // In one call, and on a line of its own: the library may be in the middle of one.
+    // In one call, and on a new line: the library may be in the middle of one.
     std::printf("\nhost: %s\n", text);
     std::fflush(stdout);
 }
@@ -62,16 +62,16 @@ const char* InWords(_MorquilConnectToFailure reason) {
     }
 }
 
-/// One connected device and what this host uses of it.
-class Visit {
+/// One connected device, and the features that this host uses.
+class ConnectedDevice {
 public:
-    explicit Visit(IMorquilDevice* device)
+    explicit ConnectedDevice(IMorquilDevice* device)
         : device_(device),
           input_(FeatureOf<IMorquilInputConfiguration>(device, IID_IMorquilInputConfiguration)),
           output_(FeatureOf<IMorquilOutputConfiguration>(device, IID_IMorquilOutputConfiguration)),
           procAmp_(FeatureOf<IMorquilVideoProcAmp>(device, IID_IMorquilVideoProcAmp)) {}
 
-    bool LookAround() {
+    bool ReadValues() {
         if (!input_ || !output_ || !procAmp_) {
             return Fail("the interfaces of the device's features", "not all of them");
         }
@@ -100,7 +100,7 @@ public:
              {morquilOutputConfigurationPropertySetId, morquilVideoProcAmpPropertySetId}) {
             const HRESULT result = device_->AddPropertyObserver(watcher_.Get(), id);
             if (result != S_OK) {
-                return Fail("to be registered as an observer", "the result " + InHexadecimal(result));
+                return Fail("the observer to be registered", "the result " + InHexadecimal(result));
             }
         }
         return true;
@@ -110,7 +110,7 @@ public:
         const int before = Gain();
         const int wanted = before == 10 ? 11 : 10;
         Say("setting the gain from %d to %d...", before, wanted);
-        // A setter only sends. The mirror, and so the getter, follows when the device reports the new value.
+        // A setter only sends. The mirror, and so the getter, changes when the device reports the new value.
         const HRESULT result = procAmp_->SetGain(wanted);
         if (FAILED(result)) {
             return Fail("the gain to be sent", "the result " + InHexadecimal(result));
@@ -118,7 +118,7 @@ public:
         if (!watcher_->WaitUntil([&] { return Gain() == wanted; }, deviceAnswersWithin)) {
             return Fail("the new gain in the mirror", std::to_string(Gain()));
         }
-        Say("the device has reported it: the gain is %d", Gain());
+        Say("the device reports gain %d", Gain());
         return true;
     }
 
@@ -131,37 +131,37 @@ public:
         if (FAILED(result)) {
             return Fail("the video mode to be sent", "the result " + InHexadecimal(result));
         }
-        const auto told = [&] { return watcher_->TimesTold(morquilOutputConfigurationPropertySetId) > 0; };
-        if (!watcher_->WaitUntil([&] { return OutputMode() == wanted && told(); }, deviceAnswersWithin)) {
-            return Fail("the new video mode, and to be told of it",
-                        std::string(NameOf(OutputMode())) + (told() ? ", told" : ", not told"));
+        const auto notified = [&] { return watcher_->Notifications(morquilOutputConfigurationPropertySetId) > 0; };
+        if (!watcher_->WaitUntil([&] { return OutputMode() == wanted && notified(); }, deviceAnswersWithin)) {
+            return Fail("the new video mode, and a notification of it",
+                        std::string(NameOf(OutputMode())) + (notified() ? ", notified" : ", not notified"));
         }
-        Say("the device has reported it: the video output is %s, and the observer was told", NameOf(OutputMode()));
+        Say("the device reports video output %s, and the observer was notified", NameOf(OutputMode()));
         return true;
     }
 
-    /// Calls come one after the other, in the order of what the device reports. The output mode was reported last and
-    /// has been told: a call about the gain would have come before.
-    bool WasNotToldOfItsOwnGain() {
-        const int times = watcher_->TimesTold(morquilVideoProcAmpPropertySetId);
-        if (times != 0) {
-            return Fail("not to be told of this host's own gain", std::to_string(times) + " call(s)");
+    /// Callbacks come one at a time, in the order of the device's reports. The gain was reported before the output
+    /// mode, and the notification of the output mode has arrived: one of the gain would have arrived before it.
+    bool ExpectNoNotificationOfOwnGain() {
+        const int notifications = watcher_->Notifications(morquilVideoProcAmpPropertySetId);
+        if (notifications != 0) {
+            return Fail("no notification of this host's own gain", std::to_string(notifications));
         }
-        Say("the observer was not told of the gain, which this host set itself");
+        Say("the observer was not notified of the gain: this host set it itself");
         return true;
     }
 
-    bool IsToldOfTheFrontPanel() {
+    bool AwaitFrontPanel() {
         const int before = Gain();
-        Say("waiting for somebody to turn the gain knob at the front panel...");
-        const auto told = [&] { return watcher_->TimesTold(morquilVideoProcAmpPropertySetId) > 0; };
-        if (!watcher_->WaitUntil(told, peopleActWithin)) {
-            return Fail("to be told of a change at the front panel", "no call");
+        Say("waiting for someone to turn the gain knob on the front panel...");
+        const auto notified = [&] { return watcher_->Notifications(morquilVideoProcAmpPropertySetId) > 0; };
+        if (!watcher_->WaitUntil(notified, peopleActWithin)) {
+            return Fail("a notification of a change on the front panel", "none");
         }
         if (Gain() == before) {
             return Fail("another gain", "still " + std::to_string(before));
         }
-        Say("the observer was told: somebody has set the gain to %d", Gain());
+        Say("the observer was notified: someone has set the gain to %d", Gain());
         return true;
     }
 
@@ -190,17 +190,18 @@ private:
     Owned<PropertyWatcher> watcher_{new PropertyWatcher};
 };
 
-bool VisitDevice(IMorquilDevice* device) {
-    Visit visit(device);
-    const bool allTrue = visit.LookAround() && visit.StartWatching() && visit.ChangeGain() &&
-                         visit.ChangeOutputMode() && visit.WasNotToldOfItsOwnGain() && visit.IsToldOfTheFrontPanel();
-    visit.StopWatching();
-    return allTrue;
+bool UseDevice(IMorquilDevice* connected) {
+    ConnectedDevice device(connected);
+    const bool succeeded = device.ReadValues() && device.StartWatching() && device.ChangeGain() &&
+                           device.ChangeOutputMode() && device.ExpectNoNotificationOfOwnGain() &&
+                           device.AwaitFrontPanel();
+    device.StopWatching();
+    return succeeded;
 }
 
 bool Disconnect(IMorquilDiscovery* discovery, IMorquilDevice* device) {
     discovery->Disconnect(device);
-    // The mirror is empty now: what is no longer known is E_FAIL.
+    // The mirror is empty now: a value that is no longer known is E_FAIL.
     unsigned version = 0;
     const HRESULT result = device->GetSoftwareVersion(&version);
     if (result != E_FAIL) {
@@ -223,8 +224,8 @@ bool Run(const std::string& address) {
         return Fail("a connected device", InWords(reason));
     }
     const Owned<IMorquilDevice> device(connected);
-    const bool visited = VisitDevice(device.Get());
-    return Disconnect(discovery.Get(), device.Get()) && visited;
+    const bool succeeded = UseDevice(device.Get());
+    return Disconnect(discovery.Get(), device.Get()) && succeeded;
 }
 
 }  // namespace

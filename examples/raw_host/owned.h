@@ -4,12 +4,12 @@
 
 #include "MorquilAPI.h"
 
-/// One reference to an object of the library; given back when the owner goes.
+/// One reference to an object of the library; released when the owner is destroyed.
 template <class Interface>
 class Owned {
 public:
     Owned() = default;
-    /// Takes over a reference that the caller has: methods that hand out an object add one for whoever asked.
+    /// Takes over one of the caller's references: methods that return an object have added one for the caller.
     explicit Owned(Interface* object) : object_(object) {}
     Owned(Owned&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
     Owned& operator=(Owned&& other) noexcept {
@@ -30,7 +30,7 @@ private:
     Interface* object_ = nullptr;
 };
 
-/// The features of a device (its proc amp, its outputs, ...) are interfaces of one and the same object.
+/// The features of a device (its proc amp, its outputs, ...) are interfaces of the same object.
 template <class Feature>
 Owned<Feature> FeatureOf(IMorquilDevice* device, REFIID iid) {
     void* feature = nullptr;

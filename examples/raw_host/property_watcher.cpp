@@ -28,29 +28,29 @@ STDMETHODIMP_(ULONG) PropertyWatcher::Release() {
 STDMETHODIMP PropertyWatcher::PropertyChanged(_MorquilPropertySetId id) {
     {
         const std::lock_guard lock(mutex_);
-        ++timesTold_[id];
+        ++notifications_[id];
     }
-    told_.notify_all();
+    notified_.notify_all();
     return S_OK;
 }
 
-int PropertyWatcher::TimesTold(_MorquilPropertySetId id) {
+int PropertyWatcher::Notifications(_MorquilPropertySetId id) {
     const std::lock_guard lock(mutex_);
-    return timesTold_[id];
+    return notifications_[id];
 }
 
 bool PropertyWatcher::WaitUntil(const std::function<bool()>& happened, std::chrono::seconds limit) {
-    // A host is not told of its own changes: the device's confirmation simply appears in the getters. So this looks
-    // again whenever something is told, and every few milliseconds besides. The lock is not held meanwhile: `happened`
+    // A host is not notified of its own changes: the device's confirmation simply appears in the getters. So this
+    // checks after every notification, and every few milliseconds. The lock is not held during the check: `happened`
     // may call the library, and the library may call this object.
-    constexpr std::chrono::milliseconds betweenLooks{5};
+    constexpr std::chrono::milliseconds betweenChecks{5};
     const auto deadline = std::chrono::steady_clock::now() + limit;
     while (!happened()) {
         if (std::chrono::steady_clock::now() >= deadline) {
             return false;
         }
         std::unique_lock lock(mutex_);
-        told_.wait_for(lock, betweenLooks);
+        notified_.wait_for(lock, betweenChecks);
     }
     return true;
 }

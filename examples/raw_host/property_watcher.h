@@ -9,10 +9,10 @@
 
 #include "MorquilAPI.h"
 
-/// An object of the host that the library tells of changes. It counts what it is told, and wakes whoever waits.
+/// An object of the host that the library notifies of changes. It counts the notifications, and wakes waiting threads.
 class PropertyWatcher final : public IMorquilPropertyObserver {
 public:
-    /// Starts with one reference, which belongs to whoever made it.
+    /// Starts with one reference, which belongs to its creator.
     PropertyWatcher() = default;
     PropertyWatcher(const PropertyWatcher&) = delete;
     PropertyWatcher& operator=(const PropertyWatcher&) = delete;
@@ -21,13 +21,13 @@ public:
     STDMETHODIMP_(ULONG) AddRef() override;
     STDMETHODIMP_(ULONG) Release() override;
 
-    /// Called by the library, on a thread of its own.
+    /// Called by the library, on one of its threads.
     STDMETHODIMP PropertyChanged(_MorquilPropertySetId id) override;
 
-    /// How often a change of this property set was told.
-    int TimesTold(_MorquilPropertySetId id);
+    /// The number of notifications of this property set.
+    int Notifications(_MorquilPropertySetId id);
 
-    /// Waits until `happened` answers yes, and gives up after `limit`. Returns whether it happened.
+    /// Waits until `happened` returns true, and gives up after `limit`. Returns whether it happened.
     bool WaitUntil(const std::function<bool()>& happened, std::chrono::seconds limit);
 
 private:
@@ -35,6 +35,6 @@ private:
 
     std::atomic<ULONG> references_{1};
     std::mutex mutex_;
-    std::condition_variable told_;
-    std::map<_MorquilPropertySetId, int> timesTold_;
+    std::condition_variable notified_;
+    std::map<_MorquilPropertySetId, int> notifications_;
 };

@@ -4,7 +4,7 @@
 
 #include "MorquilAPI.h"
 
-/// Text on its way into or out of the library, which speaks UTF-16 in BSTRs; freed when the owner goes. This host
+/// Text passed to or returned by the library, which uses UTF-16 in BSTRs; freed when the owner is destroyed. This host
 /// reads and prints ASCII, and shows a question mark for everything else.
 class Text {
 public:
@@ -15,7 +15,7 @@ public:
     ~Text() { SysFreeString(text_); }
 
     BSTR Get() const { return text_; }
-    /// Where a method may put a text that it hands out.
+    /// Where a method may store a text that it returns.
     BSTR* Receive() { return &text_; }
     std::string ToAscii() const;
 

@@ -6,24 +6,24 @@
 
 #include "type_library.h"
 
-/// An argument as DispCallFunc takes it.
+/// An argument as DispCallFunc expects it.
 class Argument {
 public:
     Argument(int value);         // a number, or an enumerated value
-    Argument(BSTR text);         // a text that goes in
-    Argument(IUnknown* object);  // an object that goes in
-    Argument(int* out);          // where a number comes out
-    Argument(void** out);        // where an object comes out
+    Argument(BSTR text);         // an input text
+    Argument(IUnknown* object);  // an input object
+    Argument(int* out);          // where to store a number
+    Argument(void** out);        // where to store an object
 
     VARIANT value{};
 };
 
 class LearntObject {
 public:
-    /// Takes one reference of `object` over, which must have the interface `type`.
+    /// Takes over one reference to `object`, which must be of the interface `type`.
     LearntObject(Type type, void* object) : type_(std::move(type)), object_(static_cast<IUnknown*>(object)) {}
 
-    /// Calls a method by the slot that the type library tells, and throws std::runtime_error when it fails.
+    /// Calls a method by its slot in the type library, and throws std::runtime_error when it fails.
     void Call(const std::string& method, std::initializer_list<Argument> arguments) const;
 
     /// The same object through another interface.

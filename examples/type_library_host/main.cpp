@@ -1,12 +1,12 @@
-// A host that is built without the library's header. As a scripting language does, it learns at run time what there is:
-// identifiers, slots of methods and names of enumerated values come from the type library that MorquilAPI.dll carries.
+// A host that is built without the library's header. Like a scripting language it reads identifiers, slots of methods
+// and names of enumerated values at run time, from the type library in MorquilAPI.dll.
 //
 //     morquil-type-library-host [ADDRESS [FILE]]
 //
-// FILE holds the type library: MorquilAPI.dll, where nothing is said, or MorquilAPI.tlb. The class must be registered.
+// FILE holds the type library: MorquilAPI.dll (the default) or MorquilAPI.tlb. The class must be registered.
 //
-// The library itself writes its diagnostics, and all that it receives, to standard output. This host starts its own
-// lines with "host: ", so that the two can be told apart.
+// The library itself writes its diagnostics, and everything that it receives, to standard output. This host's own lines
+// start with "host: ", to distinguish them.
 #include <windows.h>
 
 #include <objbase.h>
@@ -26,7 +26,7 @@ void Say(const std::string& text) {
     std::fflush(stdout);
 }
 
-std::string InWords(const GUID& identifier) {
+std::string TextOf(const GUID& identifier) {
     wchar_t wide[40] = L"";
     const int length = StringFromGUID2(identifier, wide, 40);
     std::string text;
@@ -36,7 +36,7 @@ std::string InWords(const GUID& identifier) {
     return text;
 }
 
-void Introduce(const TypeLibrary& library) {
+void Describe(const TypeLibrary& library) {
     Say(library.NameAndVersion() + " has " + std::to_string(library.Count(TKIND_ENUM)) + " enumerations, " +
         std::to_string(library.Count(TKIND_INTERFACE)) + " interfaces and " +
         std::to_string(library.Count(TKIND_COCLASS)) + " class");
@@ -45,7 +45,7 @@ void Introduce(const TypeLibrary& library) {
 LearntObject CreateDiscovery(const TypeLibrary& library) {
     const GUID classIdentifier = library.Find("CMorquilDiscovery").Identifier();
     Type type = library.Find("IMorquilDiscovery");
-    Say("CMorquilDiscovery is " + InWords(classIdentifier));
+    Say("CMorquilDiscovery is " + TextOf(classIdentifier));
     void* discovery = nullptr;
     if (FAILED(CoCreateInstance(classIdentifier, nullptr, CLSCTX_INPROC_SERVER, type.Identifier(), &discovery))) {
         throw std::runtime_error("the class is not registered");
@@ -68,12 +68,12 @@ LearntObject Connect(const TypeLibrary& library, const LearntObject& discovery, 
     return LearntObject(library.Find("IMorquilDevice"), device);
 }
 
-void Visit(const TypeLibrary& library, const LearntObject& device) {
+void ReadValues(const TypeLibrary& library, const LearntObject& device) {
     const LearntObject amp = device.As(library.Find("IMorquilVideoProcAmp"));
     int gain = 0;
     amp.Call("GetGain", {&gain});
-    Say("IMorquilVideoProcAmp is " + InWords(amp.GetType().Identifier()) + ", GetGain its slot " +
-        std::to_string(amp.GetType().MethodNamed("GetGain").Slot()) + ", and the gain " + std::to_string(gain));
+    Say("IMorquilVideoProcAmp is " + TextOf(amp.GetType().Identifier()) + ", GetGain is in slot " +
+        std::to_string(amp.GetType().MethodNamed("GetGain").Slot()) + ", the gain is " + std::to_string(gain));
 
     const LearntObject output = device.As(library.Find("IMorquilOutputConfiguration"));
     int mode = 0;
@@ -84,10 +84,10 @@ void Visit(const TypeLibrary& library, const LearntObject& device) {
 
 void Run(const std::string& address, const std::string& file) {
     const TypeLibrary library(file);
-    Introduce(library);
+    Describe(library);
     const LearntObject discovery = CreateDiscovery(library);
     const LearntObject device = Connect(library, discovery, address);
-    Visit(library, device);
+    ReadValues(library, device);
     discovery.Call("Disconnect", {device.Get()});
     Say("disconnected");
 }

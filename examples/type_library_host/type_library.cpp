@@ -4,8 +4,8 @@
 
 namespace {
 
-/// Takes a text over; names in type libraries are ASCII.
-std::string Taken(BSTR text) {
+/// Converts a text and frees it; names in type libraries are ASCII.
+std::string TakeText(BSTR text) {
     std::string ascii;
     for (UINT i = 0; i < SysStringLen(text); ++i) {
         ascii += static_cast<char>(text[i]);
@@ -14,14 +14,14 @@ std::string Taken(BSTR text) {
     return ascii;
 }
 
-/// What ITypeInfo hands out must be given back to it.
-template <class Description, class Get, class GiveBack>
-auto Borrow(ITypeInfo* type, Get get, GiveBack giveBack) {
+/// Descriptions that ITypeInfo returns must be released through it.
+template <class Description, class Get, class Release>
+auto Borrow(ITypeInfo* type, Get get, Release release) {
     Description* description = nullptr;
     if (FAILED(get(&description))) {
         throw std::runtime_error("the type library cannot be read");
     }
-    auto deleter = [type, giveBack](Description* lent) { (type->*giveBack)(lent); };
+    auto deleter = [type, release](Description* borrowed) { (type->*release)(borrowed); };
     return std::unique_ptr<Description, decltype(deleter)>(description, deleter);
 }
 
@@ -47,7 +47,7 @@ GUID Type::Identifier() const {
 std::string Type::NameOfMember(MEMBERID member) const {
     BSTR name = nullptr;
     information_->GetDocumentation(member, &name, nullptr, nullptr, nullptr);
-    return Taken(name);
+    return TakeText(name);
 }
 
 Method Type::MethodNamed(const std::string& name) const {
@@ -85,7 +85,7 @@ Type TypeLibrary::Find(const std::string& name) const {
         BSTR found = nullptr;
         library_->GetDocumentation(static_cast<INT>(i), &found, nullptr, nullptr, nullptr);
         ITypeInfo* information = nullptr;
-        if (Taken(found) == name && SUCCEEDED(library_->GetTypeInfo(i, &information))) {
+        if (TakeText(found) == name && SUCCEEDED(library_->GetTypeInfo(i, &information))) {
             return Type(Owned<ITypeInfo>(information));
         }
     }
@@ -112,5 +112,5 @@ std::string TypeLibrary::NameAndVersion() const {
     const std::string version =
         std::to_string(attributes->wMajorVerNum) + "." + std::to_string(attributes->wMinorVerNum);
     library_->ReleaseTLibAttr(attributes);
-    return Taken(name) + " " + version;
+    return TakeText(name) + " " + version;
 }

@@ -1,4 +1,4 @@
-// What a type library tells at run time: identifiers, slots and arguments of methods, names of enumerated values.
+// What a type library describes: identifiers, slots and arguments of methods, names of enumerated values.
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,7 @@ struct ReleaseObject {
 template <class Interface>
 using Owned = std::unique_ptr<Interface, ReleaseObject>;
 
-/// Where a method stands in its interface's table, and how many arguments it takes.
+/// The position of a method in its interface's table, and how many arguments it takes.
 struct Method {
     unsigned offset = 0;  // in bytes
     unsigned argumentCount = 0;
@@ -22,7 +22,7 @@ struct Method {
     unsigned Slot() const { return offset / static_cast<unsigned>(sizeof(void*)); }
 };
 
-/// An interface, a class or an enumeration. What it is asked for and does not know is a std::runtime_error.
+/// An interface, a class or an enumeration. Asking for a name or value that it does not have throws std::runtime_error.
 class Type {
 public:
     explicit Type(Owned<ITypeInfo> information) : information_(std::move(information)) {}
@@ -37,13 +37,13 @@ private:
     Owned<ITypeInfo> information_;
 };
 
-/// The types of a library. Several files can hold one: MorquilAPI.tlb, and MorquilAPI.dll, which carries it along.
+/// The types of a library, from a file that holds a type library: MorquilAPI.tlb or MorquilAPI.dll.
 class TypeLibrary {
 public:
     explicit TypeLibrary(const std::string& file);
 
     Type Find(const std::string& name) const;
-    /// How many of a kind there are: TKIND_ENUM, TKIND_INTERFACE, TKIND_COCLASS.
+    /// The number of types of a kind: TKIND_ENUM, TKIND_INTERFACE, TKIND_COCLASS.
     int Count(TYPEKIND kind) const;
     /// Its name and version, such as "MorquilAPI 1.1".
     std::string NameAndVersion() const;

@@ -1,5 +1,5 @@
-// Memory that runs out anywhere in the life of a device: every call has its result, the host is told of the end, and
-// nothing is left over.
+// Memory that runs out anywhere in the life of a device: every call returns a stated result, the host is notified of
+// the end, and nothing is left over.
 #include <gtest/gtest.h>
 
 #include <ostream>
@@ -13,7 +13,7 @@
 namespace Morquil::Test {
 namespace {
 
-/// Something that a host does, and what it has done before.
+/// An action of a host, and what it has done before.
 struct Scenario {
     const char* name;
     void (*prepare)(ScarceHost& host);
@@ -117,7 +117,7 @@ void PrepareObject(ScarceHost& host) {
     host.AddObservers();
 }
 
-/// From its creation to its end.
+/// From creation to the end.
 void Live(ScarceHost& host) {
     host.Create();
     if (host.device == nullptr) {
@@ -159,7 +159,7 @@ const Scenario scenarios[] = {
     {"LoadSettings",         PrepareFile,     [](ScarceHost& host) { host.LoadSettings(); }},
     {"WholeLife",            Nothing,         Live}};
 
-/// What a device is let go with takes none.
+/// Releasing a device allocates nothing.
 const Scenario withoutMemory[] = {
     {"RemoveObservers",      PrepareObject,   [](ScarceHost& host) { host.RemoveObservers(); }},
     {"Disconnect",           CreateConnected, [](ScarceHost& host) { host.Disconnect(); }},
@@ -181,7 +181,7 @@ class AllocationFailure : public testing::TestWithParam<std::tuple<Scenario, boo
 TEST_P(AllocationFailure, HasAStatedOutcomeAndLeavesNothingBehind) {
     const Exempt test;
     const auto& [scenario, lasting] = GetParam();
-    RunScenario(scenario, ScarceMemory::never, false);  // what is made once in a program is there now
+    RunScenario(scenario, ScarceMemory::never, false);  // what is created once per program exists now
     Holdings before;
     long index = 0;
     for (bool hasRunOut = true; hasRunOut; ++index) {
@@ -195,7 +195,7 @@ TEST_P(AllocationFailure, HasAStatedOutcomeAndLeavesNothingBehind) {
 
 class NoAllocation : public testing::TestWithParam<Scenario> {};
 
-TEST_P(NoAllocation, IsNeededToLetGo) {
+TEST_P(NoAllocation, IsNeededToRelease) {
     const Exempt test;
     RunScenario(GetParam(), ScarceMemory::never, false);
     Holdings before;

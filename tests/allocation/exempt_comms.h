@@ -9,7 +9,7 @@
 
 namespace Morquil::Test {
 
-/// A transport whose own memory never runs out.
+/// A transport whose memory never runs out.
 class ExemptComms final : public AbstractComms {
 public:
     explicit ExemptComms(std::unique_ptr<AbstractComms> comms) : comms_(std::move(comms)) {}

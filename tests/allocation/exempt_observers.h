@@ -5,7 +5,7 @@
 
 namespace Morquil::Test {
 
-// Told on the library's threads, and in need of memory of their own.
+// Called on the library's threads; they need memory that does not count.
 class ExemptConnectionObserver final : public Testing::RecordingObserver<IMorquilConnectionObserver> {
 public:
     STDMETHODIMP Connected() override {

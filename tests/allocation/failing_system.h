@@ -1,14 +1,14 @@
-// What the library asks of the system itself: where the linker can put a test in between, that fails like memory.
+// The library's calls to the system: where the linker can insert a test, they fail as memory does.
 #pragma once
 
 #include <cstddef>
 
 namespace Morquil::Test {
 
-/// Memory that is not let fail.
+/// Memory that does not fail.
 void* PlainMemory(std::size_t size);
 
-/// How many texts (BSTR) nobody has freed.
+/// How many texts (BSTR) have not been freed.
 long LiveTexts();
 
 }  // namespace Morquil::Test

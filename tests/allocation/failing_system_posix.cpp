@@ -1,5 +1,5 @@
-// The linker gives every call of the program to `name` to `__wrap_name`, and the system's own function to those who ask
-// for `__real_name`; see tests/CMakeLists.txt.
+// The linker redirects every call of `name` to `__wrap_name`; `__real_name` is the system's own function; see
+// tests/CMakeLists.txt.
 #include <netdb.h>
 #include <pthread.h>
 
@@ -36,7 +36,7 @@ int __wrap_socket(int domain, int type, int protocol);
 int __real_pthread_create(pthread_t* thread, const pthread_attr_t* attributes, ThreadMain* main, void* argument);
 int __wrap_pthread_create(pthread_t* thread, const pthread_attr_t* attributes, ThreadMain* main, void* argument);
 
-/// Texts are all that the library takes from here.
+/// The library allocates only texts here.
 void* __wrap_malloc(std::size_t size) {
     void* const memory = ScarceMemory::Grants() ? __real_malloc(size) : nullptr;
     liveTexts += memory != nullptr ? 1 : 0;

@@ -1,8 +1,7 @@
-// The program reaches functions of the system's libraries through variables, `__imp_name`. The linker gives every use
-// of such a variable to `__wrap___imp_name`, and the system's own to those who ask for `__real___imp_name`; see
-// tests/CMakeLists.txt.
+// The program calls functions of the system's libraries through variables, `__imp_name`. The linker redirects every use
+// of such a variable to `__wrap___imp_name`; `__real___imp_name` is the system's own; see tests/CMakeLists.txt.
 #include <windows.h>
-// Needs the types of the first.
+// Needs the types of the header above.
 #include <oleauto.h>
 
 #include <atomic>

@@ -6,7 +6,7 @@
 
 namespace Morquil::Testing {
 
-/// All that a device says to a new host.
+/// Everything that a device sends to a new host.
 inline std::string DumpText() {
     std::ostringstream text;
     text << std::ifstream(MORQUIL_TEST_DATA "/full_dump.txt", std::ios::binary).rdbuf();

@@ -1,4 +1,4 @@
-// What a piece of the library's life leaves behind.
+// What a part of the library's life leaves behind.
 #pragma once
 
 #include <cstddef>
@@ -19,9 +19,9 @@ struct Holdings {
     std::size_t handles = Testing::OpenHandleCount();
 };
 
-/// Waits up to 5 s until no more is held than `before`: the thread that does the library's last work goes when the
-/// system lets it, and nobody tells. That may have held something when `before` was taken, which then becomes less
-/// here. Returns: what is still held; empty when it has come to that.
+/// Waits up to 5 s until no more is held than `before`: the library's last thread ends when the system lets it, without
+/// notice. It may have held something when `before` was taken; `before` is lowered then. Returns: what is still held
+/// beyond that; empty when nothing is.
 std::string LeftSince(Holdings& before);
 
 }  // namespace Morquil::Test

@@ -7,15 +7,15 @@
 
 namespace Morquil::Test {
 
-/// What a device says that has gone mad, or means harm: the same for the same seed.
+/// What a broken or malicious device sends: the same for the same seed.
 class HostileBytes {
 public:
     explicit HostileBytes(unsigned seed) : numbers_(seed) {}
 
     /// At least `size` bytes, of every kind: noise, unknown blocks, endless lines, huge lists, conversions again and
-    /// again, storms of acknowledgements, texts of every length, changes for which the host asks what is available,
-    /// and good blocks with spoilt bytes. Cut anywhere; the last piece ends whatever has been begun and
-    /// acknowledges whatever the host has to send.
+    /// again, storms of acknowledgements, texts of every length, changes that make the host request what is available,
+    /// and good blocks with corrupted bytes. Cut anywhere; the last piece ends every open block and acknowledges
+    /// everything that the host has to send.
     std::vector<std::string> Round(std::size_t size);
 
 private:

@@ -1,4 +1,4 @@
-// Nothing that a device says makes its host's memory grow.
+// Nothing that a device sends makes its host's memory grow.
 #include "tests/allocation/hostile_bytes.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ namespace {
 constexpr int rounds = 50;
 constexpr std::size_t roundSize = 20'000;
 
-/// What the library prints of the device's bytes is nothing to read.
+/// What the library prints of the device's bytes is not worth reading.
 class Silence {
 public:
     Silence() { testing::internal::CaptureStdout(); }
@@ -46,7 +46,7 @@ protected:
         EXPECT_TRUE(link.AwaitDestroyed());
     }
 
-    /// Returns the bytes that the library holds after it has heard all of this.
+    /// Returns the bytes that the library holds after it has received all of this.
     std::size_t BytesAfter(const std::vector<std::string>& pieces) {
         for (const std::string& piece : pieces) {
             link.Push(piece);
@@ -61,7 +61,7 @@ protected:
     CMorquilDevice* const device = new CMorquilDevice(std::make_unique<ExemptComms>(link.MakeComms()));
 };
 
-TEST_F(Attacked, ByHostileBytesTakesNoMoreMemoryThanAfterTheFirstRound) {
+TEST_F(Attacked, ByHostileBytesHoldsNoMoreMemoryThanAfterTheFirstRound) {
     HostileBytes bytes(20'231);
     std::size_t afterFirstRound = 0;
     std::vector<std::size_t> afterEach;

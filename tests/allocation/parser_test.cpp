@@ -1,4 +1,4 @@
-// Reading takes no memory, whatever is read and however it is split.
+// Parsing allocates nothing, whatever is read and however it is split.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -33,7 +33,7 @@ public:
     std::size_t errors = 0;
 };
 
-/// One line of every block of settings in a block of its own, as a device reports what somebody turns.
+/// One line of every block of settings in a block of its own, as a device reports a change at its panel.
 std::string UpdatesText() {
     std::string updates;
     const std::string_view settings = settingsText;
@@ -58,7 +58,7 @@ CountingSink Read(std::string_view text, std::size_t length) {
     return sink;
 }
 
-TEST(Parser, TakesNoMemoryForAFullDump) {
+TEST(Parser, AllocatesNothingForAFullDump) {
     const std::string dump = DumpText();
     for (const std::size_t length : {std::size_t{1}, std::size_t{64}, std::size_t{1024}, dump.size()}) {
         const CountingSink sink = Read(dump, length);
@@ -67,7 +67,7 @@ TEST(Parser, TakesNoMemoryForAFullDump) {
     }
 }
 
-TEST(Parser, TakesNoMemoryForUpdates) {
+TEST(Parser, AllocatesNothingForUpdates) {
     const std::string updates = UpdatesText();
     for (const std::size_t length : {std::size_t{1}, std::size_t{64}, std::size_t{1024}}) {
         const CountingSink sink = Read(updates, length);
@@ -77,7 +77,7 @@ TEST(Parser, TakesNoMemoryForUpdates) {
     }
 }
 
-TEST(Parser, TakesNoMemoryForWhatItComplainsOf) {
+TEST(Parser, AllocatesNothingForErrors) {
     const std::string line(1000, 'x');
     const CountingSink sink = Read(
         "SCOPES:\nWaveform: true\n\nAUDIO:\nno colon\nNo such key: 1\nAudioOut0: none\nKey:\n" + line + "\n\n", 64);

@@ -20,11 +20,11 @@
 namespace Morquil::Test {
 namespace {
 
-/// Where everything can fail: the device object, its transport and its way to the device, two threads, fifteen
-/// messages and their texts.
+/// Everything that can fail: the device object, its transport and its connection, two threads, fifteen messages and
+/// their texts.
 constexpr long leastFailures = 30;
 
-/// A device that answers at an address of its own, on a thread whose memory never runs out.
+/// A device that answers at its own address, on a thread whose memory never runs out.
 class AnsweringDevice {
 public:
     AnsweringDevice() {
@@ -39,7 +39,7 @@ private:
     const OwnedBstr address_{Utf16(device_.Address().begin(), device_.Address().end())};
 };
 
-/// One failed call of the host's has one of these results.
+/// A failed call of the host has one of these results.
 void ExpectConnectResult(HRESULT result, HRESULT success) {
     EXPECT_TRUE(result == success || (result == E_FAIL && ScarceMemory::HasRunOut())) << std::hex << result;
 }
@@ -68,19 +68,19 @@ void ConnectAndWait(IMorquilDiscovery* discovery, BSTR address) {
     LetGo(discovery, device);
 }
 
-/// Sets something and waits until the device has answered, or the host has been told that the connection has gone.
+/// Sets something and waits until the device has answered, or the host has been notified that the connection has ended.
 void Use(IMorquilDevice* device, const ExemptConnectionObserver& observer) {
     void* out = nullptr;
     ASSERT_EQ(device->QueryInterface(IID_IMorquilVideoProcAmp, &out), S_OK);
     auto* const amp = static_cast<IMorquilVideoProcAmp*>(out);
     const HRESULT set = InTheLibrary([&] { return amp->SetGain(7); });
-    // E_FAIL where there is no wake-up for the connection thread.
+    // E_FAIL if the connection thread has no wake-up.
     const bool isFailure = set == E_OUTOFMEMORY || set == E_FAIL;
     EXPECT_TRUE(set == S_OK || (isFailure && ScarceMemory::HasRunOut())) << std::hex << set;
     const auto isOver = [&] {
-        const std::vector<std::string> told = observer.Told();
+        const std::vector<std::string> notifications = observer.Notifications();
         int gain = 0;
-        return std::find(told.begin(), told.end(), "disconnected") != told.end() ||
+        return std::find(notifications.begin(), notifications.end(), "disconnected") != notifications.end() ||
                (amp->GetGain(&gain) == S_OK && gain == 7);
     };
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(4);
@@ -91,15 +91,15 @@ void Use(IMorquilDevice* device, const ExemptConnectionObserver& observer) {
     amp->Release();
 }
 
-void ConnectAndBeTold(IMorquilDiscovery* discovery, BSTR address) {
+void ConnectAndBeNotified(IMorquilDiscovery* discovery, BSTR address) {
     Testing::Held<ExemptConnectionObserver> observer;
     IMorquilDevice* device = nullptr;
     const HRESULT result = InTheLibrary([&] { return discovery->ConnectAsync(address, &device, observer.Get()); });
     ExpectConnectResult(result, S_OK);
     EXPECT_EQ(device != nullptr, result == S_OK);
     if (result == S_OK) {
-        EXPECT_TRUE(observer->AwaitTold(1));
-        EXPECT_TRUE(observer->Told().front() == "connected" || ScarceMemory::HasRunOut());
+        EXPECT_TRUE(observer->AwaitNotified(1));
+        EXPECT_TRUE(observer->Notifications().front() == "connected" || ScarceMemory::HasRunOut());
         Use(device, *observer.Get());
     }
     LetGo(discovery, device);
@@ -147,7 +147,7 @@ std::string WayAndHowLong(const testing::TestParamInfo<std::tuple<Way, bool>>& t
 }
 
 INSTANTIATE_TEST_SUITE_P(Memory, RealConnection,
-                         testing::Combine(testing::Values(&ConnectAndWait, &ConnectAndBeTold), testing::Bool()),
+                         testing::Combine(testing::Values(&ConnectAndWait, &ConnectAndBeNotified), testing::Bool()),
                          WayAndHowLong);
 
 }  // namespace

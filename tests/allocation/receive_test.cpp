@@ -1,4 +1,4 @@
-// What a device reports day in, day out takes no memory.
+// What a device routinely reports allocates no memory.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -22,7 +22,7 @@ using Test::OwnedBstr;
 using Test::ScarceMemory;
 using Test::Utf16;
 
-/// A device that is connected; what its host and its far end do takes memory of their own.
+/// A connected device; its host and its far end use exempt memory.
 class Receiving : public testing::Test {
 protected:
     void SetUp() override {
@@ -42,7 +42,7 @@ protected:
         link.Push(text);
         EXPECT_TRUE(link.AwaitIdle());
     }
-    void ExpectTakesNoMemoryFor(const std::string& text) {
+    void ExpectAllocatesNothingFor(const std::string& text) {
         const ScarceMemory memory(0, false);
         Push(text);
         EXPECT_FALSE(ScarceMemory::HasRunOut());
@@ -54,20 +54,20 @@ protected:
     CMorquilDevice* const device = new CMorquilDevice(std::make_unique<ExemptComms>(link.MakeComms()));
 };
 
-TEST_F(Receiving, TakesNoMemoryForReportsOfNumbersAndWords) {
+TEST_F(Receiving, AllocatesNothingForReportsOfNumbersAndWords) {
     std::string reports;
     for (int gain = 0; gain < 100; ++gain) {
         reports += "VIDEO PROC AMP:\nGain: " + std::to_string(gain) + "\n\nVIDEO OUTPUT:\nHDMI output: YCbCr422\n\n";
     }
-    ExpectTakesNoMemoryFor(reports);
+    ExpectAllocatesNothingFor(reports);
 }
 
-// The mirrors, the observers' lists and the waiting calls included. What the device is asked for in return is made as a
-// message each; a state that is told for the second time asks for nothing.
-TEST_F(Receiving, TakesNoMemoryForAFullDump) {
+// Including the mirrors, the observers' lists and the pending calls. Each request to the device allocates a message,
+// but a state that is reported a second time causes no requests.
+TEST_F(Receiving, AllocatesNothingForAFullDump) {
     const std::string dump = DumpText();
     Push(dump);
-    ExpectTakesNoMemoryFor(dump);
+    ExpectAllocatesNothingFor(dump);
 }
 
 }  // namespace

@@ -16,12 +16,12 @@
 namespace Morquil::Test {
 namespace {
 
-/// What a host is told is success, or one of these failures for which memory gives a reason.
+/// A host gets success, or one of these failures if memory has run out.
 void ExpectStated(HRESULT result, HRESULT success, const std::set<HRESULT>& failures) {
     EXPECT_TRUE(result == success || (ScarceMemory::HasRunOut() && failures.count(result) != 0)) << std::hex << result;
 }
 
-/// Ends each answer with its number: whoever has read that has read all before it.
+/// Ends each answer with its number: a reader of the number has read everything before it.
 std::string Version(std::size_t number) {
     char text[64];
     std::snprintf(text, sizeof text, "MORQUIL DEVICE:\nSoftware Version: 0x%x\n\n", static_cast<unsigned>(number));
@@ -72,8 +72,8 @@ void ScarceHost::ConnectAsync() {
     ExpectStated(result, S_FALSE, {E_FAIL});
     isConnecting_ = SUCCEEDED(result);
     if (isConnecting_) {
-        // One of the two is told, whatever happens.
-        EXPECT_TRUE(connectionObserver_->AwaitTold(1));
+        // One of the two is notified, whatever happens.
+        EXPECT_TRUE(connectionObserver_->AwaitNotified(1));
     }
 }
 
@@ -110,10 +110,10 @@ void ScarceHost::RemoveObservers() {
 
 void ScarceHost::Report() {
     link.Push("VIDEO PROC AMP:\nGain: 5\n\nVIDEO OUTPUT:\nVideo mode: 720p60\n\nNOISE REDUCTION:\nBias: 3\n\n");
-    AwaitThat([&] { return propertyObserver_->Told().size() == 2; });
+    AwaitThat([&] { return propertyObserver_->Notifications().size() == 2; });
 }
 
-/// A file that could not be written is as it was, and nothing lies beside it.
+/// A file that could not be written is unchanged, and no other file is left beside it.
 void ScarceHost::SaveSettings() {
     const std::string before = ContentOf(file_);
     const HRESULT result = InTheLibrary([&] { return device->SaveSettingsFile(path_.Get()); });
@@ -132,7 +132,7 @@ void ScarceHost::Set(const std::function<HRESULT()>& setter, const std::function
     const HRESULT result = InTheLibrary(setter);
     ExpectStated(result, S_OK, {E_OUTOFMEMORY});
     if (result == S_OK) {
-        AwaitThat([&] { return isDone() && HasHeardEveryAnswer(); });
+        AwaitThat([&] { return isDone() && HasReceivedEveryAnswer(); });
     }
 }
 
@@ -144,7 +144,7 @@ void ScarceHost::GetText(const std::function<HRESULT(BSTR*)>& getter) {
     SysFreeString(given);
 }
 
-bool ScarceHost::HasHeardEveryAnswer() const {
+bool ScarceHost::HasReceivedEveryAnswer() const {
     UINT answers = 0;
     return device->GetSoftwareVersion(&answers) == S_OK && answers == link.Sends().size();
 }
@@ -153,11 +153,11 @@ bool ScarceHost::HasGone() const {
     if (!isConnecting_) {
         return true;
     }
-    const std::vector<std::string> told = connectionObserver_->Told();
-    return std::find(told.begin(), told.end(), "disconnected") != told.end();
+    const std::vector<std::string> notifications = connectionObserver_->Notifications();
+    return std::find(notifications.begin(), notifications.end(), "disconnected") != notifications.end();
 }
 
-/// A connection that cannot do its work for lack of memory ends, and the host is told.
+/// A connection that cannot do its work for lack of memory ends, and the host is notified.
 void ScarceHost::AwaitThat(const std::function<bool()>& isDone) const {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(4);
     bool isOver = isDone();
@@ -165,7 +165,7 @@ void ScarceHost::AwaitThat(const std::function<bool()>& isDone) const {
         std::this_thread::yield();
         isOver = isDone();
     }
-    EXPECT_TRUE(isOver || (HasGone() && ScarceMemory::HasRunOut())) << "neither done nor told of the end";
+    EXPECT_TRUE(isOver || (HasGone() && ScarceMemory::HasRunOut())) << "neither done nor notified of the end";
 }
 
 }  // namespace Morquil::Test

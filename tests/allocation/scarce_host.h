@@ -14,12 +14,12 @@
 
 namespace Morquil::Test {
 
-/// A host whose memory may run out, and the device that it knows. Each act checks that its result is a stated one: that
-/// of success, or one that it names while memory has run out.
+/// A host whose memory may run out, and its device. Each action checks that its result is a stated one: success, or a
+/// failure that it names if memory has run out.
 class ScarceHost {
 public:
     ScarceHost();
-    /// Lets the device go and waits until nobody has any part of it any more.
+    /// Releases the device and waits until none of its parts is in use.
     ~ScarceHost();
     ScarceHost(const ScarceHost&) = delete;
     ScarceHost& operator=(const ScarceHost&) = delete;
@@ -27,7 +27,7 @@ public:
     void Create();
     void Connect();
     void ConnectAsync();
-    /// The same, without an end that is waited for.
+    /// The same without waiting for the end.
     void BeginConnect();
     /// Creates and connects; both observers are added.
     void CreateConnected();
@@ -36,17 +36,17 @@ public:
 
     void AddObservers();
     void RemoveObservers();
-    /// The device reports what it has not said before.
+    /// The device reports something new.
     void Report();
     void SaveSettings();
     void LoadSettings();
 
-    /// Runs a setter and waits until `isDone` and the device's answers have been read, or the connection has gone.
+    /// Runs a setter and waits until `isDone` and the device's answers have been read, or the connection has ended.
     void Set(const std::function<HRESULT()>& setter, const std::function<bool()>& isDone);
     /// Runs a getter of a text.
     void GetText(const std::function<HRESULT(BSTR*)>& getter);
 
-    /// The feature object behind an interface, without a reference of its own.
+    /// The feature object that implements an interface, without a reference of its own.
     template <class Interface>
     Interface* Feature(const IID& iid) const {
         void* out = nullptr;
@@ -61,7 +61,7 @@ public:
     const OwnedBstr longText{Utf16{OLESTR("a name that is longer than what a small text holds")}};
 
 private:
-    bool HasHeardEveryAnswer() const;
+    bool HasReceivedEveryAnswer() const;
     bool HasGone() const;
     void AwaitThat(const std::function<bool()>& isDone) const;
 
@@ -71,7 +71,7 @@ private:
     const OwnedBstr path_{Utf16(file_.begin(), file_.end())};
     Testing::Held<ExemptConnectionObserver> connectionObserver_;
     Testing::Held<ExemptPropertyObserver> propertyObserver_;
-    bool isConnecting_ = false;  // or has connected; the observer is told of the end
+    bool isConnecting_ = false;  // or has connected; the observer is notified of the end
 
 public:
     Testing::FakeConnection link;

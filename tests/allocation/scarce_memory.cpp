@@ -19,7 +19,7 @@ std::atomic<long> liveAllocations{0};
 std::atomic<std::size_t> liveBytes{0};
 thread_local bool isExempt = false;
 
-// Stands before every piece of memory: who gives it back may be exempt where who took it was not.
+// Precedes every allocation: the thread that frees it may be exempt even if the one that allocated it was not.
 struct alignas(std::max_align_t) Header {
     std::size_t size;
     bool counts;
@@ -69,7 +69,7 @@ bool ScarceMemory::HasRunOut() {
 
 bool ScarceMemory::Grants() {
     const long failing = failingAllocation;
-    // In this order: where the thread's own variables are made at first use, that asks here, too.
+    // In this order: creating thread-local variables at first use may allocate here, too.
     if (failing == noAllocation || isExempt) {
         return true;
     }
@@ -99,7 +99,7 @@ std::size_t LiveBytes() {
 
 }  // namespace Morquil::Test
 
-// The whole program's, in place of the standard library's.
+// For the whole program, in place of the standard library's.
 void* operator new(std::size_t size) {
     void* const memory = Morquil::Test::Allocate(size);
     if (memory == nullptr) {

@@ -1,15 +1,15 @@
-// Memory that runs out when the test says so, and what of it is in use.
+// Memory that runs out when the test says so, and how much of it is in use.
 #pragma once
 
 #include <cstddef>
 
 namespace Morquil::Test {
 
-/// Lets the allocation number `index` fail, counted from 0 and over all threads but those that are `Exempt`, and, with
-/// `lasting`, all that follow. Ends with its scope.
+/// Makes allocation number `index` fail, counted from 0 over all threads that are not `Exempt`, and, with `lasting`,
+/// all that follow. Ends with its scope.
 class ScarceMemory {
 public:
-    /// An index that nothing comes to.
+    /// An index that is never reached.
     static constexpr long never = 1'000'000;
 
     ScarceMemory(long index, bool lasting);
@@ -17,14 +17,14 @@ public:
     ScarceMemory(const ScarceMemory&) = delete;
     ScarceMemory& operator=(const ScarceMemory&) = delete;
 
-    /// Whether it has come to that.
+    /// Whether that allocation has happened.
     static bool HasRunOut();
-    /// Counts as one allocation. Returns: whether it shall succeed.
+    /// Counts as one allocation. Returns: whether it should succeed.
     static bool Grants();
 };
 
-/// While it lives, the thread's own allocations succeed and do not count: what a test does is no concern of the
-/// library.
+/// While it lives, the thread's own allocations succeed and do not count: a test's own allocations are not the
+/// library's.
 class Exempt {
 public:
     explicit Exempt(bool exempt = true);
@@ -43,7 +43,7 @@ auto InTheLibrary(Call call) {
     return call();
 }
 
-/// How many allocations that counted nobody has given back, and their bytes.
+/// How many counted allocations have not been freed, and their bytes.
 long LiveAllocations();
 std::size_t LiveBytes();
 

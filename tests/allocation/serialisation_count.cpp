@@ -20,7 +20,7 @@ long Testing::SerialisationCount() {
 
 void MessageToString::SendFormatted(const char* format, ...) {
     if (std::string_view(format) == "%s:\n") {
-        ++headers;  // every message has one
+        ++headers;  // once per message
     }
     std::va_list arguments;
     va_start(arguments, format);

@@ -1,4 +1,4 @@
-// How often the library makes the text of a message for itself.
+// How often the library writes a message to text for its own use.
 #pragma once
 
 namespace Morquil::Testing {

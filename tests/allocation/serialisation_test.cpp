@@ -1,4 +1,4 @@
-// A block that arrives is compared with what was sent, as text, only while the echo of something sent is to come.
+// A received block is compared with what was sent, as text, only while the echo of something sent is outstanding.
 #include "tests/allocation/serialisation_count.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ constexpr const char* someSettings =
 
 long SerialisationsOf(DeviceRig& rig, const std::string& bytes) {
     const long before = SerialisationCount();
-    rig.Tell(bytes);
+    rig.DeviceSends(bytes);
     return SerialisationCount() - before;
 }
 
@@ -50,7 +50,7 @@ TEST(Serialisation, HappensOnceForEachMessageThatIsSent) {
     EXPECT_EQ(SerialisationCount() - before, 1);
 }
 
-TEST(Serialisation, IsNotNeededForWhatIsNoBlockOfSettings) {
+TEST(Serialisation, IsNotNeededForOtherBlocks) {
     DeviceRig rig;
     rig.ConnectToGoodDevice(DeviceAnswerWithoutEcho);
     ASSERT_EQ(rig.ProcAmp()->SetGain(12), S_OK);

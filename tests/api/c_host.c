@@ -1,7 +1,7 @@
 #define COBJMACROS
 #include "tests/api/c_host.h"
 
-HRESULT CHostTell(IMorquilPropertyObserver* observer, _MorquilPropertySetId id) {
+HRESULT CHostNotify(IMorquilPropertyObserver* observer, _MorquilPropertySetId id) {
     return IMorquilPropertyObserver_PropertyChanged(observer, id);
 }
 

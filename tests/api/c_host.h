@@ -1,4 +1,4 @@
-/* What a host that is written in C sees of the interfaces. */
+/* The interfaces as a host written in C sees them. */
 #ifndef C_HOST_H
 #define C_HOST_H
 
@@ -9,9 +9,9 @@ extern "C" {
 #endif
 
 /* Calls observer->PropertyChanged(id) through the C form of the interface. */
-HRESULT CHostTell(IMorquilPropertyObserver* observer, _MorquilPropertySetId id);
+HRESULT CHostNotify(IMorquilPropertyObserver* observer, _MorquilPropertySetId id);
 
-/* Asks `object` for a device and gives back what QueryInterface answered. */
+/* Asks `object` for a device and returns the result of QueryInterface. */
 HRESULT CHostAskForDevice(IUnknown* object, IMorquilDevice** device);
 
 /* The length of a text that C allocated. */

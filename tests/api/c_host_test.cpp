@@ -15,19 +15,19 @@ public:
     STDMETHODIMP_(ULONG) AddRef() override { return 1; }
     STDMETHODIMP_(ULONG) Release() override { return 1; }
     STDMETHODIMP PropertyChanged(_MorquilPropertySetId id) override {
-        told = id;
+        notifiedId = id;
         return S_FALSE;
     }
 
     GUID asked = {};
-    int told = 0;
+    int notifiedId = 0;
 };
 
 TEST(CHost, CallsAnObserverThatIsWrittenInCpp) {
     RecordingObserver observer;
 
-    EXPECT_EQ(CHostTell(&observer, morquil3dModePropertySetId), S_FALSE);
-    EXPECT_EQ(observer.told, 0x33646D6F);
+    EXPECT_EQ(CHostNotify(&observer, morquil3dModePropertySetId), S_FALSE);
+    EXPECT_EQ(observer.notifiedId, 0x33646D6F);
 }
 
 TEST(CHost, PassesIdentifiersByAddress) {

@@ -1,4 +1,4 @@
-// What a host that was compiled elsewhere relies on: slots, parameters, identifiers, numbers.
+// What a host that was compiled elsewhere relies on: slots, parameters, identifiers and numbers.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -21,7 +21,7 @@ static_assert(!std::has_virtual_destructor_v<IClassFactory>);
     static_assert(sizeof(name) == sizeof(void*));        \
     static_assert(!std::has_virtual_destructor_v<name>); \
     static_assert(std::is_base_of_v<IUnknown, name> && std::is_abstract_v<name>);
-// NOLINTBEGIN(bugprone-macro-parentheses): the parameters are a list that has its own
+// NOLINTBEGIN(bugprone-macro-parentheses): the parameters are a list with its own
 #define METHOD(interfaceName, name, parameters) \
     static_assert(                              \
         std::is_same_v<decltype(&interfaceName::name), HRESULT(STDMETHODCALLTYPE interfaceName::*) parameters>);
@@ -66,7 +66,7 @@ TEST(InterfaceLayout, KeepsTheMethodsOfUnknownAndOfTheClassFactoryInTheirSlots) 
     EXPECT_EQ(SlotOf(&IClassFactory::LockServer), 4U);
 }
 
-TEST(InterfaceLayout, GivesEveryInterfaceItsIdentifier) {
+TEST(InterfaceLayout, IdentifiesEveryInterface) {
 #define INTERFACE(name, iid, help) EXPECT_EQ(GuidText(IID_##name), iid) << #name;
 #define METHOD(interfaceName, name, parameters)
 #include "tests/api/expected_interfaces.inc"
@@ -74,7 +74,7 @@ TEST(InterfaceLayout, GivesEveryInterfaceItsIdentifier) {
 #undef METHOD
 }
 
-TEST(InterfaceLayout, GivesComTheLibraryAndTheClassTheirIdentifiers) {
+TEST(InterfaceLayout, IdentifiesTheLibraryAndTheClassToCom) {
     EXPECT_EQ(GuidText(IID_IUnknown), "{00000000-0000-0000-C000-000000000046}");
     EXPECT_EQ(GuidText(IID_IClassFactory), "{00000001-0000-0000-C000-000000000046}");
     EXPECT_EQ(GuidText(LIBID_MorquilAPI), "{5FF6856C-F8DA-41D9-B457-E6889D512B6B}");

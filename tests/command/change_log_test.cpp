@@ -1,4 +1,4 @@
-// However much changes, what a watch has not shown yet stays small.
+// However much changes, the backlog of a watch stays small.
 #include "command/change_log.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ Value Number(std::int64_t number) {
     return number;
 }
 
-TEST(ChangeLog, TakesTheFirstValueAsItIs) {
+TEST(ChangeLog, KeepsTheFirstValueAsItIs) {
     ChangeLog log;
     log.Note(FindProperty("proc-amp.gain"), Number(5), {});
     EXPECT_TRUE(log.IsEmpty());
@@ -41,7 +41,7 @@ TEST(ChangeLog, KeepsTheLatestValueOfAFloodAndCountsTheOthers) {
     EXPECT_TRUE(log.IsEmpty());
 }
 
-TEST(ChangeLog, TellsOfAValueThatWasThereForAMomentOnly) {
+TEST(ChangeLog, ReportsAValueThatWasThereForAMomentOnly) {
     ChangeLog log;
     for (const std::int64_t value : {0, 7, 0}) {
         log.Note(FindProperty("proc-amp.gain"), Number(value), {});
@@ -52,7 +52,7 @@ TEST(ChangeLog, TellsOfAValueThatWasThereForAMomentOnly) {
     EXPECT_EQ(changes[0].skipped, 1u);
 }
 
-TEST(ChangeLog, GivesChangesInTheOrderOfTheirTimes) {
+TEST(ChangeLog, ReturnsChangesInTheOrderOfTheirTimes) {
     ChangeLog log;
     const auto note = [&log](const char* name, std::int64_t value) {
         log.Note(FindProperty(name), Number(value), WallClock::time_point(std::chrono::seconds(value)));

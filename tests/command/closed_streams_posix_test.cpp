@@ -9,7 +9,7 @@
 namespace Morquil::Test {
 namespace {
 
-TEST(Command, WithoutStandardStreamsSaysNothingButWhatItIsToSay) {
+TEST(Command, WithoutStandardStreamsPrintsNothingToTheDevice) {
     Testing::ScriptedDevice device(CompleteDevice());
     const Testing::ProgramWithoutStreams program("\"" MORQUIL_COMMAND_PATH "\" -d " + device.Address() + " watch");
     ASSERT_TRUE(device.AwaitHost());

@@ -43,7 +43,7 @@ std::string ScriptOf(const std::string& shell) {
     return {};
 }
 
-/// One shell, and how its script is asked outside a terminal.
+/// One shell, and how to run its script outside a terminal.
 struct Shell {
     std::string name;
     std::string run;
@@ -69,7 +69,7 @@ std::string AskFish(const Words& line) {
 
 class Completing : public testing::TestWithParam<Shell> {
 protected:
-    /// What may follow: `line` is the words behind the command's name, the last of them not finished.
+    /// The candidates: `line` is the words after the command's name, the last of them unfinished.
     Words Candidates(const Words& line) const {
         const TemporaryFolder folder;
         const std::string before = GetParam().name == "zsh" ? "compdef() { true }\n" : "";
@@ -80,7 +80,7 @@ protected:
         Words candidates;
         for (std::size_t at = 0; at < output.size();) {
             const std::size_t end = output.find('\n', at);
-            // Behind a tabulator stands what fish knows about a candidate.
+            // fish appends a tab and the description of a candidate.
             candidates.push_back(output.substr(at, end - at).substr(0, output.substr(at, end - at).find('\t')));
             at = end + 1;
         }
@@ -110,14 +110,14 @@ TEST_P(Completing, OffersTheNamesOfProperties) {
     EXPECT_FALSE(Offers({"set", "device.n"}, "device.name"));
 }
 
-TEST_P(Completing, OffersWordsWhereAValueIsDue) {
+TEST_P(Completing, OffersWordsWhereAValueIsExpected) {
     const Words ratios = Candidates({"set", "output.aspect-ratio", ""});
     EXPECT_NE(std::find(ratios.begin(), ratios.end(), "LetterBox"), ratios.end());
     EXPECT_EQ(std::find(ratios.begin(), ratios.end(), "output.aspect-ratio"), ratios.end());
     EXPECT_TRUE(Offers({"set", "output.aspect-ratio", "LetterBox", "output.v"}, "output.video-mode"));
 }
 
-TEST_P(Completing, OffersWhatTheOtherCommandsTake) {
+TEST_P(Completing, OffersWhatTheOtherCommandsAccept) {
     EXPECT_EQ(Candidates({"preset", "re"}), Words{"recall"});
     EXPECT_EQ(Candidates({"completion", "z"}), Words{"zsh"});
 }
@@ -125,7 +125,7 @@ TEST_P(Completing, OffersWhatTheOtherCommandsTake) {
 TEST_P(Completing, OffersWordsWithBlanksAsOneEach) {
     const std::string mode = GetParam().name == "bash" ? "2K\\ DCI\\ 24p" : "2K DCI 24p";
     EXPECT_TRUE(Offers({"set", "input.video-mode", "2K"}, mode));
-    // As people type them: the backslash of a blank is itself written with one where the test's script needs that.
+    // As people type them: the backslash before a blank is itself escaped where the test's script needs that.
     const std::string begun = GetParam().name == "fish" ? "2K\\ DCI\\ 2" : "2K\\\\\\ DCI\\\\\\ 2";
     EXPECT_TRUE(Offers({"set", "input.video-mode", begun}, mode));
 }

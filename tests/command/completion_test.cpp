@@ -1,4 +1,4 @@
-// What may follow on a command line.
+// Candidates for the next word of a command line.
 #include "command/completion.h"
 
 #include <gtest/gtest.h>
@@ -51,7 +51,7 @@ bool Holds(const Words& words, const std::string& word) {
     return std::find(words.begin(), words.end(), word) != words.end();
 }
 
-TEST(Completion, OffersEveryCommandAndOptionWithWhatItIsGoodFor) {
+TEST(Completion, OffersEveryCommandAndOptionWithItsPurpose) {
     const Command::Grammar grammar = Command::CommandLineGrammar();
     EXPECT_EQ(Offered({""}).size(), grammar.commands.size());
     for (const Command::Grammar& command : grammar.commands) {
@@ -74,7 +74,7 @@ TEST(Completion, OffersAnOptionOfOneCommandAfterItOnly) {
     EXPECT_FALSE(Holds(Offered({"--"}), "--wait-reconnect"));
 }
 
-TEST(Completion, OffersTheNamesThatACommandTakes) {
+TEST(Completion, OffersTheNamesThatACommandAccepts) {
     const Words readable = NamesWith([](const Property& property) { return property.IsReadable(); });
     EXPECT_EQ(Offered({"get", ""}), readable);
     EXPECT_EQ(Offered({"get", "device.name", ""}), readable);
@@ -92,7 +92,7 @@ TEST(Completion, OffersTheWordsOfEveryPropertyThatCanBeSet) {
     }
 }
 
-TEST(Completion, KnowsWhereANameIsDueAndWhereAValue) {
+TEST(Completion, KnowsWhereANameAndWhereAValueIsExpected) {
     EXPECT_EQ(Offered({"set", "proc-amp.gain", "-3", "proc-amp.hu"}), Words{"proc-amp.hue"});
     EXPECT_EQ(Offered({"set", "proc-amp.gain", "proc"}), Words{});
     EXPECT_EQ(Offered({"set", "timecode.start", "proc-amp.hu"}), Words{"proc-amp.hue"});
@@ -112,7 +112,7 @@ TEST(Completion, OffersNoOptionAfterTheMarkThatEndsThem) {
     EXPECT_EQ(Offered({"get", "--", "-"}), Words{});
 }
 
-TEST(Completion, TakesUpperAndLowerCaseAsTheSame) {
+TEST(Completion, IgnoresCase) {
     EXPECT_EQ(Offered({"set", "OUTPUT.ASPECT-R"}), Words{"output.aspect-ratio"});
     EXPECT_EQ(Offered({"set", "OUTPUT.ASPECT-RATIO", "letter"}), Words{"LetterBox"});
 }
@@ -123,14 +123,14 @@ TEST(Completion, LeavesFilesToTheShell) {
     EXPECT_EQ(Offered({"load", "settings.txt", ""}), Words{});
 }
 
-TEST(Completion, OffersWhatTheOtherCommandsTake) {
+TEST(Completion, OffersWhatTheOtherCommandsAccept) {
     EXPECT_EQ(Offered({"preset", ""}), (Words{"save", "recall", "name"}));
     EXPECT_EQ(Offered({"preset", "name", ""}), (Words{"1", "2", "3", "4", "5", "6"}));
     EXPECT_EQ(Offered({"completion", ""}), (Words{"bash", "zsh", "fish"}));
     EXPECT_EQ(Offered({"status", ""}), Words{});
 }
 
-TEST(Completion, HasNothingToOfferForWhatItDoesNotUnderstand) {
+TEST(Completion, OffersNothingForWhatItDoesNotUnderstand) {
     EXPECT_EQ(Offered({"dance", ""}), Words{});
     EXPECT_EQ(Offered({"get", "--no-such-option", "device.na"}), Words{"device.name"});
     EXPECT_EQ(Offered({"set", "no.such.name", ""}), Words{});

@@ -1,4 +1,4 @@
-// What shells and people are told of the command line.
+// The documentation of the command line for shells and people.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -18,12 +18,12 @@ using Command::ExitCode;
 std::string ManPage() {
     std::ifstream file(MORQUIL_TEST_DATA "/../../docs/man/morquilctl.1", std::ios::binary);
     std::string text{std::istreambuf_iterator<char>(file), {}};
-    // In the source a hyphen that is typed has a backslash.
+    // In the source a hyphen to be typed has a backslash.
     std::erase(text, '\\');
     return text;
 }
 
-TEST(ManPage, TellsOfEveryCommandAndOption) {
+TEST(ManPage, DescribesEveryCommandAndOption) {
     const std::string page = ManPage();
     const Command::Grammar grammar = Command::CommandLineGrammar();
     EXPECT_GE(grammar.commands.size(), 10u);
@@ -38,7 +38,7 @@ TEST(ManPage, TellsOfEveryCommandAndOption) {
     }
 }
 
-TEST(Help, IsGivenOnStandardOutput) {
+TEST(Help, IsWrittenToStandardOutput) {
     for (const char* const option : {"--help", "--version"}) {
         const Outcome outcome = RunCommand("127.0.0.1", {option});
         EXPECT_EQ(outcome.code, ExitCode::Done);

@@ -15,7 +15,7 @@ using Command::Json;
 using Command::Kind;
 using Command::Property;
 
-// What has to be set before a property can have more than one value, tried in turn.
+// Settings, tried in turn, that allow a property more than one value.
 const std::vector<std::vector<std::string>> situations = {
     {},
     {"output.video-mode", "1080p50"},
@@ -30,7 +30,7 @@ Json ReadJson(const std::string& address, const std::string& command, const std:
     return Json::parse(outcome.out, nullptr, false).value(name, Json());
 }
 
-// Values that a property could be given, without regard to a device.
+// Values that a property could have, whatever the device.
 std::vector<Json> PossibleValues(const Property& property) {
     std::vector<Json> values;
     switch (property.type.kind) {
@@ -50,7 +50,7 @@ std::vector<Json> PossibleValues(const Property& property) {
     }
 }
 
-// What the device offers, or else what is possible.
+// What the device offers, or else all possible values.
 std::vector<Json> ValuesFor(const std::string& address, const Property& property) {
     const Json offer = property.offer != nullptr ? ReadJson(address, "ranges", property.name) : Json();
     if (offer.is_object()) {
@@ -66,7 +66,7 @@ std::string AsWord(const Json& value) {
     return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
-// Gives the property a value that it does not have. Returns: whether there is one.
+// Sets the property to a value other than its own. Returns: whether such a value exists.
 bool SetsAnother(const std::string& address, const Property& property) {
     const Json before = ReadJson(address, "get", property.name);
     for (const Json& value : ValuesFor(address, property)) {
@@ -81,7 +81,7 @@ bool SetsAnother(const std::string& address, const Property& property) {
     return false;
 }
 
-TEST(SimulatedDevice, TakesAndReportsEveryWritableProperty) {
+TEST(SimulatedDevice, AcceptsAndReportsEveryWritableProperty) {
     for (const Property& property : Command::AllProperties()) {
         if (!property.IsWritable() || property.IsCommand()) {
             continue;

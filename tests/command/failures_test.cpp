@@ -1,4 +1,4 @@
-// What the command line says and returns when something is not as it should be.
+// What the command line prints and returns when something fails.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -15,15 +15,15 @@ using Command::ExitCode;
 using Testing::ScriptedDevice;
 using namespace std::chrono_literals;
 
-// No connection is made in these.
+// These make no connection.
 constexpr const char* nowhere = "127.0.0.1";
 
-// A device that has this gain, and acknowledges whatever it is sent, without a word about it.
+// A device with this gain that acknowledges everything and reports nothing.
 Testing::DeviceScript DeafDevice() {
     return CompleteDevice();
 }
 
-// A device that reports whatever it is sent.
+// A device that echoes everything.
 Testing::DeviceScript ObedientDevice() {
     Testing::DeviceScript script = CompleteDevice();
     script.respond = [answers = script.answers](const std::string& block) {
@@ -46,7 +46,7 @@ TEST(CommandFailures, AWrongNameIsRefusedWithTheNearest) {
     EXPECT_EQ(outcome.err, "morquilctl: 'proc-amp.gian' is not a property; nearest: proc-amp.gain\n");
 }
 
-TEST(CommandFailures, MisuseIsToldInOneLine) {
+TEST(CommandFailures, MisuseIsReportedInOneLine) {
     const std::vector<std::vector<std::string>> lines = {{},
                                                          {"dance"},
                                                          {"get"},
@@ -79,8 +79,8 @@ TEST(CommandFailures, ANumberOutsideTheDevicesRangeIsRefused) {
     EXPECT_FALSE(device.HasReceivedChange());
 }
 
-TEST(CommandFailures, NobodyThereIsUnreachable) {
-    const Testing::LoopbackListener unused;  // only to find an address where nobody listens
+TEST(CommandFailures, AMissingDeviceIsUnreachable) {
+    const Testing::LoopbackListener unused;  // only to find an address where nothing listens
     const Outcome outcome = RunCommand("127.255.255.1", {"status"});
     EXPECT_EQ(outcome.code, ExitCode::Unreachable);
     EXPECT_EQ(outcome.err, "morquilctl: 127.255.255.1: no answer from a device\n");
@@ -160,7 +160,7 @@ TEST(CommandFailures, AConnectionThatEndsWhileItSetsIsLost) {
     EXPECT_EQ(outcome.err, "morquilctl: " + device.Address() + ": the connection was lost\n");
 }
 
-TEST(CommandFailures, AValueThatIsNotThereIsToldWhenAskedByName) {
+TEST(CommandFailures, AMissingValueIsReportedWhenAskedByName) {
     ScriptedDevice device(CompleteDevice());
     const Outcome one = RunCommand(device.Address(), {"get", "color.green"});
     EXPECT_EQ(one.code, ExitCode::NotApplied);
@@ -180,14 +180,14 @@ TEST(CommandFailures, ALockedDeviceSaysSo) {
     EXPECT_NE(outcome.err.find("locked against remote control"), std::string::npos) << outcome.err;
 }
 
-TEST(CommandFailures, NumbersBelowZeroAreNoOptions) {
+TEST(CommandFailures, NegativeNumbersAreNotOptions) {
     ScriptedDevice device(ObedientDevice());
     const Outcome outcome = RunCommand(device.Address(), {"set", "proc-amp.gain", "-5"});
     EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
     EXPECT_EQ(outcome.out, "proc-amp.gain  -5\n");
 }
 
-TEST(CommandFailures, TextsMayBeginWithAHyphenBehindTheMark) {
+TEST(CommandFailures, TextsMayBeginWithAHyphenAfterTheMark) {
     ScriptedDevice device(ObedientDevice());
     const Outcome outcome = RunCommand(device.Address(), {"set", "network.name", "--", "--json"});
     EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;

@@ -11,7 +11,7 @@
 
 namespace Morquil::Test {
 
-/// What a run of the command line has come to.
+/// The outcome of a run of the command line.
 struct Outcome {
     Command::ExitCode code;
     std::string out;
@@ -21,7 +21,7 @@ struct Outcome {
 /// Runs the command line to its end; the device is at `address`.
 Outcome RunCommand(const std::string& address, std::vector<std::string> arguments);
 
-/// A command without an end, in a thread of its own.
+/// A command that does not end by itself, on its own thread.
 class RunningCommand {
 public:
     RunningCommand(const std::string& address, std::vector<std::string> arguments);
@@ -29,15 +29,15 @@ public:
     RunningCommand(const RunningCommand&) = delete;
     RunningCommand& operator=(const RunningCommand&) = delete;
 
-    /// Waits until standard output or standard error holds `text`. Returns: whether it does within 10 s.
+    /// Waits until standard output or standard error holds `text`. Returns: whether they did within 10 s.
     bool AwaitOut(const std::string& text) { return Await(outcome_.out, text); }
     bool AwaitErr(const std::string& text) { return Await(outcome_.err, text); }
 
-    /// From here on whatever is written to standard output waits, as on a full pipe, until it is released.
+    /// From here on writes to standard output block, as on a full pipe, until it is released.
     void HoldOutput() { SetHeld(true); }
     void ReleaseOutput() { SetHeld(false); }
 
-    /// As Ctrl-C.
+    /// Like Ctrl-C.
     void Interrupt() { isInterrupted_ = true; }
     /// Waits for the end.
     Outcome Join();

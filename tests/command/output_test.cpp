@@ -25,7 +25,7 @@ bool IsHarmless(const std::string& text) {
     });
 }
 
-// A device whose name wants to steer the terminal.
+// A device whose name contains terminal control codes.
 Testing::DeviceScript HostileDevice() {
     Testing::DeviceScript script = CompleteDevice();
     std::string& text = script.greeting;
@@ -36,15 +36,15 @@ Testing::DeviceScript HostileDevice() {
     return script;
 }
 
-TEST(Escaping, ShowsWhatSteersATerminal) {
+TEST(Escaping, ShowsTerminalControlCodes) {
     EXPECT_EQ(Escaped("a\x1b[0m\r\n\x7f"), "a\\x1b[0m\\x0d\\x0a\\x7f");
     EXPECT_EQ(Escaped("\xc2\x9b"), "\\x9b");
-    // NOLINTNEXTLINE(misc-misleading-bidirectional): they are what is to be escaped
+    // NOLINTNEXTLINE(misc-misleading-bidirectional): they are to be escaped
     EXPECT_EQ(Escaped("\xe2\x80\xae\xe2\x81\xa6"), "\\u202e\\u2066");
     EXPECT_EQ(Escaped(std::string_view("\0", 1)), "\\x00");
 }
 
-TEST(Escaping, ShowsBytesThatAreNoText) {
+TEST(Escaping, ShowsBytesThatAreNotText) {
     EXPECT_EQ(Escaped("a\x9b\xff"
                       "b"),
               "a\\x9b\\xff"
@@ -73,7 +73,7 @@ TEST(Output, HasNoControlBytesOfADevice) {
     }
 }
 
-TEST(Output, AsJsonIsAsciiAlone) {
+TEST(Output, AsJsonIsAsciiOnly) {
     Testing::ScriptedDevice device(HostileDevice());
     const Outcome outcome = RunCommand(device.Address(), {"--json", "get", "device.name"});
     EXPECT_TRUE(IsHarmless(outcome.out)) << outcome.out;

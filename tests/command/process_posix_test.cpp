@@ -1,4 +1,4 @@
-// The command as a process: what signals and the streams that it was given do to it.
+// The command as a process: the effects of signals and of its streams.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -22,7 +22,7 @@ bool WasEndedBy(int status, int signal) {
 
 class ReaderGone : public testing::TestWithParam<bool> {};
 
-TEST_P(ReaderGone, EndsAWatchQuietlyAlsoWhenNothingChangesAnyMore) {
+TEST_P(ReaderGone, EndsAWatchQuietlyEvenWhenNothingChangesAnyMore) {
     SimulatedOnNetwork device;
     StartedCommand watch(device.Address(), {.words = {"watch"}, .ignoresBrokenPipes = GetParam()});
     ASSERT_TRUE(watch.AwaitErr("watching"));
@@ -34,7 +34,7 @@ TEST_P(ReaderGone, EndsAWatchQuietlyAlsoWhenNothingChangesAnyMore) {
     EXPECT_EQ(watch.Err(), said);
 }
 
-TEST_P(ReaderGone, IsNoFailureOfACommandThatIsDone) {
+TEST_P(ReaderGone, IsNotAFailureOfAFinishedCommand) {
     SimulatedOnNetwork device;
     StartedCommand set(device.Address(), {.words = {"set", "proc-amp.gain", "12"}, .ignoresBrokenPipes = GetParam()});
     set.CloseOut();
@@ -58,7 +58,7 @@ TEST(Interrupting, EndsAnAttemptToConnectByTheSignalItself) {
     }
 }
 
-TEST(Interrupting, EndsAWatchThatNobodyReads) {
+TEST(Interrupting, EndsAnUnreadWatch) {
     SimulatedOnNetwork device;
     StartedCommand watch(device.Address(), {.words = {"watch", "proc-amp"}});
     ASSERT_TRUE(watch.AwaitErr("watching"));
@@ -70,7 +70,7 @@ TEST(Interrupting, EndsAWatchThatNobodyReads) {
     EXPECT_TRUE(HasExited(status, 0) || WasEndedBy(status, SIGINT)) << status;
 }
 
-TEST(TimingOut, DoesNotWaitForAStandardErrorThatNobodyReads) {
+TEST(TimingOut, DoesNotWaitForAnUnreadStandardError) {
     Testing::ScriptedDevice device(CompleteDevice());
     StartedCommand set(device.Address(), {.words = {"--trace", "set", "-t", "0.5", "proc-amp.gain", "12"}});
     EXPECT_EQ(device.NextChange(), "VIDEO PROC AMP:\nGain: 12\n\n");
@@ -83,7 +83,7 @@ TEST(TimingOut, DoesNotWaitForAStandardErrorThatNobodyReads) {
     device.HangUp();
 }
 
-// Interrupts it the moment `folder` holds a file.
+// Interrupts it as soon as `folder` holds a file.
 void InterruptAtFirstFile(const StartedCommand& command, const TemporaryFolder& folder) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (folder.Names().empty() && std::chrono::steady_clock::now() < end) {
@@ -91,7 +91,7 @@ void InterruptAtFirstFile(const StartedCommand& command, const TemporaryFolder& 
     command.Signal(SIGINT);
 }
 
-// The moment is a short one, so there are several tries.
+// The window is short, so it is tried several times.
 TEST(Interrupting, LeavesNoTemporaryFiles) {
     constexpr int tries = 5;
     for (int attempt = 0; attempt < tries; ++attempt) {
@@ -120,7 +120,7 @@ TEST(Interrupting, LeavesASavedFileWholeOrNone) {
     }
 }
 
-TEST(ClosedStreams, AFailureToWriteIsOne) {
+TEST(ClosedStreams, AFailureToWriteIsAFailure) {
     SimulatedOnNetwork device;
     StartedCommand get(device.Address(), {.words = {"get", "proc-amp.gain"}, .closedStreams = {1}});
     EXPECT_TRUE(HasExited(get.AwaitEnd(), 1));

@@ -18,10 +18,10 @@ using Command::AllProperties;
 using Command::Property;
 using Command::SelectProperties;
 
-// The device does not hand this interface out.
+// The device does not return this interface.
 constexpr std::string_view notOfTheDevice = "Align";
 
-// Changes that are no properties, and changes whose commands carry other verbs.
+// Changes that are not properties, and changes whose commands have other verbs.
 const std::regex changingMethod("(Set\\w+|ResetAll|ResetValues|StartTimecode|SavePreset|RecallPreset)");
 
 std::string InterfaceDefinitions() {
@@ -38,7 +38,7 @@ std::string InterfaceDefinitions() {
     return plain;
 }
 
-// What the C++ layer calls an interface.
+// The C++ layer's name for an interface.
 std::string LayerName(const std::string& name) {
     return name == "IMorquil3dMode" ? "Mode3d" : name.substr(8);
 }
@@ -109,7 +109,7 @@ TEST(PropertyTable, SelectsByNameBeginningAndPattern) {
     EXPECT_THROW(SelectProperties({"proc-am"}), Command::UsageFailure);
 }
 
-TEST(Spelling, SaysTypesAsPeopleDo) {
+TEST(Spelling, NamesTypesForPeople) {
     EXPECT_EQ(Command::Spoken("VideoMode"), "video mode");
     EXPECT_EQ(Command::Spoken("SDIMode"), "SDI mode");
     EXPECT_EQ(Command::Spoken("AFDInsertType"), "AFD insert type");

@@ -58,7 +58,7 @@ TEST(SettingsFiles, ComeBackAsTheyWereSaved) {
     EXPECT_EQ(RunCommand(device.Address(), {"get", "proc-amp.gain"}).out, "proc-amp.gain  17\n");
 }
 
-TEST(SettingsFiles, TellWhichLinesWereNotApplied) {
+TEST(SettingsFiles, ReportTheLinesThatWereNotApplied) {
     SimulatedOnNetwork device;
     const TemporaryFolder folder;
     const std::string file = folder.Make("settings.txt", "VIDEO PROC AMP:\nGain: 4000\n\nGENLOCK:\nLine offset: 1\n\n");
@@ -84,7 +84,7 @@ TEST(SettingsFiles, ThatCannotBeWrittenAreAMisuse) {
     EXPECT_EQ(RunCommand(device.Address(), {"save", file}).code, ExitCode::Usage);
 }
 
-TEST(SettingsFiles, AreAsTheyWereUnlessTheDeviceIsThereUntilTheyAreSaved) {
+TEST(SettingsFiles, StayUnchangedUnlessTheDeviceIsConnectedUntilTheyAreSaved) {
     const TemporaryFolder folder;
     for (int round = 0; round < 40; ++round) {
         SimulatedOnNetwork device;

@@ -7,12 +7,12 @@
 
 namespace Morquil::Test {
 
-/// The simulated device on an address of this machine, for one host after the other.
+/// The simulated device on an address of this machine, for one host after another.
 class SimulatedOnNetwork {
 public:
     const std::string& Address() const { return network_.Address(); }
 
-    /// What somebody does at the front panel; the host is told.
+    /// An action at the front panel; the host is notified.
     void UsePanel(const std::string& command) {
         std::string text;
         network_.Do([&] {

@@ -29,7 +29,7 @@ Pipe MakePipe() {
     return {ends[0], ends[1]};
 }
 
-// Reads once, when something is there before `end`. Returns: false at the end of the stream or of the time.
+// Reads once if data arrives before `end`. Returns: false at the end of the stream or at the time limit.
 bool ReadSome(int descriptor, std::string& text, Clock::time_point end) {
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
     pollfd readable{descriptor, POLLIN, 0};
@@ -51,7 +51,7 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
     return pointers;
 }
 
-// A parent's handlers are not inherited, but what it ignores is.
+// Signal handlers are not inherited from the parent, but ignored signals are.
 class IgnoredSignal {
 public:
     explicit IgnoredSignal(bool isIgnored) : before_(std::signal(SIGPIPE, isIgnored ? SIG_IGN : SIG_DFL)) {}

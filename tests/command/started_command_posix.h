@@ -7,18 +7,18 @@
 
 namespace Morquil::Test {
 
-/// The command as a program of its own, for what only a process shows: signals, closed streams. Waits end after 10 s.
+/// The command as a separate process, for what only a process shows: signals, closed streams. Waits end after 10 s.
 class StartedCommand {
 public:
     struct Start {
         std::vector<std::string> words;
         std::vector<int> closedStreams = {};  // of 0 to 2
-        bool ignoresBrokenPipes = false;      // as services and some parents have their children
+        bool ignoresBrokenPipes = false;      // as set by services and some parent processes
         std::string temporaryFolder = "/tmp";
     };
 
     StartedCommand(const std::string& address, const Start& start);
-    /// Kills it, if it still runs.
+    /// Kills it if it still runs.
     ~StartedCommand();
     StartedCommand(const StartedCommand&) = delete;
     StartedCommand& operator=(const StartedCommand&) = delete;
@@ -26,10 +26,10 @@ public:
     /// Reads until standard output or standard error holds `text`. Returns: whether it does.
     bool AwaitOut(const std::string& text) { return Await(out_, text); }
     bool AwaitErr(const std::string& text) { return Await(err_, text); }
-    /// What has been read of standard error.
+    /// What has been read from standard error.
     const std::string& Err() const { return err_.text; }
 
-    /// As when the program that reads standard output ends.
+    /// Like the end of the program that reads standard output.
     void CloseOut();
     void Signal(int signal) const;
 
@@ -46,7 +46,7 @@ private:
 
     Stream out_;
     Stream err_;
-    Stream life_;  // a pipe that is closed by the program's end
+    Stream life_;  // a pipe that closes when the program ends
     pid_t process_ = -1;
 };
 

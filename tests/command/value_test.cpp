@@ -46,7 +46,7 @@ TEST(Values, WordsAreReadInAnyCase) {
     EXPECT_EQ(ParseValue(mode, "1080PSF25"), ParseValue(mode, "1080PsF25"));
 }
 
-TEST(Values, AWordThatIsNoneIsRefusedWithTheNearest) {
+TEST(Values, AnUnknownWordIsRefusedWithTheNearest) {
     EXPECT_EQ(RefusalOf(Command::FindProperty("output.sdi-mode").type, "LevelC"),
               "'LevelC' is not an SDI mode; nearest: LevelA");
     EXPECT_EQ(RefusalOf(Command::FindProperty("output.sdi-mode").type, "x"),

@@ -15,7 +15,7 @@ namespace {
 using Command::ExitCode;
 using Command::Json;
 
-TEST(Watching, TellsAChangeWithItsTime) {
+TEST(Watching, ReportsAChangeWithItsTime) {
     SimulatedOnNetwork device;
     RunningCommand watch(device.Address(), {"watch", "proc-amp"});
     ASSERT_TRUE(watch.AwaitErr("watching 7 properties"));
@@ -91,7 +91,7 @@ TEST(Watching, EndsWhenTheConnectionIsLost) {
     EXPECT_NE(outcome.err.find("the connection was lost"), std::string::npos) << outcome.err;
 }
 
-TEST(Watching, GoesOnAfterALossWhenItMay) {
+TEST(Watching, ReconnectsAfterALossWhenAllowed) {
     SimulatedOnNetwork device;
     RunningCommand watch(device.Address(), {"watch", "--wait-reconnect", "proc-amp.gain"});
     ASSERT_TRUE(watch.AwaitErr("watching 1 property"));

@@ -1,9 +1,9 @@
-// A host whose devices end it: connects, waits until the device says a gain of 60, disconnects, waits for the end of
-// its input and does the same with a second device.
+// A host that is controlled by its devices: connects, waits until the device reports a gain of 60, disconnects, waits
+// for the end of its input and does the same with a second device.
 //   morquil-console-host ADDRESS ADDRESS REPORT            prints nothing of its own
 //   morquil-console-host ADDRESS ADDRESS REPORT open FILE  writes "own words" to FILE before it connects
 //   morquil-console-host ADDRESS ADDRESS REPORT save FILE  prints "host words"; the library saves its settings to FILE
-// REPORT, which is written last, says how long each disconnecting took and what the standard descriptors were.
+//   REPORT is written last: how long each disconnection took and what the standard descriptors were.
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
@@ -20,7 +20,7 @@ namespace {
 
 constexpr int lastGain = 60;
 
-/// Waits, without a limit, until the device has said the last gain.
+/// Waits, without a limit, until the device has reported the last gain.
 void AwaitEnd(const morquil::Device& device) {
     std::mutex lock;
     std::condition_variable changed;
@@ -33,7 +33,7 @@ void AwaitEnd(const morquil::Device& device) {
     changed.wait(hold, [&] { return amp.GetGain() == lastGain; });
 }
 
-/// What the standard descriptors lead to, where the system says so.
+/// What the standard descriptors refer to, if the system can say.
 std::string StandardDescriptors() {
     std::ostringstream text;
     for (int descriptor = 0; descriptor <= 2; ++descriptor) {

@@ -29,7 +29,7 @@ TEST(AboveStandardStreams, LeavesEveryOtherNumber) {
     EXPECT_EQ(AboveStandardStreams(-1), -1);
 }
 
-TEST(AboveStandardStreams, SaysWhyThereIsNoOther) {
+TEST(AboveStandardStreams, ReportsWhyThereIsNoOther) {
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
     const int input = dup(STDIN_FILENO);

@@ -10,7 +10,7 @@
 namespace QRN::Core {
 namespace {
 
-TEST(CallbackScope, MarksItsThreadAsLongAsItStands) {
+TEST(CallbackScope, MarksItsThreadAsLongAsItExists) {
     EXPECT_FALSE(CallbackScope::OnThisThread());
     {
         const CallbackScope scope;

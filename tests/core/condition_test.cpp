@@ -43,7 +43,7 @@ struct Gate {
     int passed GUARDED_BY(lockable) = 0;
 };
 
-TEST(Condition, GivesTheLockUpWhileWaitingAndWakesEveryThread) {
+TEST(Condition, ReleasesTheLockWhileWaitingAndWakesEveryThread) {
     Gate gate;
     {
         const Testing::Threads threads(3, [&] { gate.Pass(); });

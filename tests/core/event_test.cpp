@@ -66,7 +66,7 @@ TEST_F(EventTest, KeepsItsSignalThroughWaits) {
     EXPECT_FALSE(timedOut);
 }
 
-TEST_F(EventTest, TellsWhetherItWasSignalledBefore) {
+TEST_F(EventTest, ReportsWhetherItWasSignalledBefore) {
     bool wasSet = true;
     EXPECT_EQ(event.Set(&wasSet), 0U);
     EXPECT_FALSE(wasSet);
@@ -84,7 +84,7 @@ TEST_F(EventTest, OnlyTestsForLessThanAMillisecond) {
         shortest = std::min(shortest, Clock::now() - begin);
         EXPECT_TRUE(timedOut);
     }
-    // A busy machine makes some of them long, but never all.
+    // A busy machine delays some of them, but never all.
     EXPECT_LT(shortest, std::chrono::microseconds(900));
 }
 
@@ -117,7 +117,7 @@ TEST_F(EventTest, CanBeSetWhileAnotherThreadWaitsWithATimeOut) {
     EXPECT_FALSE(timedOut);
 }
 
-TEST_F(EventTest, TellsExactlyOneOfSeveralThreadsThatItWasFirst) {
+TEST_F(EventTest, ReportsToExactlyOneOfSeveralThreadsThatItWasFirst) {
     std::atomic<int> firsts{0};
     {
         const Testing::Threads threads(4, [&] {

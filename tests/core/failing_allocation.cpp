@@ -14,7 +14,7 @@ void QRN::Core::Testing::FailNextAllocation() {
     failNext = true;
 }
 
-// The whole set takes the place of the standard library's: a sanitizer's own does not mix with a part of it.
+// The whole set replaces the standard library's: a sanitizer's set does not mix with a part of it.
 void* operator new(std::size_t size) {
     void* const memory = std::malloc(size != 0 ? size : 1);
     if (memory == nullptr) {

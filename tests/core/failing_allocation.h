@@ -2,7 +2,7 @@
 
 namespace QRN::Core::Testing {
 
-/// Makes the next allocation that may answer null (`new (std::nothrow)`) of this process answer null, once.
+/// Makes this process's next allocation that may return null (`new (std::nothrow)`) return null, once.
 void FailNextAllocation();
 
 }  // namespace QRN::Core::Testing

@@ -49,7 +49,7 @@ TEST_F(IntrusiveListTest, LosesANodeInTheMiddle) {
     EXPECT_EQ(Values(list), (std::vector<int>{3, 1}));
 }
 
-TEST_F(IntrusiveListTest, LosesItsLastNodeAndTakesItBack) {
+TEST_F(IntrusiveListTest, LosesItsLastNodeAndAcceptsItAgain) {
     list.Remove(first);
     EXPECT_EQ(Values(list), (std::vector<int>{3, 2}));
     list.Add(first);

@@ -15,7 +15,7 @@ namespace {
 constexpr int threadCount = 4;
 constexpr int rounds = 5000;
 
-TEST(Lock, TellsThatItIsHeldByErrorZero) {
+TEST(Lock, ReportsThatItIsHeldByErrorZero) {
     Lockable lockable;
     std::uint32_t error = 77;
     const Lock lock(lockable, error);

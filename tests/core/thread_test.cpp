@@ -24,7 +24,7 @@ struct Body {
     ThreadId self = 0;
 };
 
-// Runs a `Body` that belongs to the thread as well, for threads that nobody joins.
+// Runs a `Body` that is shared with the thread, for threads that are not joined.
 std::uint32_t RunShared(void* argument) {
     const std::unique_ptr<std::shared_ptr<Body>> body(static_cast<std::shared_ptr<Body>*>(argument));
     return Body::Run(body->get());
@@ -52,7 +52,7 @@ struct SelfJoiner {
     std::uint32_t result = 77;
 };
 
-TEST(Thread, RunsTheFunctionAndGivesItsResultAsExitCode) {
+TEST(Thread, RunsTheFunctionAndReturnsItsResultAsExitCode) {
     Body body;
     ThreadHandle handle;
     ASSERT_EQ(StartThread(handle, &Body::Run, &body), 0U);
@@ -64,7 +64,7 @@ TEST(Thread, RunsTheFunctionAndGivesItsResultAsExitCode) {
     EXPECT_FALSE(handle);
 }
 
-TEST(Thread, TellsTheIdThatTheThreadSeesItself) {
+TEST(Thread, ReportsTheIdThatTheThreadSees) {
     Body body;
     ThreadHandle handle;
     ThreadId id = 0;
@@ -98,7 +98,7 @@ TEST(Thread, IsNotWaitedForByTheExemptThread) {
     body->mayEnd.Set();
 }
 
-TEST(Thread, MayLetItsOwnHandleGo) {
+TEST(Thread, MayReleaseItsOwnHandle) {
     const auto joiner = std::make_shared<SelfJoiner>();
     ASSERT_EQ(StartThread(joiner->handle, &SelfJoiner::Run, new std::shared_ptr<SelfJoiner>(joiner)), 0U);
     joiner->started.Set();

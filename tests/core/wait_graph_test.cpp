@@ -12,7 +12,7 @@
 namespace QRN::Core {
 namespace {
 
-// A thread that says it waits for another one when told to, and stops saying so when told to.
+// A thread that registers and ends a wait for another one on command.
 class Waiter {
 public:
     Waiter() {
@@ -70,7 +70,7 @@ private:
     std::thread thread_;
 };
 
-TEST(JoinScope, IsNotCircularForAThreadThatWaitsForNobody) {
+TEST(JoinScope, IsNotCircularForAThreadThatDoesNotWait) {
     Waiter other;
     const JoinScope scope(other.Id());
     EXPECT_FALSE(scope.IsCircular());
@@ -86,14 +86,14 @@ TEST(JoinScope, IsCircularForTheThreadItself) {
     EXPECT_TRUE(scope.IsCircular());
 }
 
-TEST(JoinScope, TellsTheSecondOfTwoThreadsThatWaitForEachOther) {
+TEST(JoinScope, IsCircularForTheSecondOfTwoThreadsThatWaitForEachOther) {
     Waiter other;
     EXPECT_FALSE(other.WaitsCircularlyFor(CurrentThreadId()));
     const JoinScope scope(other.Id());
     EXPECT_TRUE(scope.IsCircular());
 }
 
-TEST(JoinScope, TellsTheThreadThatClosesALongCircle) {
+TEST(JoinScope, IsCircularForTheThreadThatClosesALongCircle) {
     Waiter first;
     Waiter second;
     Waiter third;
@@ -149,7 +149,7 @@ TEST(JoinScope, IsForgottenWhenTheWaitIsOver) {
     EXPECT_FALSE(scope.IsCircular());
 }
 
-TEST(JoinScope, ThatIsCircularWaitsForNobody) {
+TEST(JoinScope, ThatIsCircularDoesNotWait) {
     Waiter other;
     auto circular = std::make_unique<JoinScope>(CurrentThreadId());
     EXPECT_TRUE(circular->IsCircular());

@@ -8,7 +8,7 @@
 
 namespace Morquil::Test {
 
-/// A device that the test plays, and a C++ host that is connected to it.
+/// A device played by the test, and a C++ host that is connected to it.
 struct Connected {
     Testing::ScriptedDevice device{CompleteDevice()};
     morquil::Device host{morquil::Connect(device.Address())};

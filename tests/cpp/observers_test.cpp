@@ -14,7 +14,7 @@ using morquil::PropertySet;
 
 constexpr std::chrono::seconds patience{10};
 
-/// Something that is said once.
+/// A one-time signal.
 template <class Value>
 class Said {
 public:
@@ -28,7 +28,7 @@ private:
     std::future<Value> future_ = promise_.get_future();
 };
 
-TEST(CppObservers, AreToldOfChangesThatTheDeviceReports) {
+TEST(CppObservers, AreNotifiedOfChangesThatTheDeviceReports) {
     Connected connected;
     Said<int> gain;
     const morquil::Subscription changes = connected.host.OnChange(PropertySet::VideoProcAmp, [&](PropertySet set) {
@@ -39,17 +39,17 @@ TEST(CppObservers, AreToldOfChangesThatTheDeviceReports) {
     EXPECT_EQ(gain.Await(), 7);
 }
 
-TEST(CppObservers, AreNotToldAfterTheirSubscriptionHasEnded) {
+TEST(CppObservers, AreNotNotifiedAfterTheirSubscriptionHasEnded) {
     Connected connected;
-    int told = 0;
+    int calls = 0;
     Said<bool> later;
-    morquil::Subscription first = connected.host.OnChange(PropertySet::VideoProcAmp, [&](PropertySet) { ++told; });
+    morquil::Subscription first = connected.host.OnChange(PropertySet::VideoProcAmp, [&](PropertySet) { ++calls; });
     const morquil::Subscription second =
         connected.host.OnChange(PropertySet::NoiseReduction, [&](PropertySet) { later.Say(true); });
     first.Cancel();
     connected.device.Send("VIDEO PROC AMP:\nGain: 7\n\nNOISE REDUCTION:\nBias: 1\n\n");
     EXPECT_TRUE(later.Await());
-    EXPECT_EQ(told, 0);
+    EXPECT_EQ(calls, 0);
 }
 
 TEST(CppObservers, RunWhereTheHostWantsThemTo) {
@@ -72,7 +72,7 @@ TEST(CppObservers, RunWhereTheHostWantsThemTo) {
     queue[0]();
     EXPECT_EQ(ranOn, std::this_thread::get_id());
 
-    // What waits when the subscription ends does not run any more.
+    // What is pending when the subscription ends no longer runs.
     ranOn.reset();
     changes.Cancel();
     queue[0]();
@@ -93,7 +93,7 @@ TEST(CppObservers, MayCancelThemselvesAndDisconnect) {
     EXPECT_TRUE(connected.device.AwaitHostGone());
 }
 
-TEST(CppObservers, AreToldOfTheEndOfTheConnection) {
+TEST(CppObservers, AreNotifiedOfTheEndOfTheConnection) {
     Connected connected;
     Said<morquil::ConnectFailure> ended;
     const morquil::Subscription events =
@@ -102,11 +102,11 @@ TEST(CppObservers, AreToldOfTheEndOfTheConnection) {
     EXPECT_EQ(ended.Await(), morquil::ConnectFailure::NoResponse);
 }
 
-TEST(CppConnect, SaysWhyItFailed) {
+TEST(CppConnect, ReportsWhyItFailed) {
     Testing::ScriptedDevice locked({.greeting = "PROTOCOL PREAMBLE:\nVersion: 2.21\n\n"});
     try {
         morquil::Connect(locked.Address());
-        FAIL() << "the version is another";
+        FAIL() << "the version differs";
     } catch (const morquil::ConnectError& error) {
         EXPECT_EQ(error.Reason(), morquil::ConnectFailure::IncompatibleUpdateSupported);
         EXPECT_STREQ(error.what(),
@@ -115,7 +115,7 @@ TEST(CppConnect, SaysWhyItFailed) {
     }
 }
 
-TEST(CppConnect, GoesOnInTheBackground) {
+TEST(CppConnect, ContinuesInTheBackground) {
     Testing::ScriptedDevice device(CompleteDevice());
     Said<bool> connected;
     const morquil::Connecting connecting = morquil::ConnectAsync(device.Address(), {[&] { connected.Say(true); }, {}});

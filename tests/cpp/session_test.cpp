@@ -1,4 +1,4 @@
-// A connection that comes back.
+// A connection that is re-established.
 #include <gtest/gtest.h>
 
 #include <future>
@@ -12,7 +12,7 @@ namespace {
 
 using morquil::ConnectFailure;
 
-/// What a session has told, in order.
+/// What a session has reported, in order.
 class Diary {
 public:
     morquil::SessionHandlers Handlers() {
@@ -66,7 +66,7 @@ TEST(CppSession, ComesBackAfterEveryLoss) {
     EXPECT_EQ(diary.Next(), "connected Scripted");
 }
 
-TEST(CppSession, TellsWhyItsAttemptsFail) {
+TEST(CppSession, ReportsWhyItsAttemptsFail) {
     Testing::ScriptedDevice device(
         {.greeting = std::string(preamble) + "MORQUIL DEVICE:\nModel name: Scripted\nRemote lock: true\n\n"});
     Diary diary;
@@ -79,7 +79,7 @@ TEST(CppSession, TellsWhyItsAttemptsFail) {
 TEST(CppSession, DoublesItsDelaysUpToTheLongest) {
     Testing::ScriptedDevice device({.greeting = "PROTOCOL PREAMBLE:\nVersion: 2.21\n\n"});
     std::mutex mutex;
-    std::condition_variable told;
+    std::condition_variable notified;
     std::vector<int> delays;
     morquil::SessionOptions options;
     options.firstDelay = std::chrono::milliseconds(4);
@@ -90,11 +90,11 @@ TEST(CppSession, DoublesItsDelaysUpToTheLongest) {
                                     [&](ConnectFailure, std::chrono::milliseconds delay) {
                                         const std::lock_guard lock(mutex);
                                         delays.push_back(static_cast<int>(delay.count()));
-                                        told.notify_all();
+                                        notified.notify_all();
                                     }},
                                    options);
     std::unique_lock lock(mutex);
-    ASSERT_TRUE(told.wait_for(lock, std::chrono::seconds(10), [&] { return delays.size() >= 5; }));
+    ASSERT_TRUE(notified.wait_for(lock, std::chrono::seconds(10), [&] { return delays.size() >= 5; }));
     const int nominal[] = {4, 8, 16, 20, 20};
     for (std::size_t attempt = 0; attempt < 5; ++attempt) {
         EXPECT_NEAR(delays[attempt], nominal[attempt], nominal[attempt] / 4.0) << attempt;
@@ -119,7 +119,7 @@ TEST(CppSession, StopsWhileItConnectsAndWhileItWaits) {
     EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(5));
 }
 
-TEST(CppSession, TellsNothingOnceItIsStopped) {
+TEST(CppSession, ReportsNothingOnceItIsStopped) {
     Testing::ScriptedDevice device(CompleteDevice());
     Diary diary;
     morquil::Session session(device.Address(), diary.Handlers(), Quickly());

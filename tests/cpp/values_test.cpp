@@ -8,7 +8,7 @@ namespace {
 
 using morquil::VideoMode;
 
-/// A device with a name of its own.
+/// A device with its own name.
 class ScriptedName {
 public:
     explicit ScriptedName(const std::string& name)
@@ -70,13 +70,13 @@ TEST(CppValues, KeepTheirCharactersOnTheWayIn) {
     }
 }
 
-TEST(CppValues, ThatAreNoUtf8ReachTheDeviceAsReplacementCharacters) {
+TEST(CppValues, ThatAreNotUtf8ReachTheDeviceAsReplacementCharacters) {
     Connected connected;
     connected.host.NetworkConfig().SetFriendlyName("a\xFFz\xC3");
     EXPECT_EQ(connected.device.NextChange(), "NETWORK CONFIG:\nFriendly name: a\xEF\xBF\xBDz\xEF\xBF\xBD\n\n");
 }
 
-TEST(CppValues, ThatAreNotKnownSayWhichCallAskedForThem) {
+TEST(CppValues, ThatAreUnknownNameTheCallThatAskedForThem) {
     const Connected connected;
     try {
         connected.host.VideoClip().GetLumaHigh();
@@ -92,7 +92,7 @@ TEST(CppValues, OutsideTheirBoundsAreRefusedInWords) {
     const Connected connected;
     try {
         connected.host.OutputConfiguration().SetVideoMode(static_cast<VideoMode>(34));
-        FAIL() << "there is no such mode";
+        FAIL() << "no such mode";
     } catch (const morquil::Error& error) {
         EXPECT_STREQ(error.what(),
                      "OutputConfiguration::SetVideoMode: the value is outside its bounds, or the text has a "

@@ -46,7 +46,7 @@ std::map<std::string, std::vector<std::string>> DefinedEnumerations() {
     return found;
 }
 
-class HeardBlocks final : public EveryBlockSink<HeardBlocks> {
+class ReceivedBlocks final : public EveryBlockSink<ReceivedBlocks> {
 public:
     template <class BlockDescription>
     void OnBlock(const ChangeSetOf<BlockDescription>& set) {
@@ -64,8 +64,8 @@ public:
     std::string errors;
 };
 
-/// What the parser makes of a block of one line, or two: the line that selects what it belongs to stands before it.
-HeardBlocks Hear(const Json& block, const Json& key) {
+/// The result of parsing a block of one line, or of two: the line that selects what it belongs to comes first.
+ReceivedBlocks Parse(const Json& block, const Json& key) {
     std::string text = block.at("header").get<std::string>() + ":\n";
     for (const Json& other : block.at("keys")) {
         if (other.at("selects")) {
@@ -73,11 +73,11 @@ HeardBlocks Hear(const Json& block, const Json& key) {
         }
     }
     text += key.at("example").get<std::string>() + "\n\n";
-    HeardBlocks heard;
+    ReceivedBlocks received;
     MorquilTextProtocolParser parser;
-    parser.SetSink(&heard);
+    parser.SetSink(&received);
     parser.Feed(text.data(), text.size());
-    return heard;
+    return received;
 }
 
 TEST(Description, HasTheBlocksInTheOrderOfTheirNumbers) {
@@ -98,10 +98,10 @@ TEST(Description, ShowsForEveryKeyALineThatIsRead) {
         for (const Json& key : block.at("keys")) {
             // A phase is written as a word and read as a number.
             if (key.at("read") && key.at("kind") != "phase") {
-                const HeardBlocks heard = Hear(block, key);
-                EXPECT_EQ(heard.errors, "") << block.at("header") << key;
-                EXPECT_EQ(heard.blocks, 1) << block.at("header") << key;
-                EXPECT_TRUE(!heard.isEmpty || key.at("selects")) << block.at("header") << key;
+                const ReceivedBlocks received = Parse(block, key);
+                EXPECT_EQ(received.errors, "") << block.at("header") << key;
+                EXPECT_EQ(received.blocks, 1) << block.at("header") << key;
+                EXPECT_TRUE(!received.isEmpty || key.at("selects")) << block.at("header") << key;
                 ++lines;
             }
         }
@@ -109,12 +109,12 @@ TEST(Description, ShowsForEveryKeyALineThatIsRead) {
     EXPECT_GT(lines, 200);
 }
 
-TEST(Description, SaysOfEveryKeyThatIsOnlyWrittenThatItIsNotRead) {
+TEST(Description, MarksEveryWriteOnlyKeyAsNotRead) {
     int lines = 0;
     for (const Json& block : Whole().at("blocks")) {
         for (const Json& key : block.at("keys")) {
             if (!key.at("read")) {
-                EXPECT_NE(Hear(block, key).errors, "") << block.at("header") << key;
+                EXPECT_NE(Parse(block, key).errors, "") << block.at("header") << key;
                 ++lines;
             }
         }
@@ -153,7 +153,7 @@ TEST(Description, NamesTheConstantsOfEveryVocabularyAsTheyAreDefined) {
     EXPECT_GT(compared, 30);
 }
 
-TEST(Description, ExplainsEveryReasonWhyThereIsNoConnection) {
+TEST(Description, ExplainsEveryReasonForAFailedConnection) {
     std::set<std::string> explained;
     for (const Json& reason : Whole().at("connectionFailures")) {
         explained.insert(reason.at("name"));
@@ -163,7 +163,7 @@ TEST(Description, ExplainsEveryReasonWhyThereIsNoConnection) {
     EXPECT_EQ(explained, std::set<std::string>(defined.begin(), defined.end()));
 }
 
-TEST(Description, MarksTheKeysWithoutWhichAConnectionDoesNotStand) {
+TEST(Description, MarksTheKeysThatAConnectionNeeds) {
     const auto isNeeded = [](std::string_view header, std::string_view name) {
         for (const Json& block : Whole().at("blocks")) {
             for (const Json& key : block.at("keys")) {
@@ -185,7 +185,7 @@ TEST(Description, MarksTheKeysWithoutWhichAConnectionDoesNotStand) {
     EXPECT_FALSE(isNeeded("ALIGN", "Align size X left"));
 }
 
-TEST(Description, TellsWhichKeyOffersWhatASettingCanBe) {
+TEST(Description, NamesTheKeyThatOffersTheValuesOfASetting) {
     for (const Json& block : Whole().at("blocks")) {
         for (const Json& key : block.at("keys")) {
             if (block.at("header") == "VIDEO PROC AMP" && key.at("key") == "Gain") {
@@ -194,7 +194,7 @@ TEST(Description, TellsWhichKeyOffersWhatASettingCanBe) {
             }
         }
     }
-    FAIL() << "there is no gain";
+    FAIL() << "no gain";
 }
 
 TEST(Description, HasEveryPropertyWithItsInterface) {
@@ -206,7 +206,7 @@ TEST(Description, HasEveryPropertyWithItsInterface) {
     }
 }
 
-TEST(Description, TellsOfEveryFeatureWhichBlockItFollows) {
+TEST(Description, NamesTheBlockThatEachFeatureFollows) {
     std::set<std::string> interfaces;
     for (const Json& feature : Whole().at("features")) {
         interfaces.insert(feature.at("interface"));

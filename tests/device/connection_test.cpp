@@ -32,7 +32,7 @@ protected:
 
 // ---- Success --------------------------------------------------------------------------------------------------------
 
-TEST_F(Connection, StandsWhenTheWholeStateHasArrived) {
+TEST_F(Connection, IsEstablishedWhenTheWholeStateHasArrived) {
     rig.link.AnswerWith(DeviceAnswer);
     rig.link.Push(GreetingText());
     EXPECT_EQ(rig.Connect(), S_OK);
@@ -58,7 +58,7 @@ TEST(ConnectionAddress, IsUtf8ForTheTransport) {
     EXPECT_EQ(rig.link.Openings()[0].host, "ger\xC3\xA4t.test");
 }
 
-TEST_F(Connection, SaysOnTheConsoleWhereItConnectsAndThatItHas) {
+TEST_F(Connection, PrintsWhereItConnectsAndThatItHas) {
     rig.link.Push(CompleteText());
     testing::internal::CaptureStdout();
     EXPECT_EQ(rig.Connect(), S_OK);
@@ -67,7 +67,7 @@ TEST_F(Connection, SaysOnTheConsoleWhereItConnectsAndThatItHas) {
     EXPECT_NE(output.find("\nconnected\n"), std::string::npos) << output;
 }
 
-TEST_F(Connection, RefusesACallerWhoWantsNoReason) {
+TEST_F(Connection, RefusesACallWithoutAPlaceForTheReason) {
     EXPECT_EQ(rig.device->Connect(rig.address.Get(), nullptr, nullptr), E_INVALIDARG);
     EXPECT_TRUE(rig.link.Openings().empty());
 }
@@ -80,38 +80,38 @@ TEST_F(Connection, ReturnsAtOnceToACallerWithAnObserver) {
     rig.device->Disconnect();
 }
 
-TEST_F(Connection, TellsTheObserverThatItStandsAndWritesNothingElseToTheHost) {
+TEST_F(Connection, NotifiesTheObserverThatItIsEstablishedAndWritesNothingElseToTheHost) {
     rig.ConnectAsyncToGoodDevice(observer.Get());
-    EXPECT_EQ(observer->Told(), Texts{"connected"});
+    EXPECT_EQ(observer->Notifications(), Texts{"connected"});
     EXPECT_NE(observer->LastThread(), CurrentThreadId());
     EXPECT_EQ(rig.failReason, morquilConnectToFailureNoFailure);
     EXPECT_EQ(rig.device->AddConnectionObserver(observer.Get()), S_FALSE) << "it was registered already";
 }
 
-TEST_F(Connection, TellsASynchronousHostsObserverOnItsOwnThread) {
+TEST_F(Connection, NotifiesTheObserverOfASynchronousHostOnItsOwnThread) {
     EXPECT_EQ(rig.device->AddConnectionObserver(observer.Get()), S_OK);
     rig.ConnectToGoodDevice();
-    EXPECT_EQ(observer->Told(), Texts{"connected"});
+    EXPECT_EQ(observer->Notifications(), Texts{"connected"});
     EXPECT_EQ(observer->LastThread(), CurrentThreadId());
 }
 
 // ---- Failure --------------------------------------------------------------------------------------------------------
 
-TEST_F(Connection, FailsWhenNobodyListens) {
+TEST_F(Connection, FailsWhenNothingListens) {
     rig.link.RefuseOpen();
     ExpectFailure(rig.Connect(), morquilConnectToFailureNoResponse);
 }
 
-TEST_F(Connection, FailsWhenItDoesNotStandInTime) {
+TEST_F(Connection, FailsWhenItIsNotEstablishedInTime) {
     rig.link.RefuseConnect();
     ExpectFailure(rig.Connect(), morquilConnectToFailureNoResponse);
 }
 
-TEST_F(Connection, TellsTheObserverThatNobodyListens) {
+TEST_F(Connection, NotifiesTheObserverThatNothingListens) {
     rig.link.RefuseOpen();
     EXPECT_EQ(rig.ConnectAsync(observer.Get()), S_FALSE);
-    EXPECT_TRUE(observer->AwaitTold("disconnected cfnr"));
-    EXPECT_EQ(observer->Told().size(), 1U);
+    EXPECT_TRUE(observer->AwaitNotified("disconnected cfnr"));
+    EXPECT_EQ(observer->Notifications().size(), 1U);
 }
 
 class BadVersion : public Connection, public testing::WithParamInterface<std::pair<const char*, int>> {};
@@ -130,12 +130,12 @@ TEST_P(BadVersion, FailsWithItsReasonThoughTheDeviceHangsUp) {
     ExpectFailure(rig.Connect(), static_cast<_MorquilConnectToFailure>(reason));
 }
 
-TEST_P(BadVersion, TellsTheObserverItsReason) {
+TEST_P(BadVersion, NotifiesTheObserverOfItsReason) {
     const auto& [version, reason] = GetParam();
     rig.link.Push("PROTOCOL PREAMBLE:\nVersion: " + std::string(version) + "\n\n");
     EXPECT_EQ(rig.ConnectAsync(observer.Get()), S_FALSE);
-    EXPECT_TRUE(observer->AwaitTold(1));
-    EXPECT_EQ(observer->Told(), Texts{"disconnected " + FourCharacters(reason)});
+    EXPECT_TRUE(observer->AwaitNotified(1));
+    EXPECT_EQ(observer->Notifications(), Texts{"disconnected " + FourCharacters(reason)});
 }
 
 INSTANTIATE_TEST_SUITE_P(Connection, BadVersion,
@@ -179,30 +179,30 @@ TEST(ConnectionWait, EndsOnAnIncompleteState) {
     rig.link.AnswerWith([](const std::string&) { return "ACK\n\n"; });
     rig.link.Push(GreetingText());
     EXPECT_EQ(rig.ConnectAsync(observer.Get()), S_FALSE);
-    EXPECT_TRUE(observer->AwaitTold(1));
-    EXPECT_EQ(observer->Told(), Texts{"disconnected cfnr"});
+    EXPECT_TRUE(observer->AwaitNotified(1));
+    EXPECT_EQ(observer->Notifications(), Texts{"disconnected cfnr"});
     EXPECT_FALSE(rig.KnowsDevice());
 }
 
-TEST_F(Connection, APlainLossWhileConnectingGivesADisconnectedDevice) {
+TEST_F(Connection, APlainLossWhileConnectingReturnsADisconnectedDevice) {
     EXPECT_EQ(rig.device->AddConnectionObserver(observer.Get()), S_OK);
     rig.link.Push(std::string(preambleText) + std::string(deviceText));
     rig.link.PushReceiveResult(0);
     EXPECT_EQ(rig.Connect(), S_OK);
     EXPECT_EQ(rig.failReason, morquilConnectToFailureNoResponse);
-    EXPECT_TRUE(observer->AwaitTold(1));
-    EXPECT_EQ(observer->Told(), Texts{"disconnected cfnr"});
+    EXPECT_TRUE(observer->AwaitNotified(1));
+    EXPECT_EQ(observer->Notifications(), Texts{"disconnected cfnr"});
     EXPECT_FALSE(rig.KnowsDevice());
     EXPECT_FALSE(rig.link.IsOpen());
 }
 
 // ---- The end of a connection ----------------------------------------------------------------------------------------
 
-TEST_F(Connection, ForgetsTheMirrorAndTellsOnceWhenItIsDisconnected) {
+TEST_F(Connection, ClearsTheMirrorAndNotifiesOnceWhenItIsDisconnected) {
     EXPECT_EQ(rig.device->AddConnectionObserver(observer.Get()), S_OK);
     rig.ConnectToGoodDevice();
     EXPECT_EQ(rig.device->Disconnect(), S_OK);
-    EXPECT_EQ(observer->Told(), (Texts{"connected", "disconnected cfnr"}));
+    EXPECT_EQ(observer->Notifications(), (Texts{"connected", "disconnected cfnr"}));
     EXPECT_FALSE(rig.KnowsDevice());
     EXPECT_EQ(rig.Gain(), -999);
     LONG supported = 2;
@@ -212,26 +212,26 @@ TEST_F(Connection, ForgetsTheMirrorAndTellsOnceWhenItIsDisconnected) {
     EXPECT_EQ(supported, 0);
     EXPECT_FALSE(rig.link.IsOpen());
     EXPECT_EQ(rig.device->Disconnect(), S_OK);
-    EXPECT_EQ(observer->Told().size(), 2U);
+    EXPECT_EQ(observer->Notifications().size(), 2U);
 }
 
 TEST_F(Connection, IsNotEndedWhereThereIsNone) {
     EXPECT_EQ(rig.device->AddConnectionObserver(observer.Get()), S_OK);
     EXPECT_EQ(rig.device->Disconnect(), S_OK);
-    EXPECT_TRUE(observer->Told().empty());
+    EXPECT_TRUE(observer->Notifications().empty());
 }
 
 class Loss : public Connection, public testing::WithParamInterface<std::function<void(FakeConnection&)>> {};
 
-TEST_P(Loss, IsToldOnceAndForgetsTheMirror) {
+TEST_P(Loss, IsNotifiedOnceAndClearsTheMirror) {
     EXPECT_EQ(rig.device->AddConnectionObserver(observer.Get()), S_OK);
     rig.ConnectToGoodDevice();
     GetParam()(rig.link);
-    EXPECT_TRUE(observer->AwaitTold(2));
-    EXPECT_EQ(observer->Told(), (Texts{"connected", "disconnected cfnr"}));
+    EXPECT_TRUE(observer->AwaitNotified(2));
+    EXPECT_EQ(observer->Notifications(), (Texts{"connected", "disconnected cfnr"}));
     EXPECT_FALSE(rig.KnowsDevice());
     EXPECT_EQ(rig.device->Disconnect(), S_OK);
-    EXPECT_EQ(observer->Told().size(), 2U);
+    EXPECT_EQ(observer->Notifications().size(), 2U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Connection, Loss,
@@ -243,7 +243,7 @@ INSTANTIATE_TEST_SUITE_P(Connection, Loss,
                                              link.PushReceiveResult(0);
                                          }));
 
-TEST_F(Connection, TellsItsLossAfterTheCallThatToldIt) {
+TEST_F(Connection, NotifiesItsLossAfterTheConnectedCallHasReturned) {
     observer->onCall = [&, lost = false]() mutable {
         if (!std::exchange(lost, true)) {
             rig.link.Push(CommsEvent::SocketError);
@@ -252,11 +252,11 @@ TEST_F(Connection, TellsItsLossAfterTheCallThatToldIt) {
     };
     rig.link.Push(CompleteText());
     EXPECT_EQ(rig.ConnectAsync(observer.Get()), S_FALSE);
-    EXPECT_TRUE(observer->AwaitTold(2));
-    EXPECT_EQ(observer->Told(), (Texts{"connected", "disconnected cfnr"}));
+    EXPECT_TRUE(observer->AwaitNotified(2));
+    EXPECT_EQ(observer->Notifications(), (Texts{"connected", "disconnected cfnr"}));
 }
 
-TEST(ConnectionThatIsLostAtOnce, TellsBothOrTheLossAlone) {
+TEST(ConnectionThatIsLostAtOnce, NotifiesBothOrTheLossAlone) {
     for (int round = 0; round < 100; ++round) {
         const Watchdog watchdog;
         const Held<ConnectionObserver> observer;
@@ -264,22 +264,23 @@ TEST(ConnectionThatIsLostAtOnce, TellsBothOrTheLossAlone) {
         rig.link.Push(CompleteText());
         rig.link.Push(CommsEvent::SocketError);
         EXPECT_EQ(rig.ConnectAsync(observer.Get()), S_FALSE);
-        EXPECT_TRUE(observer->AwaitTold("disconnected cfnr"));
-        const Texts told = observer->Told();
-        EXPECT_TRUE(told == (Texts{"connected", "disconnected cfnr"}) || told == Texts{"disconnected cfnr"});
+        EXPECT_TRUE(observer->AwaitNotified("disconnected cfnr"));
+        const Texts notifications = observer->Notifications();
+        EXPECT_TRUE(notifications == (Texts{"connected", "disconnected cfnr"}) ||
+                    notifications == Texts{"disconnected cfnr"});
     }
 }
 
 TEST_F(Connection, StaysWhenTheDeviceIsLockedLaterButNamesThatAsTheReasonOfItsEnd) {
     EXPECT_EQ(rig.device->AddConnectionObserver(observer.Get()), S_OK);
     rig.ConnectToGoodDevice();
-    rig.Tell("MORQUIL DEVICE:\nRemote lock: true\n\n");
+    rig.DeviceSends("MORQUIL DEVICE:\nRemote lock: true\n\n");
     EXPECT_TRUE(rig.link.IsOpen());
     LONG lock = 0;
     EXPECT_EQ(rig.device->GetRemoteLock(&lock), S_OK);
     EXPECT_EQ(lock, 1);
     rig.device->Disconnect();
-    EXPECT_EQ(observer->Told(), (Texts{"connected", "disconnected cfrm"}));
+    EXPECT_EQ(observer->Notifications(), (Texts{"connected", "disconnected cfrm"}));
 }
 
 TEST_F(Connection, EndsWhenTheDeviceDoesNotAcknowledge) {
@@ -289,7 +290,7 @@ TEST_F(Connection, EndsWhenTheDeviceDoesNotAcknowledge) {
     EXPECT_EQ(rig.ProcAmp()->SetGain(5), S_OK);
     ASSERT_TRUE(rig.link.AwaitIdle());
     rig.link.Push(CommsEvent::Timeout);
-    EXPECT_TRUE(observer->AwaitTold("disconnected cfnr"));
+    EXPECT_TRUE(observer->AwaitNotified("disconnected cfnr"));
 }
 
 TEST_F(Connection, IsKeptAliveThroughSilence) {
@@ -307,7 +308,7 @@ TEST_F(Connection, AnAttemptIsEndedWhileTheTransportConnects) {
     EXPECT_EQ(rig.ConnectAsync(observer.Get()), S_FALSE);
     ASSERT_TRUE(rig.link.AwaitBlockedOpen());
     EXPECT_EQ(rig.device->Disconnect(), S_OK);
-    EXPECT_EQ(observer->Told(), Texts{"disconnected cfnr"});
+    EXPECT_EQ(observer->Notifications(), Texts{"disconnected cfnr"});
     EXPECT_FALSE(rig.link.IsOpen());
 }
 
@@ -316,11 +317,11 @@ TEST_F(Connection, AnAttemptIsEndedWhileItWaitsForTheState) {
     EXPECT_EQ(rig.ConnectAsync(observer.Get()), S_FALSE);
     ASSERT_TRUE(rig.link.AwaitSends(1));
     EXPECT_EQ(rig.device->Disconnect(), S_OK);
-    EXPECT_EQ(observer->Told(), Texts{"disconnected cfnr"});
+    EXPECT_EQ(observer->Notifications(), Texts{"disconnected cfnr"});
     EXPECT_FALSE(rig.KnowsDevice());
 }
 
-TEST_F(Connection, ASynchronousAttemptThatIsEndedElsewhereGivesADisconnectedDevice) {
+TEST_F(Connection, ASynchronousAttemptThatIsEndedElsewhereReturnsADisconnectedDevice) {
     HRESULT result = E_UNEXPECTED;
     rig.link.Push(std::string(deviceText));
     {
@@ -333,13 +334,13 @@ TEST_F(Connection, ASynchronousAttemptThatIsEndedElsewhereGivesADisconnectedDevi
     EXPECT_FALSE(rig.KnowsDevice());
 }
 
-TEST_F(Connection, IsEndedBySeveralThreadsAtOnceAndToldOnce) {
+TEST_F(Connection, IsEndedBySeveralThreadsAtOnceAndNotifiedOnce) {
     EXPECT_EQ(rig.device->AddConnectionObserver(observer.Get()), S_OK);
     rig.ConnectToGoodDevice();
     {
         const Threads disconnecting(4, [&] { EXPECT_EQ(rig.device->Disconnect(), S_OK); });
     }
-    EXPECT_EQ(observer->Told(), (Texts{"connected", "disconnected cfnr"}));
+    EXPECT_EQ(observer->Notifications(), (Texts{"connected", "disconnected cfnr"}));
 }
 
 TEST_F(Connection, IsEndedThoughTheDeviceDoesNotRead) {
@@ -349,7 +350,7 @@ TEST_F(Connection, IsEndedThoughTheDeviceDoesNotRead) {
     EXPECT_EQ(rig.ProcAmp()->SetGain(5), S_OK);
     ASSERT_TRUE(rig.link.AwaitBlockedSends(1));
     EXPECT_EQ(rig.device->Disconnect(), S_OK);
-    EXPECT_EQ(observer->Told(), (Texts{"connected", "disconnected cfnr"}));
+    EXPECT_EQ(observer->Notifications(), (Texts{"connected", "disconnected cfnr"}));
 }
 
 // ---- Observers ------------------------------------------------------------------------------------------------------
@@ -363,7 +364,7 @@ TEST_F(Connection, AddsAndRemovesAnObserverOnce) {
     EXPECT_EQ(rig.device->RemoveConnectionObserver(observer.Get()), S_FALSE);
     EXPECT_EQ(observer->References(), 1U);
     rig.ConnectToGoodDevice();
-    EXPECT_TRUE(observer->Told().empty());
+    EXPECT_TRUE(observer->Notifications().empty());
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// A device object between a host and a device, both of which the test plays.
+// A device object between a host and a device; the test plays both.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -22,7 +22,7 @@ using Texts = std::vector<std::string>;
 using Test::OwnedBstr;
 using Test::Utf16;
 
-/// A device object and its connection. Holds one reference to the object until the test lets it go.
+/// A device object and its connection. Holds one reference to the object until the test releases it.
 class DeviceRig {
 public:
     explicit DeviceRig(std::int32_t initialStateWait = CMorquilDevice::initialStateLimit)
@@ -38,7 +38,7 @@ public:
     DeviceRig(const DeviceRig&) = delete;
     DeviceRig& operator=(const DeviceRig&) = delete;
 
-    /// Lets the test's reference go, if it still has it. Returns: the count that is left.
+    /// Releases the test's reference, if it still has it. Returns: the remaining count.
     ULONG Release() {
         CMorquilDevice* const held = std::exchange(device, nullptr);
         return held != nullptr ? held->Release() : 0;
@@ -49,7 +49,8 @@ public:
     HRESULT ConnectAsync(IMorquilConnectionObserver* observer) {
         return device->Connect(address.Get(), observer, &failReason);
     }
-    /// Connects to a device that tells its whole state and answers everything, and forgets what was said for it.
+    /// Connects to a device that reports its whole state and answers everything, and discards the traffic of the
+    /// connection so far.
     void ConnectToGoodDevice(FakeConnection::Answer answer = DeviceAnswer) {
         link.AnswerWith(std::move(answer));
         link.Push(GreetingText());
@@ -61,24 +62,24 @@ public:
         link.AnswerWith(DeviceAnswer);
         link.Push(GreetingText());
         ASSERT_TRUE(SUCCEEDED(ConnectAsync(observer)));
-        ASSERT_TRUE(observer->AwaitTold("connected"));
+        ASSERT_TRUE(observer->AwaitNotified("connected"));
         ASSERT_TRUE(link.AwaitIdle());
         sendsBefore_ = link.Sends().size();
     }
 
-    /// The device says `bytes`, as one piece, and they have been handled.
-    void Tell(const std::string& bytes) {
+    /// The device sends `bytes` as one piece. Returns once they have been handled.
+    void DeviceSends(const std::string& bytes) {
         link.Push(bytes);
         ASSERT_TRUE(link.AwaitIdle());
     }
-    /// What has been sent since the connection stood, one entry for each block.
+    /// What has been sent since the connection was established, one entry for each block.
     Texts SentSinceConnect() const {
         Texts sends = link.Sends();
         sends.erase(sends.begin(), sends.begin() + static_cast<std::ptrdiff_t>(sendsBefore_));
         return sends;
     }
 
-    /// The feature object behind an interface, without a reference of its own.
+    /// The feature object that implements an interface, without a reference of its own.
     template <class Interface>
     Interface* Feature(const IID& iid) const {
         void* out = nullptr;
@@ -87,7 +88,7 @@ public:
         return static_cast<Interface*>(out);
     }
     IMorquilVideoProcAmp* ProcAmp() const { return Feature<IMorquilVideoProcAmp>(IID_IMorquilVideoProcAmp); }
-    /// The gain in the mirror, or -999 while it is not known.
+    /// The gain in the mirror, or -999 while it is unknown.
     int Gain() const {
         int gain = -999;
         ProcAmp()->GetGain(&gain);

@@ -91,7 +91,7 @@ TEST_F(Device, HandsOutEveryFeatureWithAReferenceToItself) {
     }
 }
 
-TEST_F(Device, RefusesWhatItIsNot) {
+TEST_F(Device, RefusesInterfacesThatItDoesNotHave) {
     for (const IID* const iid : {&IID_IMorquilAlign, &IID_IMorquilDiscovery, &IID_IClassFactory, &GUID_NULL}) {
         void* out = &rig;
         EXPECT_EQ(rig.device->QueryInterface(*iid, &out), E_NOINTERFACE);
@@ -105,7 +105,7 @@ TEST_F(Device, RefusesWhatItIsNot) {
 
 // ---- Property observers ---------------------------------------------------------------------------------------------
 
-TEST_F(Device, TakesPropertyObserversForTwentySets) {
+TEST_F(Device, AcceptsPropertyObserversForTwentySets) {
     const Held<PropertyObserver> observer;
     ULONG references = 1;
     for (const _MorquilPropertySetId set : propertySets) {
@@ -179,7 +179,7 @@ TEST_F(Device, RefusesNullPointers) {
     EXPECT_EQ(rig.device->LoadSettingsFile(nullptr), E_INVALIDARG);
 }
 
-TEST_F(Device, AnswersWhoItIs) {
+TEST_F(Device, AnswersItsIdentity) {
     rig.ConnectToGoodDevice();
     BSTR name = nullptr;
     UINT software = 0;
@@ -203,7 +203,7 @@ TEST_F(Device, AnswersWhetherItCanBeUpdatedWithTheBitItself) {
     LONG supported = 0;
     for (const auto& [version, expected] : {std::pair("2.22", 2), std::pair("1.22", 0), std::pair("7.22", 2),
                                             std::pair("0.22", 0), std::pair("-1.22", 2)}) {
-        rig.Tell("PROTOCOL PREAMBLE:\nVersion: " + std::string(version) + "\n\n");
+        rig.DeviceSends("PROTOCOL PREAMBLE:\nVersion: " + std::string(version) + "\n\n");
         EXPECT_EQ(rig.device->GetNetworkUpdateSupported(&supported), S_OK);
         EXPECT_EQ(supported, expected) << version;
     }
@@ -233,7 +233,7 @@ TEST_F(Device, AnswersWhichConversionsItSupports) {
 
 TEST_F(Device, ReplacesTheTableOfConversions) {
     rig.ConnectToGoodDevice();
-    rig.Tell("SUPPORTED CONVERSIONS:\nInput: 720p50\nOutput: 720p50\nAspect ratio: Smart\n\n");
+    rig.DeviceSends("SUPPORTED CONVERSIONS:\nInput: 720p50\nOutput: 720p50\nAspect ratio: Smart\n\n");
     LONG supported = 2;
     rig.device->IsConversionSupported(morquilAPIVideoMode1080i50, morquilAPIVideoMode720p50,
                                       morquilAPIAspectRatioAnamorphic, &supported);
@@ -249,7 +249,7 @@ TEST_F(Device, QueuesThePanelLockEvenBeforeItIsConnected) {
     EXPECT_EQ(rig.link.Sends().front(), "MORQUIL DEVICE:\nPanel lock: true\n\n");
 }
 
-TEST_F(Device, SaysThatASetterCouldNotBeSent) {
+TEST_F(Device, ReportsThatASetterCouldNotBeSent) {
     rig.ConnectToGoodDevice();
     rig.link.RefuseSignals();
     EXPECT_EQ(rig.device->SetPanelLock(1), E_FAIL);

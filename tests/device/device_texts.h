@@ -14,7 +14,7 @@ inline constexpr std::string_view deviceText =
     "MORQUIL DEVICE:\nModel name: Rack converter\nSoftware Version: 0x102\nFPGA Version: 0xa0b\nPanel lock: false\n"
     "Remote lock: false\n\n";
 
-/// Every settings block that a connection waits for, but for the device's own.
+/// Every settings block that a connection waits for, except the device's own.
 inline constexpr std::string_view settingsText = R"(VIDEO INPUT:
 Auto detection enabled: true
 Auto detection prefer PsF: false
@@ -99,7 +99,7 @@ PresetName0: News studio
 
 )";
 
-/// The fourteen blocks that the host asks for, in the order in which it does.
+/// The fourteen blocks that the host requests, in that order.
 inline const std::vector<std::pair<std::string, std::string>>& AvailabilityLines() {
     static const std::vector<std::pair<std::string, std::string>> lines{
         {"SUPPORTED CONVERSIONS", "Input: 1080i50\nOutput: 720p50\nAspect ratio: Anamorphic\n"},
@@ -133,7 +133,7 @@ inline std::string HeaderOf(std::string_view text) {
     return std::string(text.substr(0, text.find(':')));
 }
 
-/// What a device says to the block `sent`: it acknowledges it, gives what it was asked for and repeats what it was set.
+/// A device's answer to the block `sent`: it acknowledges it, returns what was requested and echoes what was set.
 inline std::string DeviceAnswer(const std::string& sent) {
     if (sent == "PING\n\n") {
         return "ACK\n\n";
@@ -146,18 +146,18 @@ inline std::string DeviceAnswer(const std::string& sent) {
     return "ACK\n\n" + sent;
 }
 
-/// The same without the repetition.
+/// The same without the echo.
 inline std::string DeviceAnswerWithoutEcho(const std::string& sent) {
     const std::string answer = DeviceAnswer(sent);
     return answer == "ACK\n\n" + sent ? "ACK\n\n" : answer;
 }
 
-/// All that a device says when a host connects.
+/// Everything that a device sends when a host connects.
 inline std::string GreetingText() {
     return std::string(preambleText) + std::string(deviceText) + std::string(settingsText);
 }
 
-/// The greeting and every availability: a complete state that needs no request to be answered.
+/// The greeting and every availability: a complete state without any answers to requests.
 inline std::string CompleteText() {
     std::string text = GreetingText();
     for (const auto& [header, lines] : AvailabilityLines()) {

@@ -1,4 +1,4 @@
-// A host that disconnects inside a callback is told no more, and the mirror stays empty.
+// A host that disconnects inside a callback gets no further notifications, and the mirror stays empty.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -16,7 +16,8 @@ class DisconnectInACallback : public DeviceTest {
 protected:
     void Disconnect() {
         EXPECT_EQ(rig.device->Disconnect(), S_OK);
-        EXPECT_EQ(connectionObserver->Told(), (Texts{"connected", "disconnected cfnr"})) << "told before it returns";
+        EXPECT_EQ(connectionObserver->Notifications(), (Texts{"connected", "disconnected cfnr"}))
+            << "notified before it returns";
     }
     void ConnectAndObserve() {
         rig.device->AddConnectionObserver(connectionObserver.Get());
@@ -25,7 +26,7 @@ protected:
     void Observe(const Held<PropertyObserver>& observer, _MorquilPropertySetId set) {
         ASSERT_EQ(rig.device->AddPropertyObserver(observer.Get(), set), S_OK);
     }
-    /// The connection thread has gone through everything that had arrived.
+    /// The connection thread has processed everything that had arrived.
     void AwaitEnd() { EXPECT_TRUE(rig.link.AwaitClosed()); }
 
     Held<ConnectionObserver> connectionObserver;
@@ -42,9 +43,9 @@ TEST_F(DisconnectInACallback, DropsTheRestOfWhatHasArrived) {
                   "MORQUIL DEVICE:\nModel name: Another\n\n");
     rig.link.Push("VIDEO PROC AMP:\nGain: 3\n\n");
     AwaitEnd();
-    EXPECT_EQ(first->Told(), Texts{"vpap"});
-    EXPECT_TRUE(second->Told().empty());
-    EXPECT_EQ(connectionObserver->Told(), (Texts{"connected", "disconnected cfnr"}));
+    EXPECT_EQ(first->Notifications(), Texts{"vpap"});
+    EXPECT_TRUE(second->Notifications().empty());
+    EXPECT_EQ(connectionObserver->Notifications(), (Texts{"connected", "disconnected cfnr"}));
     EXPECT_EQ(rig.Gain(), -999);
     EXPECT_FALSE(rig.KnowsDevice());
 }
@@ -57,7 +58,7 @@ TEST_F(DisconnectInACallback, DropsTheRestOfASharedBlock) {
     first->onCall = [&] { Disconnect(); };
     rig.link.Push("VIDEO ADJUST:\nRed: 5\nLuma low: 5\nAspect fill luma: 65\n\n");
     AwaitEnd();
-    EXPECT_TRUE(second->Told().empty());
+    EXPECT_TRUE(second->Notifications().empty());
     unsigned level = 0;
     EXPECT_EQ(rig.Feature<IMorquilVideoClip>(IID_IMorquilVideoClip)->GetLumaLow(&level), E_FAIL);
     EXPECT_EQ(rig.Feature<IMorquilAspectFill>(IID_IMorquilAspectFill)->GetLuma(&level), E_FAIL);
@@ -70,8 +71,8 @@ TEST_F(DisconnectInACallback, DropsTheRestOfASharedAvailabilityBlock) {
     first->onCall = [&] { Disconnect(); };
     rig.link.Push("ANCILLARY DATA AVAILABILITY:\nTimecode modes: Off\nCC output line range: 1 2\n\n");
     AwaitEnd();
-    EXPECT_EQ(first->Told(), Texts{"time"});
-    EXPECT_TRUE(second->Told().empty());
+    EXPECT_EQ(first->Notifications(), Texts{"time"});
+    EXPECT_TRUE(second->Notifications().empty());
     unsigned min = 0;
     unsigned max = 0;
     EXPECT_EQ(rig.Feature<IMorquilClosedCaption>(IID_IMorquilClosedCaption)->GetOutputLineRange(&min, &max), E_FAIL);
@@ -84,7 +85,7 @@ TEST_F(DisconnectInACallback, EndsTheRoundThatItIsIn) {
     first->onCall = [&] { Disconnect(); };
     rig.link.Push("VIDEO PROC AMP:\nGain: 1\n\n");
     AwaitEnd();
-    EXPECT_TRUE(second->Told().empty());
+    EXPECT_TRUE(second->Notifications().empty());
 }
 
 TEST_F(DisconnectInACallback, OfTheDevicesOwnSet) {
@@ -111,13 +112,13 @@ TEST_F(DisconnectInACallback, WhileConnectingEndsTheAttempt) {
     first->onCall = [&] { EXPECT_EQ(rig.device->Disconnect(), S_OK); };
     rig.link.Push(CompleteText());
     EXPECT_EQ(rig.ConnectAsync(connectionObserver.Get()), S_FALSE);
-    EXPECT_TRUE(connectionObserver->AwaitTold(1));
+    EXPECT_TRUE(connectionObserver->AwaitNotified(1));
     AwaitEnd();
-    EXPECT_EQ(connectionObserver->Told(), Texts{"disconnected cfnr"});
+    EXPECT_EQ(connectionObserver->Notifications(), Texts{"disconnected cfnr"});
     EXPECT_FALSE(rig.KnowsDevice());
 }
 
-TEST_F(DisconnectInACallback, OfConnectedTellsNobodyElseThatItIsConnected) {
+TEST_F(DisconnectInACallback, OfConnectedNotifiesNoOtherObserver) {
     const Held<ConnectionObserver> later;
     connectionObserver->onCall = [&, done = false]() mutable {
         if (!std::exchange(done, true)) {
@@ -128,8 +129,8 @@ TEST_F(DisconnectInACallback, OfConnectedTellsNobodyElseThatItIsConnected) {
     rig.device->AddConnectionObserver(later.Get());
     rig.link.Push(CompleteText());
     EXPECT_EQ(rig.Connect(), S_OK);
-    EXPECT_EQ(connectionObserver->Told(), (Texts{"connected", "disconnected cfnr"}));
-    EXPECT_EQ(later->Told(), Texts{"disconnected cfnr"});
+    EXPECT_EQ(connectionObserver->Notifications(), (Texts{"connected", "disconnected cfnr"}));
+    EXPECT_EQ(later->Notifications(), Texts{"disconnected cfnr"});
 }
 
 TEST(DisconnectInACallbackAndElsewhere, HappensOnce) {
@@ -144,9 +145,9 @@ TEST(DisconnectInACallbackAndElsewhere, HappensOnce) {
         rig.device->AddPropertyObserver(observer.Get(), morquilVideoProcAmpPropertySetId);
         rig.link.Push("VIDEO PROC AMP:\nGain: 1\n\n");
         rig.device->Disconnect();
-        EXPECT_TRUE(connectionObserver->AwaitTold("disconnected cfnr"));
-        EXPECT_EQ(connectionObserver->Told(), (Texts{"connected", "disconnected cfnr"}));
-        EXPECT_LE(observer->Told().size(), 1U);
+        EXPECT_TRUE(connectionObserver->AwaitNotified("disconnected cfnr"));
+        EXPECT_EQ(connectionObserver->Notifications(), (Texts{"connected", "disconnected cfnr"}));
+        EXPECT_LE(observer->Notifications().size(), 1U);
     }
 }
 

@@ -19,7 +19,7 @@ protected:
 
     Watchdog watchdog;
     IMorquilDiscovery* discovery = GetMorquilDiscoveryInstance_0000();
-    /// Cannot be reached, and is known to be so without asking the network.
+    /// Cannot be reached, which is known without using the network.
     const OwnedBstr nowhere{Utf16{}};
     IMorquilDevice* device = nullptr;
     _MorquilConnectToFailure reason = morquilConnectToFailureNoFailure;
@@ -67,7 +67,7 @@ TEST_F(Discovery, RefusesNullPointers) {
     EXPECT_EQ(observer->References(), 1U);
 }
 
-TEST_F(Discovery, GivesNoDeviceWhenItCannotConnect) {
+TEST_F(Discovery, ReturnsNoDeviceWhenItCannotConnect) {
     for (const BSTR address : {nowhere.Get(), BSTR{nullptr}}) {
         reason = morquilConnectToFailureNoFailure;
         EXPECT_EQ(discovery->Connect(address, &device, &reason), E_FAIL);
@@ -76,12 +76,12 @@ TEST_F(Discovery, GivesNoDeviceWhenItCannotConnect) {
     }
 }
 
-TEST_F(Discovery, GivesADeviceAtOnceAndTellsLaterThatItCannotConnect) {
+TEST_F(Discovery, ReturnsADeviceAtOnceAndReportsLaterThatItCannotConnect) {
     const Held<ConnectionObserver> observer;
     EXPECT_EQ(discovery->ConnectAsync(nowhere.Get(), &device, observer.Get()), S_OK);
     ASSERT_NE(device, nullptr);
-    EXPECT_TRUE(observer->AwaitTold(1));
-    EXPECT_EQ(observer->Told(), Texts{"disconnected cfnr"});
+    EXPECT_TRUE(observer->AwaitNotified(1));
+    EXPECT_EQ(observer->Notifications(), Texts{"disconnected cfnr"});
     device->Release();
     EXPECT_TRUE(observer->AwaitReferences(1));
 }
@@ -102,7 +102,7 @@ TEST_F(Discovery, IsNotNeededByADevice) {
     EXPECT_EQ(discovery->Release(), 0U);
     UINT version = 0;
     EXPECT_EQ(device->GetSoftwareVersion(&version), E_FAIL);
-    EXPECT_TRUE(observer->AwaitTold(1));
+    EXPECT_TRUE(observer->AwaitNotified(1));
     device->Release();
     EXPECT_EQ(GetMorquilDiscoveryInstance_0000()->AddRef(), 2U) << "a fresh object";
     IMorquilDiscovery* const fresh = GetMorquilDiscoveryInstance_0000();
@@ -111,7 +111,7 @@ TEST_F(Discovery, IsNotNeededByADevice) {
     discovery = fresh;
 }
 
-TEST(DiscoveryAcrossThreads, IsNeverAnObjectThatIsGoing) {
+TEST(DiscoveryAcrossThreads, IsNeverAnObjectThatIsBeingDestroyed) {
     const Watchdog watchdog;
     const Threads hosts(4, [] {
         for (int count = 0; count < 2000; ++count) {

@@ -1,4 +1,4 @@
-// How blocks reach the mirror of a connected device, what is asked for because of them, and who is told.
+// How blocks reach the mirror of a connected device, what they make the host request, and who is notified.
 #include <gtest/gtest.h>
 
 #include <ostream>
@@ -51,7 +51,7 @@ protected:
 
 struct Change {
     const char* block;
-    Texts told;
+    Texts notified;
 };
 void PrintTo(const Change& change, std::ostream* out) {
     *out << change.block;
@@ -59,12 +59,12 @@ void PrintTo(const Change& change, std::ostream* out) {
 
 class ChangeAtThePanel : public IncomingBlock, public testing::WithParamInterface<Change> {};
 
-TEST_P(ChangeAtThePanel, IsToldOnceToTheSetsThatItBelongsTo) {
+TEST_P(ChangeAtThePanel, IsNotifiedOnceForEachOfItsSets) {
     Connect();
-    rig.Tell(GetParam().block);
-    EXPECT_EQ(observer->TakeTold(), GetParam().told) << GetParam().block;
-    rig.Tell(GetParam().block);
-    EXPECT_EQ(observer->TakeTold(), Texts{}) << "the same again is no change: " << GetParam().block;
+    rig.DeviceSends(GetParam().block);
+    EXPECT_EQ(observer->TakeNotifications(), GetParam().notified) << GetParam().block;
+    rig.DeviceSends(GetParam().block);
+    EXPECT_EQ(observer->TakeNotifications(), Texts{}) << "the same again is no change: " << GetParam().block;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -96,34 +96,34 @@ INSTANTIATE_TEST_SUITE_P(
         Change{"ANCILLARY DATA AVAILABILITY:\nCC output line range: 9 21\n\n", {"clca"}},
         Change{"PRESET AVAILABILITY:\nPreset range: 1 7\n\n", {"prst"}}));
 
-TEST_F(IncomingBlock, IsMergedBeforeItIsTold) {
+TEST_F(IncomingBlock, IsMergedBeforeItIsNotified) {
     int gainInside = 0;
     observer->onCall = [&] { gainInside = rig.Gain(); };
     Connect();
-    rig.Tell("VIDEO PROC AMP:\nGain: 5\n\n");
+    rig.DeviceSends("VIDEO PROC AMP:\nGain: 5\n\n");
     EXPECT_EQ(gainInside, 5);
 }
 
-TEST_F(IncomingBlock, IsToldOnTheConnectionThread) {
+TEST_F(IncomingBlock, IsNotifiedOnTheConnectionThread) {
     Connect();
-    rig.Tell("VIDEO PROC AMP:\nGain: 5\n\n");
+    rig.DeviceSends("VIDEO PROC AMP:\nGain: 5\n\n");
     const QRN::Core::ThreadId connectionThread = observer->LastThread();
     EXPECT_NE(connectionThread, QRN::Core::CurrentThreadId());
-    rig.Tell("GENLOCK:\nLine offset: 5\n\n");
+    rig.DeviceSends("GENLOCK:\nLine offset: 5\n\n");
     EXPECT_EQ(observer->LastThread(), connectionThread);
 }
 
-TEST_F(IncomingBlock, IsFollowedAlsoAfterRubbish) {
+TEST_F(IncomingBlock, IsFollowedEvenAfterGarbage) {
     Connect();
-    rig.Tell("NO SUCH BLOCK:\nKey: value\n\nno colon\n\xFF\xFE\n\nVIDEO PROC AMP:\nGain: many\nBlack: 3\n\n");
-    rig.Tell(std::string(3000, 'x') + "\n\nVIDEO PROC AMP:\r\nGain: 5\r\n\r\n");
+    rig.DeviceSends("NO SUCH BLOCK:\nKey: value\n\nno colon\n\xFF\xFE\n\nVIDEO PROC AMP:\nGain: many\nBlack: 3\n\n");
+    rig.DeviceSends(std::string(3000, 'x') + "\n\nVIDEO PROC AMP:\r\nGain: 5\r\n\r\n");
     int black = 0;
     EXPECT_EQ(rig.ProcAmp()->GetBlackLevel(&black), S_OK);
     EXPECT_EQ(black, 3);
     EXPECT_EQ(rig.Gain(), 5);
 }
 
-// ---- Requests that a change brings with it --------------------------------------------------------------------------
+// ---- Requests that a change causes --------------------------------------------------------------------------
 
 struct Asking {
     const char* block;
@@ -137,14 +137,14 @@ class AskingChange : public IncomingBlock, public testing::WithParamInterface<As
 
 TEST_P(AskingChange, AsksForWhatDependsOnItInTheOrderOfThePendingTable) {
     Connect();
-    rig.Tell(GetParam().block);
+    rig.DeviceSends(GetParam().block);
     ASSERT_TRUE(rig.link.AwaitIdle());
     Texts requests;
     for (const std::string& sent : rig.SentSinceConnect()) {
         requests.push_back(HeaderOf(sent));
     }
     EXPECT_EQ(requests, GetParam().requests) << GetParam().block;
-    rig.Tell(GetParam().block);
+    rig.DeviceSends(GetParam().block);
     EXPECT_EQ(rig.SentSinceConnect().size(), requests.size()) << "the same again is no change: " << GetParam().block;
 }
 
@@ -175,17 +175,17 @@ INSTANTIATE_TEST_SUITE_P(
 
 class Echo : public IncomingBlock {
 protected:
-    /// Nothing more is on its way.
+    /// Nothing more is pending.
     void Settle() { ASSERT_TRUE(rig.link.AwaitIdle()); }
 };
 
-TEST_F(Echo, OfASetterReachesTheMirrorAndIsNotTold) {
+TEST_F(Echo, OfASetterReachesTheMirrorAndIsNotNotified) {
     Connect();
     EXPECT_EQ(rig.ProcAmp()->SetGain(5), S_OK);
     Settle();
     EXPECT_EQ(rig.SentSinceConnect(), Texts{"VIDEO PROC AMP:\nGain: 5\n\n"});
     EXPECT_EQ(rig.Gain(), 5);
-    EXPECT_EQ(observer->Told(), Texts{});
+    EXPECT_EQ(observer->Notifications(), Texts{});
 }
 
 TEST_F(Echo, IsWhatUpdatesTheMirrorAndNotTheSetter) {
@@ -195,38 +195,38 @@ TEST_F(Echo, IsWhatUpdatesTheMirrorAndNotTheSetter) {
     EXPECT_EQ(rig.Gain(), 0);
 }
 
-TEST_F(Echo, OfAResetEmptiesTheMirrorAndIsNotTold) {
+TEST_F(Echo, OfAResetClearsTheMirrorAndIsNotNotified) {
     Connect();
     EXPECT_EQ(rig.ProcAmp()->ResetAll(), S_OK);
     Settle();
     EXPECT_EQ(rig.Gain(), -999);
-    EXPECT_EQ(observer->Told(), Texts{});
+    EXPECT_EQ(observer->Notifications(), Texts{});
 }
 
 TEST_F(Echo, IsExpectedOnce) {
     Connect();
     rig.ProcAmp()->SetGain(5);
     Settle();
-    rig.Tell("VIDEO PROC AMP:\nGain: 6\n\n");
-    rig.Tell("VIDEO PROC AMP:\nGain: 5\n\n");
-    EXPECT_EQ(observer->Told(), (Texts{"vpap", "vpap"}));
+    rig.DeviceSends("VIDEO PROC AMP:\nGain: 6\n\n");
+    rig.DeviceSends("VIDEO PROC AMP:\nGain: 5\n\n");
+    EXPECT_EQ(observer->Notifications(), (Texts{"vpap", "vpap"}));
 }
 
 TEST_F(Echo, WithAnythingElseInItsBlockIsAChange) {
     Connect(DeviceAnswerWithoutEcho);
     rig.ProcAmp()->SetGain(5);
     Settle();
-    rig.Tell("VIDEO PROC AMP:\nGain: 5\nHue: 1\n\n");
-    EXPECT_EQ(observer->Told(), Texts{"vpap"});
+    rig.DeviceSends("VIDEO PROC AMP:\nGain: 5\nHue: 1\n\n");
+    EXPECT_EQ(observer->Notifications(), Texts{"vpap"});
 }
 
 TEST_F(Echo, IsKnownByItsValuesAndNotByHowTheDeviceWritesThem) {
     Connect(DeviceAnswerWithoutEcho);
     rig.ProcAmp()->SetGain(5);
     Settle();
-    rig.Tell("video proc amp:\r\nGAIN:   +5\r\n\r\n");
+    rig.DeviceSends("video proc amp:\r\nGAIN:   +5\r\n\r\n");
     EXPECT_EQ(rig.Gain(), 5);
-    EXPECT_EQ(observer->Told(), Texts{});
+    EXPECT_EQ(observer->Notifications(), Texts{});
 }
 
 TEST_F(Echo, EndsTheWaitForEarlierOnes) {
@@ -235,10 +235,10 @@ TEST_F(Echo, EndsTheWaitForEarlierOnes) {
     Settle();
     rig.ProcAmp()->SetGain(2);
     Settle();
-    rig.Tell("VIDEO PROC AMP:\nGain: 2\n\n");
-    EXPECT_EQ(observer->Told(), Texts{});
-    rig.Tell("VIDEO PROC AMP:\nGain: 1\n\n");
-    EXPECT_EQ(observer->Told(), Texts{"vpap"});
+    rig.DeviceSends("VIDEO PROC AMP:\nGain: 2\n\n");
+    EXPECT_EQ(observer->Notifications(), Texts{});
+    rig.DeviceSends("VIDEO PROC AMP:\nGain: 1\n\n");
+    EXPECT_EQ(observer->Notifications(), Texts{"vpap"});
 }
 
 TEST_F(Echo, LeavesLaterOnesExpected) {
@@ -247,13 +247,13 @@ TEST_F(Echo, LeavesLaterOnesExpected) {
     Settle();
     rig.ProcAmp()->SetGain(2);
     Settle();
-    rig.Tell("VIDEO PROC AMP:\nGain: 1\n\n");
-    rig.Tell("VIDEO PROC AMP:\nGain: 2\n\n");
-    EXPECT_EQ(observer->Told(), Texts{});
+    rig.DeviceSends("VIDEO PROC AMP:\nGain: 1\n\n");
+    rig.DeviceSends("VIDEO PROC AMP:\nGain: 2\n\n");
+    EXPECT_EQ(observer->Notifications(), Texts{});
     EXPECT_EQ(rig.Gain(), 2);
 }
 
-TEST_F(Echo, OfASharedBlockIsToldToNoneOfItsSets) {
+TEST_F(Echo, OfASharedBlockNotifiesNoneOfItsSets) {
     Connect();
     auto* const color = rig.Feature<IMorquilColorCorrection>(IID_IMorquilColorCorrection);
     auto* const clip = rig.Feature<IMorquilVideoClip>(IID_IMorquilVideoClip);
@@ -267,15 +267,15 @@ TEST_F(Echo, OfASharedBlockIsToldToNoneOfItsSets) {
     EXPECT_EQ(clip->GetLumaLow(&lumaLow), S_OK);
     EXPECT_EQ(red, 7);
     EXPECT_EQ(lumaLow, 8U);
-    EXPECT_EQ(observer->Told(), Texts{});
+    EXPECT_EQ(observer->Notifications(), Texts{});
 }
 
-TEST_F(Echo, OfAnOutputChangeIsTold) {
+TEST_F(Echo, OfAnOutputChangeIsNotified) {
     Connect();
     auto* const output = rig.Feature<IMorquilOutputConfiguration>(IID_IMorquilOutputConfiguration);
     EXPECT_EQ(output->SetVideoMode(morquilAPIVideoMode720p50), S_OK);
     Settle();
-    EXPECT_EQ(observer->Told(), Texts{"ouco"});
+    EXPECT_EQ(observer->Notifications(), Texts{"ouco"});
 }
 
 TEST_F(Echo, OfAnOutputChangeEndsTheWaitForEarlierOnes) {
@@ -284,12 +284,12 @@ TEST_F(Echo, OfAnOutputChangeEndsTheWaitForEarlierOnes) {
     Settle();
     rig.Feature<IMorquilOutputConfiguration>(IID_IMorquilOutputConfiguration)->SetVideoMode(morquilAPIVideoMode720p50);
     Settle();
-    rig.Tell("VIDEO OUTPUT:\nVideo mode: 720p50\n\n");
-    rig.Tell("VIDEO PROC AMP:\nGain: 5\n\n");
-    EXPECT_EQ(observer->Told(), (Texts{"ouco", "vpap"}));
+    rig.DeviceSends("VIDEO OUTPUT:\nVideo mode: 720p50\n\n");
+    rig.DeviceSends("VIDEO PROC AMP:\nGain: 5\n\n");
+    EXPECT_EQ(observer->Notifications(), (Texts{"ouco", "vpap"}));
 }
 
-TEST_F(Echo, OfThePanelLockIsTold) {
+TEST_F(Echo, OfThePanelLockIsNotified) {
     Connect();
     EXPECT_EQ(rig.device->SetPanelLock(2), S_OK);
     Settle();
@@ -297,10 +297,10 @@ TEST_F(Echo, OfThePanelLockIsTold) {
     LONG lock = 0;
     EXPECT_EQ(rig.device->GetPanelLock(&lock), S_OK);
     EXPECT_EQ(lock, 1);
-    EXPECT_EQ(observer->Told(), Texts{"devc"});
+    EXPECT_EQ(observer->Notifications(), Texts{"devc"});
 }
 
-TEST_F(Echo, OfTwoSettersThatWaitedTogetherIsOne) {
+TEST_F(Echo, OfTwoMergedSettersIsOne) {
     Connect(DeviceAnswerWithoutEcho);
     rig.link.AnswerWith(nullptr);
     rig.device->SetPanelLock(1);
@@ -308,10 +308,10 @@ TEST_F(Echo, OfTwoSettersThatWaitedTogetherIsOne) {
     rig.ProcAmp()->SetGain(5);
     rig.ProcAmp()->SetGain(6);
     rig.ProcAmp()->SetHue(7);
-    rig.Tell("ACK\n\n");
+    rig.DeviceSends("ACK\n\n");
     ASSERT_EQ(rig.SentSinceConnect().back(), "VIDEO PROC AMP:\nGain: 6\nHue: 7\n\n");
-    rig.Tell("ACK\n\nVIDEO PROC AMP:\nGain: 6\nHue: 7\n\n");
-    EXPECT_EQ(observer->Told(), Texts{});
+    rig.DeviceSends("ACK\n\nVIDEO PROC AMP:\nGain: 6\nHue: 7\n\n");
+    EXPECT_EQ(observer->Notifications(), Texts{});
     EXPECT_EQ(rig.Gain(), 6);
 }
 

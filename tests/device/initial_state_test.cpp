@@ -1,4 +1,4 @@
-// What a connection waits for, and what the device is asked for until then.
+// What a connection waits for, and what the host requests until then.
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -14,12 +14,12 @@ using namespace Testing;
 
 class InitialState : public DeviceTest {
 protected:
-    /// An attempt that a test left waiting would wait on without the host.
+    /// An attempt that a test left waiting would keep waiting without the host.
     ~InitialState() override { rig.device->Disconnect(); }
 
-    bool IsConnected() const { return observer->Told() == Texts{"connected"}; }
-    /// Begins to connect to a device that acknowledges everything and says nothing of itself. What the test lets it say
-    /// comes in whole blocks, between which the acknowledgements fit.
+    bool IsConnected() const { return observer->Notifications() == Texts{"connected"}; }
+    /// Begins to connect to a device that acknowledges everything and sends nothing by itself. What the test makes it
+    /// send comes in whole blocks, with the acknowledgements between them.
     void BeginToConnect() {
         rig.link.AnswerWith([](const std::string&) { return "ACK\n\n"; });
         ASSERT_EQ(rig.ConnectAsync(observer.Get()), S_FALSE);
@@ -47,9 +47,9 @@ TEST_F(InitialState, NeedsEveryBlockButThePreamble) {
     ASSERT_EQ(blocks.size(), 30U);
     for (const std::string& block : blocks) {
         EXPECT_FALSE(rig.link.AwaitIdle() && IsConnected()) << "complete before " << block;
-        rig.Tell(block);
+        rig.DeviceSends(block);
     }
-    EXPECT_TRUE(observer->AwaitTold("connected"));
+    EXPECT_TRUE(observer->AwaitNotified("connected"));
 }
 
 TEST(InitialStateWithoutABlock, IsIncomplete) {
@@ -66,24 +66,24 @@ TEST(InitialStateWithoutABlock, IsIncomplete) {
             }
         }
         ASSERT_TRUE(rig.link.AwaitIdle());
-        EXPECT_TRUE(observer->Told().empty());
-        rig.Tell(blocks[missing]);
-        EXPECT_TRUE(observer->AwaitTold("connected"));
+        EXPECT_TRUE(observer->Notifications().empty());
+        rig.DeviceSends(blocks[missing]);
+        EXPECT_TRUE(observer->AwaitNotified("connected"));
     }
 }
 
-TEST_F(InitialState, TakesAnEmptyTableOfConversionsForATable) {
+TEST_F(InitialState, AcceptsAnEmptyTableOfConversions) {
     BeginToConnect();
     std::string text = CompleteText();
     const std::size_t at = text.find("SUPPORTED CONVERSIONS:");
     text.erase(at, text.find("\n\n", at) + 2 - at);
-    rig.Tell(text);
-    EXPECT_TRUE(observer->Told().empty());
-    rig.Tell("SUPPORTED CONVERSIONS:\n\n");
-    EXPECT_TRUE(observer->AwaitTold("connected"));
+    rig.DeviceSends(text);
+    EXPECT_TRUE(observer->Notifications().empty());
+    rig.DeviceSends("SUPPORTED CONVERSIONS:\n\n");
+    EXPECT_TRUE(observer->AwaitNotified("connected"));
 }
 
-TEST_F(InitialState, TakesAnEmptyBlockOfMostKindsForABlock) {
+TEST_F(InitialState, AcceptsAnEmptyBlockOfMostKinds) {
     BeginToConnect();
     for (const std::string& block : BlocksOf(CompleteText())) {
         const std::string header = HeaderOf(block);
@@ -92,15 +92,15 @@ TEST_F(InitialState, TakesAnEmptyBlockOfMostKindsForABlock) {
                              header == "VIDEO PROC AMP AVAILABILITY" || header == "PRESET AVAILABILITY";
         rig.link.Push(isPicky ? block : BlockOf(header));
     }
-    EXPECT_TRUE(observer->AwaitTold("connected"));
+    EXPECT_TRUE(observer->AwaitNotified("connected"));
 }
 
 class PreambleThatDecidesNothing : public InitialState, public testing::WithParamInterface<const char*> {};
 
-TEST_P(PreambleThatDecidesNothing, LetsTheConnectionStand) {
+TEST_P(PreambleThatDecidesNothing, AllowsTheConnection) {
     BeginToConnect();
     rig.link.Push(BlockOf("PROTOCOL PREAMBLE", GetParam()) + CompleteText().substr(preambleText.size()));
-    EXPECT_TRUE(observer->AwaitTold("connected"));
+    EXPECT_TRUE(observer->AwaitNotified("connected"));
 }
 
 INSTANTIATE_TEST_SUITE_P(InitialState, PreambleThatDecidesNothing,
@@ -111,7 +111,7 @@ TEST_F(InitialState, IsTheSameInPiecesOfOneByte) {
     for (const char byte : CompleteText()) {
         rig.link.Push(std::string(1, byte));
     }
-    EXPECT_TRUE(observer->AwaitTold("connected"));
+    EXPECT_TRUE(observer->AwaitNotified("connected"));
     EXPECT_EQ(rig.Gain(), 0);
 }
 
@@ -147,20 +147,20 @@ TEST_F(InitialState, AsksForOneBlockAtATime) {
     EXPECT_EQ(rig.link.Sends(), requests);
 }
 
-TEST_F(InitialState, AsksForNothingBeforeTheDeviceHasSaidWhoItIs) {
+TEST_F(InitialState, AsksForNothingBeforeTheDeviceHasIdentifiedItself) {
     BeginToConnect();
-    rig.Tell(std::string(preambleText));
+    rig.DeviceSends(std::string(preambleText));
     EXPECT_EQ(rig.link.Sent(), "");
-    rig.Tell("MORQUIL DEVICE:\n\n");
+    rig.DeviceSends("MORQUIL DEVICE:\n\n");
     EXPECT_EQ(rig.link.Sent(), "") << "an empty block says nothing";
-    rig.Tell("MORQUIL DEVICE:\nPanel lock: false\n\n");
+    rig.DeviceSends("MORQUIL DEVICE:\nPanel lock: false\n\n");
     EXPECT_EQ(rig.link.Sends(), AvailabilityRequests());
 }
 
 TEST_F(InitialState, AsksOnceThoughTheDeviceRepeatsItself) {
     BeginToConnect();
-    rig.Tell(std::string(deviceText));
-    rig.Tell("MORQUIL DEVICE:\nModel name: Another\n\n" + std::string(deviceText));
+    rig.DeviceSends(std::string(deviceText));
+    rig.DeviceSends("MORQUIL DEVICE:\nModel name: Another\n\n" + std::string(deviceText));
     EXPECT_EQ(rig.link.Sends().size(), 14U);
 }
 

@@ -1,4 +1,4 @@
-// What the last reference to a device object ends, and who is still told.
+// What the release of the last reference to a device object ends, and who is still notified.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -20,13 +20,13 @@ protected:
     Held<PropertyObserver> propertyObserver;
 };
 
-TEST_F(LastRelease, EndsAConnectionAndTellsNobody) {
+TEST_F(LastRelease, EndsAConnectionAndNotifiesNoObserver) {
     rig.device->AddConnectionObserver(observer.Get());
     rig.ConnectToGoodDevice();
     EXPECT_EQ(rig.Release(), 0U);
-    EXPECT_TRUE(rig.link.IsDestroyed()) << "nothing else was on its way";
+    EXPECT_TRUE(rig.link.IsDestroyed()) << "nothing else was in progress";
     EXPECT_FALSE(rig.link.IsOpen());
-    EXPECT_EQ(observer->Told(), Texts{"connected"});
+    EXPECT_EQ(observer->Notifications(), Texts{"connected"});
     EXPECT_EQ(observer->References(), 1U);
 }
 
@@ -66,9 +66,9 @@ TEST_F(LastRelease, InsideACallbackIsFollowedByNoOther) {
     propertyObserver->onCall = [&] { EXPECT_EQ(rig.Release(), 0U); };
     rig.link.Push("VIDEO ADJUST:\nRed: 5\nLuma low: 5\n\nVIDEO ADJUST:\nRed: 6\nLuma low: 6\n\n");
     EXPECT_TRUE(rig.link.AwaitDestroyed());
-    EXPECT_EQ(propertyObserver->Told(), Texts{"coco"});
-    EXPECT_TRUE(second->Told().empty());
-    EXPECT_TRUE(observer->Told().empty());
+    EXPECT_EQ(propertyObserver->Notifications(), Texts{"coco"});
+    EXPECT_TRUE(second->Notifications().empty());
+    EXPECT_TRUE(observer->Notifications().empty());
 }
 
 TEST_F(LastRelease, RightAfterAnAsynchronousConnectLetsTheAttemptSucceed) {
@@ -76,7 +76,7 @@ TEST_F(LastRelease, RightAfterAnAsynchronousConnectLetsTheAttemptSucceed) {
     rig.Release();
     rig.link.Push(CompleteText());
     EXPECT_TRUE(rig.link.AwaitDestroyed());
-    EXPECT_EQ(observer->Told(), Texts{"connected"});
+    EXPECT_EQ(observer->Notifications(), Texts{"connected"});
     EXPECT_TRUE(observer->AwaitReferences(1));
 }
 
@@ -85,7 +85,7 @@ TEST_F(LastRelease, RightAfterAnAsynchronousConnectLetsTheAttemptFail) {
     EXPECT_EQ(rig.ConnectAsync(observer.Get()), S_FALSE);
     rig.Release();
     EXPECT_TRUE(rig.link.AwaitDestroyed());
-    EXPECT_EQ(observer->Told(), Texts{"disconnected cfnr"});
+    EXPECT_EQ(observer->Notifications(), Texts{"disconnected cfnr"});
 }
 
 TEST(LastReleaseWhileConnecting, LetsTheAttemptTimeOut) {
@@ -95,7 +95,7 @@ TEST(LastReleaseWhileConnecting, LetsTheAttemptTimeOut) {
     EXPECT_EQ(rig.ConnectAsync(observer.Get()), S_FALSE);
     EXPECT_EQ(rig.Release(), 1U);
     EXPECT_TRUE(rig.link.AwaitDestroyed());
-    EXPECT_EQ(observer->Told(), Texts{"disconnected cfnr"});
+    EXPECT_EQ(observer->Notifications(), Texts{"disconnected cfnr"});
 }
 
 TEST(LastReleaseOfSeveralThreads, EndsTheDeviceOnce) {

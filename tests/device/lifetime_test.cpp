@@ -24,7 +24,7 @@ struct Scene {
     Held<PropertyObserver> propertyObserver;
     Held<ConnectionObserver> otherConnectionObserver;
     Held<PropertyObserver> otherPropertyObserver;
-    /// References that others than the test hold while the observer acts.
+    /// References that the test does not hold while the observer acts.
     ULONG otherReferences = 0;
 
     Scene() {
@@ -121,7 +121,7 @@ std::string ActName(const testing::TestParamInfo<Act>& info) {
 
 class ActInACallback : public testing::TestWithParam<Act> {
 protected:
-    /// Makes `observer` act, in its next call alone.
+    /// Makes `observer` act, in its next call only.
     template <class Observer>
     void ActIn(const Held<Observer>& observer) {
         observer->onCall = [this, acted = false]() mutable {
@@ -133,7 +133,7 @@ protected:
             }
         };
     }
-    /// The device goes and has let everybody go.
+    /// The device is destroyed and has released all its references.
     void ExpectCleanEnd() {
         EXPECT_TRUE(Monitor::Await([&] { return hasActed; }));
         scene.Release();
@@ -150,7 +150,7 @@ protected:
     Scene scene;
 };
 
-TEST_P(ActInACallback, ThatTellsAChange) {
+TEST_P(ActInACallback, OfAChange) {
     scene.rig.ConnectToGoodDevice();
     ActIn(scene.propertyObserver);
     scene.rig.link.Push("VIDEO PROC AMP:\nGain: 1\n\nVIDEO PROC AMP:\nGain: 2\n\n");
@@ -158,7 +158,7 @@ TEST_P(ActInACallback, ThatTellsAChange) {
     ExpectCleanEnd();
 }
 
-TEST_P(ActInACallback, ThatTellsAChangeRightBeforeALoss) {
+TEST_P(ActInACallback, OfAChangeRightBeforeALoss) {
     scene.rig.ConnectToGoodDevice();
     ActIn(scene.propertyObserver);
     scene.rig.link.Push("VIDEO PROC AMP:\nGain: 1\n\n");
@@ -166,17 +166,17 @@ TEST_P(ActInACallback, ThatTellsAChangeRightBeforeALoss) {
     ExpectCleanEnd();
 }
 
-TEST_P(ActInACallback, ThatTellsALoss) {
+TEST_P(ActInACallback, OfALoss) {
     scene.rig.ConnectToGoodDevice();
     ActIn(scene.connectionObserver);
     scene.rig.link.Push(CommsEvent::SocketError);
     ExpectCleanEnd();
 }
 
-TEST_P(ActInACallback, ThatTellsTheHostsOwnDisconnect) {
+TEST_P(ActInACallback, OfTheHostsOwnDisconnect) {
     scene.rig.ConnectToGoodDevice();
     ActIn(scene.connectionObserver);
-    // The host that disconnects holds a reference of its own, which an observer cannot let go.
+    // The host that disconnects holds its own reference, which an observer cannot release.
     CMorquilDevice* const device = scene.rig.device;
     device->AddRef();
     scene.otherReferences = 1;
@@ -185,7 +185,7 @@ TEST_P(ActInACallback, ThatTellsTheHostsOwnDisconnect) {
     ExpectCleanEnd();
 }
 
-TEST_P(ActInACallback, ThatTellsASynchronousConnect) {
+TEST_P(ActInACallback, OfASynchronousConnect) {
     ActIn(scene.connectionObserver);
     scene.otherReferences = 1;
     scene.rig.link.AnswerWith(DeviceAnswer);
@@ -194,7 +194,7 @@ TEST_P(ActInACallback, ThatTellsASynchronousConnect) {
     ExpectCleanEnd();
 }
 
-TEST_P(ActInACallback, ThatTellsAnAsynchronousConnect) {
+TEST_P(ActInACallback, OfAnAsynchronousConnect) {
     ActIn(scene.connectionObserver);
     scene.otherReferences = 1;
     scene.rig.link.AnswerWith(DeviceAnswer);
@@ -203,7 +203,7 @@ TEST_P(ActInACallback, ThatTellsAnAsynchronousConnect) {
     ExpectCleanEnd();
 }
 
-TEST_P(ActInACallback, ThatTellsAFailedConnect) {
+TEST_P(ActInACallback, OfAFailedConnect) {
     ActIn(scene.connectionObserver);
     scene.otherReferences = 1;
     scene.rig.link.RefuseOpen();

@@ -14,7 +14,7 @@ using Testing::Held;
 using Testing::PropertyObserver;
 using Notes = std::vector<std::string>;
 
-TEST(ObservablePropertySet, TellsItsIdToEveryObserverInOrder) {
+TEST(ObservablePropertySet, PassesItsIdToEveryObserverInOrder) {
     Notes notes;
     const Held<PropertyObserver> first;
     const Held<PropertyObserver> second;
@@ -29,16 +29,16 @@ TEST(ObservablePropertySet, TellsItsIdToEveryObserverInOrder) {
     EXPECT_EQ(notes, (Notes{"first prst", "second prst"}));
 }
 
-TEST(ObservablePropertySet, TellsAnObserverThatIsAddedTwiceOnce) {
+TEST(ObservablePropertySet, NotifiesAnObserverThatIsAddedTwiceOnce) {
     const Held<PropertyObserver> observer;
     CObservablePropertySet set(morquilVideoClipPropertySetId);
     EXPECT_EQ(set.AddObserver(observer.Get()), S_OK);
     EXPECT_EQ(set.AddObserver(observer.Get()), S_FALSE);
     set.NotifyObservers();
-    EXPECT_EQ(observer->Told(), Notes{"vidc"});
+    EXPECT_EQ(observer->Notifications(), Notes{"vidc"});
 }
 
-TEST(ObservablePropertySet, TellsNobodyWithoutObservers) {
+TEST(ObservablePropertySet, NotifiesNothingWithoutObservers) {
     const Held<PropertyObserver> observer;
     CObservablePropertySet set(morquilVideoClipPropertySetId);
     set.NotifyObservers();
@@ -46,7 +46,7 @@ TEST(ObservablePropertySet, TellsNobodyWithoutObservers) {
     set.AddObserver(observer.Get());
     EXPECT_EQ(set.RemoveObserver(observer.Get()), S_OK);
     set.NotifyObservers();
-    EXPECT_EQ(observer->Told(), Notes{});
+    EXPECT_EQ(observer->Notifications(), Notes{});
 }
 
 TEST(ObservablePropertySet, ReleasesEachObserverOncePerAdditionAtItsEnd) {
@@ -61,7 +61,7 @@ TEST(ObservablePropertySet, ReleasesEachObserverOncePerAdditionAtItsEnd) {
     EXPECT_EQ(observer->References(), 1U);
 }
 
-TEST(ObservablePropertySet, TellsNobodyOnceItIsSilenced) {
+TEST(ObservablePropertySet, NotifiesNoObserverOnceItIsSilenced) {
     const Held<PropertyObserver> first;
     const Held<PropertyObserver> second;
     CObservablePropertySet set(morquilVideoClipPropertySetId);
@@ -70,8 +70,8 @@ TEST(ObservablePropertySet, TellsNobodyOnceItIsSilenced) {
     set.AddObserver(second.Get());
     set.NotifyObservers();
     set.NotifyObservers();
-    EXPECT_EQ(first->Told().size(), 1U);
-    EXPECT_EQ(second->Told().size(), 0U);
+    EXPECT_EQ(first->Notifications().size(), 1U);
+    EXPECT_EQ(second->Notifications().size(), 0U);
     EXPECT_EQ(set.RemoveObserver(second.Get()), S_OK) << "it still holds its observers";
 }
 

@@ -52,7 +52,7 @@ protected:
     List list;
 };
 
-TEST_F(ObserverListTest, CallsNobodyWhenItIsEmpty) {
+TEST_F(ObserverListTest, CallsNothingWhenItIsEmpty) {
     CallAll();
     EXPECT_EQ(notes, Notes{});
 }
@@ -108,7 +108,7 @@ TEST_F(ObserverListTest, ReleasesEveryObserverOnceAtItsEnd) {
     EXPECT_EQ(second->References(), 1U);
 }
 
-TEST_F(ObserverListTest, CallsNobodyThatWasRemovedInTheRound) {
+TEST_F(ObserverListTest, CallsNoObserverThatWasRemovedInTheRound) {
     first->onCall = [&] { EXPECT_EQ(list.Remove(second.Get()), S_OK); };
     AddAll();
     CallAll();
@@ -116,8 +116,8 @@ TEST_F(ObserverListTest, CallsNobodyThatWasRemovedInTheRound) {
     EXPECT_EQ(second->References(), 1U);
 }
 
-TEST_F(ObserverListTest, CallsWhoeverWasAppendedInTheRound) {
-    first->onCall = [&] { EXPECT_EQ(list.Add(third.Get()), first->Told().size() == 1 ? S_OK : S_FALSE); };
+TEST_F(ObserverListTest, CallsAnObserverThatWasAppendedInTheRound) {
+    first->onCall = [&] { EXPECT_EQ(list.Add(third.Get()), first->Notifications().size() == 1 ? S_OK : S_FALSE); };
     list.Add(first.Get());
     CallAll();
     EXPECT_EQ(notes, (Notes{"first connected", "third connected"}));
@@ -125,7 +125,7 @@ TEST_F(ObserverListTest, CallsWhoeverWasAppendedInTheRound) {
 
 TEST_F(ObserverListTest, CallsAnObserverThatComesBackInItsOwnCallInTheNextRoundOnly) {
     first->onCall = [&] {
-        ASSERT_LT(first->Told().size(), 5U) << "it is called for ever";
+        ASSERT_LT(first->Notifications().size(), 5U) << "it is called endlessly";
         EXPECT_EQ(list.Remove(first.Get()), S_OK);
         EXPECT_EQ(list.Add(first.Get()), S_OK);
     };
@@ -140,7 +140,7 @@ TEST_F(ObserverListTest, CallsAnObserverThatComesBackInItsOwnCallInTheNextRoundO
 
 TEST_F(ObserverListTest, CallsObserversThatReplaceEachOtherOnceInARound) {
     const auto replace = [this](const Held<ConnectionObserver>& one) {
-        ASSERT_LT(notes.size(), 10U) << "they are called for ever";
+        ASSERT_LT(notes.size(), 10U) << "they are called endlessly";
         for (int times = 0; times < 3; ++times) {
             EXPECT_EQ(list.Remove(one.Get()), S_OK);
             EXPECT_EQ(list.Add(one.Get()), S_OK);
@@ -166,10 +166,10 @@ TEST_F(ObserverListTest, LetsAnObserverRemoveItself) {
     AddAll();
     CallAll();
     EXPECT_EQ(notes, (Notes{"first connected", "second connected", "third connected"}));
-    EXPECT_EQ(referencesInside, 2U) << "it was let go inside its own call";
+    EXPECT_EQ(referencesInside, 2U) << "it was released inside its own call";
     EXPECT_EQ(second->References(), 1U);
     CallAll();
-    EXPECT_EQ(second->Told().size(), 1U);
+    EXPECT_EQ(second->Notifications().size(), 1U);
 }
 
 TEST_F(ObserverListTest, LetsAnObserverRemoveAll) {
@@ -196,7 +196,7 @@ TEST_F(ObserverListTest, EndsACancelledRoundAfterTheCallItIsIn) {
     EXPECT_EQ(notes.size(), 4U) << "the next round is another one";
 }
 
-TEST_F(ObserverListTest, CallsNobodyOnceItIsSilenced) {
+TEST_F(ObserverListTest, CallsNoObserverOnceItIsSilenced) {
     second->onCall = [&] { list.Silence(); };
     AddAll();
     CallAll();
@@ -206,7 +206,7 @@ TEST_F(ObserverListTest, CallsNobodyOnceItIsSilenced) {
 
 TEST_F(ObserverListTest, CancelsARoundInWhichAnotherIsBegun) {
     first->onCall = [&] {
-        if (first->Told().size() == 1) {
+        if (first->Notifications().size() == 1) {
             CallAll();
         }
     };
@@ -218,7 +218,7 @@ TEST_F(ObserverListTest, CancelsARoundInWhichAnotherIsBegun) {
 TEST_F(ObserverListTest, ReleasesAnObserverThatWasRemovedInAnInnerRoundAfterTheOuterCall) {
     ULONG afterInner = 0;
     first->onCall = [&] {
-        if (first->Told().size() == 1) {
+        if (first->Notifications().size() == 1) {
             CallAll();
             afterInner = first->References();
         } else {
@@ -246,7 +246,7 @@ TEST_P(ChangeFromAnotherThread, WaitsForTheEndOfTheRound) {
         callIsOver = true;
     };
     const Threads calling(1, [&] { CallAll(); });
-    ASSERT_TRUE(first->AwaitTold(1));
+    ASSERT_TRUE(first->AwaitNotified(1));
     {
         const auto lock = Monitor::Enter();
         begun = true;
@@ -258,7 +258,7 @@ TEST_P(ChangeFromAnotherThread, WaitsForTheEndOfTheRound) {
 
 INSTANTIATE_TEST_SUITE_P(ObserverList, ChangeFromAnotherThread, testing::Values(&List::Add, &List::Remove));
 
-TEST_F(ObserverListTest, BringsThroughAFloodOfRoundsAndChanges) {
+TEST_F(ObserverListTest, SurvivesAFloodOfRoundsAndChanges) {
     constexpr int repetitions = 500;
     list.Add(first.Get());
     {
@@ -272,7 +272,7 @@ TEST_F(ObserverListTest, BringsThroughAFloodOfRoundsAndChanges) {
             }
         });
     }
-    EXPECT_EQ(first->Told().size(), 4U * repetitions);
+    EXPECT_EQ(first->Notifications().size(), 4U * repetitions);
     list.Remove(second.Get());
     list.Remove(third.Get());
     EXPECT_EQ(first->References(), 2U);

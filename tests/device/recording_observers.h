@@ -1,4 +1,5 @@
-// Observers of a test: each notes what it is told, counts its references and does what the test wants inside the call.
+// Observers for tests: each records its notifications, counts its references and does what the test wants inside the
+// call.
 #pragma once
 
 #include <atomic>
@@ -25,7 +26,7 @@ std::string FourCharacters(Code code) {
     return text;
 }
 
-/// What both kinds share. Lives on the heap and destroys itself; the test holds the first reference.
+/// The common part of both kinds. Lives on the heap and destroys itself; the test holds the first reference.
 template <class Interface>
 class RecordingObserver : public Interface {
 public:
@@ -55,28 +56,28 @@ public:
         return remaining;
     }
 
-    /// Run inside the call, after it has been noted. To be set before the observer is added.
+    /// Runs inside the call, after it has been recorded. To be set before the observer is added.
     std::function<void()> onCall;
-    /// If it is set it names the observer in a list that several share.
+    /// If set, it names the observer in a list that several share.
     std::vector<std::string>* sharedNotes = nullptr;
     std::string name;
 
-    std::vector<std::string> Told() const {
+    std::vector<std::string> Notifications() const {
         const auto lock = Monitor::Enter();
-        return told_;
+        return notifications_;
     }
-    /// What it was told since the last call of this.
-    std::vector<std::string> TakeTold() {
+    /// The notifications since the last call of this.
+    std::vector<std::string> TakeNotifications() {
         const auto lock = Monitor::Enter();
-        return std::exchange(told_, {});
+        return std::exchange(notifications_, {});
     }
-    bool AwaitTold(std::size_t count) const {
-        return Monitor::Await([&] { return told_.size() >= count; });
+    bool AwaitNotified(std::size_t count) const {
+        return Monitor::Await([&] { return notifications_.size() >= count; });
     }
-    bool AwaitTold(const std::string& text) const {
+    bool AwaitNotified(const std::string& text) const {
         return Monitor::Await([&] {
-            for (const std::string& told : told_) {
-                if (told == text) {
+            for (const std::string& notification : notifications_) {
+                if (notification == text) {
                     return true;
                 }
             }
@@ -87,7 +88,7 @@ public:
         const auto lock = Monitor::Enter();
         return references_;
     }
-    /// How often one was taken, given back or not.
+    /// How often one was added, released or not.
     ULONG ReferencesTaken() const {
         const auto lock = Monitor::Enter();
         return referencesTaken_;
@@ -103,7 +104,7 @@ protected:
     HRESULT Note(const std::string& text) {
         {
             const auto lock = Monitor::Enter();
-            told_.push_back(text);
+            notifications_.push_back(text);
             if (sharedNotes != nullptr) {
                 sharedNotes->push_back(name + " " + text);
             }
@@ -119,7 +120,7 @@ protected:
 private:
     ULONG references_ = 1;
     ULONG referencesTaken_ = 0;
-    std::vector<std::string> told_;
+    std::vector<std::string> notifications_;
     std::atomic<QRN::Core::ThreadId> lastThread_ = 0;
 };
 

@@ -1,4 +1,4 @@
-// References that several threads take and give back at once are all counted.
+// References that several threads add and release at once are all counted.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -27,9 +27,9 @@ void Take(IUnknown& object, ULONG references) {
     }
 }
 
-/// One thread takes and gives back a reference all the time. Another takes one now and then, each time at another place
-/// of what the first does: a count that either changes in two steps, a load and a store, loses some of them. The pauses
-/// make the second interrupt the first where they share a processor.
+/// One thread adds and releases a reference all the time. Another adds one now and then, each time at a different point
+/// of the first one's work: a count that either changes in two steps, a load and a store, loses some of them. The
+/// pauses make the second interrupt the first if they share a processor.
 void ExpectEveryReferenceIsCounted(IUnknown& object) {
     const ULONG before = CountOf(object);
     Take(object, turns);  // a count that is wrong must not destroy the object

@@ -1,5 +1,5 @@
-// A Disconnect that finds the connection being ended returns at once: waiting could lock a host up. What it does not
-// wait for comes before the Disconnect that ends the connection returns.
+// A Disconnect that finds the connection already ending returns at once: waiting could deadlock a host. What it does
+// not wait for comes before the Disconnect that ends the connection returns.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -42,24 +42,24 @@ protected:
 TEST_F(SecondDisconnect, ReturnsWhileTheFirstWaitsForACallback) {
     propertyObserver->onCall = [&] { mayReturn.get_future().wait(); };
     rig.link.Push("VIDEO PROC AMP:\nGain: 1\n\nVIDEO PROC AMP:\nGain: 2\n\n");
-    EXPECT_TRUE(propertyObserver->AwaitTold("vpap"));
+    EXPECT_TRUE(propertyObserver->AwaitNotified("vpap"));
     {
         const QRN::Core::Testing::Threads hosts(2, [&] { Disconnect(); });
         EXPECT_TRUE(AwaitReturned(1));
-        EXPECT_EQ(connectionObserver->Told(), Texts{"connected"}) << "the end is still to come";
+        EXPECT_EQ(connectionObserver->Notifications(), Texts{"connected"}) << "the end is still to come";
         mayReturn.set_value();
     }
-    EXPECT_EQ(connectionObserver->Told(), (Texts{"connected", "disconnected cfnr"}));
-    EXPECT_EQ(propertyObserver->Told(), Texts{"vpap"}) << "no callback comes after the first has returned";
+    EXPECT_EQ(connectionObserver->Notifications(), (Texts{"connected", "disconnected cfnr"}));
+    EXPECT_EQ(propertyObserver->Notifications(), Texts{"vpap"}) << "no callback comes after the first has returned";
 }
 
 TEST_F(SecondDisconnect, ReturnsWhileALossIsNotified) {
     connectionObserver->onCall = [&] { mayReturn.get_future().wait(); };
     rig.link.Push(CommsEvent::SocketError);
-    EXPECT_TRUE(connectionObserver->AwaitTold("disconnected cfnr"));
+    EXPECT_TRUE(connectionObserver->AwaitNotified("disconnected cfnr"));
     Disconnect();
     mayReturn.set_value();
-    EXPECT_EQ(connectionObserver->Told(), (Texts{"connected", "disconnected cfnr"}));
+    EXPECT_EQ(connectionObserver->Notifications(), (Texts{"connected", "disconnected cfnr"}));
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Settings files and the end of a connection: a saved file holds all that was known before it or nothing, and a load
-// does not outlast it.
+// Settings files and the end of a connection: a saved file holds everything that was known before it or nothing, and a
+// load does not outlast it.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -66,7 +66,7 @@ TEST(DeviceSettingsFile, HoldsAllThatWasKnownBeforeTheConnectionEndsOrNothing) {
 
 class LoadFromAStalledPipe : public DeviceTest {
 protected:
-    /// It has read all that there is, and waits for more.
+    /// It has read everything available, and waits for more.
     LoadFromAStalledPipe() {
         rig.ConnectToGoodDevice();
         load = std::async(std::launch::async,

@@ -1,5 +1,5 @@
 // Many host threads use one device object while the device floods it. Run under a thread sanitizer this also shows that
-// the mirror is read and written without a race; so nothing here makes the host's threads take a lock of the test's.
+// the mirror is read and written without a race; so nothing here makes the host's threads take a lock of the test.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -18,7 +18,7 @@ namespace {
 using QRN::Core::Testing::Threads;
 using namespace Testing;
 
-/// Counts references and calls, and takes no lock.
+/// Counts references and calls without a lock.
 class CountingObserver final : public IMorquilPropertyObserver {
 public:
     STDMETHODIMP QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
@@ -32,7 +32,7 @@ public:
         return S_OK;
     }
 
-    /// Run inside each call with its number. To be set before the observer is added.
+    /// Runs inside each call with its number. To be set before the observer is added.
     std::function<void(int)> onCall;
     std::atomic<ULONG> references = 1;
     std::atomic<int> calls = 0;
@@ -48,8 +48,8 @@ protected:
         EXPECT_TRUE(rig.link.AwaitDestroyed());
     }
 
-    /// The device says something new whenever the host has been told, and is always some blocks ahead.
-    void FloodUntilItIsLetGo() {
+    /// The device sends something new whenever the host has been notified, and is always some blocks ahead.
+    void FloodUntilItIsReleased() {
         constexpr int ahead = 16;
         spring.onCall = [this](int call) { PushGain(call + ahead); };
         rig.device->AddPropertyObserver(&spring, morquilVideoProcAmpPropertySetId);
@@ -128,7 +128,7 @@ TEST_F(DeviceInAFlood, IsSetAndObservedBySeveralThreads) {
     EXPECT_NE(rig.link.Sent().find("Green: 299\n"), std::string::npos);
 }
 
-/// Long enough for several threads to be at it at once.
+/// Long enough for several threads to run at once.
 void TakeAndGiveBack(CMorquilDevice* device) {
     for (int times = 0; times < 5000; ++times) {
         EXPECT_GT(device->AddRef(), 1U);
@@ -136,9 +136,9 @@ void TakeAndGiveBack(CMorquilDevice* device) {
     }
 }
 
-/// What one of many hosts does with a device until it gives its reference back. Each round sees a newer gain than the
-/// one before, so that the device floods all the time. Returns: the count that is left.
-ULONG UseAndLetGo(CMorquilDevice* device, CountingObserver& observer, int rounds) {
+/// What one of many hosts does with a device until it releases its reference. Each round sees a newer gain than the one
+/// before, so that the device floods all the time. Returns: the remaining count.
+ULONG UseAndRelease(CMorquilDevice* device, CountingObserver& observer, int rounds) {
     TakeAndGiveBack(device);
     int last = 0;
     for (int round = 0; round < rounds; ++round) {
@@ -165,7 +165,7 @@ TEST_F(DeviceInAFlood, IsLetGoByTheLastOfManyThreads) {
     constexpr std::size_t hostCount = 8;
     const Watchdog watchdog;
     CMorquilDevice* const device = rig.device;
-    FloodUntilItIsLetGo();
+    FloodUntilItIsReleased();
     for (std::size_t host = 0; host < hostCount; ++host) {
         device->AddRef();
     }
@@ -176,7 +176,7 @@ TEST_F(DeviceInAFlood, IsLetGoByTheLastOfManyThreads) {
     {
         const Threads hosts(hostCount, [&] {
             const std::size_t host = started.fetch_add(1, std::memory_order_relaxed);
-            const ULONG remaining = UseAndLetGo(device, observers[host], 2 * static_cast<int>(host + 1));
+            const ULONG remaining = UseAndRelease(device, observers[host], 2 * static_cast<int>(host + 1));
             zeroes.fetch_add(remaining == 0 ? 1 : 0, std::memory_order_relaxed);
         });
     }

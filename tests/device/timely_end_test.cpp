@@ -45,8 +45,8 @@ protected:
     }
     void PushGain() { rig.link.Push("VIDEO PROC AMP:\nGain: " + std::to_string(++gain) + "\n\n"); }
 
-    /// A flood has something new whenever the last has been told. A call that is held lasts until the end has begun;
-    /// how far that has come by then is its luck.
+    /// A flood has something new whenever the last has been notified. A held call lasts until the end has begun; how
+    /// far that has got by then is left to chance.
     void OnCall() {
         if (Is(Manner::Flooding)) {
             PushGain();
@@ -83,7 +83,7 @@ TEST_P(TimelyEnd, WhateverTheDeviceDoes) {
     EndOnAnotherThread();
 }
 
-// A thread that cannot send does not call.
+// A thread that cannot send makes no callbacks.
 class TimelyEndInACall : public TimelyEnd {};
 
 TEST_P(TimelyEndInACall, WhateverTheDeviceDoes) {

@@ -31,12 +31,13 @@ protected:
         }
     }
 
-    /// In the first call of each observer, when both are in theirs, `act` is done to the device of the other side.
+    /// In the first call of each observer, once both are inside theirs, `act` is applied to the device of the other
+    /// side.
     void ActOnEachOther(const std::function<void(Side&)>& act) {
         for (Side* const side : {&one, &other}) {
             side->observer->onCall = [this, side, act, first = true]() mutable {
                 if (std::exchange(first, false)) {
-                    EXPECT_TRUE(one.observer->AwaitTold(1) && other.observer->AwaitTold(1));
+                    EXPECT_TRUE(one.observer->AwaitNotified(1) && other.observer->AwaitNotified(1));
                     act(side == &one ? other : one);
                 }
             };
@@ -50,7 +51,7 @@ protected:
         notes.push_back(side.observer->name + " has ended");
         Monitor::Changed();
     }
-    /// Once the call that ended a device has returned its observer is told no more.
+    /// Once the call that ended a device has returned, its observer gets no further notifications.
     void ExpectNothingAfterAnEnd() {
         const auto lock = Monitor::Enter();
         for (const std::string name : {"one", "other"}) {
@@ -105,8 +106,8 @@ TEST_F(TwoDevices, DisconnectEachOtherInTheCallbacksOfTheirLoss) {
     one.rig.link.Push(CommsEvent::SocketError);
     other.rig.link.Push(CommsEvent::SocketError);
     EXPECT_TRUE(Monitor::Await([&] { return notes.size() == 2; }));
-    EXPECT_EQ(first->Told(), Texts{"disconnected cfnr"});
-    EXPECT_EQ(second->Told(), Texts{"disconnected cfnr"});
+    EXPECT_EQ(first->Notifications(), Texts{"disconnected cfnr"});
+    EXPECT_EQ(second->Notifications(), Texts{"disconnected cfnr"});
 }
 
 TEST_F(TwoDevices, OneIsReleasedInTheCallbackOfTheOther) {

@@ -26,14 +26,14 @@ TEST_F(AspectFillFeature, AnswersFromTheReport) {
     ExpectGetsRange(&Fill::GetCrRange, 3, 13, "Aspect fill Cr range: 3 13\n");
 }
 
-TEST_F(AspectFillFeature, TellsOfItsOwnValuesOnly) {
+TEST_F(AspectFillFeature, NotifiesOfItsOwnValuesOnly) {
     for (const char* const own : {"Aspect fill luma: 1\n", "Aspect fill Cb: 1\n", "Aspect fill Cr: 1\n"}) {
-        EXPECT_TRUE(IsToldOf(own)) << own;
+        EXPECT_TRUE(IsNotifiedOf(own)) << own;
     }
     EXPECT_FALSE(
-        IsToldOf("Red: 1\nGreen: 1\nBlue: 1\nLuma low: 1\nLuma high: 1\nChroma low: 1\nChroma high: 1\n"
-                 "ResetValues: 1\n"));
-    EXPECT_TRUE(IsToldOf("Red: 2\nAspect fill Cr: 2\n"));
+        IsNotifiedOf("Red: 1\nGreen: 1\nBlue: 1\nLuma low: 1\nLuma high: 1\nChroma low: 1\nChroma high: 1\n"
+                     "ResetValues: 1\n"));
+    EXPECT_TRUE(IsNotifiedOf("Red: 2\nAspect fill Cr: 2\n"));
 }
 
 }  // namespace

@@ -87,7 +87,7 @@ TEST_F(AudioMappingFeature, RefusesChannelsAndPairsThatDoNotExist) {
     }
 }
 
-TEST_F(AudioMappingFeature, SendsABlockWithoutALineForAnInputThatIsNone) {
+TEST_F(AudioMappingFeature, SendsABlockWithoutALineForAnInvalidInput) {
     for (const int none : {31, 40, -1}) {
         ExpectSent(feature.SetAudioMap(15, static_cast<_MorquilAPIAudioSelect>(none)), "");
         ExpectSent(feature.SetAudioInMap(0, static_cast<_MorquilAPIAudioInSourceSelect>(none)), "");

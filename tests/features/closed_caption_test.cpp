@@ -37,13 +37,13 @@ TEST_F(ClosedCaptionFeature, AnswersFromTheReport) {
     ExpectGetsRange(&Captions::GetOutputLineRange, 2, 12, "CC output line range: 2 12\n");
 }
 
-TEST_F(ClosedCaptionFeature, TellsOfItsOwnValuesOnly) {
+TEST_F(ClosedCaptionFeature, NotifiesOfItsOwnValuesOnly) {
     for (const char* const own :
          {"CC enabled: true\n", "CC input line: 1\n", "CC output line: 1\n", "CC service2 source: CC2\n",
           "CC service1 language: French\n", "CC service2 language: French\n"}) {
-        EXPECT_TRUE(IsToldOf(own)) << own;
+        EXPECT_TRUE(IsNotifiedOf(own)) << own;
     }
-    EXPECT_FALSE(IsToldOf(
+    EXPECT_FALSE(IsNotifiedOf(
         "Timecode mode: Input\nTimecode input line: 1\nTimecode output line: 1\nTimecode drop frame mode: DF\n"
         "Timecode source: LTC\nTimecode loss mode: Stop\nTimecode generate value: 00:00:00;01\n"
         "Timecode jam sync value: 00:00:00;01\nTimecode start source: Input\nTimecode start: true\n"
@@ -51,12 +51,12 @@ TEST_F(ClosedCaptionFeature, TellsOfItsOwnValuesOnly) {
         "ResetValues: 1\n"));
 }
 
-TEST_F(ClosedCaptionFeature, TellsOfItsOwnAvailabilityOnly) {
+TEST_F(ClosedCaptionFeature, NotifiesOfItsOwnAvailabilityOnly) {
     for (const char* const own : {"CC input line range: 1 2\n", "CC output line range: 1 2\n",
                                   "CC service2 sources: CC2\n", "CC service languages: French\n"}) {
-        EXPECT_TRUE(IsToldOfAvailability(own)) << own;
+        EXPECT_TRUE(IsNotifiedOfAvailability(own)) << own;
     }
-    EXPECT_FALSE(IsToldOfAvailability(
+    EXPECT_FALSE(IsNotifiedOfAvailability(
         "Timecode modes: Off\nOutput: 720p50\nTimecode drop frame modes: DF\nTimecode sources: LTC\n"
         "Timecode loss modes: Stop\nTimecode start sources: User\nTimecode frame height: 720\n"
         "Timecode line range: 1 2\nIndex reactions: On\nAFD insert types: Auto\nAFD output frame height: 720\n"

@@ -26,14 +26,14 @@ TEST_F(ColorCorrectionFeature, AnswersFromTheReport) {
     ExpectGetsRange(&ColorCorrection::GetBlueRange, -3, 13, "Blue range: -3 13\n");
 }
 
-TEST_F(ColorCorrectionFeature, TellsOfItsOwnValuesOnly) {
+TEST_F(ColorCorrectionFeature, NotifiesOfItsOwnValuesOnly) {
     for (const char* const own : {"Red: 1\n", "Green: 1\n", "Blue: 1\n"}) {
-        EXPECT_TRUE(IsToldOf(own)) << own;
+        EXPECT_TRUE(IsNotifiedOf(own)) << own;
     }
     EXPECT_FALSE(
-        IsToldOf("Luma low: 1\nLuma high: 1\nChroma low: 1\nChroma high: 1\nAspect fill luma: 1\n"
-                 "Aspect fill Cb: 1\nAspect fill Cr: 1\nResetValues: 1\n"));
-    EXPECT_TRUE(IsToldOf("Luma low: 2\nBlue: 2\n"));
+        IsNotifiedOf("Luma low: 1\nLuma high: 1\nChroma low: 1\nChroma high: 1\nAspect fill luma: 1\n"
+                     "Aspect fill Cb: 1\nAspect fill Cr: 1\nResetValues: 1\n"));
+    EXPECT_TRUE(IsNotifiedOf("Luma low: 2\nBlue: 2\n"));
 }
 
 TEST_F(ColorCorrectionFeature, KeepsTheWholeBlockForTheSettings) {

@@ -1,4 +1,4 @@
-// What the rules that all feature objects share need to know of each.
+// What the rules common to all feature objects need to know about each of them.
 #pragma once
 
 #include "MorquilAPI.h"
@@ -27,13 +27,13 @@ namespace Morquil::Test {
 
 struct FeatureCase {
     _MorquilPropertySetId id;
-    /// Whether observers hear of a changed availability.
-    bool tellsOfAvailability;
+    /// Whether observers are notified of a changed availability.
+    bool notifiesAvailability;
     const char* block;
-    /// A whole report, in the order of the wire, and a line of it with another value.
+    /// A whole report, in wire order, and a line of it with another value.
     const char* settings;
     const char* change;
-    /// The same of the availability; null where there is none.
+    /// The same of the availability; null if there is none.
     const char* availabilityBlock = nullptr;
     const char* availability = nullptr;
     const char* availabilityChange = nullptr;
@@ -67,7 +67,7 @@ inline constexpr FeatureCase featureCase{};
 template <>
 inline constexpr FeatureCase featureCase<CMorquilInputConfiguration>{
     .id = morquilInputConfigurationPropertySetId,
-    .tellsOfAvailability = true,
+    .notifiesAvailability = true,
     .block = "VIDEO INPUT",
     .settings =
         "Auto detection enabled: true\nAuto detection prefer PsF: false\nVideo source: SDI1\n"
@@ -82,7 +82,7 @@ inline constexpr FeatureCase featureCase<CMorquilInputConfiguration>{
 template <>
 inline constexpr FeatureCase featureCase<CMorquilOutputConfiguration>{
     .id = morquilOutputConfigurationPropertySetId,
-    .tellsOfAvailability = false,
+    .notifiesAvailability = false,
     .block = "VIDEO OUTPUT",
     .settings =
         "Video mode: 1080p25\nAspect ratio: LetterBox\nVideo demux mode: DualLink\nOutput sdi mode: LevelB\n"
@@ -101,7 +101,7 @@ inline constexpr FeatureCase featureCase<CMorquilOutputConfiguration>{
 template <>
 inline constexpr FeatureCase featureCase<CMorquilVideoProcAmp>{
     .id = morquilVideoProcAmpPropertySetId,
-    .tellsOfAvailability = false,
+    .notifiesAvailability = false,
     .block = "VIDEO PROC AMP",
     .settings = "Gain: 1\nBlack: -2\nSaturation: 3\nHue: -4\nRY: 5\nBY: -6\nSharp: 7\nResetValues: -1\n",
     .change = "Hue: 4\n",
@@ -113,7 +113,7 @@ inline constexpr FeatureCase featureCase<CMorquilVideoProcAmp>{
 
 template <>
 inline constexpr FeatureCase featureCase<CMorquilColorCorrection>{.id = morquilColorCorrectionPropertySetId,
-                                                                  .tellsOfAvailability = false,
+                                                                  .notifiesAvailability = false,
                                                                   .block = "VIDEO ADJUST",
                                                                   .settings = videoAdjustSettings,
                                                                   .change = "Green: 1\n",
@@ -123,7 +123,7 @@ inline constexpr FeatureCase featureCase<CMorquilColorCorrection>{.id = morquilC
 
 template <>
 inline constexpr FeatureCase featureCase<CMorquilVideoClip>{.id = morquilVideoClipPropertySetId,
-                                                            .tellsOfAvailability = false,
+                                                            .notifiesAvailability = false,
                                                             .block = "VIDEO ADJUST",
                                                             .settings = videoAdjustSettings,
                                                             .change = "Luma high: 1\n",
@@ -133,7 +133,7 @@ inline constexpr FeatureCase featureCase<CMorquilVideoClip>{.id = morquilVideoCl
 
 template <>
 inline constexpr FeatureCase featureCase<CMorquilAspectFill>{.id = morquilAspectFillPropertySetId,
-                                                             .tellsOfAvailability = false,
+                                                             .notifiesAvailability = false,
                                                              .block = "VIDEO ADJUST",
                                                              .settings = videoAdjustSettings,
                                                              .change = "Aspect fill Cr: 1\n",
@@ -144,7 +144,7 @@ inline constexpr FeatureCase featureCase<CMorquilAspectFill>{.id = morquilAspect
 template <>
 inline constexpr FeatureCase featureCase<CMorquilNoiseReduction>{
     .id = morquilNoiseReductionPropertySetId,
-    .tellsOfAvailability = true,
+    .notifiesAvailability = true,
     .block = "NOISE REDUCTION",
     .settings = "Enabled: true\nBias: -3\nSplit screen: false\nRed overlay: true\n",
     .change = "Bias: 3\n",
@@ -155,7 +155,7 @@ inline constexpr FeatureCase featureCase<CMorquilNoiseReduction>{
 template <>
 inline constexpr FeatureCase featureCase<CMorquilTestPattern>{
     .id = morquilTestPatternPropertySetId,
-    .tellsOfAvailability = true,
+    .notifiesAvailability = true,
     .block = "TEST PATTERN",
     .settings =
         "Output: Bars\nNo signal: Black\nTest tone: Tone3KHz\nMotion: true\nHorizontal Rate: -2\n"
@@ -170,7 +170,7 @@ inline constexpr FeatureCase featureCase<CMorquilTestPattern>{
 template <>
 inline constexpr FeatureCase featureCase<CMorquilVideoAdvanced>{
     .id = morquilVideoAdvancedPropertySetId,
-    .tellsOfAvailability = true,
+    .notifiesAvailability = true,
     .block = "VIDEO ADVANCED",
     .settings =
         "Clean cadence: true\nScenecut detect: false\nAntiAlias: true\nRP177: false\nSource type: Film\n"
@@ -182,7 +182,7 @@ inline constexpr FeatureCase featureCase<CMorquilVideoAdvanced>{
 
 template <>
 inline constexpr FeatureCase featureCase<CMorquilTimecode>{.id = morquilTimecodePropertySetId,
-                                                           .tellsOfAvailability = true,
+                                                           .notifiesAvailability = true,
                                                            .block = "ANCILLARY DATA",
                                                            .settings = ancillaryDataSettings,
                                                            .change = "Timecode source: VITC\n",
@@ -192,7 +192,7 @@ inline constexpr FeatureCase featureCase<CMorquilTimecode>{.id = morquilTimecode
 
 template <>
 inline constexpr FeatureCase featureCase<CMorquilClosedCaption>{.id = morquilClosedCaptionPropertySetId,
-                                                                .tellsOfAvailability = true,
+                                                                .notifiesAvailability = true,
                                                                 .block = "ANCILLARY DATA",
                                                                 .settings = ancillaryDataSettings,
                                                                 .change = "CC enabled: false\n",
@@ -202,7 +202,7 @@ inline constexpr FeatureCase featureCase<CMorquilClosedCaption>{.id = morquilClo
 
 template <>
 inline constexpr FeatureCase featureCase<CMorquilVideoIndex>{.id = morquilVideoIndexPropertySetId,
-                                                             .tellsOfAvailability = true,
+                                                             .notifiesAvailability = true,
                                                              .block = "ANCILLARY DATA",
                                                              .settings = ancillaryDataSettings,
                                                              .change = "AFD output line: 1\n",
@@ -213,7 +213,7 @@ inline constexpr FeatureCase featureCase<CMorquilVideoIndex>{.id = morquilVideoI
 template <>
 inline constexpr FeatureCase featureCase<CMorquilReference>{
     .id = morquilReferencePropertySetId,
-    .tellsOfAvailability = true,
+    .notifiesAvailability = true,
     .block = "GENLOCK",
     .settings = "Type: External\nGen reference: TriLevel\nLine offset: -5\nPixel offset: 6\nSignal locked: true\n",
     .change = "Signal locked: false\n",
@@ -226,7 +226,7 @@ inline constexpr FeatureCase featureCase<CMorquilReference>{
 template <>
 inline constexpr FeatureCase featureCase<CMorquilVariableAspectRatio>{
     .id = morquilVariableAspectRatioPropertySetId,
-    .tellsOfAvailability = true,
+    .notifiesAvailability = true,
     .block = "VARIABLE ASPECT RATIO",
     .settings =
         "Variable Aspect Ratio size X left: 1.500000\nVariable Aspect Ratio size X right: 2.500000\n"
@@ -246,9 +246,9 @@ inline constexpr FeatureCase featureCase<CMorquilVariableAspectRatio>{
 template <>
 inline constexpr FeatureCase featureCase<CMorquilAlign>{
     .id = morquilAlignPropertySetId,
-    .tellsOfAvailability = true,
+    .notifiesAvailability = true,
     .block = "ALIGN",
-    // A reset is written here and not read, so it cannot be reported.
+    // A reset is only written here and never read, so it cannot be reported.
     .settings =
         "Align size X left: 1.500000\nAlign size X right: 2.500000\nAlign size Y left: 3.500000\n"
         "Align size Y right: 4.500000\nAlign pos X left: -1.250000\nAlign pos X right: -2.250000\n"
@@ -264,7 +264,7 @@ inline constexpr FeatureCase featureCase<CMorquilAlign>{
 template <>
 inline constexpr FeatureCase featureCase<CMorquil3dMode>{
     .id = morquil3dModePropertySetId,
-    .tellsOfAvailability = true,
+    .notifiesAvailability = true,
     .block = "MODE3D",
     .settings =
         "3D mode: 3DModeAlign\n2D3D intensity: 1\n2D3D depth: -2\n3D roll left: 3\n3D roll right: 4\n"
@@ -278,7 +278,7 @@ inline constexpr FeatureCase featureCase<CMorquil3dMode>{
 template <>
 inline constexpr FeatureCase featureCase<CMorquilAudioMapping>{
     .id = morquilAudioMappingPropertySetId,
-    .tellsOfAvailability = true,
+    .notifiesAvailability = true,
     .block = "AUDIO",
     .settings =
         "AudioOut0: AudioIn2\nAudioOut15: TTMute\nAudioEncode7: DolbyE1\nAudioInPair0: AESPair1\n"
@@ -296,7 +296,7 @@ inline constexpr FeatureCase featureCase<CMorquilAudioMapping>{
 template <>
 inline constexpr FeatureCase featureCase<CMorquilNetworkConfig>{
     .id = morquilNetworkConfigPropertySetId,
-    .tellsOfAvailability = false,
+    .notifiesAvailability = false,
     .block = "NETWORK CONFIG",
     .settings =
         "Friendly name: Studio 1\nDHCP enabled: true\nIP address: 3232238152\nGateway: 3232238081\n"
@@ -305,7 +305,7 @@ inline constexpr FeatureCase featureCase<CMorquilNetworkConfig>{
 
 template <>
 inline constexpr FeatureCase featureCase<CMorquilDeviceFilenames>{.id = morquilDeviceFilenamesPropertySetId,
-                                                                  .tellsOfAvailability = false,
+                                                                  .notifiesAvailability = false,
                                                                   .block = "DEVICE FILENAMES",
                                                                   .settings = "Still frame name: logo.img\n",
                                                                   .change = "Still frame name: Logo.img\n"};
@@ -313,7 +313,7 @@ inline constexpr FeatureCase featureCase<CMorquilDeviceFilenames>{.id = morquilD
 template <>
 inline constexpr FeatureCase featureCase<CMorquilPreset>{
     .id = morquilPresetPropertySetId,
-    .tellsOfAvailability = true,
+    .notifiesAvailability = true,
     .block = "PRESET",
     .settings = "Save: 1\nRecall: 2\nPresetName0: First\nPresetName5: Sixth\n",
     .change = "PresetName0: Other\n",

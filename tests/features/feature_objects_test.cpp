@@ -1,4 +1,4 @@
-// The rules that every feature object keeps, whatever its blocks are.
+// The rules that every feature object follows, whatever its blocks are.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -44,33 +44,33 @@ TYPED_TEST(FeatureObjects, CarryTheirOwnPropertySetId) {
     EXPECT_EQ(this->feature.PropertySet(), this->theCase.id);
 }
 
-TYPED_TEST(FeatureObjects, TellTheirObserversOnceOfAReportThatChangesThem) {
+TYPED_TEST(FeatureObjects, NotifyTheirObserversOnceOfAReportThatChangesThem) {
     this->Report(this->theCase.settings);
-    EXPECT_EQ(this->observer.TakeTold().size(), 1U);
+    EXPECT_EQ(this->observer.TakeNotifications().size(), 1U);
     this->Report(this->theCase.change);
-    EXPECT_EQ(this->observer.TakeTold(), std::vector<_MorquilPropertySetId>{this->theCase.id});
+    EXPECT_EQ(this->observer.TakeNotifications(), std::vector<_MorquilPropertySetId>{this->theCase.id});
 }
 
 TYPED_TEST(FeatureObjects, AreSilentAboutAReportThatChangesNothing) {
     this->Report(this->theCase.settings);
-    EXPECT_FALSE(this->IsToldOf(this->theCase.settings));
-    EXPECT_FALSE(this->IsToldOf(""));
+    EXPECT_FALSE(this->IsNotifiedOf(this->theCase.settings));
+    EXPECT_FALSE(this->IsNotifiedOf(""));
 }
 
-TYPED_TEST(FeatureObjects, TakeOverAChangeOfWhichNobodyIsToBeTold) {
+TYPED_TEST(FeatureObjects, ApplyAChangeWithoutNotification) {
     this->Report(this->theCase.settings);
-    this->WasTold();
+    this->WasNotified();
     this->Report(this->theCase.change, false);
-    EXPECT_FALSE(this->WasTold());
-    EXPECT_FALSE(this->IsToldOf(this->theCase.change)) << "it was not taken over";
+    EXPECT_FALSE(this->WasNotified());
+    EXPECT_FALSE(this->IsNotifiedOf(this->theCase.change)) << "it was not applied";
 }
 
-TYPED_TEST(FeatureObjects, TellOfAChangedAvailabilityOnlyWhereThatIsTheRule) {
+TYPED_TEST(FeatureObjects, NotifyOfAChangedAvailabilityOnlyWhereThatIsTheRule) {
     if constexpr (TestFixture::hasAvailability) {
-        const bool tells = this->theCase.tellsOfAvailability;
-        EXPECT_EQ(this->IsToldOfAvailability(this->theCase.availability), tells);
-        EXPECT_FALSE(this->IsToldOfAvailability(this->theCase.availability));
-        EXPECT_EQ(this->IsToldOfAvailability(this->theCase.availabilityChange), tells);
+        const bool notifies = this->theCase.notifiesAvailability;
+        EXPECT_EQ(this->IsNotifiedOfAvailability(this->theCase.availability), notifies);
+        EXPECT_FALSE(this->IsNotifiedOfAvailability(this->theCase.availability));
+        EXPECT_EQ(this->IsNotifiedOfAvailability(this->theCase.availabilityChange), notifies);
     }
 }
 
@@ -93,18 +93,18 @@ TYPED_TEST(FeatureObjects, ForgetEverythingWhenTheyAreCleared) {
     this->feature.ClearCache();
     EXPECT_FALSE(this->feature.IsCacheComplete());
     EXPECT_EQ(this->feature.GetSettingsText(), this->BlockOf(this->theCase.block, ""));
-    EXPECT_TRUE(this->IsToldOf(this->theCase.settings));
+    EXPECT_TRUE(this->IsNotifiedOf(this->theCase.settings));
     EXPECT_FALSE(this->hasAvailability && this->feature.IsCacheComplete());
 }
 
-TYPED_TEST(FeatureObjects, TellNobodyThatTheyWereCleared) {
+TYPED_TEST(FeatureObjects, NotifyNoObserverThatTheyWereCleared) {
     this->Report(this->theCase.settings);
-    this->WasTold();
+    this->WasNotified();
     this->feature.ClearCache();
-    EXPECT_FALSE(this->WasTold());
+    EXPECT_FALSE(this->WasNotified());
 }
 
-TYPED_TEST(FeatureObjects, GiveTheirSettingsAsTheirBlock) {
+TYPED_TEST(FeatureObjects, ReturnTheirSettingsAsTheirBlock) {
     EXPECT_EQ(this->feature.GetSettingsText(), this->BlockOf(this->theCase.block, ""));
     this->Report(this->theCase.settings);
     this->ReportWholeAvailability();

@@ -1,4 +1,4 @@
-// A feature object between a host and a device, both of which the test plays.
+// A feature object between a host and a device; the test plays both.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@
 
 namespace Morquil::Test {
 
-/// A connection that never comes: what is queued for it stays queued.
+/// A connection that is never established: what is queued for it stays queued.
 class UnconnectedComms final : public AbstractComms {
 public:
     explicit UnconnectedComms(const bool& canWake) : canWake_(canWake) {}
@@ -40,7 +40,7 @@ private:
     const bool& canWake_;
 };
 
-/// The object that counts for a feature.
+/// The object that counts references for a feature.
 class FeatureOwner final : public IUnknown {
 public:
     STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
@@ -55,25 +55,25 @@ public:
     GUID askedFor{};
 };
 
-/// Notes what it is told.
+/// Records its notifications.
 class FeatureObserver final : public IMorquilPropertyObserver {
 public:
     STDMETHODIMP QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
     STDMETHODIMP_(ULONG) AddRef() override { return 2; }
     STDMETHODIMP_(ULONG) Release() override { return 1; }
     STDMETHODIMP PropertyChanged(_MorquilPropertySetId id) override {
-        told_.push_back(id);
+        notifications_.push_back(id);
         return S_OK;
     }
 
-    /// What it was told since the last call.
-    std::vector<_MorquilPropertySetId> TakeTold() { return std::exchange(told_, {}); }
+    /// The notifications since the last call.
+    std::vector<_MorquilPropertySetId> TakeNotifications() { return std::exchange(notifications_, {}); }
 
 private:
-    std::vector<_MorquilPropertySetId> told_;
+    std::vector<_MorquilPropertySetId> notifications_;
 };
 
-/// Takes the feature's messages and gives it the blocks that the parser reads.
+/// Collects the feature's messages and passes it the blocks that the parser reads.
 template <class FeatureClass>
 class FeatureClient final : public MorquilTextProtocolClient {
 public:
@@ -85,7 +85,7 @@ public:
         notify_ = notify;
         OnDataReceived(text.data(), text.size());
     }
-    /// The next message as it would be sent; empty when none waits.
+    /// The next message as it would be sent; empty when none is pending.
     std::string TakeSentText() {
         const auto message = TakeNextMessage();
         return message != nullptr ? TextOf(*message) : std::string();
@@ -169,7 +169,7 @@ protected:
         client.ReportTo(feature, BlockOf(theCase.availabilityBlock, lines), true);
     }
 
-    /// The setter that gave `result` has sent one block with just these lines.
+    /// The setter that returned `result` has sent one block with exactly these lines.
     void ExpectSent(HRESULT result, const std::string& lines) {
         EXPECT_EQ(result, S_OK) << lines;
         EXPECT_EQ(client.TakeSentText(), BlockOf(theCase.block, lines));
@@ -180,7 +180,7 @@ protected:
         EXPECT_EQ(client.TakeSentText(), "");
     }
 
-    /// Values from `bound` on are refused; smaller ones pass, negative ones as a block without a line.
+    /// Values from `bound` on are refused; smaller ones are accepted, negative ones as a block without a line.
     template <class Value>
     void ExpectBounded(HRESULT (STDMETHODCALLTYPE FeatureClass::*setter)(Value), int bound) {
         for (const int tooLarge : {bound, bound + 1, INT_MAX}) {
@@ -191,7 +191,7 @@ protected:
         EXPECT_NE(client.TakeSentText(), BlockOf(theCase.block, ""));
         ExpectSent((feature.*setter)(static_cast<Value>(-1)), "");
     }
-    /// Values that have no word pass as a block without a line.
+    /// Values that have no word are accepted and sent as a block without a line.
     template <class Value>
     void ExpectUnbounded(HRESULT (STDMETHODCALLTYPE FeatureClass::*setter)(Value), int words) {
         for (const int value : {words, 99, -1}) {
@@ -236,7 +236,7 @@ protected:
         EXPECT_EQ(max, maximum);
     }
 
-    /// After `lines` just the `offered` values of all below `bound` are available.
+    /// After `lines` only the `offered` values of all below `bound` are available.
     template <class Value>
     void ExpectOffers(HRESULT (STDMETHODCALLTYPE FeatureClass::*query)(Value, LONG*), int bound,
                       const std::set<int>& offered, const std::string& lines) {
@@ -271,7 +271,7 @@ protected:
         EXPECT_EQ(isAvailable, 0) << key;
     }
 
-    /// Removes each line of the whole report in turn: without it the feature is incomplete, but for the `optional`
+    /// Removes each line of the whole report in turn: without it the feature is incomplete, except for the `optional`
     /// ones.
     void ExpectToNeedEveryLineBut(const std::string& optional) {
         for (const bool ofAvailability : {false, true}) {
@@ -287,32 +287,32 @@ protected:
             }
         }
     }
-    /// The observer is told of each line of `lines` on its own, and not of the same line again.
-    void ExpectToldOfEachAvailability(const std::string& lines) {
+    /// The observer is notified of each line of `lines` on its own, and not of the same line again.
+    void ExpectNotifiedOfEachAvailability(const std::string& lines) {
         for (std::size_t at = 0; at < lines.size(); at = lines.find('\n', at) + 1) {
             const std::string line = lines.substr(at, lines.find('\n', at) + 1 - at);
-            EXPECT_TRUE(IsToldOfAvailability(line)) << line;
-            EXPECT_FALSE(IsToldOfAvailability(line)) << line;
+            EXPECT_TRUE(IsNotifiedOfAvailability(line)) << line;
+            EXPECT_FALSE(IsNotifiedOfAvailability(line)) << line;
         }
     }
 
-    /// Whether the observer was told since the last call; each time it was, with the feature's own id.
-    bool WasTold() {
-        const auto told = observer.TakeTold();
-        for (const _MorquilPropertySetId id : told) {
+    /// Whether the observer was notified since the last call; expects the feature's own id each time.
+    bool WasNotified() {
+        const auto notifications = observer.TakeNotifications();
+        for (const _MorquilPropertySetId id : notifications) {
             EXPECT_EQ(id, theCase.id);
         }
-        return !told.empty();
+        return !notifications.empty();
     }
-    bool IsToldOf(const std::string& lines) {
-        WasTold();
+    bool IsNotifiedOf(const std::string& lines) {
+        WasNotified();
         Report(lines);
-        return WasTold();
+        return WasNotified();
     }
-    bool IsToldOfAvailability(const std::string& lines) {
-        WasTold();
+    bool IsNotifiedOfAvailability(const std::string& lines) {
+        WasNotified();
         ReportAvailability(lines);
-        return WasTold();
+        return WasNotified();
     }
 
     FeatureOwner owner;

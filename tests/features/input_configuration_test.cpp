@@ -47,15 +47,15 @@ TEST_F(InputConfigurationFeature, AnswersWhatIsAvailable) {
     ExpectOffers(&Input::IsAudioSourceAvailable, 4, {1}, "Audio sources: AES\n");
 }
 
-TEST_F(InputConfigurationFeature, TellsOfEveryListThatChanges) {
-    EXPECT_TRUE(IsToldOfAvailability("Video sources: SDI1\n"));
-    EXPECT_TRUE(IsToldOfAvailability("Audio sources: AES\n"));
-    EXPECT_TRUE(IsToldOfAvailability("Video pixel formats: RGB444\n"));
-    EXPECT_FALSE(IsToldOfAvailability("Video sources: SDI1\nAudio sources: AES\nVideo pixel formats: RGB444\n"));
+TEST_F(InputConfigurationFeature, NotifiesOfEveryListThatChanges) {
+    EXPECT_TRUE(IsNotifiedOfAvailability("Video sources: SDI1\n"));
+    EXPECT_TRUE(IsNotifiedOfAvailability("Audio sources: AES\n"));
+    EXPECT_TRUE(IsNotifiedOfAvailability("Video pixel formats: RGB444\n"));
+    EXPECT_FALSE(IsNotifiedOfAvailability("Video sources: SDI1\nAudio sources: AES\nVideo pixel formats: RGB444\n"));
 }
 
 TEST_F(InputConfigurationFeature, IsSilentAboutAFirstListThatOffersNothing) {
-    EXPECT_FALSE(IsToldOfAvailability("Video sources: Unheard\n"));
+    EXPECT_FALSE(IsNotifiedOfAvailability("Video sources: Unheard\n"));
 }
 
 TEST_F(InputConfigurationFeature, IsCompleteWithoutAModeOnlyWhenThereIsNoSignal) {

@@ -1,4 +1,4 @@
-// The features that carry names: the network configuration, the device's file names and the presets.
+// The features with names: the network configuration, the device's file names and the presets.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -29,7 +29,7 @@ Utf16 Plain(const std::string& ascii) {
 const std::string eAcute = "\xC3\xA9";
 const std::string euro = "\xE2\x82\xAC";
 
-// Each is named by its own setter, getter and key; all follow one set of rules.
+// Each has its own setter, getter and key; all follow one set of rules.
 template <class FeatureClass>
 struct Naming;
 template <>
@@ -131,8 +131,8 @@ TEST_F(NetworkConfigFeature, AnswersFromTheReport) {
 
 TEST_F(NetworkConfigFeature, DoesNotCountAnotherCaseOfTheNameAsAChange) {
     Report("Friendly name: Studio\n");
-    EXPECT_FALSE(IsToldOf("Friendly name: STUDIO\n"));
-    EXPECT_TRUE(IsToldOf("Friendly name: Studios\n"));
+    EXPECT_FALSE(IsNotifiedOf("Friendly name: STUDIO\n"));
+    EXPECT_TRUE(IsNotifiedOf("Friendly name: Studios\n"));
 }
 
 class DeviceFilenamesFeature : public FeatureTest<CMorquilDeviceFilenames> {};
@@ -159,7 +159,7 @@ TEST_F(PresetFeature, AnswersTheReportedRange) {
     ExpectGetsRange(&CMorquilPreset::GetPresetRange, 1, 8, "Preset range: 1 8\n");
 }
 
-TEST_F(PresetFeature, JudgesEachNumberByTheSpanOfItsMethod) {
+TEST_F(PresetFeature, ChecksEachNumberAgainstTheRangeOfItsMethod) {
     ReportAvailability("Preset range: 1 8\n");
     OwnedBstr text(Plain("x"));
     BSTR name = nullptr;
@@ -186,7 +186,7 @@ TEST_F(PresetFeature, AcceptsEveryNumberBeforeTheRangeIsKnown) {
     ExpectSent(feature.RecallPreset(INT_MAX), "Recall: 2147483647\n");
 }
 
-TEST_F(PresetFeature, JudgesNumbersBesideTheEndsOfTheirType) {
+TEST_F(PresetFeature, ChecksNumbersAtTheEndsOfTheirType) {
     ReportAvailability("Preset range: -2147483648 2147483647\n");
     for (const int preset : {INT_MIN, 0, INT_MAX}) {
         EXPECT_EQ(feature.SavePreset(preset), S_OK) << preset;
@@ -197,7 +197,7 @@ TEST_F(PresetFeature, JudgesNumbersBesideTheEndsOfTheirType) {
     EXPECT_EQ(feature.GetPresetName(INT_MAX, &name), E_INVALIDARG);
 }
 
-TEST_F(PresetFeature, JudgesTheNumberBeforeThePointer) {
+TEST_F(PresetFeature, ChecksTheNumberBeforeThePointer) {
     ReportAvailability("Preset range: 1 8\n");
     EXPECT_EQ(feature.GetPresetName(8, nullptr), E_INVALIDARG);
     EXPECT_EQ(feature.GetPresetName(0, nullptr), E_POINTER);

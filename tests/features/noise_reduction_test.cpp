@@ -27,8 +27,8 @@ TEST_F(NoiseReductionFeature, AnswersFromTheReport) {
     ExpectFlag(&Noise::IsNoiseReductionAvailable, "Noise reduction available");
 }
 
-TEST_F(NoiseReductionFeature, TellsOfEveryKindOfAvailability) {
-    ExpectToldOfEachAvailability(
+TEST_F(NoiseReductionFeature, NotifiesOfEveryKindOfAvailability) {
+    ExpectNotifiedOfEachAvailability(
         "Bias range: -3 3\nNoise reduction available: true\nNoise reduction available: false\n");
 }
 

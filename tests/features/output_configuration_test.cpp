@@ -37,7 +37,7 @@ TEST_F(OutputConfigurationFeature, RefusesWordsBeyondTheTables) {
     ExpectBounded(&Output::SetHDMIOutput, 3);
 }
 
-TEST_F(OutputConfigurationFeature, SendsABlockWithoutALineForAnUnboundedWordThatIsNone) {
+TEST_F(OutputConfigurationFeature, SendsABlockWithoutALineForAnUnboundedValueWithoutAWord) {
     ExpectUnbounded(&Output::SetDualLinkEnabled, 3);
     ExpectUnbounded(&Output::SetSDIMode, 2);
     ExpectUnbounded(&Output::SetQuadSDIOutput, 2);

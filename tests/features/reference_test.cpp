@@ -10,7 +10,7 @@ namespace {
 using Reference = CMorquilReference;
 class ReferenceFeature : public FeatureTest<Reference> {
 protected:
-    // A range getter's answer: the result, then what was written where 77 and 78 stood.
+    // A range getter's answer: the result, then what was written over 77 and 78.
     struct Answer {
         HRESULT result;
         int min = 77;
@@ -58,14 +58,14 @@ TEST_F(ReferenceFeature, WritesTheGenReferenceFlagAndStillFails) {
     }
 }
 
-TEST_F(ReferenceFeature, TakesTheGenReferenceFlagFromTheListOfWords) {
+TEST_F(ReferenceFeature, ReadsTheGenReferenceFlagFromTheListOfWords) {
     ReportAvailability("Gen references: TriLevel\nGen references available: true false\n");
     LONG isAvailable = 2;
     EXPECT_EQ(feature.IsGenRefAvailable(morquilAPIGenReferenceBlackburst, &isAvailable), E_FAIL);
     EXPECT_EQ(isAvailable, 0);
 }
 
-TEST_F(ReferenceFeature, RefusesAGenReferenceThatIsNone) {
+TEST_F(ReferenceFeature, RefusesAnInvalidGenReference) {
     LONG isAvailable = 2;
     EXPECT_EQ(feature.IsGenRefAvailable(static_cast<_MorquilAPIGenReference>(2), &isAvailable), E_INVALIDARG);
     EXPECT_EQ(feature.IsGenRefAvailable(static_cast<_MorquilAPIGenReference>(2), nullptr), E_INVALIDARG);
@@ -84,7 +84,7 @@ TEST_F(ReferenceFeature, AnswersTheOffsetRangesOfAMode) {
     EXPECT_EQ(Ask(&Reference::GetLineOffsetRange, 0), Answer{E_FAIL});
 }
 
-TEST_F(ReferenceFeature, FailsForAModeThatIsNone) {
+TEST_F(ReferenceFeature, FailsForAnInvalidMode) {
     ReportAvailability("Video mode: 2160p50\nLine offset range: -3 3\nPixel offset range: -4 4\n");
     for (const int none : {-1, INT_MIN, 34, INT_MAX}) {
         EXPECT_EQ(Ask(&Reference::GetLineOffsetRange, none), Answer{E_FAIL}) << none;
@@ -92,7 +92,7 @@ TEST_F(ReferenceFeature, FailsForAModeThatIsNone) {
     }
 }
 
-TEST_F(ReferenceFeature, AsksForPointersBeforeItLooksAtTheMode) {
+TEST_F(ReferenceFeature, ChecksPointersBeforeTheMode) {
     int limit = 0;
     for (const Getter getter : {&Reference::GetLineOffsetRange, &Reference::GetPixelOffsetRange}) {
         EXPECT_EQ((feature.*getter)(static_cast<_MorquilAPIVideoMode>(34), nullptr, &limit), E_POINTER);

@@ -41,8 +41,8 @@ TEST_F(TestPatternFeature, AnswersWhatIsAvailable) {
     ExpectFlag(&Pattern::IsMotionAvailable, "Motion");
 }
 
-TEST_F(TestPatternFeature, TellsOfEveryKindOfAvailability) {
-    ExpectToldOfEachAvailability(
+TEST_F(TestPatternFeature, NotifiesOfEveryKindOfAvailability) {
+    ExpectNotifiedOfEachAvailability(
         "Available test patterns: Bars\nAvailable test tones: Tone6KHz\nMotion: true\nMotion range: -1 1\n");
 }
 

@@ -66,7 +66,7 @@ TEST_F(TimecodeFeature, AnswersTheLineRangeOfAFrameHeight) {
     }
 }
 
-TEST_F(TimecodeFeature, FailsForAFrameHeightThatIsNone) {
+TEST_F(TimecodeFeature, FailsForAnInvalidFrameHeight) {
     ReportAvailability("Timecode frame height: 1080\nTimecode line range: 1 2\n");
     unsigned min = 0;
     unsigned max = 0;
@@ -75,7 +75,7 @@ TEST_F(TimecodeFeature, FailsForAFrameHeightThatIsNone) {
     }
 }
 
-TEST_F(TimecodeFeature, AsksForPointersBeforeItLooksAtTheFrameHeight) {
+TEST_F(TimecodeFeature, ChecksPointersBeforeTheFrameHeight) {
     unsigned limit = 0;
     EXPECT_EQ(feature.GetLineRange(480, nullptr, &limit), E_POINTER);
     EXPECT_EQ(feature.GetLineRange(1080, &limit, nullptr), E_POINTER);
@@ -111,28 +111,28 @@ TEST_F(TimecodeFeature, RefusesADropFrameQueryBeyondEitherTable) {
     EXPECT_EQ(isAvailable, 2);
 }
 
-TEST_F(TimecodeFeature, TellsOfItsOwnValuesOnly) {
+TEST_F(TimecodeFeature, NotifiesOfItsOwnValuesOnly) {
     for (const char* const own :
          {"Timecode mode: Input\n", "Timecode input line: 1\n", "Timecode output line: 1\n",
           "Timecode drop frame mode: DF\n", "Timecode source: LTC\n", "Timecode loss mode: Stop\n",
           "Timecode generate value: 00:00:00;01\n", "Timecode jam sync value: 00:00:00;01\n",
           "Timecode start source: Input\n", "Timecode start: true\n"}) {
-        EXPECT_TRUE(IsToldOf(own)) << own;
+        EXPECT_TRUE(IsNotifiedOf(own)) << own;
     }
-    EXPECT_FALSE(IsToldOf(
+    EXPECT_FALSE(IsNotifiedOf(
         "Index reaction: On\nAFD insert type: Auto\nAFD output line: 1\nCC enabled: true\nCC input line: 1\n"
         "CC output line: 1\nCC service2 source: CC2\nCC service1 language: French\nCC service2 language: French\n"
         "Ancillary Data last input height: 1080\nResetValues: 1\n"));
 }
 
-TEST_F(TimecodeFeature, TellsOfItsOwnAvailabilityOnly) {
+TEST_F(TimecodeFeature, NotifiesOfItsOwnAvailabilityOnly) {
     for (const char* const own :
          {"Timecode modes: Off\n", "Output: 720p50\nTimecode drop frame modes: DF\n", "Timecode sources: LTC\n",
           "Timecode loss modes: Stop\n", "Timecode start sources: User\n",
           "Timecode frame height: 720\nTimecode line range: 1 2\n"}) {
-        EXPECT_TRUE(IsToldOfAvailability(own)) << own;
+        EXPECT_TRUE(IsNotifiedOfAvailability(own)) << own;
     }
-    EXPECT_FALSE(IsToldOfAvailability(
+    EXPECT_FALSE(IsNotifiedOfAvailability(
         "Index reactions: On\nAFD insert types: Auto\nAFD output frame height: 720\nAFD output line range: 1 2\n"
         "CC input line range: 1 2\nCC output line range: 1 2\nCC service2 sources: CC2\nCC service languages: "
         "French\n"));

@@ -48,8 +48,8 @@ TEST_F(VideoAdvancedFeature, NeverCountsAProcessingModeAsAvailable) {
     ExpectOffers(&Advanced::IsProcModeAvailable, 2, {}, "Available processing modes: Highest Quality Lowest Latency\n");
 }
 
-TEST_F(VideoAdvancedFeature, TellsOfEveryKindOfAvailability) {
-    ExpectToldOfEachAvailability(
+TEST_F(VideoAdvancedFeature, NotifiesOfEveryKindOfAvailability) {
+    ExpectNotifiedOfEachAvailability(
         "Available source types: Film\nFRC aperture range: 1 2\nFRC aperture available: true\n");
 }
 

@@ -29,14 +29,14 @@ TEST_F(VideoClipFeature, AnswersFromTheReport) {
     ExpectGetsRange(&Clip::GetChromaHighRange, 4, 14, "Chroma high range: 4 14\n");
 }
 
-TEST_F(VideoClipFeature, TellsOfItsOwnValuesOnly) {
+TEST_F(VideoClipFeature, NotifiesOfItsOwnValuesOnly) {
     for (const char* const own : {"Luma low: 1\n", "Luma high: 1\n", "Chroma low: 1\n", "Chroma high: 1\n"}) {
-        EXPECT_TRUE(IsToldOf(own)) << own;
+        EXPECT_TRUE(IsNotifiedOf(own)) << own;
     }
     EXPECT_FALSE(
-        IsToldOf("Red: 1\nGreen: 1\nBlue: 1\nAspect fill luma: 1\nAspect fill Cb: 1\nAspect fill Cr: 1\n"
-                 "ResetValues: 1\n"));
-    EXPECT_TRUE(IsToldOf("Red: 2\nChroma high: 2\n"));
+        IsNotifiedOf("Red: 1\nGreen: 1\nBlue: 1\nAspect fill luma: 1\nAspect fill Cb: 1\nAspect fill Cr: 1\n"
+                     "ResetValues: 1\n"));
+    EXPECT_TRUE(IsNotifiedOf("Red: 2\nChroma high: 2\n"));
 }
 
 }  // namespace

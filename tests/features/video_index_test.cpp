@@ -33,7 +33,7 @@ TEST_F(VideoIndexFeature, AnswersTheLineRangeOfAFrameHeight) {
     unsigned max = 78;
     EXPECT_EQ(feature.GetAFDOutputLineRange(2160, &min, &max), E_FAIL);
     EXPECT_EQ(min, 77U);
-    // Timecode has ranges of its own.
+    // Timecode has its own ranges.
     ReportAvailability(
         "Timecode frame height: 2160\nTimecode line range: 1 2\nAFD output frame height: 2160\n"
         "AFD output line range: 3 4\n");
@@ -44,31 +44,31 @@ TEST_F(VideoIndexFeature, AnswersTheLineRangeOfAFrameHeight) {
     EXPECT_EQ(feature.GetAFDOutputLineRange(2161, &min, &max), E_FAIL);
 }
 
-TEST_F(VideoIndexFeature, AsksForPointersBeforeItLooksAtTheFrameHeight) {
+TEST_F(VideoIndexFeature, ChecksPointersBeforeTheFrameHeight) {
     unsigned limit = 0;
     EXPECT_EQ(feature.GetAFDOutputLineRange(1, nullptr, &limit), E_POINTER);
     EXPECT_EQ(feature.GetAFDOutputLineRange(1, &limit, nullptr), E_POINTER);
 }
 
-TEST_F(VideoIndexFeature, TellsOfItsOwnValuesOnly) {
+TEST_F(VideoIndexFeature, NotifiesOfItsOwnValuesOnly) {
     for (const char* const own : {"Index reaction: On\n", "AFD insert type: Auto\n", "AFD output line: 1\n"}) {
-        EXPECT_TRUE(IsToldOf(own)) << own;
+        EXPECT_TRUE(IsNotifiedOf(own)) << own;
     }
-    EXPECT_FALSE(
-        IsToldOf("Timecode mode: Input\nTimecode input line: 1\nTimecode output line: 1\nTimecode drop frame mode: DF\n"
-                 "Timecode source: LTC\nTimecode loss mode: Stop\nTimecode generate value: 00:00:00;01\n"
-                 "Timecode jam sync value: 00:00:00;01\nTimecode start source: Input\nTimecode start: true\n"
-                 "CC enabled: true\nCC input line: 1\nCC output line: 1\nCC service2 source: CC2\n"
-                 "CC service1 language: French\nCC service2 language: French\nAncillary Data last input height: 1080\n"
-                 "ResetValues: 1\n"));
+    EXPECT_FALSE(IsNotifiedOf(
+        "Timecode mode: Input\nTimecode input line: 1\nTimecode output line: 1\nTimecode drop frame mode: DF\n"
+        "Timecode source: LTC\nTimecode loss mode: Stop\nTimecode generate value: 00:00:00;01\n"
+        "Timecode jam sync value: 00:00:00;01\nTimecode start source: Input\nTimecode start: true\n"
+        "CC enabled: true\nCC input line: 1\nCC output line: 1\nCC service2 source: CC2\n"
+        "CC service1 language: French\nCC service2 language: French\nAncillary Data last input height: 1080\n"
+        "ResetValues: 1\n"));
 }
 
-TEST_F(VideoIndexFeature, TellsOfItsOwnAvailabilityOnly) {
+TEST_F(VideoIndexFeature, NotifiesOfItsOwnAvailabilityOnly) {
     for (const char* const own : {"Index reactions: On\n", "AFD insert types: Auto\n",
                                   "AFD output frame height: 720\nAFD output line range: 1 2\n"}) {
-        EXPECT_TRUE(IsToldOfAvailability(own)) << own;
+        EXPECT_TRUE(IsNotifiedOfAvailability(own)) << own;
     }
-    EXPECT_FALSE(IsToldOfAvailability(
+    EXPECT_FALSE(IsNotifiedOfAvailability(
         "Timecode modes: Off\nOutput: 720p50\nTimecode drop frame modes: DF\nTimecode sources: LTC\n"
         "Timecode loss modes: Stop\nTimecode start sources: User\nTimecode frame height: 720\n"
         "Timecode line range: 1 2\nCC input line range: 1 2\nCC output line range: 1 2\nCC service2 sources: CC2\n"

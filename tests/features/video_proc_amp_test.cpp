@@ -63,7 +63,7 @@ TEST_F(VideoProcAmpFeature, AnswersTheOldLevelUntilTheDeviceReportsTheNewOne) {
     EXPECT_EQ(gain, 2);
 }
 
-TEST_F(VideoProcAmpFeature, JoinsSettersThatWaitIntoOneBlock) {
+TEST_F(VideoProcAmpFeature, MergesPendingSettersIntoOneBlock) {
     EXPECT_EQ(feature.ResetAll(), S_OK);
     EXPECT_EQ(feature.SetHue(1), S_OK);
     EXPECT_EQ(feature.SetGain(2), S_OK);
@@ -77,7 +77,7 @@ TEST_F(VideoProcAmpFeature, FailsASetterThatCannotWakeTheSender) {
 
 TEST_F(VideoProcAmpFeature, ForgetsEveryLevelWhenTheDeviceReportsAReset) {
     Report(allValues);
-    EXPECT_TRUE(IsToldOf("Reset: true\nGain: 9\nResetValues: 3\n"));
+    EXPECT_TRUE(IsNotifiedOf("Reset: true\nGain: 9\nResetValues: 3\n"));
     int level = 77;
     for (const auto getter : {&ProcAmp::GetGain, &ProcAmp::GetBlackLevel, &ProcAmp::GetSaturation, &ProcAmp::GetHue,
                               &ProcAmp::GetRy, &ProcAmp::GetBy, &ProcAmp::GetSharpness}) {
@@ -88,9 +88,9 @@ TEST_F(VideoProcAmpFeature, ForgetsEveryLevelWhenTheDeviceReportsAReset) {
 }
 
 TEST_F(VideoProcAmpFeature, CountsEveryReportedResetAsAChange) {
-    EXPECT_TRUE(IsToldOf("Reset: true\n"));
-    EXPECT_TRUE(IsToldOf("Reset: true\n"));
-    EXPECT_FALSE(IsToldOf("Reset: false\n"));
+    EXPECT_TRUE(IsNotifiedOf("Reset: true\n"));
+    EXPECT_TRUE(IsNotifiedOf("Reset: true\n"));
+    EXPECT_FALSE(IsNotifiedOf("Reset: false\n"));
 }
 
 TEST_F(VideoProcAmpFeature, IsIncompleteAfterAResetUntilTheLevelsCome) {

@@ -38,7 +38,7 @@ protected:
         return object;
     }
 
-    /// On a thread of its own, which has entered COM in this way.
+    /// On its own thread, which has entered COM in this way.
     void ConnectFromThread(DWORD apartment) {
         std::thread([apartment] {
             ASSERT_EQ(CoInitializeEx(nullptr, apartment), S_OK);
@@ -46,7 +46,7 @@ protected:
                 ScriptedDevice script(CompleteDevice());
                 const RawObject discovery(Create());
                 ASSERT_TRUE(discovery);
-                // The very object: "Both" apartments take it as it is, with no proxy between.
+                // The object itself: "Both" apartments use it without a proxy.
                 EXPECT_EQ(discovery.Get(), Discovery().Get());
                 const HostText address(script.Address());
                 void* made = nullptr;

@@ -8,7 +8,7 @@ const char* const deviceBlock =
     "MORQUIL DEVICE:\nModel name: Scripted\nSoftware Version: 0x10\nFPGA Version: 0x20\nPanel lock: false\n"
     "Remote lock: false\n\n";
 
-// Most blocks count as known when they have come, whatever they hold.
+// Most blocks count as known once they have arrived, whatever they contain.
 const char* const settingsBlocks =
     "VIDEO INPUT:\nAuto detection enabled: true\nAuto detection prefer PsF: false\nVideo source: SDI1\n"
     "Video mode: 1080i50\nAudio source: Embedded\nSignal present: true\nTimecode present: None\n"

@@ -6,11 +6,11 @@
 
 namespace Morquil::Test {
 
-/// What a usable device says first, its own block last.
+/// What a usable device sends first, its own block last.
 extern const char* const preamble;
 extern const char* const deviceBlock;
 
-/// All settings that a connection waits for, without the two blocks above.
+/// All settings that a connection waits for, except the two blocks above.
 extern const char* const settingsBlocks;
 
 /// A device that greets a host with its settings, acknowledges and answers every request.

@@ -31,7 +31,7 @@ std::string NobodyThere() {
     return address.Text();
 }
 
-TEST(Connecting, GivesAConnectedDevice) {
+TEST(Connecting, ReturnsAConnectedDevice) {
     ScriptedDevice device(CompleteDevice());
 
     const ConnectOutcome outcome = Connect(device.Address());
@@ -45,7 +45,7 @@ TEST(Connecting, GivesAConnectedDevice) {
     EXPECT_TRUE(device.AwaitHostGone());
 }
 
-TEST(Connecting, TellsTheObserverOfTheAsynchronousWay) {
+TEST(Connecting, NotifiesTheObserverOfAnAsynchronousAttempt) {
     ScriptedDevice device(CompleteDevice());
     ConnectionObserver observer;
 
@@ -53,10 +53,10 @@ TEST(Connecting, TellsTheObserverOfTheAsynchronousWay) {
 
     ASSERT_TRUE(connected);
     ASSERT_TRUE(observer.AwaitCalls(1));
-    EXPECT_EQ(observer.Told(), Strings{"connected"});
+    EXPECT_EQ(observer.Notifications(), Strings{"connected"});
     EXPECT_EQ(DeviceName(connected), u"Scripted");
     Disconnect(connected);
-    EXPECT_EQ(observer.Told(), (Strings{"connected", "disconnected cfnr"}));
+    EXPECT_EQ(observer.Notifications(), (Strings{"connected", "disconnected cfnr"}));
 }
 
 TEST(Connecting, NeedsNoPreamble) {
@@ -79,14 +79,14 @@ TEST(Connecting, FailsAtOnceWhereNothingListens) {
     EXPECT_LT(stopwatch.Seconds(), 3);
 }
 
-TEST(Connecting, TellsTheObserverThatNothingListens) {
+TEST(Connecting, NotifiesTheObserverThatNothingListens) {
     ConnectionObserver observer;
 
     const RawObject device = ConnectAsync(NobodyThere(), observer);
 
     ASSERT_TRUE(device);
     ASSERT_TRUE(observer.AwaitCalls(1));
-    EXPECT_EQ(observer.Told(), Strings{"disconnected cfnr"});
+    EXPECT_EQ(observer.Notifications(), Strings{"disconnected cfnr"});
 }
 
 TEST(Connecting, FailsAtOnceWithTheReasonOfTheDevice) {
@@ -105,7 +105,7 @@ TEST(Connecting, FailsAtOnceWithTheReasonOfTheDevice) {
     }
 }
 
-TEST(Connecting, TellsTheObserverTheReasonOfTheDevice) {
+TEST(Connecting, NotifiesTheObserverOfTheReasonOfTheDevice) {
     for (const Refusal& refusal : refusals) {
         SCOPED_TRACE(refusal.what);
         ScriptedDevice device(DeviceScript{.greeting = refusal.greeting});
@@ -114,7 +114,7 @@ TEST(Connecting, TellsTheObserverTheReasonOfTheDevice) {
         const RawObject refused = ConnectAsync(device.Address(), observer);
 
         ASSERT_TRUE(observer.AwaitCalls(1));
-        EXPECT_EQ(observer.Told(), Strings{std::string("disconnected ") + refusal.reason});
+        EXPECT_EQ(observer.Notifications(), Strings{std::string("disconnected ") + refusal.reason});
     }
 }
 
@@ -126,10 +126,10 @@ TEST(Connecting, EndsWhenTheHostGivesUpASilentDevice) {
 
     Testing::WithinASecond([&] { Disconnect(silent); });
 
-    EXPECT_EQ(observer.Told(), Strings{"disconnected cfnr"});
+    EXPECT_EQ(observer.Notifications(), Strings{"disconnected cfnr"});
     EXPECT_TRUE(device.AwaitHostGone());
     Disconnect(silent);
-    EXPECT_EQ(observer.Told().size(), 1U);
+    EXPECT_EQ(observer.Notifications().size(), 1U);
 }
 
 TEST(Connecting, EndsWithoutAFailureWhenTheDeviceIsLostMeanwhile) {
@@ -159,15 +159,15 @@ TEST(Connecting, WaitsForEveryBlock) {
     }
     WatchedDevice watched(device, connecting);
     watched.Report("");
-    EXPECT_TRUE(observer.Told().empty());
+    EXPECT_TRUE(observer.Notifications().empty());
 
     watched.Report("PRESET AVAILABILITY:\nPreset range: 1 6\n\n");
 
     EXPECT_TRUE(observer.AwaitCalls(1));
-    EXPECT_EQ(observer.Told(), Strings{"connected"});
+    EXPECT_EQ(observer.Notifications(), Strings{"connected"});
 }
 
-TEST(Connection, TellsThatTheDeviceHungUp) {
+TEST(Connection, ReportsThatTheDeviceHungUp) {
     ScriptedDevice device(CompleteDevice());
     ConnectionObserver observer;
     const RawObject connected = ConnectAsync(device.Address(), observer);
@@ -176,11 +176,11 @@ TEST(Connection, TellsThatTheDeviceHungUp) {
     device.HangUp();
 
     ASSERT_TRUE(observer.AwaitCalls(2));
-    EXPECT_EQ(observer.Told(), (Strings{"connected", "disconnected cfnr"}));
+    EXPECT_EQ(observer.Notifications(), (Strings{"connected", "disconnected cfnr"}));
     EXPECT_EQ(DeviceName(connected), u"");
 }
 
-TEST(Connection, TellsThatTheDeviceWasReset) {
+TEST(Connection, ReportsThatTheDeviceWasReset) {
     ScriptedDevice device(CompleteDevice());
     ConnectionObserver observer;
     const RawObject connected = ConnectAsync(device.Address(), observer);
@@ -190,7 +190,7 @@ TEST(Connection, TellsThatTheDeviceWasReset) {
     device.Reset();
 
     ASSERT_TRUE(observer.AwaitCalls(2));
-    EXPECT_EQ(observer.Told(), (Strings{"connected", "disconnected cfnr"}));
+    EXPECT_EQ(observer.Notifications(), (Strings{"connected", "disconnected cfnr"}));
 }
 
 TEST(Connection, KeepsALaterRemoteLockAsTheReason) {
@@ -206,7 +206,7 @@ TEST(Connection, KeepsALaterRemoteLockAsTheReason) {
 
     Disconnect(connected);
 
-    EXPECT_EQ(observer.Told(), (Strings{"connected", "disconnected cfrm"}));
+    EXPECT_EQ(observer.Notifications(), (Strings{"connected", "disconnected cfrm"}));
 }
 
 TEST(Connection, ServesTwoDevicesApart) {
@@ -225,10 +225,10 @@ TEST(Connection, ServesTwoDevicesApart) {
     EXPECT_EQ(watched.Report("VIDEO PROC AMP:\nGain: 7\n\n"), "vpap");
 }
 
-TEST(Connection, TakesOneThread) {
+TEST(Connection, UsesOneThread) {
     ScriptedDevice devices[]{ScriptedDevice(CompleteDevice()), ScriptedDevice(CompleteDevice()),
                              ScriptedDevice(CompleteDevice())};
-    { const ConnectOutcome first = Connect(devices[0].Address()); }  // what the system itself starts is there now
+    { const ConnectOutcome first = Connect(devices[0].Address()); }  // what the system itself starts exists now
     const std::size_t before = Testing::ThreadCount();
 
     std::vector<ConnectOutcome> outcomes;

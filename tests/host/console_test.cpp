@@ -1,4 +1,4 @@
-// What the library prints never holds up a host, ends it or gets into its files.
+// The library's output never blocks a host, ends it or gets into its files.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ using Testing::ScriptedDevice;
 const char* const gain = "VIDEO PROC AMP:\nGain: 1\n\n";
 const char* const lastGain = "VIDEO PROC AMP:\nGain: 60\n\n";
 
-/// More than any pipe holds.
+/// More than any pipe can hold.
 std::string Flood() {
     std::string text;
     while (text.size() < 300'000) {
@@ -26,7 +26,7 @@ std::string Flood() {
     return text;
 }
 
-/// The longest time that disconnecting took.
+/// The longest time that a disconnection took.
 int LongestDisconnect(const std::string& report) {
     std::istringstream lines(ContentOf(report));
     int longest = -1;
@@ -64,7 +64,7 @@ protected:
     std::vector<std::string> arguments_;
 };
 
-TEST_F(HostConsole, ThatNobodyReadsHoldsUpNothingAndIsToldLaterWhatItMissed) {
+TEST_F(HostConsole, ThatIsNotReadHoldsUpNothingAndLaterReportsWhatWasDropped) {
     HostProcess host(arguments_, Streams::OutputToPipe);
     ASSERT_TRUE(EndFirstVisit());
     std::string output = host.ReadOutput(32'768);

@@ -1,4 +1,4 @@
-// What a connected host and its device say to each other, byte for byte, over a real socket.
+// The traffic between a connected host and its device, byte for byte, over a real socket.
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -51,7 +51,7 @@ TEST(Requests, GoOutOneAtATimeInTheirOrder) {
     Disconnect(connecting);
 }
 
-// A host in the middle of a connection; the device acknowledges nothing of its own accord.
+// A connected host; the device acknowledges nothing by itself.
 class Conversation : public testing::Test {
 protected:
     void SetUp() override {
@@ -118,7 +118,7 @@ TEST_F(Conversation, GoesOnAfterARefusal) {
     EXPECT_EQ(device.NextBlock(), "GENLOCK:\nLine offset: 2\n\n");
 }
 
-TEST_F(Conversation, MergesWhatWaits) {
+TEST_F(Conversation, MergesPendingChanges) {
     EXPECT_EQ(amp.Call(setGain, 1), ok);
     EXPECT_EQ(device.NextBlock(), "VIDEO PROC AMP:\nGain: 1\n\n");
     EXPECT_EQ(amp.Call(setHue, 2), ok);
@@ -130,7 +130,7 @@ TEST_F(Conversation, MergesWhatWaits) {
     EXPECT_EQ(device.NextBlock(), "VIDEO PROC AMP:\nBlack: 4\nHue: 3\n\n");
 }
 
-TEST_F(Conversation, SendsWhatWaitsInTheOrderOfTheTypes) {
+TEST_F(Conversation, SendsPendingChangesInTheOrderOfTheTypes) {
     EXPECT_EQ(amp.Call(setGain, 1), ok);
     EXPECT_FALSE(device.NextBlock().empty());
     EXPECT_EQ(reference.Call(setLineOffset, 2), ok);
@@ -154,13 +154,13 @@ TEST_F(Conversation, ChangesTheMirrorOnlyWithTheDevicesAnswer) {
     EXPECT_EQ(Gain(), 5);
 }
 
-TEST_F(Conversation, TellsOfAnAnswerThatIsNoEcho) {
+TEST_F(Conversation, NotifiesOfAnAnswerThatIsNotAnEcho) {
     SetGain(5);
     EXPECT_EQ(watched->Report("VIDEO PROC AMP:\nGain: 4\n\n"), "vpap");
     EXPECT_EQ(Gain(), 4);
 }
 
-TEST_F(Conversation, TellsOfAChangeAtTheFrontPanelOnce) {
+TEST_F(Conversation, NotifiesOfAFrontPanelChangeOnce) {
     EXPECT_EQ(watched->Report("VIDEO PROC AMP:\nGain: 12\n\n"), "vpap");
     EXPECT_EQ(Gain(), 12);
     EXPECT_EQ(watched->Report("VIDEO PROC AMP:\nGain: 12\n\n"), "");
@@ -175,7 +175,7 @@ TEST_F(Conversation, ForgetsWhatWasSentBeforeAnEcho) {
     EXPECT_EQ(watched->Report(second), "vpap");
 }
 
-TEST_F(Conversation, TellsOfItsOwnOutputChanges) {
+TEST_F(Conversation, NotifiesOfItsOwnOutputChanges) {
     const RawObject output = object.QueryInterface(Iid::outputConfiguration);
     EXPECT_EQ(output.Call(setOutputMode, 11), ok);
     const std::string sent = device.NextBlock();
@@ -189,7 +189,7 @@ struct FollowUp {
     std::vector<const char*> requests;
 };
 
-TEST_F(Conversation, AsksAgainForWhatAChangeMakesDifferent) {
+TEST_F(Conversation, AsksAgainForWhatAChangeAffects) {
     const char* const shape = "VARIABLE ASPECT RATIO AVAILABILITY";
     const char* const noise = "NOISE REDUCTION AVAILABILITY";
     const char* const advanced = "VIDEO ADVANCED AVAILABILITY";

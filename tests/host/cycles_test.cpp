@@ -15,7 +15,7 @@ namespace {
 
 using Testing::NetworkDevice;
 
-/// Everything a device has to say, so that nothing is left to be asked.
+/// The device's complete state, so that nothing is left to request.
 std::string FullDump() {
     std::ifstream file(MORQUIL_TEST_DATA "/full_dump.txt", std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
@@ -26,7 +26,7 @@ long Cycles() {
     return wanted != nullptr ? std::atol(wanted) : 0;
 }
 
-TEST(Cycles, OfConnectingTakeNoMemory) {
+TEST(Cycles, OfConnectingUseNoMemory) {
     const long cycles = Cycles();
     if (cycles == 0) {
         GTEST_SKIP() << "runs where MORQUIL_CYCLES says how often";

@@ -59,10 +59,10 @@ TEST(DiscoverySlots, RefuseNullPointersBeforeTheyConnect) {
     EXPECT_EQ(discovery.Call(Slot::connectAsync, address.Get(), &device, static_cast<void*>(nullptr)), nullPointer);
     EXPECT_EQ(reason, 9);
     EXPECT_EQ(device, &device);
-    EXPECT_TRUE(observer.Told().empty());
+    EXPECT_TRUE(observer.Notifications().empty());
 }
 
-TEST(DiscoverySlots, TakeNoAddressForAFailure) {
+TEST(DiscoverySlots, TreatAMissingAddressAsAFailure) {
     void* device = &device;
     std::int32_t reason = 0;
 
@@ -80,7 +80,7 @@ TEST(DiscoverySlots, ComeOutOfTheClassFactory) {
     RawObject factory(made);
 
     void* object = nullptr;
-    EXPECT_EQ(factory.Call(3, static_cast<void*>(nullptr), &iid, &object), ok);  // CreateInstance asks for nothing
+    EXPECT_EQ(factory.Call(3, static_cast<void*>(nullptr), &iid, &object), ok);  // CreateInstance
     const RawObject discovery(object);
     EXPECT_EQ(discovery.Get(), Discovery().Get());
     EXPECT_EQ(factory.Call(4, 1), notImplemented);  // LockServer

@@ -1,4 +1,4 @@
-// What the library makes of each fault that the simulated device can have.
+// How the library handles each fault that the simulated device can have.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -27,7 +27,7 @@ constexpr int getGainRange = 5;
 
 class Faults : public testing::Test {
 protected:
-    // Also what a system sets up once for all devices, and keeps, is there before anything is counted.
+    // What a system sets up once for all devices, and keeps, must also exist before anything is counted.
     static void SetUpTestSuite() { HealthyMirror(); }
 };
 
@@ -49,8 +49,8 @@ std::size_t CountOf(const std::string& part, const std::string& text) {
     return count;
 }
 
-/// What a device says, as a host saves it: without what the device is, and with its phases, which are numbers on the
-/// wire, as flags.
+/// What a device sends, as a host saves it: without the device's identity, and with its phases, which are numbers on
+/// the wire, as flags.
 std::string AsSaved(const std::string& said) {
     std::string saved;
     Simulator::ForEachLine(said, [&](std::string_view line) {
@@ -63,7 +63,8 @@ std::string AsSaved(const std::string& said) {
     return saved;
 }
 
-/// Connects and waits. Whoever loses the device meanwhile is handed a device that is not connected, or is about to be.
+/// Connects and waits. If the device is lost meanwhile, the call returns a device that is not connected, or is about to
+/// lose its connection.
 void ExpectLostMeanwhile(const std::string& address) {
     ConnectOutcome outcome = Connect(address);
     EXPECT_EQ(outcome.result, ok);
@@ -82,9 +83,9 @@ void ExpectRefused(const std::string& address, const std::string& reason) {
     EXPECT_FALSE(outcome.device);
 }
 
-// ---- How the device speaks: nothing of it reaches the host ----
+// ---- How the device sends: the host notices nothing ----
 
-TEST_F(Faults, NoneGivesAMirrorOfWhatTheDeviceSays) {
+TEST_F(Faults, NoneLeavesAMirrorOfWhatTheDeviceReports) {
     FaultyDevice device({});
     device.ExpectConnected();
 
@@ -104,7 +105,7 @@ TEST_F(Faults, LatencyDelaysEveryAnswerByItself) {
     const auto start = steady_clock::now();
     FaultyDevice device(Options{.faults = {.latency = latency}});
     device.ExpectConnected();
-    // The greeting, and behind it fourteen questions, each of which waits for the answer to the one before.
+    // The greeting, followed by fourteen requests, each of which waits for the answer to the previous one.
     EXPECT_GE(steady_clock::now() - start, 14 * latency);
     device.ExpectConversation();
     device.ExpectEnd(connectedAndLeft);
@@ -126,7 +127,7 @@ TEST_F(Faults, PiecesOfAnyLengthAreReadLikeWholeBlocks) {
     device.ExpectEnd(connectedAndLeft);
 }
 
-TEST_F(Faults, CarriageReturnsAreNotRead) {
+TEST_F(Faults, CarriageReturnsAreIgnored) {
     FaultyDevice device(Options{.faults = {.crlf = true}}, Recording::Yes);
     device.ExpectConnected();
     device.ExpectConversation();
@@ -134,19 +135,19 @@ TEST_F(Faults, CarriageReturnsAreNotRead) {
     device.ExpectEnd(connectedAndLeft);
 }
 
-// ---- What the device says too much: the host hears the rest ----
+// ---- What the device sends too much: the host receives the rest ----
 
-TEST_F(Faults, GarbageBetweenBlocksIsPassedOver) {
+TEST_F(Faults, GarbageBetweenBlocksIsSkipped) {
     FaultyDevice device(Options{.faults = {.garbage = true, .seed = 7}}, Recording::Yes);
     device.ExpectConnected();
     device.ExpectConversation();
     device.Obey("garbage");
-    EXPECT_EQ(device.Heard(), "");
+    EXPECT_EQ(device.TakeNotifications(), "");
     EXPECT_GT(CountOf("?\n\n", device.DeviceSaid()), 20U);
     device.ExpectEnd(connectedAndLeft);
 }
 
-TEST_F(Faults, LongLinesArePassedOverAndTheirBlocksRead) {
+TEST_F(Faults, LongLinesAreSkippedAndTheirBlocksRead) {
     FaultyDevice device(Options{.faults = {.longLines = true}}, Recording::Yes);
     device.ExpectConnected();
     device.ExpectConversation();
@@ -154,7 +155,7 @@ TEST_F(Faults, LongLinesArePassedOverAndTheirBlocksRead) {
     device.ExpectEnd(connectedAndLeft);
 }
 
-TEST_F(Faults, AFloodIsToldOnceAndCanBeLeft) {
+TEST_F(Faults, AFloodIsNotifiedOnceAndCanBeDisconnected) {
     FaultyDevice device(Options{.faults = {.flood = true}}, Recording::Yes);
     device.ExpectConnected();
     device.ExpectConversation();
@@ -181,15 +182,16 @@ TEST_F(Faults, EverythingThatCanBeReadAtOnceIsRead) {
     device.ExpectEnd(connectedAndLeft);
 }
 
-// ---- What the device does not say ----
+// ---- What the device does not send ----
 
 TEST_F(Faults, WithoutAcknowledgementsTheFirstQuestionStaysTheOnlyOne) {
     FaultyDevice device(Options{.faults = {.neverAcknowledge = true}}, Recording::Yes);
     const std::string question = "SUPPORTED CONVERSIONS:\n\n";
     ASSERT_TRUE(Eventually([&] { return device.HostSaid() == question; }));
-    device.Heard();
+    device.TakeNotifications();
 
-    // All that the device has said is known, the answer included; nothing else is asked, so nothing is complete.
+    // Everything that the device has sent is known, including the answer; nothing else is requested, so nothing is
+    // complete.
     std::int32_t supported = 0;
     EXPECT_EQ(device.Object().Call(Slot::isConversionSupported, 7, 4, 0, &supported), ok);
     EXPECT_EQ(supported, 1);
@@ -206,19 +208,19 @@ TEST_F(Faults, WithoutAnAcknowledgementTheNextSetterWaits) {
     FaultyDevice device({}, Recording::Yes);
     device.ExpectConnected();
     device.Obey("ack off");
-    device.Heard();
+    device.TakeNotifications();
 
     device.Set(Iid::videoProcAmp, setVideoGain, 7);
     EXPECT_TRUE(Eventually([&] { return device.Number(Iid::videoProcAmp, getGain) == 7; }));
     device.Set(Iid::videoProcAmp, setVideoGain, 8);
-    EXPECT_EQ(device.Heard(), "");
+    EXPECT_EQ(device.TakeNotifications(), "");
 
     EXPECT_EQ(device.Number(Iid::videoProcAmp, getGain), 7);
     EXPECT_TRUE(device.HostSaid().ends_with("VIDEO PROC AMP:\nGain: 7\n\n"));
     device.ExpectEnd(connectedAndLeft);
 }
 
-TEST_F(Faults, RefusalsAreTakenForAnswersAndChangeNothing) {
+TEST_F(Faults, RefusalsCountAsAnswersAndChangeNothing) {
     FaultyDevice device(Options{.faults = {.refuseAll = true}}, Recording::Yes);
     device.ExpectConnected();
 
@@ -226,17 +228,17 @@ TEST_F(Faults, RefusalsAreTakenForAnswersAndChangeNothing) {
         const std::string block = "VIDEO PROC AMP:\nGain: " + std::to_string(gain) + "\n\n";
         device.Set(Iid::videoProcAmp, setVideoGain, gain);
         EXPECT_TRUE(Eventually([&] { return device.HostSaid().ends_with(block); }));
-        EXPECT_EQ(device.Heard(), "");
+        EXPECT_EQ(device.TakeNotifications(), "");
         EXPECT_EQ(device.Number(Iid::videoProcAmp, getGain), 0);
     }
 
     device.Obey("nack off");
-    device.Heard();
+    device.TakeNotifications();
     device.ExpectConversation();
     device.ExpectEnd(connectedAndLeft);
 }
 
-TEST_F(Faults, ASilentDeviceIsAskedNothingAndCanBeLeft) {
+TEST_F(Faults, ASilentDeviceIsAskedNothingAndCanBeDisconnected) {
     FaultyDevice device(Options{.faults = {.silent = true}}, Recording::Yes);
     std::int32_t supported = 0;
     ASSERT_TRUE(Eventually(
@@ -247,22 +249,22 @@ TEST_F(Faults, ASilentDeviceIsAskedNothingAndCanBeLeft) {
     device.ExpectEnd(neverConnected);
 }
 
-TEST_F(Faults, WhileTheDeviceIsSilentTheMirrorKeepsWhatItSaidLast) {
+TEST_F(Faults, WhileTheDeviceIsSilentTheMirrorKeepsItsLastReport) {
     FaultyDevice device({});
     device.ExpectConnected();
     device.Obey("silent");
     device.Obey("set VIDEO PROC AMP Gain 12");
     device.Obey("speak");
 
-    EXPECT_EQ(device.Heard(), "");
+    EXPECT_EQ(device.TakeNotifications(), "");
     EXPECT_EQ(MirrorOf(device.Object()), HealthyMirror());
     device.Obey("set VIDEO PROC AMP Gain 13");
-    EXPECT_EQ(device.Heard(), "vpap");
+    EXPECT_EQ(device.TakeNotifications(), "vpap");
     EXPECT_EQ(device.Number(Iid::videoProcAmp, getGain), 13);
     device.ExpectEnd(connectedAndLeft);
 }
 
-TEST_F(Faults, ADeviceThatDoesNotAcknowledgeIsLetGo) {
+TEST_F(Faults, ADeviceThatDoesNotAcknowledgeIsDropped) {
     FaultyDevice device({});
     device.ExpectConnected();
     device.Obey("ack off");
@@ -286,8 +288,8 @@ TEST_F(Faults, ADropBeforeTheMirrorIsCompleteEndsTheAttempt) {
     }
 }
 
-TEST_F(Faults, ADropBehindTheCompleteMirrorEndsTheConnection) {
-    // Enough for the answers to questions that are asked twice.
+TEST_F(Faults, ADropAfterTheCompleteMirrorEndsTheConnection) {
+    // Enough for the answers to requests that are sent twice.
     const std::size_t bytes = 2 * SimulatedDevice({}).CompleteDump().size();
     FaultyDevice device(Options{.faults = {.dropAfter = bytes}});
     device.ExpectConnected();
@@ -310,14 +312,14 @@ TEST_F(Faults, AHangUpInsideTheFirstBlockEndsTheAttempt) {
     device.ExpectEnd(neverConnected);
 }
 
-TEST_F(Faults, HalfABlockIsNotTold) {
+TEST_F(Faults, HalfABlockIsNotNotified) {
     FaultyDevice device({});
     device.ExpectConnected();
     device.Obey("drop mid-block");
     device.Obey("set DEVICE FILENAMES Still frame name Half of this name never arrives");
 
     ASSERT_TRUE(device.AwaitConnectionCalls(2));
-    EXPECT_EQ(device.HeardUntilTheEnd(), "");
+    EXPECT_EQ(device.TakeNotificationsUntilTheEnd(), "");
     device.ExpectEnd(connectedAndLeft);
 }
 
@@ -338,7 +340,7 @@ TEST_F(Faults, AfterADropANewDeviceObjectConnects) {
     device.ExpectEnd(connectedAndLeft);
 }
 
-// ---- What the device will not have ----
+// ---- What the device refuses ----
 
 TEST_F(Faults, ARemoteLockRefusesTheHost) {
     FaultyDevice device(Options{.identity = {.remoteLock = true}});
@@ -347,12 +349,12 @@ TEST_F(Faults, ARemoteLockRefusesTheHost) {
     device.ExpectEnd({"disconnected cfrm"});
 }
 
-TEST_F(Faults, ALaterRemoteLockIsToldAndBecomesTheReason) {
+TEST_F(Faults, ALaterRemoteLockIsNotifiedAndBecomesTheReason) {
     FaultyDevice device({});
     device.ExpectConnected();
     for (const bool locked : {true, false}) {
         device.Obey(locked ? "lock" : "unlock");
-        EXPECT_EQ(device.Heard(), "devc");
+        EXPECT_EQ(device.TakeNotifications(), "devc");
         std::int32_t lock = 9;
         EXPECT_EQ(device.Object().Call(Slot::getRemoteLock, &lock), ok);
         EXPECT_EQ(lock != 0, locked);

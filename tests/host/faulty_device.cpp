@@ -16,7 +16,7 @@ namespace {
 
 using std::chrono::steady_clock;
 
-/// Slots of one interface that give the least and the greatest of a value.
+/// Slots of one interface that return the minimum and the maximum of a value.
 struct Ranges {
     const char* iid;
     std::vector<int> slots;
@@ -125,10 +125,10 @@ const std::string& EmptyMirror() {
 FaultyDevice::FaultyDevice(Options options, Recording recording)
     : recording_(recording == Recording::Yes ? folder_.PathOf("conversation.txt") : ""),
       program_(Started(std::move(options), recording_)) {
-    properties_.InCall([this](const std::string& id) { Hear(id); });
-    connection_.InCall([this](const std::string& told) {
+    properties_.InCall([this](const std::string& id) { Note(id); });
+    connection_.InCall([this](const std::string& notification) {
         const std::lock_guard lock(lock_);
-        heardBeforeTheEnd_ = told == "connected" ? heardBeforeTheEnd_ : heardCount_;
+        notifiedBeforeTheEnd_ = notification == "connected" ? notifiedBeforeTheEnd_ : notifiedCount_;
     });
     object_ = ConnectAsync(Address(), connection_);
     for (const char* const id : propertySets) {
@@ -140,36 +140,37 @@ FaultyDevice::FaultyDevice(Options options, Recording recording)
 
 FaultyDevice::~FaultyDevice() = default;
 
-// The library reads a name, which nobody else changes, at the time at which it is told of it.
-void FaultyDevice::Hear(const std::string& id) {
+// The name is read during its notification; nothing else changes it.
+void FaultyDevice::Note(const std::string& id) {
     const std::u16string name = id == "ntwk" ? FriendlyName(object_) : std::u16string();
     const std::lock_guard lock(lock_);
-    ++heardCount_;
+    ++notifiedCount_;
     if (!awaitedMark_.empty() && std::u16string(awaitedMark_.begin(), awaitedMark_.end()) == name) {
         markCame_ = true;
         marked_.notify_all();
     } else {
-        heard_ += (heard_.empty() ? "" : " ") + id;
+        notified_ += (notified_.empty() ? "" : " ") + id;
     }
 }
 
-// What the device says arrives in its order, so who hears of its new name has heard of all before it.
-std::string FaultyDevice::Heard() {
+// The device's blocks arrive in order, so a host that is notified of its new name has been notified of everything
+// before it.
+std::string FaultyDevice::TakeNotifications() {
     std::unique_lock lock(lock_);
     awaitedMark_ = "Mark " + std::to_string(++marks_);
     markCame_ = false;
     Obey("set NETWORK CONFIG Friendly name " + awaitedMark_);
     EXPECT_TRUE(marked_.wait_for(lock, std::chrono::seconds(10), [this] { return markCame_; }));
     awaitedMark_.clear();
-    return std::exchange(heard_, {});
+    return std::exchange(notified_, {});
 }
 
-std::string FaultyDevice::HeardUntilTheEnd() {
+std::string FaultyDevice::TakeNotificationsUntilTheEnd() {
     const std::lock_guard lock(lock_);
-    return std::exchange(heard_, {});
+    return std::exchange(notified_, {});
 }
 
-// The device may be at work on the last line.
+// The device may still be working on the last line.
 std::vector<Simulator::ConversationEvent> FaultyDevice::Recorded() const {
     std::string text = ContentOf(recording_);
     text.erase(text.rfind('\n') + 1);
@@ -216,28 +217,28 @@ void FaultyDevice::ExpectConnected() {
     ASSERT_TRUE(AwaitConnectionCalls(1));
     ASSERT_EQ(ConnectionCalls(), Strings{"connected"});
     EXPECT_EQ(MirrorOf(object_), HealthyMirror());
-    Heard();
+    TakeNotifications();
 }
 
 void FaultyDevice::ExpectConversation() {
     const std::string before = MirrorOf(object_);
     Obey("set VIDEO PROC AMP Gain 12");
-    EXPECT_EQ(Heard(), "vpap");
+    EXPECT_EQ(TakeNotifications(), "vpap");
     EXPECT_EQ(Number(Iid::videoProcAmp, 4), 12);
 
     Set(Iid::videoProcAmp, 18, -26);
     EXPECT_TRUE(Eventually([this] { return Number(Iid::videoProcAmp, 19) == -26; }));
-    EXPECT_EQ(Heard(), "");
+    EXPECT_EQ(TakeNotifications(), "");
     EXPECT_EQ(Number(Iid::videoProcAmp, 4), 12);
 
     Obey("set VIDEO PROC AMP Gain 0");
     Obey("set VIDEO PROC AMP BY 0");
-    Heard();
+    TakeNotifications();
     EXPECT_EQ(MirrorOf(object_), before);
 }
 
 void FaultyDevice::ExpectLetGo() {
-    // An attempt that was under way holds a reference until its thread has come back.
+    // An attempt in progress holds a reference until its thread has returned.
     EXPECT_TRUE(Eventually([this] { return object_.References() == 1U; }));
     EXPECT_EQ(Testing::WithinASecond([this] { return object_.Release(); }), 0U);
     EXPECT_TRUE(properties_.AwaitRelease());
@@ -252,7 +253,7 @@ void FaultyDevice::ExpectEnd(const Strings& connectionCalls) {
     ExpectLetGo();
     EXPECT_EQ(ConnectionCalls(), connectionCalls);
     const std::lock_guard lock(lock_);
-    EXPECT_EQ(heardCount_, heardBeforeTheEnd_) << "a property set was told behind the end";
+    EXPECT_EQ(notifiedCount_, notifiedBeforeTheEnd_) << "a property set was notified after the end";
 }
 
 }  // namespace Morquil::Test

@@ -1,4 +1,4 @@
-// A simulated device with whatever is wrong with it, and a host that has every observer registered.
+// A simulated device with any faults, and a host with every observer registered.
 #pragma once
 
 #include <condition_variable>
@@ -15,27 +15,26 @@
 
 namespace Morquil::Test {
 
-/// Asks again and again, for up to 10 s: for what the library and the device tell nobody. Returns: whether it came
-/// true.
+/// Polls for up to 10 s, for conditions that neither the library nor the device reports. Returns: whether it came true.
 bool Eventually(const std::function<bool()>& condition);
 
-/// What getters of a device object know: all settings, some ranges of each kind, every conversion, the first preset's
-/// name.
+/// What the getters of a device object return: all settings, some ranges of each kind, every conversion, the first
+/// preset's name.
 std::string MirrorOf(const RawObject& device);
 
-/// The mirror of a device that leaves the factory and has nothing wrong with it.
+/// The mirror of a new device without faults.
 const std::string& HealthyMirror();
 
 /// The mirror of a device object that is not connected.
 const std::string& EmptyMirror();
 
-/// The program of the device, and a host on its way to it.
+/// The device's program, and a host that connects to it.
 class FaultyDevice {
 public:
     using Options = Simulator::Options;
     enum class Recording { No, Yes };
 
-    /// Starts the device, and to connect to it.
+    /// Starts the device, and an attempt to connect to it.
     explicit FaultyDevice(Options options, Recording recording = Recording::No);
     ~FaultyDevice();
     FaultyDevice(const FaultyDevice&) = delete;
@@ -45,22 +44,22 @@ public:
     std::string Address() const { return program_->Address(); }
     /// Waits until `count` calls of the connection observer have been made. Returns: whether they were.
     bool AwaitConnectionCalls(std::size_t count) { return connection_.AwaitCalls(count); }
-    Strings ConnectionCalls() { return connection_.Told(); }
+    Strings ConnectionCalls() { return connection_.Notifications(); }
 
-    /// Carries out a line of a script at the device.
+    /// Carries out a line of a script on the device.
     void Obey(const std::string& line) { program_->Obey(line); }
-    /// Returns after the library has heard all that the device has said until now: the property sets that were told
-    /// since the last call, in that order.
-    std::string Heard();
+    /// Returns once the library has received everything that the device has sent: the property sets notified since the
+    /// last call, in that order.
+    std::string TakeNotifications();
     /// The same once the connection has ended.
-    std::string HeardUntilTheEnd();
+    std::string TakeNotificationsUntilTheEnd();
 
-    /// For a device that records: all that the host has sent, all that the device has sent, and the longest piece of
-    /// it.
+    /// For a recorded device: everything that the host has sent, everything that the device has sent, and its longest
+    /// piece.
     std::string HostSaid() const { return Said(Simulator::ConversationEvent::Kind::HostSays); }
     std::string DeviceSaid() const { return Said(Simulator::ConversationEvent::Kind::DeviceSays); }
     std::size_t LongestPiece() const;
-    /// How often `text` stands in the recording, whoever said it; for a recording that is too long to be taken apart.
+    /// How often `text` occurs in the recording, from either side; for a recording that is too long to parse.
     std::size_t TimesRecorded(std::string_view text) const;
 
     /// A number that a feature knows, or `unknown`.
@@ -68,18 +67,18 @@ public:
     int Number(const char* iid, int getter) const;
     void Set(const char* iid, int setter, int value) const;
 
-    /// Waits for "connected", and compares the mirror with the one of a device with nothing wrong.
+    /// Waits for "connected", and compares the mirror with that of a device without faults.
     void ExpectConnected();
-    /// What is changed at the device is told once; what the host changes comes back and is not told.
+    /// A change at the device is notified once; a change by the host is echoed and not notified.
     void ExpectConversation();
-    /// The host lets go: within a second, and with no observer kept.
+    /// The host releases the device: within a second, and no observer is kept.
     void ExpectLetGo();
-    /// The host disconnects, within a second, and lets go: with just these calls of the connection observer from first
-    /// to last, and with nothing told behind them.
+    /// The host disconnects within a second and releases the device: with exactly these calls of the connection
+    /// observer from first to last, and with no notification after them.
     void ExpectEnd(const Strings& connectionCalls);
 
 private:
-    void Hear(const std::string& id);
+    void Note(const std::string& id);
     std::vector<Simulator::ConversationEvent> Recorded() const;
     std::string Said(Simulator::ConversationEvent::Kind who) const;
 
@@ -92,9 +91,9 @@ private:
     std::condition_variable marked_;
     std::string awaitedMark_;
     bool markCame_ = false;
-    std::string heard_;
-    std::size_t heardCount_ = 0;
-    std::size_t heardBeforeTheEnd_ = 0;
+    std::string notified_;
+    std::size_t notifiedCount_ = 0;
+    std::size_t notifiedBeforeTheEnd_ = 0;
 
     PropertyObserver properties_;
     ConnectionObserver connection_;

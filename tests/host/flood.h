@@ -8,7 +8,7 @@
 
 namespace Morquil::Test {
 
-/// A device that says a new gain again and again, to whoever is connected, until the end of this scope.
+/// A device that keeps reporting a new gain to the connected host until the end of this scope.
 class Flood {
 public:
     explicit Flood(Testing::ScriptedDevice& device) : thread_([this, &device] { Run(device); }) {}

@@ -31,7 +31,7 @@ enum Device {
 }  // namespace Slot
 // clang-format on
 
-/// What a synchronous connect gave.
+/// The outcome of a synchronous connect.
 struct ConnectOutcome {
     Result result;
     std::string reason;
@@ -39,12 +39,12 @@ struct ConnectOutcome {
 };
 ConnectOutcome Connect(const std::string& address);
 
-/// Starts to connect. Returns: the device, which the observer is told about.
+/// Starts to connect. Returns: the device; the observer is notified of its connection.
 RawObject ConnectAsync(const std::string& address, HostObserver& observer);
 
 void Disconnect(const RawObject& device);
 
-/// The name that the device is known by; empty while there is none.
+/// The known name of the device; empty if none is known.
 std::u16string DeviceName(const RawObject& device);
 
 }  // namespace Morquil::Test

@@ -18,24 +18,24 @@ bool HostObserver::Await(const std::function<bool()>& condition, int seconds) {
 }
 
 bool HostObserver::AwaitCalls(std::size_t count, int seconds) {
-    return Await([&] { return told_.size() >= count; }, seconds);
+    return Await([&] { return notifications_.size() >= count; }, seconds);
 }
 
 bool HostObserver::AwaitRelease() {
     return Await([&] { return references_ == 0; });
 }
 
-std::vector<std::string> HostObserver::Told() {
+std::vector<std::string> HostObserver::Notifications() {
     const std::lock_guard lock(lock_);
-    return told_;
+    return notifications_;
 }
 
-std::vector<std::string> HostObserver::TakeTold() {
+std::vector<std::string> HostObserver::TakeNotifications() {
     const std::lock_guard lock(lock_);
-    return std::exchange(told_, {});
+    return std::exchange(notifications_, {});
 }
 
-// The library asks for nothing but what it was given.
+// The library queries only for the interfaces that it was given.
 Result HostObserver::QueryInterface(Face* /*face*/, const Guid* /*iid*/, void** out) {
     *out = nullptr;
     return noInterface;
@@ -59,16 +59,16 @@ void HostObserver::InCall(Act act) {
     inCall_ = std::make_shared<Act>(std::move(act));
 }
 
-Result HostObserver::Note(const std::string& told) {
+Result HostObserver::Note(const std::string& notification) {
     std::shared_ptr<Act> act;
     {
         const std::lock_guard lock(lock_);
-        told_.push_back(told);
+        notifications_.push_back(notification);
         act = inCall_;
         changed_.notify_all();
     }
     if (act != nullptr) {
-        (*act)(told);
+        (*act)(notification);
     }
     return ok;
 }

@@ -12,29 +12,29 @@
 
 namespace Morquil::Test {
 
-/// An object of the host's that the library calls: a table of functions, slot by slot, and what it was told.
-/// Lives at least until the library has given all references back; the end of the test says so if it does not.
+/// An object of the host that the library calls: a table of functions, slot by slot, and its notifications. Lives at
+/// least until the library has released all references; the end of the test fails if it does not.
 class HostObserver {
 public:
     HostObserver(const HostObserver&) = delete;
     HostObserver& operator=(const HostObserver&) = delete;
 
-    /// What the library is given.
+    /// The pointer for the library.
     void* Get() { return &face_; }
 
     /// Waits up to `seconds` until `count` calls have been made. Returns: whether they were.
     bool AwaitCalls(std::size_t count, int seconds = 30);
-    /// Waits up to 10 s until `condition` holds, which is asked after every call with the lock held.
+    /// Waits up to 10 s until `condition` holds; it is checked after every call with the lock held.
     bool Await(const std::function<bool()>& condition, int seconds = 10);
     /// Waits up to 10 s until the library holds no reference.
     bool AwaitRelease();
-    std::vector<std::string> Told();
-    std::vector<std::string> TakeTold();
+    std::vector<std::string> Notifications();
+    std::vector<std::string> TakeNotifications();
 
-    using Act = std::function<void(const std::string& told)>;
+    using Act = std::function<void(const std::string& notification)>;
 
-    /// From now on run inside each call, after it has been noted; on the library's thread, which sees all that the
-    /// test has done before.
+    /// Runs from now on inside each call, after it has been recorded; on held by the library thread, which sees
+    /// everything that the test has done before.
     void InCall(Act act);
 
 protected:
@@ -50,10 +50,10 @@ protected:
     static Result QueryInterface(Face* face, const Guid* iid, void** out);
     static std::uint32_t AddRef(Face* face);
     static std::uint32_t Release(Face* face);
-    Result Note(const std::string& told);
+    Result Note(const std::string& notification);
 
     std::mutex lock_;
-    std::vector<std::string> told_;
+    std::vector<std::string> notifications_;
 
 private:
     Face face_;
@@ -62,7 +62,7 @@ private:
     std::uint32_t references_ = 0;  // the library's
 };
 
-/// Slot 3 tells "connected", slot 4 "disconnected" with the reason.
+/// Slot 3 reports "connected", slot 4 "disconnected" with the reason.
 class ConnectionObserver final : public HostObserver {
 public:
     ConnectionObserver();
@@ -72,7 +72,7 @@ private:
     static Result Disconnected(Face* face, std::int32_t reason);
 };
 
-/// Slot 3 tells the identifier of a property set.
+/// Slot 3 reports the identifier of a property set.
 class PropertyObserver final : public HostObserver {
 public:
     PropertyObserver();

@@ -6,16 +6,16 @@
 
 namespace Morquil::Test {
 
-/// What a host is started with.
+/// How a host is started.
 enum class Streams {
     OutputToPipe,
-    OutputToBrokenPipe,  // nobody can read it
+    OutputToBrokenPipe,  // without a reader
     OutputClosed,
     AllClosed,
 };
 
-/// The host of tests/console_host as a process of its own, with the library as hosts have it. Its input has no end
-/// until the test gives it one.
+/// The host of tests/console_host as a separate process, with the library as hosts have it. Its input stays open until
+/// the test closes it.
 class HostProcess {
 public:
     HostProcess(const std::vector<std::string>& arguments, Streams streams);

@@ -39,7 +39,7 @@ void Arrange(Streams streams, int input, int output) {
         close(STDOUT_FILENO);
         close(STDERR_FILENO);
     }
-    // As most programs are started.
+    // The way most programs are started.
     std::signal(SIGPIPE, SIG_DFL);
 }
 

@@ -5,19 +5,19 @@
 
 namespace Morquil::Test {
 
-/// A text as interfaces take and give it.
+/// A text as interfaces accept and return it.
 class HostText {
 public:
     HostText() = default;
     explicit HostText(std::u16string_view text);
-    /// Of plain ASCII.
+    /// From plain ASCII.
     explicit HostText(std::string_view text) : HostText(std::u16string(text.begin(), text.end())) {}
     HostText(const HostText&) = delete;
     HostText& operator=(const HostText&) = delete;
     ~HostText();
 
     char16_t* Get() const { return text_; }
-    /// Where a method puts a new text, in place of the one that is there.
+    /// Where a method stores a new text, replacing the current one.
     char16_t** Out();
     std::u16string Text() const;
 

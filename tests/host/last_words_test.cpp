@@ -1,5 +1,5 @@
-// The end of a connection is reported after everything that came before it has been received, so a host learns the
-// reason of a device that refuses it and hangs up at once.
+// The end of a connection is reported after everything that came before it has been received, so a host gets the reason
+// of a device that refuses it and hangs up at once.
 #include <gtest/gtest.h>
 
 #include "tests/host/refusals.h"
@@ -7,10 +7,10 @@
 namespace Morquil::Test {
 namespace {
 
-TEST(LastWords, OfADeviceThatHangsUpAtOnceAreTold) {
+TEST(LastWords, OfADeviceThatHangsUpAtOnceAreReported) {
     for (const Refusal& refusal : refusals) {
         SCOPED_TRACE(refusal.what);
-        EXPECT_EQ(ToldOfLastWords(refusal), std::string("disconnected ") + refusal.reason);
+        EXPECT_EQ(NotificationOfLastWords(refusal), std::string("disconnected ") + refusal.reason);
     }
 }
 

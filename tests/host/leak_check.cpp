@@ -23,7 +23,7 @@ Counts CountNow() {
 class LeakCheck final : public testing::EmptyTestEventListener {
 public:
     void OnTestProgramStart(const testing::UnitTest& /*program*/) override {
-        std::thread([] {}).join();  // a sanitizer makes one of its own with the first
+        std::thread([] {}).join();  // a sanitizer creates its own thread with the first
         Testing::WarmUp();
         allowed_ = CountNow();
         allowed_.threads += Testing::systemsOwn.threads;
@@ -31,14 +31,14 @@ public:
     }
 
     void OnTestEnd(const testing::TestInfo& test) override {
-        // A thread that has done its last work for the library goes when the system lets it; nobody tells when.
+        // A thread that has done its last work for the library ends when the system lets it, without notice.
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
         Counts after = CountNow();
         while (IsMore(after) && std::chrono::steady_clock::now() < deadline) {
             std::this_thread::yield();
             after = CountNow();
         }
-        EXPECT_LE(after.threads, allowed_.threads) << test.name() << " leaves threads behind";
+        EXPECT_LE(after.threads, allowed_.threads) << test.name() << " leaves threads running";
         EXPECT_LE(after.handles, allowed_.handles) << test.name() << " leaves handles behind";
         EXPECT_EQ(after.references, 0U) << test.name() << " leaves references to the discovery object behind";
     }

@@ -1,5 +1,5 @@
-// Whatever a host does inside whichever call: nothing hangs, nothing is used after its end, nothing is left over, and
-// every end returns within a second.
+// Whatever a host does inside any call: nothing hangs, nothing is used after its end, nothing is left over, and every
+// end returns within a second.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -29,10 +29,10 @@ struct Scene {
     RawObject object;
 };
 
-/// One call of the library's into the host.
+/// One call of the library into the host.
 struct Call {
     const char* name;
-    /// Makes it happen; the observer acts within it.
+    /// Triggers the call; the observer acts inside it.
     std::function<void(Scene&)> provoke;
     bool ofTheConnection = true;
     /// The device has gone by the time the observer acts.
@@ -128,12 +128,12 @@ TEST_P(HostInACall, EndsWell) {
     std::promise<void> acted;
     {
         Scene scene;
-        // The object and the second observer stand before anything acts.
+        // The object and the second observer exist before anything acts.
         std::promise<void> ready;
         HostObserver& actor = call.ofTheConnection ? static_cast<HostObserver&>(scene.connection) : scene.property;
         const bool actsAtOnce = call.name == calls[0].name;
-        actor.InCall([&, isFirst = true](const std::string& told) mutable {
-            const bool isItsCall = actsAtOnce || told != "connected";
+        actor.InCall([&, isFirst = true](const std::string& notification) mutable {
+            const bool isItsCall = actsAtOnce || notification != "connected";
             if (!isItsCall || !std::exchange(isFirst, false)) {
                 return;
             }

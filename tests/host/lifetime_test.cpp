@@ -1,4 +1,4 @@
-// Hosts that let go at awkward moments, also inside the library's own calls.
+// Hosts that release at awkward moments, also inside the library's calls.
 #include <gtest/gtest.h>
 
 #include <future>
@@ -31,28 +31,28 @@ protected:
     RawObject object;
 };
 
-TEST_F(Lifetime, ReleaseRightAfterConnectAsyncStillTellsTheEnd) {
+TEST_F(Lifetime, ReleaseRightAfterConnectAsyncStillReportsTheEnd) {
     ScriptedDevice silent(DeviceScript{.acknowledges = false});
     RawObject connecting = ConnectAsync(silent.Address(), connection);
     ASSERT_TRUE(silent.AwaitHost());
 
     connecting.Release();
-    EXPECT_TRUE(connection.Told().empty());
+    EXPECT_TRUE(connection.Notifications().empty());
     silent.HangUp();
 
     EXPECT_TRUE(connection.AwaitCalls(1));
-    EXPECT_EQ(connection.Told(), Strings{"disconnected cfnr"});
+    EXPECT_EQ(connection.Notifications(), Strings{"disconnected cfnr"});
 }
 
 TEST_F(Lifetime, ReleaseRightAfterConnectAsyncStillConnects) {
     ConnectAsync(device.Address(), connection).Release();
 
     EXPECT_TRUE(connection.AwaitCalls(1));
-    EXPECT_EQ(connection.Told().front(), "connected");
+    EXPECT_EQ(connection.Notifications().front(), "connected");
     EXPECT_TRUE(device.AwaitHostGone());
 }
 
-TEST_F(Lifetime, ManyAttemptsCanBeLetGoAtOnce) {
+TEST_F(Lifetime, ManyAttemptsCanBeReleasedAtOnce) {
     for (int count = 0; count < 20; ++count) {
         ScriptedDevice brief(CompleteDevice());
         ConnectionObserver observer;
@@ -63,10 +63,10 @@ TEST_F(Lifetime, ManyAttemptsCanBeLetGoAtOnce) {
 
 TEST_F(Lifetime, LastReleaseInsideConnected) {
     std::promise<void> handedOver;
-    connection.InCall([&](const std::string& told) {
-        if (told == "connected") {
+    connection.InCall([&](const std::string& notification) {
+        if (notification == "connected") {
             handedOver.get_future().wait();
-            EXPECT_EQ(object.Release(), 1U);  // the attempt's own
+            EXPECT_EQ(object.Release(), 1U);  // held by the attempt
         }
     });
     object = ConnectAsync(device.Address(), connection);
@@ -74,7 +74,7 @@ TEST_F(Lifetime, LastReleaseInsideConnected) {
 
     EXPECT_TRUE(device.AwaitHostGone());
     EXPECT_TRUE(connection.AwaitRelease());
-    EXPECT_EQ(connection.Told(), Strings{"connected"});
+    EXPECT_EQ(connection.Notifications(), Strings{"connected"});
 }
 
 TEST_F(Lifetime, LastReleaseInsidePropertyChanged) {
@@ -85,7 +85,7 @@ TEST_F(Lifetime, LastReleaseInsidePropertyChanged) {
 
     EXPECT_TRUE(device.AwaitHostGone());
     EXPECT_TRUE(property.AwaitRelease());
-    EXPECT_EQ(property.Told(), Strings{"vpap"});
+    EXPECT_EQ(property.Notifications(), Strings{"vpap"});
 }
 
 TEST_F(Lifetime, LastReleaseInsideDisconnected) {
@@ -95,7 +95,7 @@ TEST_F(Lifetime, LastReleaseInsideDisconnected) {
     device.HangUp();
 
     EXPECT_TRUE(connection.AwaitRelease());
-    EXPECT_EQ(connection.Told(), Strings{"disconnected cfnr"});
+    EXPECT_EQ(connection.Notifications(), Strings{"disconnected cfnr"});
 }
 
 TEST_F(Lifetime, DisconnectInsidePropertyChangedDropsTheRest) {
@@ -106,16 +106,16 @@ TEST_F(Lifetime, DisconnectInsidePropertyChangedDropsTheRest) {
 
     ASSERT_TRUE(connection.AwaitCalls(1));
     EXPECT_TRUE(device.AwaitHostGone());
-    EXPECT_EQ(property.Told(), Strings{"vpap"});
+    EXPECT_EQ(property.Notifications(), Strings{"vpap"});
     std::int32_t gain = 9;
     EXPECT_EQ(object.QueryInterface(Iid::videoProcAmp).Call(4, &gain), failed);
     EXPECT_EQ(gain, 9);
 }
 
-TEST_F(Lifetime, DisconnectInsideConnectedIsToldAfterIt) {
+TEST_F(Lifetime, DisconnectInsideConnectedIsReportedAfterIt) {
     std::promise<void> handedOver;
-    connection.InCall([&](const std::string& told) {
-        if (told == "connected") {
+    connection.InCall([&](const std::string& notification) {
+        if (notification == "connected") {
             handedOver.get_future().wait();
             Disconnect(object);
         }
@@ -124,7 +124,7 @@ TEST_F(Lifetime, DisconnectInsideConnectedIsToldAfterIt) {
     handedOver.set_value();
 
     ASSERT_TRUE(connection.AwaitCalls(2));
-    EXPECT_EQ(connection.Told(), (Strings{"connected", "disconnected cfnr"}));
+    EXPECT_EQ(connection.Notifications(), (Strings{"connected", "disconnected cfnr"}));
     EXPECT_TRUE(device.AwaitHostGone());
 }
 
@@ -134,7 +134,7 @@ TEST_F(Lifetime, DisconnectInsideDisconnectedDoesNothing) {
 
     Disconnect(object);
 
-    EXPECT_EQ(connection.Told(), Strings{"disconnected cfnr"});
+    EXPECT_EQ(connection.Notifications(), Strings{"disconnected cfnr"});
 }
 
 TEST_F(Lifetime, DisconnectEndsAnAttemptBeforeItHasBegun) {
@@ -143,11 +143,11 @@ TEST_F(Lifetime, DisconnectEndsAnAttemptBeforeItHasBegun) {
         ConnectionObserver observer;
         const RawObject connecting = ConnectAsync(brief.Address(), observer);
         Disconnect(connecting);
-        EXPECT_EQ(observer.Told().back(), "disconnected cfnr");
+        EXPECT_EQ(observer.Notifications().back(), "disconnected cfnr");
     }
 }
 
-TEST_F(Lifetime, ObserversTakeThemselvesOffInsideTheirCalls) {
+TEST_F(Lifetime, ObserversRemoveThemselvesInsideTheirCalls) {
     ConnectAndWatch();
     property.InCall([this](const std::string&) {
         EXPECT_EQ(object.Call(Slot::removePropertyObserver, property.Get(), FourCharacters("vpap")), ok);
@@ -159,8 +159,8 @@ TEST_F(Lifetime, ObserversTakeThemselvesOffInsideTheirCalls) {
     EXPECT_TRUE(property.AwaitRelease());
     Disconnect(object);
 
-    EXPECT_EQ(property.Told(), Strings{"vpap"});
-    EXPECT_EQ(connection.Told(), Strings{"disconnected cfnr"});
+    EXPECT_EQ(property.Notifications(), Strings{"vpap"});
+    EXPECT_EQ(connection.Notifications(), Strings{"disconnected cfnr"});
     EXPECT_TRUE(connection.AwaitRelease());
 }
 

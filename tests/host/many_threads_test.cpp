@@ -1,4 +1,4 @@
-// Many threads of a host share one device that floods them; whichever of them is the last ends the connection.
+// Many threads of a host share one device that floods them; the last of them ends the connection.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -18,7 +18,7 @@ constexpr std::size_t threadCount = 8;
 constexpr int setBlack = 6;
 constexpr int readGain = 4;
 
-/// Long enough for several threads to be at it at once.
+/// Long enough for several threads to run at once.
 void TakeAndGiveBack(const RawObject& device) {
     for (int times = 0; times < 5000; ++times) {
         EXPECT_GT(device.AddRef(), 1U);

@@ -1,4 +1,4 @@
-// COM as a host sees it that has no header of the library: identifiers, slots and results.
+// COM as seen by a host without the library's header: identifiers, slots and results.
 #pragma once
 
 #include <cstdint>
@@ -29,7 +29,7 @@ struct Guid {
 /// From the form {7FC720E3-B8C6-4A7C-8CAE-AF5DCB3E4E4A}.
 Guid ToGuid(const char* text);
 
-/// The other way round than `FourCharacters`.
+/// The reverse of `FourCharacters`.
 std::string FourCharacterText(std::int32_t code);
 
 namespace Iid {
@@ -82,12 +82,12 @@ public:
         return As<Result, Arguments...>(slot)(object_, arguments...);
     }
 
-    /// Slots 0 to 2. `QueryInterface` gives nothing where the object has no such interface.
+    /// Slots 0 to 2. `QueryInterface` returns nothing if the object has no such interface.
     RawObject QueryInterface(const char* iid) const;
     std::uint32_t AddRef() const { return As<std::uint32_t>(1)(object_); }
-    /// Gives one of several references back; this one stays.
+    /// Releases one of several references; this one stays.
     std::uint32_t ReleaseOne() const { return As<std::uint32_t>(2)(object_); }
-    /// Gives this reference back. Returns the count that is left.
+    /// Releases this reference. Returns the remaining count.
     std::uint32_t Release();
     /// The count without changing it.
     std::uint32_t References() const;

@@ -6,7 +6,7 @@
 
 namespace Morquil::Test {
 
-std::string ToldOfLastWords(const Refusal& refusal) {
+std::string NotificationOfLastWords(const Refusal& refusal) {
     Testing::ScriptedDevice device;
     ConnectionObserver observer;
     const RawObject refused = ConnectAsync(device.Address(), observer);
@@ -16,8 +16,8 @@ std::string ToldOfLastWords(const Refusal& refusal) {
     device.HangUp();
 
     EXPECT_TRUE(observer.AwaitCalls(1));
-    const Strings told = observer.Told();
-    return told.empty() ? "nothing" : told.front();
+    const Strings notifications = observer.Notifications();
+    return notifications.empty() ? "nothing" : notifications.front();
 }
 
 ConnectOutcome ConnectToLastWords(const Refusal& refusal) {

@@ -7,7 +7,7 @@
 
 namespace Morquil::Test {
 
-/// A device that this library does not connect to: what it says, and the reason that the host is told.
+/// A device that this library does not connect to: what it sends, and the reason that the host gets.
 struct Refusal {
     const char* what;
     std::string greeting;
@@ -23,10 +23,10 @@ inline const Refusal refusals[] = {
     {"a remote lock", std::string(preamble) + "MORQUIL DEVICE:\nModel name: Locked\nRemote lock: true\n\n", "cfrm"},
 };
 
-/// The first call of an observer whose device says why it refuses, and hangs up at once.
-std::string ToldOfLastWords(const Refusal& refusal);
+/// The first call of an observer whose device sends the reason for its refusal and hangs up at once.
+std::string NotificationOfLastWords(const Refusal& refusal);
 
-/// What a synchronous connect to such a device gives.
+/// The outcome of a synchronous connect to such a device.
 ConnectOutcome ConnectToLastWords(const Refusal& refusal);
 
 }  // namespace Morquil::Test

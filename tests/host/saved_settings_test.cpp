@@ -48,7 +48,7 @@ const char* const reports =
     "true\n\n"
     "MORQUIL DEVICE:\nPanel lock: true\n\n";
 
-/// The whole of a file, of which only these blocks have changed.
+/// A whole file in which only these blocks differ.
 std::string SavedLater() {
     std::string text = savedAtFirst;
     const auto replace = [&](const std::string& from, const std::string& to) {
@@ -56,7 +56,7 @@ std::string SavedLater() {
         ASSERT_NE(at, std::string::npos) << from;
         text.replace(at, from.size(), to);
     };
-    // A reset empties what was known, and what came with it as well.
+    // A reset clears what was known, including what arrived with it.
     replace("VIDEO PROC AMP:\nGain: 0\nBlack: 0\nSaturation: 0\nHue: 0\nRY: 0\nBY: 0\nSharp: 0\n",
             "VIDEO PROC AMP:\nReset: true\n");
     replace("Luma low: 4\n", "Luma low: 4\nLuma high: -1\nResetValues: 3\n");

@@ -1,4 +1,4 @@
-// The settings of one device, saved, played back to another one, and saved from there.
+// The settings of one device, saved, loaded into another one, and saved from there.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -25,7 +25,7 @@ constexpr SimulatedDevice::HostId anotherHost = 2;
 /// A simulated device with a host.
 class Rack {
 public:
-    /// Before the host comes, another one has sent `settings`.
+    /// Before the host connects, another one has sent `settings`.
     explicit Rack(const std::string& settings) : device_(Script(settings)) {
         ConnectOutcome outcome = Connect(device_.Address());
         EXPECT_EQ(outcome.result, ok) << outcome.reason;
@@ -47,7 +47,7 @@ public:
         return ContentOf(path);
     }
 
-    /// Returns the header lines of what has reached the device, once it has answered all of it.
+    /// Returns the header lines of what has reached the device once it has answered everything.
     std::vector<std::string> Load(const std::string& path, std::size_t blocks) {
         EXPECT_EQ(object_.Call(Slot::loadSettingsFile, HostText(path).Get()), okFalse);
         std::vector<std::string> headers;
@@ -80,7 +80,7 @@ private:
     std::optional<WatchedDevice> watched_;
 };
 
-/// Block and key to value. Keys that a block holds twice are joined.
+/// Maps block and key to value. The values of a repeated key are joined.
 using Settings = std::map<std::pair<std::string, std::string>, std::string>;
 
 Settings Read(const std::string& file) {
@@ -115,8 +115,7 @@ std::set<std::string> Differences(const Settings& one, const Settings& other) {
     return different;
 }
 
-// Every setting is another one than a device has when it is new, but for the aspect ratio: between these two modes
-// there is no other.
+// Every setting differs from that of a new device, except the aspect ratio: these two modes allow no other.
 const char* const otherSettings =
     "MORQUIL DEVICE:\nPanel lock: true\n\n"
     "VIDEO INPUT:\nAuto detection enabled: false\nAuto detection prefer PsF: true\nVideo source: HDMI\n"
@@ -153,7 +152,7 @@ const char* const otherSettings =
     "3D tilt left: 5\n3D tilt right: -6\n3D toeIn left: 7\n3D toeIn right: -8\n3D output: 3DSideBySide\n"
     "3D input: 3DTopBottom\n\n";
 
-// What only a device says. The mirror keeps it, and a file shows it.
+// What only a device sends. The mirror keeps it, and a file shows it.
 const char* const deviceReports =
     "VIDEO OUTPUT:\nStill frame present: true\nStill load complete: true\nStill store complete: true\n"
     "Still preview complete: true\n\n"
@@ -190,7 +189,7 @@ TEST(SettingsRoundTrip, ASecondDeviceTakesOverWhatTheFileOfTheFirstHolds) {
         "ALIGN: Align size X left", "ALIGN: Align pos Y right", "ALIGN: Align trim X left",
         // Written as true and false, read as 1 and 0.
         "AUDIO: AudioInPhase0", "AUDIO: AudioDDPhase7",
-        // Only a device says this: from a host it is passed over.
+        // Only a device sends this: from a host it is ignored.
         "VIDEO OUTPUT: Still frame present", "VIDEO OUTPUT: Still load complete",
         "VIDEO OUTPUT: Still store complete", "VIDEO OUTPUT: Still preview complete",
         "ANCILLARY DATA: Ancillary Data last input height", "GENLOCK: Signal locked",

@@ -40,7 +40,7 @@ protected:
                     return simulator.TakeTextFor(onlyHost);
                 }};
     }
-    /// The property sets that were told of the answer to what has been set.
+    /// The property sets notified of the answer to what has been set.
     std::string AwaitAnswer() {
         EXPECT_NE(device.NextChange(), "");
         return watched->Report("");
@@ -71,7 +71,7 @@ struct Property {
 constexpr Property properties[] = {
     {Iid::inputConfiguration, 3, 4, 0}, {Iid::inputConfiguration, 5, 6, 1}, {Iid::inputConfiguration, 7, 8, 1},
     {Iid::inputConfiguration, 9, 10, 5}, {Iid::inputConfiguration, 12, 13, 2}, {Iid::inputConfiguration, 19, 20, 1},
-    // What can be set depends on the modes: two links and level B go with 1080p50, full colour with 2160p50.
+    // What can be set depends on the modes: two links and level B need 1080p50, full colour needs 2160p50.
     {Iid::inputConfiguration, 21, 22, 1}, {Iid::outputConfiguration, 3, 4, 15},
     {Iid::outputConfiguration, 7, 8, 4}, {Iid::outputConfiguration, 20, 21, 1}, {Iid::outputConfiguration, 22, 23, 1},
     {Iid::outputConfiguration, 3, 4, 33}, {Iid::outputConfiguration, 5, 6, 2}, {Iid::outputConfiguration, 24, 25, 1},
@@ -105,13 +105,13 @@ constexpr Property properties[] = {
 };
 // clang-format on
 
-/// Whether other settings and offers follow from the property.
+/// Whether other settings and offers depend on the property.
 bool IsMode(const Property& property) {
     return (property.iid == Iid::inputConfiguration && property.setter == 21) ||
            (property.iid == Iid::outputConfiguration && property.setter == 3);
 }
 
-TEST_F(Simulated, GivesBackEveryNumberAndWordThatIsSet) {
+TEST_F(Simulated, ReturnsEveryNumberAndWordThatIsSet) {
     for (const Property& property : properties) {
         SCOPED_TRACE(testing::Message() << property.iid << " slot " << property.setter);
         const RawObject feature = object.QueryInterface(property.iid);
@@ -120,9 +120,9 @@ TEST_F(Simulated, GivesBackEveryNumberAndWordThatIsSet) {
         EXPECT_NE(value, property.value);
 
         EXPECT_EQ(feature.Call(property.setter, property.value), ok);
-        const std::string told = AwaitAnswer();
+        const std::string notified = AwaitAnswer();
         if (!IsMode(property)) {
-            EXPECT_EQ(told, property.iid == Iid::outputConfiguration ? "ouco" : "");
+            EXPECT_EQ(notified, property.iid == Iid::outputConfiguration ? "ouco" : "");
         }
 
         EXPECT_EQ(feature.Call(property.getter, &value), ok);
@@ -139,7 +139,7 @@ TEST_F(Simulated, KeepsAValueThatTheDeviceRefuses) {
     EXPECT_EQ(gain, 0);
 }
 
-TEST_F(Simulated, TellsOfWhatFollowsFromAnotherOutputMode) {
+TEST_F(Simulated, NotifiesOfWhatFollowsFromAnotherOutputMode) {
     EXPECT_EQ(object.QueryInterface(Iid::outputConfiguration).Call(3, 33), ok);
     EXPECT_EQ(AwaitAnswer(), "ouco ouco vtpa viad vara vara");
     int demux = 0;
@@ -151,7 +151,7 @@ TEST_F(Simulated, TellsOfWhatFollowsFromAnotherOutputMode) {
     EXPECT_EQ(highest, 1920U);
 }
 
-TEST_F(Simulated, GivesBackEveryDecimalThatIsSet) {
+TEST_F(Simulated, ReturnsEveryDecimalThatIsSet) {
     const RawObject geometry = object.QueryInterface(Iid::variableAspectRatio);
     for (const int setter : {3, 6, 9, 12}) {
         double value = 0;
@@ -163,7 +163,7 @@ TEST_F(Simulated, GivesBackEveryDecimalThatIsSet) {
     }
 }
 
-TEST_F(Simulated, GivesBackTheAudioMaps) {
+TEST_F(Simulated, ReturnsTheAudioMaps) {
     const RawObject audio = object.QueryInterface(Iid::audioMapping);
     for (const int setter : {12, 14}) {
         for (unsigned index = 0; index < 8; ++index) {
@@ -176,7 +176,7 @@ TEST_F(Simulated, GivesBackTheAudioMaps) {
     }
 }
 
-TEST_F(Simulated, GivesBackNames) {
+TEST_F(Simulated, ReturnsNames) {
     const HostText name(std::u16string_view(u"Z\u00FCrich \u20AC \U0001F600"));
     HostText read;
     const RawObject network = object.QueryInterface(Iid::networkConfig);
@@ -200,7 +200,7 @@ TEST_F(Simulated, GivesBackNames) {
     }
 }
 
-TEST_F(Simulated, TellsOfTheEchoOfANameThatWasCut) {
+TEST_F(Simulated, NotifiesOfTheEchoOfANameThatWasCut) {
     const RawObject filenames = object.QueryInterface(Iid::deviceFilenames);
     const HostText name(std::string_view("12345678901234567890123456789012345678901234567890"));
     HostText read;
@@ -212,7 +212,7 @@ TEST_F(Simulated, TellsOfTheEchoOfANameThatWasCut) {
     EXPECT_EQ(read.Text().size(), 49U);
 }
 
-TEST_F(Simulated, GivesBackThePanelLock) {
+TEST_F(Simulated, ReturnsThePanelLock) {
     std::int32_t lock = 9;
     EXPECT_EQ(object.Call(Slot::setPanelLock, 1), ok);
     EXPECT_EQ(AwaitAnswer(), "devc");
@@ -220,7 +220,7 @@ TEST_F(Simulated, GivesBackThePanelLock) {
     EXPECT_EQ(lock, 1);
 }
 
-TEST_F(Simulated, TellsOfWhatIsDoneAtItsFrontPanel) {
+TEST_F(Simulated, NotifiesOfFrontPanelChanges) {
     EXPECT_EQ(UsePanel("set VIDEO PROC AMP Gain 12"), "vpap");
     EXPECT_EQ(UsePanel("set VIDEO ADJUST Aspect fill Cr 99"), "aspf");
     EXPECT_EQ(UsePanel("set ANCILLARY DATA CC enabled false"), "clca");

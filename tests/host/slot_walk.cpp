@@ -31,21 +31,21 @@ std::string SlotWalk::Block(const std::string& lines) const {
     return std::string(walked_.block) + ":\n" + lines + "\n";
 }
 
-void SlotWalk::ExpectTold(const std::string& lines) {
+void SlotWalk::ExpectNotified(const std::string& lines) {
     EXPECT_EQ(watched->Report(Block(lines)), walked_.propertySet) << lines;
-    ExpectNotTold(lines);
+    ExpectNotNotified(lines);
 }
 
-void SlotWalk::ExpectNotTold(const std::string& lines) {
+void SlotWalk::ExpectNotNotified(const std::string& lines) {
     EXPECT_EQ(watched->Report(Block(lines)), "") << lines;
 }
 
 void SlotWalk::ReportAvailability(const std::string& lines) {
     const std::string block = std::string(walked_.block) + " AVAILABILITY:\n" + lines + "\n";
-    EXPECT_EQ(watched->Report(block), walked_.tellsOfAvailability ? walked_.propertySet : "") << lines;
+    EXPECT_EQ(watched->Report(block), walked_.notifiesAvailability ? walked_.propertySet : "") << lines;
 }
 
-// What a call has queued has been written when the connection has taken over what the device says after the call.
+// What a call has queued has been written once the connection has applied what the device sends after the call.
 void SlotWalk::ExpectNothingSent() {
     watched->Report("");
     if (device.HasReceivedChange()) {
@@ -78,7 +78,7 @@ void SlotWalk::SendsFlag(int slot, const char* name, const std::string& key) {
 void SlotWalk::GetsFlag(int slot, const char* name, const std::string& key) {
     Gets(slot, name, key + ": true\n", 1);
     SCOPED_TRACE(name);
-    ExpectTold(key + ": false\n");
+    ExpectNotified(key + ": false\n");
     std::int32_t value = 2;
     EXPECT_EQ(Call(slot, &value), ok);
     EXPECT_EQ(value, 0);
@@ -90,7 +90,7 @@ void SlotWalk::GetsText(int slot, const char* name, const std::string& lines, co
     EXPECT_EQ(Call(slot, static_cast<char16_t**>(nullptr)), nullPointer);
     EXPECT_EQ(Call(slot, text.Out()), failed);
     EXPECT_EQ(text.Get(), nullptr);
-    ExpectTold(lines);
+    ExpectNotified(lines);
     EXPECT_EQ(Call(slot, static_cast<char16_t**>(nullptr)), nullPointer);
     EXPECT_EQ(Call(slot, text.Out()), ok);
     EXPECT_EQ(text.Text(), expected);

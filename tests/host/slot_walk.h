@@ -15,19 +15,19 @@
 
 namespace Morquil::Test {
 
-/// What an interface has to do with its device.
+/// How an interface relates to its device.
 struct WalkedInterface {
     const char* iid;
-    /// The block behind it, of which nothing is known yet.
+    /// Its block, of which nothing is known yet.
     const char* block;
-    /// The property set that is told of its changes, and of no other's.
+    /// The property set that is notified of its changes, and of no others.
     const char* propertySet;
-    /// Whether observers hear of the block's availability.
-    bool tellsOfAvailability = false;
+    /// Whether observers are notified of the block's availability.
+    bool notifiesAvailability = false;
 };
 
-/// Calls the methods of one interface by their slots, while the test plays the device. Each of the calls below is one
-/// method with everything that is promised of it; wires are the lines of the block as they are sent and received.
+/// Calls the methods of one interface by their slots, while the test plays the device. Each of the calls below tests
+/// one method with everything that it promises; wires are the lines of the block as they are sent and received.
 class SlotWalk : public testing::Test {
 protected:
     SlotWalk();
@@ -56,15 +56,15 @@ protected:
     }
     /// The last word of an enumeration. From `bound` on values are refused, negative ones are sent without a line.
     void SendsWord(int slot, const char* name, const std::string& wire, int bound);
-    /// The same where nobody checks: what is no value of the enumeration, which has `words`, is sent without a line.
+    /// The same without a check: a value outside the enumeration, which has `words`, is sent without a line.
     void SendsAnyWord(int slot, const char* name, const std::string& wire, int value, int words);
     /// Anything but 0 is true.
     void SendsFlag(int slot, const char* name, const std::string& key);
 
     // Getters
 
-    /// The value of `lines`; E_FAIL before they have arrived, E_POINTER for null. Their arrival is told once, so they
-    /// must not be what a setter has sent before.
+    /// The value of `lines`; E_FAIL before they have arrived, E_POINTER for null. Their arrival is notified once, so
+    /// they must not be what a setter has sent before.
     template <class Value>
     void Gets(int slot, const char* name, const std::string& lines, Value expected) {
         SCOPED_TRACE(name);
@@ -73,7 +73,7 @@ protected:
         EXPECT_EQ(Call(slot, static_cast<Value*>(nullptr)), nullPointer);
         EXPECT_EQ(Call(slot, &value), failed);
         EXPECT_EQ(value, untouched);
-        ExpectTold(lines);
+        ExpectNotified(lines);
         EXPECT_EQ(Call(slot, static_cast<Value*>(nullptr)), nullPointer);
         EXPECT_EQ(Call(slot, &value), ok);
         EXPECT_EQ(value, expected);
@@ -107,13 +107,13 @@ protected:
             }
         }
     }
-    /// Nothing is available before `lines` have arrived, then just `offered`. From `bound` on values are refused.
+    /// Nothing is available before `lines` have arrived, then only `offered`. From `bound` on values are refused.
     void Offers(int slot, const char* name, const std::string& lines, int bound, const std::set<int>& offered,
                 Result answer = ok);
     /// A flag of the availability, which reads as 0 before it has arrived.
     void OffersFlag(int slot, const char* name, const std::string& key);
 
-    // What the rows above are made of
+    // What the calls above consist of
 
     template <class... Arguments>
     Result Call(int slot, Arguments... arguments) {
@@ -121,9 +121,9 @@ protected:
         return face_.Call(slot, arguments...);
     }
     std::string Block(const std::string& lines) const;
-    /// The device reports `lines`; the observers of this interface's property set are told, and no others.
-    void ExpectTold(const std::string& lines);
-    void ExpectNotTold(const std::string& lines);
+    /// The device reports `lines`; the observers of this interface's property set are notified, and no others.
+    void ExpectNotified(const std::string& lines);
+    void ExpectNotNotified(const std::string& lines);
     void ReportAvailability(const std::string& lines);
     void ExpectNothingSent();
 

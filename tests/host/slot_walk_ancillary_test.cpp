@@ -195,7 +195,7 @@ TEST_F(SlotWalk, PixelOffsetRangesAreKnownWhenTheLineOffsetRangesAre) {
     EXPECT_EQ(max, 0);
 }
 
-TEST_F(SlotWalk, AncillaryDataIsToldToEachOfItsThreeFeaturesApart) {
+TEST_F(SlotWalk, AncillaryDataNotifiesEachOfItsThreeFeaturesSeparately) {
     Walk({Iid::timecode, "ANCILLARY DATA", "time"});
 
     EXPECT_EQ(watched->Report(Block("Timecode mode: Off\nCC enabled: true\nAFD output line: 1\n")), "time clca viin");
@@ -250,7 +250,7 @@ TEST_F(SlotWalk, AudioMapsTestTheOutPointerBeforeTheIndex) {
         EXPECT_EQ(Call(map.slot, 4294967295U, &value), invalidArgument);
         EXPECT_EQ(Call(map.slot, map.count - 1, &value), failed);
         EXPECT_EQ(value, 99);
-        ExpectTold(map.line);
+        ExpectNotified(map.line);
         EXPECT_EQ(Call(map.slot, map.count - 1, &value), ok);
         EXPECT_EQ(value, map.value);
         EXPECT_EQ(Call(map.slot, 0U, &value), failed);

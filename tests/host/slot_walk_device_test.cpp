@@ -108,13 +108,13 @@ TEST_F(DeviceWalk, ConversionsAreThoseThatTheDeviceHasListed) {
     }
 }
 
-TEST_F(DeviceWalk, PanelLockIsSentAndItsAnswerTold) {
+TEST_F(DeviceWalk, PanelLockIsSentAndItsAnswerNotified) {
     watched->Report("");
     for (const int lock : {1, 0, 5, -1}) {
         EXPECT_EQ(object.Call(Slot::setPanelLock, lock), ok);
         const std::string sent = device.NextChange();
         EXPECT_EQ(sent, lock != 0 ? "MORQUIL DEVICE:\nPanel lock: true\n\n" : "MORQUIL DEVICE:\nPanel lock: false\n\n");
-        EXPECT_EQ(watched->Report(sent), lock == -1 ? "" : "devc");  // true already
+        EXPECT_EQ(watched->Report(sent), lock == -1 ? "" : "devc");  // already true
     }
 }
 
@@ -179,18 +179,18 @@ TEST_F(DeviceWalk, ConnectionObserversAreKeptOnce) {
     EXPECT_EQ(object.Call(Slot::removeConnectionObserver, other.Get()), okFalse);
 }
 
-TEST_F(DeviceWalk, AnObserverOfOneSetIsToldOfThatSetOnly) {
+TEST_F(DeviceWalk, AnObserverOfOneSetIsNotifiedOfThatSetOnly) {
     watched->Report("");
     PropertyObserver amp;
     EXPECT_EQ(object.Call(Slot::addPropertyObserver, amp.Get(), FourCharacters("vpap")), ok);
 
     watched->Report("VIDEO ADJUST:\nRed: 1\n\nVIDEO PROC AMP:\nGain: 1\n\nGENLOCK:\nLine offset: 1\n\n");
 
-    EXPECT_EQ(amp.Told(), std::vector<std::string>{"vpap"});
+    EXPECT_EQ(amp.Notifications(), std::vector<std::string>{"vpap"});
     EXPECT_EQ(object.Call(Slot::removePropertyObserver, amp.Get(), FourCharacters("vpap")), ok);
 }
 
-TEST_F(DeviceWalk, AlignmentIsFollowedInSilence) {
+TEST_F(DeviceWalk, AlignmentIsFollowedSilently) {
     EXPECT_EQ(watched->Report("ALIGN:\nAlign size X left: 2\n\nALIGN AVAILABILITY:\nAlign trim X range: 1 2\n\n"), "");
 }
 

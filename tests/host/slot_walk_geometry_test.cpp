@@ -57,7 +57,7 @@ TEST_F(SlotWalk, Mode3d) {
 
 TEST_F(SlotWalk, GeometryNeverShowsTheRightSide) {
     Walk({Iid::variableAspectRatio, "VARIABLE ASPECT RATIO", "vara"});
-    ExpectTold("Variable Aspect Ratio size X right: 2\nVariable Aspect Ratio trim Y right: 3\n");
+    ExpectNotified("Variable Aspect Ratio size X right: 2\nVariable Aspect Ratio trim Y right: 3\n");
 
     double size = 9;
     std::uint32_t trim = 9;
@@ -106,7 +106,7 @@ TEST_F(TextWalk, NetworkConfig) {
     Gets(6, "GetIPAddress", "IP address: 3232238140\n", 3232238140U);
     Gets(7, "GetGateway", "Gateway: 1\n", 1U);
     Gets(8, "GetSubnet", "Subnet: 4294967040\n", 4294967040U);
-    ExpectNotTold(
+    ExpectNotNotified(
         "Friendly name: GR\xC3\xB6\xC3\x9F"
         "E 1: X\n");
     ExpectEverySlotUpTo(8);
@@ -122,8 +122,8 @@ TEST_F(TextWalk, DeviceFilenames) {
     }
     Sends(4, std::u16string(30, u'\u00E9'), "Still frame name: " + accents);
     RefusesLineEnds(4);
-    ExpectTold("Still frame name: name\n");
-    ExpectTold("Still frame name: Name\n");
+    ExpectNotified("Still frame name: name\n");
+    ExpectNotified("Still frame name: Name\n");
     ExpectEverySlotUpTo(4);
 }
 
@@ -160,13 +160,13 @@ TEST_F(TextWalk, PresetNamesAreThoseOfTheRangeLessOne) {
     EXPECT_EQ(Call(6, 8, none), invalidArgument);
     EXPECT_EQ(Call(6, 0, none), nullPointer);
     EXPECT_EQ(Call(6, 0, name.Out()), failed);
-    ExpectTold("PresetName0: First\nPresetName5: \xE2\x82\xAC\n");
+    ExpectNotified("PresetName0: First\nPresetName5: \xE2\x82\xAC\n");
     EXPECT_EQ(Call(6, 0, name.Out()), ok);
     EXPECT_EQ(name.Text(), u"First");
     EXPECT_EQ(Call(6, 5, name.Out()), ok);
     EXPECT_EQ(name.Text(), u"\u20AC");
     EXPECT_EQ(Call(6, 7, name.Out()), failed);
-    ExpectNotTold("PresetName0: FIRST\n");
+    ExpectNotNotified("PresetName0: FIRST\n");
 }
 
 TEST_F(TextWalk, PresetNamesAreSentWithTheirSlot) {

@@ -211,7 +211,7 @@ TEST_F(SlotWalk, VideoAdvanced) {
     GetsRange( 17, "GetFrcApertureRange",    "FRC aperture range: 1 3\n", 1, 3);
     Offers(    18, "IsSourceTypeAvailable",  "Available source types: Film Auto\n", 3, {0, 2});
     OffersFlag(19, "IsFrcApertureAvailable", "FRC aperture available");
-    SCOPED_TRACE("IsProcModeAvailable");  // its words hold spaces and are no members of a list
+    SCOPED_TRACE("IsProcModeAvailable");  // its words contain spaces and cannot be members of a list
     for (const int mode : {-1, 0, 1}) {
         std::int32_t isAvailable = 2;
         EXPECT_EQ(Call(20, mode, &isAvailable), ok);
@@ -237,7 +237,7 @@ TEST_F(SlotWalk, VideoProcAmpKnowsNothingAfterTheDeviceHasReset) {
     Gets(4, "GetGain", "Gain: 3\n", 3);
 }
 
-TEST_F(SlotWalk, VideoAdjustIsToldToEachOfItsThreeFeaturesApart) {
+TEST_F(SlotWalk, VideoAdjustNotifiesEachOfItsThreeFeaturesSeparately) {
     Walk({Iid::aspectFill, "VIDEO ADJUST", "aspf"});
 
     EXPECT_EQ(watched->Report(Block("Red: 1\nLuma low: 2\nAspect fill Cr: 3\n")), "coco vidc aspf");

@@ -1,4 +1,4 @@
-// Time-outs in real time; only where somebody has asked for them.
+// Time-outs in real time; run only on request.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -71,7 +71,7 @@ TEST_F(Slow, AnUnacknowledgedBlockEndsTheConnectionAfterNineSeconds) {
     ASSERT_TRUE(connection.AwaitCalls(2, 15));
     EXPECT_GT(Seconds(), 8.5);
     EXPECT_LT(Seconds(), 12);
-    EXPECT_EQ(connection.Told(), (Strings{"connected", "disconnected cfnr"}));
+    EXPECT_EQ(connection.Notifications(), (Strings{"connected", "disconnected cfnr"}));
 }
 
 TEST_F(Slow, FurtherChangesDoNotProlongTheWaitForAnUnacknowledgedOne) {
@@ -98,7 +98,7 @@ TEST_F(Slow, ADeviceThatKeepsTalkingIsNotPinged) {
         device.NextBlock();
     }
 
-    // Something new of the device every six seconds.
+    // The device sends something new every six seconds.
     for (int count = 0; count < 3; ++count) {
         EXPECT_EQ(device.NextBlock(6), "");
         device.Send("VIDEO PROC AMP:\nGain: " + std::to_string(count) + "\n\n");

@@ -23,7 +23,8 @@ enum class Manner { Silent, Flooding };
 enum class During { Connected, PropertyChanged, Disconnected };
 enum class Ending { Disconnect, LastRelease };
 
-/// The first call of a kind lasts until another thread has begun to end; how far it has come by then is its luck.
+/// The first call of a kind lasts until another thread has begun to end; how far that has got by then is left to
+/// chance.
 class EndOnAnotherThread : public testing::TestWithParam<std::tuple<Manner, During, Ending>> {
 protected:
     template <class Parameter>
@@ -32,8 +33,8 @@ protected:
     }
 
     void Hold(HostObserver& observer, const char* call) {
-        observer.InCall([this, call, isFirst = true](const std::string& told) mutable {
-            if (told.starts_with(call) && std::exchange(isFirst, false)) {
+        observer.InCall([this, call, isFirst = true](const std::string& notification) mutable {
+            if (notification.starts_with(call) && std::exchange(isFirst, false)) {
                 called.set_value();
                 begun.get_future().wait();
             }
@@ -46,7 +47,7 @@ protected:
             Hold(connection, Is(During::Connected) ? "connected" : "disconnected");
         }
     }
-    /// One change waits for its acknowledgement, another one behind it.
+    /// One change waits for its acknowledgement, another one is queued after it.
     void FallSilent() {
         device.SetAcknowledging(false);
         const RawObject amp = object.QueryInterface(Iid::videoProcAmp);

@@ -1,4 +1,4 @@
-// A host that lets go of the library while a connection is still at work.
+// A host that unloads the library while a connection is still active.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -14,7 +14,7 @@
 namespace Morquil::Test {
 namespace {
 
-/// A copy of the library, so that nobody else's use keeps it loaded.
+/// A copy of the library, so that no other use keeps it loaded.
 class OwnLibrary {
 public:
     OwnLibrary() : path_(folder_.PathOf(std::filesystem::path(LibraryPath()).filename().string())) {
@@ -31,7 +31,7 @@ public:
     RawObject Discovery() const { return RawObject(library_->Find<void*()>("GetMorquilDiscoveryInstance_0000")()); }
     void Unload() { library_.reset(); }
     bool IsLoaded() const { return LoadedLibrary::IsLoaded(path_); }
-    /// Waits up to 5 s until it has gone; nobody tells when. Returns: whether it is as the system promises.
+    /// Waits up to 5 s until it is unloaded; this is not signalled. Returns: whether it is as the system promises.
     bool AwaitGone() const {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
         while (LoadedLibrary::canGo && IsLoaded() && std::chrono::steady_clock::now() < deadline) {
@@ -52,9 +52,9 @@ TEST(Unloading, WaitsForTheConnectionThatIsStillAtWork) {
     ConnectionObserver connection;
     PropertyObserver property;
     RawObject connected;
-    // The last call that the host gets is its last chance to call the library itself.
-    connection.InCall([&connected](const std::string& told) {
-        if (told != "connected") {
+    // The last call that the host receives is its last chance to call the library.
+    connection.InCall([&connected](const std::string& notification) {
+        if (notification != "connected") {
             connected.Release();
         }
     });
@@ -69,13 +69,13 @@ TEST(Unloading, WaitsForTheConnectionThatIsStillAtWork) {
 
     device.HangUp();
     EXPECT_TRUE(connection.AwaitCalls(2));
-    EXPECT_EQ(connection.Told(), (Strings{"connected", "disconnected cfnr"}));
+    EXPECT_EQ(connection.Notifications(), (Strings{"connected", "disconnected cfnr"}));
     EXPECT_TRUE(connection.AwaitRelease());
     EXPECT_TRUE(property.AwaitRelease());
     EXPECT_TRUE(library.AwaitGone());
 }
 
-// The thread that waits for a silent device to speak tells its end itself, when the connection thread has gone.
+// The thread that waits for a silent device reports the end itself once the connection thread has ended.
 TEST(Unloading, WaitsForTheAttemptThatStillWaits) {
     OwnLibrary library;
     Testing::ScriptedDevice device(Testing::DeviceScript{.acknowledges = false});
@@ -90,7 +90,7 @@ TEST(Unloading, WaitsForTheAttemptThatStillWaits) {
     device.Send("PROTOCOL PREAMBLE:\nVersion: 1.21\n\n");
 
     EXPECT_TRUE(isLoadedAtTheEnd.get_future().get());
-    EXPECT_EQ(connection.Told(), Strings{"disconnected cfif"});
+    EXPECT_EQ(connection.Notifications(), Strings{"disconnected cfif"});
     EXPECT_TRUE(device.AwaitHostGone());
     EXPECT_TRUE(connection.AwaitRelease());
     EXPECT_TRUE(library.AwaitGone());

@@ -25,7 +25,7 @@ std::int32_t IdOf(const char* text) {
 
 WatchedDevice::WatchedDevice(Testing::ScriptedDevice& script, const RawObject& device)
     : script_(script), device_(device) {
-    observer_.InCall([this](const std::string& id) { Hear(id); });
+    observer_.InCall([this](const std::string& id) { Note(id); });
     for (const char* const id : propertySets) {
         EXPECT_EQ(device_.Call(Slot::addPropertyObserver, observer_.Get(), IdOf(id)), ok) << id;
     }
@@ -37,8 +37,8 @@ WatchedDevice::~WatchedDevice() {
     }
 }
 
-// Behind the text follows a new name of the device. Blocks are taken over one after the other, so when the observer is
-// told of the name it has been told of all that came before.
+// A new name of the device follows the text. Blocks are applied in order, so an observer that is notified of the name
+// has been notified of everything before it.
 std::string WatchedDevice::Report(const std::string& text) {
     const std::string name = "Report " + std::to_string(++reports_);
     {
@@ -50,17 +50,17 @@ std::string WatchedDevice::Report(const std::string& text) {
     std::unique_lock lock(lock_);
     EXPECT_TRUE(reached_.wait_for(lock, std::chrono::seconds(10), [this] { return nameCame_; })) << text;
     awaitedName_.clear();
-    return std::exchange(told_, {});
+    return std::exchange(notified_, {});
 }
 
-void WatchedDevice::Hear(const std::string& id) {
+void WatchedDevice::Note(const std::string& id) {
     const std::u16string name = id == "devc" ? DeviceName(device_) : std::u16string();
     const std::lock_guard lock(lock_);
     if (!name.empty() && name == awaitedName_) {
         nameCame_ = true;
         reached_.notify_all();
     } else {
-        told_ += (told_.empty() ? "" : " ") + id;
+        notified_ += (notified_.empty() ? "" : " ") + id;
     }
 }
 

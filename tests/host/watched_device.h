@@ -14,22 +14,22 @@ namespace Morquil::Test {
 /// Every property set that observers can be registered for.
 extern const std::vector<const char*> propertySets;
 
-/// The host's view of a device that the test plays: one observer for all property sets, and a way to know when what
-/// the device has said is in the mirror.
+/// The host's view of a device played by the test: one observer for all property sets, and a way to know when what the
+/// device has sent is in the mirror.
 class WatchedDevice {
 public:
-    /// `device` is the scripted device's counterpart in the library. Both stay the caller's.
+    /// `device` is the scripted device's counterpart in the library. Both remain the caller's.
     WatchedDevice(Testing::ScriptedDevice& script, const RawObject& device);
     ~WatchedDevice();
     WatchedDevice(const WatchedDevice&) = delete;
     WatchedDevice& operator=(const WatchedDevice&) = delete;
 
-    /// The device says `text`, which ends at the end of a block. Returns after the mirror has taken it over: the
-    /// property sets that were told since the last call, in that order.
+    /// The device sends `text`, which ends at the end of a block. Returns once it is in the mirror: the property sets
+    /// notified since the last call, in that order.
     std::string Report(const std::string& text);
 
 private:
-    void Hear(const std::string& id);
+    void Note(const std::string& id);
 
     Testing::ScriptedDevice& script_;
     const RawObject& device_;
@@ -39,7 +39,7 @@ private:
     std::condition_variable reached_;
     std::u16string awaitedName_;
     bool nameCame_ = false;
-    std::string told_;
+    std::string notified_;
 
     PropertyObserver observer_;
 };

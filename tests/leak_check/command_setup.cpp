@@ -1,5 +1,5 @@
-// The command leaves an attempt to connect that it gives up to the process, which ends with it: what such an
-// attempt can be woken with stays.
+// The command abandons an attempt to connect that it gives up, and leaves it to the end of the process: the wake-up
+// handles of such an attempt stay open.
 #include "tests/command/invocation.h"
 #include "tests/host/complete_device.h"
 #include "tests/leak_check/setup.h"

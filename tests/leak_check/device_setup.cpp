@@ -1,4 +1,4 @@
-// The layers below the module: warmed up by a connection attempt, and asked for their discovery object.
+// The layers below the module: warmed up by a connection attempt, and with their discovery object created.
 #include "MorquilEntry.h"
 #include "tests/leak_check/setup.h"
 #include "tests/support/loopback_peer.h"

@@ -1,4 +1,4 @@
-// The library as its hosts have it: warmed up by a connection, and asked for its discovery object.
+// The library as hosts use it: warmed up by a connection, and with its discovery object created.
 #include "tests/host/complete_device.h"
 #include "tests/host/host.h"
 #include "tests/leak_check/setup.h"

@@ -1,4 +1,4 @@
-// A program that has no use for the library's own transport.
+// A program that does not use the library's transport.
 #include "tests/leak_check/setup.h"
 
 #include <memory>

@@ -4,15 +4,15 @@
 
 namespace Morquil::Testing {
 
-// What the check for leaks needs to know of its program: each of the *_setup.cpp suits some programs.
+// What the leak check needs to know about its program: each *_setup.cpp suits some programs.
 
-/// Makes what systems and libraries make once, at the first use, and keep.
+/// Creates what systems and libraries create once, at the first use, and keep.
 void WarmUp();
 
-/// How many handles tests leave to the process because what they test does so.
+/// How many handles tests leave open because the tested code does.
 std::size_t HandlesLeftOnPurpose();
 
-/// How many references to objects of the library are still held, of those that can be asked for.
+/// How many references to objects of the library are still held, as far as that can be queried.
 unsigned long LiveReferences();
 
 }  // namespace Morquil::Testing

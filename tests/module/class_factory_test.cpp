@@ -62,7 +62,7 @@ TEST(ClassFactory, LocksTheModuleWhileItLives) {
     EXPECT_EQ(ModuleLockCount(), before);
 }
 
-TEST(ClassFactory, GivesTheDiscoveryObjectWhateverInterfaceIsAskedFor) {
+TEST(ClassFactory, ReturnsTheDiscoveryObjectWhateverInterfaceIsAskedFor) {
     const OwnedFactory factory;
     IMorquilDiscovery* const singleton = GetMorquilDiscoveryInstance_0000();
     for (const IID& iid : {IID_IMorquilDiscovery, IID_IUnknown, IID_IMorquilAlign}) {
@@ -88,7 +88,7 @@ TEST(ClassFactory, RefusesANullOutPointer) {
     EXPECT_EQ(factory->CreateInstance(nullptr, IID_IUnknown, nullptr), E_POINTER);
 }
 
-TEST(ClassFactory, MadeForAnotherClassGivesNothing) {
+TEST(ClassFactory, MadeForAnotherClassCreatesNothing) {
     const OwnedFactory factory(IID_IMorquilDevice);
     void* object = nullptr;
 

@@ -1,4 +1,4 @@
-// The finished library as a host sees it that knows only names, identifiers and slots.
+// The built library as seen by a host that knows only names, identifiers and slots.
 #include <gtest/gtest.h>
 
 #include "api/MorquilEntry.h"
@@ -58,7 +58,7 @@ TEST_F(Exports, KeepTheModuleLoadedForAFactoryOnly) {
     EXPECT_EQ(discovery->Release(), 0U);
 }
 
-TEST_F(Exports, GiveOneDiscoveryObjectToEveryone) {
+TEST_F(Exports, ReturnOneDiscoveryObjectToEveryCaller) {
     IMorquilDiscovery* const first = Discovery();
     IMorquilDiscovery* const second = Discovery();
 

@@ -1,4 +1,4 @@
-// The finished library, loaded into the test as a host loads it.
+// The built library, loaded into the test as a host loads it.
 #pragma once
 
 #include <cstdlib>
@@ -7,7 +7,7 @@
 
 namespace Morquil::Test {
 
-/// Where the library to test lies: libMorquilAPI.so or MorquilAPI.dll of the build, or of another flavour's that the
+/// The path of the library to test: libMorquilAPI.so or MorquilAPI.dll of this build, or of another one that the
 /// environment names.
 inline const char* LibraryPath() {
     const char* const other = std::getenv("MORQUIL_TESTED_LIBRARY");
@@ -25,7 +25,7 @@ public:
     LoadedLibrary& operator=(const LoadedLibrary&) = delete;
     ~LoadedLibrary();
 
-    /// The system's own handle.
+    /// The system's handle.
     [[nodiscard]] void* Get() const { return handle_; }
 
     /// The exported function `name`, or null.
@@ -40,7 +40,7 @@ public:
     /// Whether this process has a library of this path loaded.
     static bool IsLoaded(const std::string& path);
 
-    /// Whether the system takes a library away that nobody uses any more; else it stays for the life of the process.
+    /// Whether the system unloads a library that is no longer used; else it stays for the life of the process.
     static const bool canGo;
 
 private:

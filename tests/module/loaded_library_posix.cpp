@@ -32,7 +32,7 @@ private:
     const ElfW(Dyn) * entries_ = nullptr;
 };
 
-// The GNU hash table holds exactly the symbols that others may use; calls `use` with the index of each.
+// The GNU hash table holds exactly the exported symbols; calls `use` with the index of each.
 template <class Use>
 void ForEachHashed(const std::uint32_t* table, Use use) {
     const std::uint32_t bucketCount = table[0];

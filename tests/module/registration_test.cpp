@@ -1,4 +1,4 @@
-// Windows only: registers the finished DLL, asks COM for the class, and cleans up.
+// Windows only: registers the built DLL, asks COM for the class, and cleans up.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -21,7 +21,7 @@ bool KeyExists(const char* name) {
     return true;
 }
 
-// A value without the one terminating zero that the system adds when the writer left it out.
+// A value without the terminating zero that the system adds if the writer left it out.
 std::string Value(const char* keyName, const char* valueName) {
     HKEY key = nullptr;
     EXPECT_EQ(RegOpenKeyExA(HKEY_CLASSES_ROOT, keyName, 0, KEY_READ, &key), ERROR_SUCCESS) << keyName;
@@ -68,7 +68,7 @@ TEST_F(Registration, RegistersTheTypeLibrary) {
     EXPECT_TRUE(KeyExists(typeLibraryKey));
 }
 
-TEST_F(Registration, LetsComMakeTheClass) {
+TEST_F(Registration, AllowsComToCreateTheClass) {
     ASSERT_EQ(Register(), S_OK);
     ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)));
 
@@ -88,7 +88,7 @@ TEST_F(Registration, CanBeDoneTwice) {
     EXPECT_EQ(Register(), S_OK);
 }
 
-TEST_F(Registration, IsTakenBackCompletely) {
+TEST_F(Registration, IsUndoneCompletely) {
     ASSERT_EQ(Register(), S_OK);
 
     EXPECT_EQ(Unregister(), S_OK);

@@ -1,4 +1,4 @@
-// On Windows these run against the system's own functions: both must behave alike.
+// On Windows these run against the system's own functions: both must behave the same.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -44,7 +44,7 @@ TEST(Bstr, CopiesOnlyAsManyUnitsAsAskedFor) {
     EXPECT_EQ(text.Get()[2], 0);
 }
 
-TEST(Bstr, GivesTerminatedRoomForANullTextWithALength) {
+TEST(Bstr, ReturnsTerminatedRoomForANullTextWithALength) {
     const OwnedBstr text(SysAllocStringLen(nullptr, 5));
 
     ASSERT_NE(text.Get(), nullptr);
@@ -52,7 +52,7 @@ TEST(Bstr, GivesTerminatedRoomForANullTextWithALength) {
     EXPECT_EQ(text.Get()[5], 0);
 }
 
-TEST(Bstr, TellsAnEmptyTextFromNull) {
+TEST(Bstr, DistinguishesAnEmptyTextFromNull) {
     const OwnedBstr empty(SysAllocString(OLESTR("")));
 
     ASSERT_NE(empty.Get(), nullptr);

@@ -25,7 +25,7 @@ Utf16 Units(std::initializer_list<unsigned> units) {
     return text;
 }
 
-// The first and the last character of every length in UTF-8, and the neighbours of the surrogates.
+// The first and the last character of every UTF-8 length, and the neighbours of the surrogates.
 const Character characters[] = {
     {"\x01", Units({0x01})},
     {"\x7F", Units({0x7F})},
@@ -64,7 +64,7 @@ TEST(Utf8FromBstr, WritesTheFirstAndLastCharacterOfEveryLength) {
         EXPECT_EQ(Utf8(character.utf16), character.utf8);
 }
 
-TEST(Utf8FromBstr, GivesEmptyTextForNullAndEmpty) {
+TEST(Utf8FromBstr, ReturnsEmptyTextForNullAndEmpty) {
     EXPECT_EQ(Utf8FromBstr(nullptr), "");
     EXPECT_EQ(Utf8(Utf16{}), "");
 }
@@ -93,7 +93,7 @@ TEST(BstrFromUtf8, HasExactlyTheConvertedLength) {
     EXPECT_EQ(text.Get()[4], 0);
 }
 
-TEST(BstrFromUtf8, GivesAnEmptyTextForAnEmptyOne) {
+TEST(BstrFromUtf8, ReturnsAnEmptyTextForAnEmptyOne) {
     const OwnedBstr text(BstrFromUtf8(""));
 
     ASSERT_NE(text.Get(), nullptr);
@@ -160,7 +160,7 @@ TEST(ShortenedUtf8, FillsTheLimitWithWholeCharacters) {
     }
 }
 
-TEST(ShortenedUtf8, FitsWhateverStandsAtTheCut) {
+TEST(ShortenedUtf8, FitsWhateverIsAtTheCut) {
     for (const Character& character : characters)
         for (std::size_t before = 0; before <= 60; ++before) {
             const std::string utf8 = character.utf8;
@@ -196,7 +196,7 @@ TEST(ShortenedUtf8, ShortensByAQuarterOfTheExcess) {
     EXPECT_EQ(Shortened(text, 5), "a\xE2\x82\xAC");
 }
 
-TEST(ShortenedUtf8, GivesEmptyTextWhereNothingFits) {
+TEST(ShortenedUtf8, ReturnsEmptyTextWhereNothingFits) {
     EXPECT_EQ(Shortened(Units({'a'}), 1), "");
     EXPECT_EQ(Shortened(Units({'a'}), 0), "");
     EXPECT_EQ(Shortened(Utf16{}, 0), "");

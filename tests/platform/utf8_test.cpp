@@ -9,7 +9,7 @@
 namespace Morquil {
 namespace {
 
-/// The straightforward definition: characters are taken from the start while they fit.
+/// The straightforward definition: characters are added from the start while they fit.
 std::size_t PrefixFromTheStart(std::string_view text, std::size_t limit) {
     std::size_t length = 0;
     while (length < text.size()) {
@@ -27,7 +27,7 @@ TEST(Utf8Prefix, KeepsATextThatFits) {
     EXPECT_EQ(Utf8Prefix("", 0), 0U);
     EXPECT_EQ(Utf8Prefix("abc", 3), 3U);
     EXPECT_EQ(Utf8Prefix("abc", 49), 3U);
-    EXPECT_EQ(Utf8Prefix("ab\xE2\x82", 4), 4U);  // an unfinished character that nothing cuts
+    EXPECT_EQ(Utf8Prefix("ab\xE2\x82", 4), 4U);  // an unfinished character that is not cut
 }
 
 TEST(Utf8Prefix, NeverSplitsACharacter) {
@@ -51,7 +51,7 @@ TEST(Utf8Prefix, CutsMalformedTextAtTheLimit) {
     EXPECT_EQ(Utf8Prefix("\xF4\x90\x80\x80", 2), 2U);              // beyond the last character
     EXPECT_EQ(Utf8Prefix("\xF8\x88\x80\x80\x80", 3), 3U);          // five bytes
     EXPECT_EQ(Utf8Prefix("\xF0\x9F\x98\x80\x80\x80\x80", 6), 6U);  // surplus continuations
-    EXPECT_EQ(Utf8Prefix("\xE2\xE2\x82\xAC", 2), 1U);              // a lead that another one follows
+    EXPECT_EQ(Utf8Prefix("\xE2\xE2\x82\xAC", 2), 1U);              // a lead byte after a lead byte
 }
 
 TEST(Utf8Prefix, AgreesWithACountFromTheStartForEveryTextOfFiveBytes) {

@@ -22,7 +22,7 @@ inline std::string InUpperCase(std::string text) {
     return text;
 }
 
-/// Every word is found at its value, in any case, and printed from it; there are no others.
+/// Every word is found at its value, in any case, and printed from it; no others exist.
 template <class Vocabulary>
 void ExpectWords(const std::vector<ExpectedWord>& rows) {
     const auto& words = Vocabulary::words;

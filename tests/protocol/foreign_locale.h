@@ -6,8 +6,8 @@
 
 namespace Morquil {
 
-/// Sets the first locale of this machine that writes a decimal comma, else one that is at least not the classic one,
-/// and puts the old one back at its end.
+/// Sets the first locale of this machine that writes a decimal comma, else any other than the classic one, and restores
+/// the old one at the end.
 class ForeignLocale {
 public:
     ForeignLocale() : previous_(std::setlocale(LC_ALL, nullptr)) {

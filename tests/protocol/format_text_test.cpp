@@ -28,7 +28,7 @@ namespace {
     return text.data();
 }
 
-/// Compares length, text and the bytes behind the text with what the C library makes of the same arguments.
+/// Compares length, text and the bytes after the text with the C library's output for the same arguments.
 [[gnu::format(printf, 2, 3)]] void ExpectAsTheLibrary(std::size_t capacity, const char* format, ...) {
     std::array<char, 1024> expected{};
     std::array<char, 1024> actual{};
@@ -83,7 +83,7 @@ TEST(FormatText, WritesDecimalsAsTheLibraryDoes) {
     }
 }
 
-TEST(FormatText, WritesWhatIsNoNumberAsAWord) {
+TEST(FormatText, WritesNonNumbersAsWords) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(Formatted("%f %f", infinity, -infinity), "inf -inf");
@@ -126,7 +126,7 @@ TEST(FormatText, CountsWithoutABuffer) {
     EXPECT_EQ(FormatWithoutBuffer("%d: %s\n", 12, "Gain"), 9);
 }
 
-// Has no format attribute: what these formats hold is not meant for the C library.
+// Has no format attribute: these formats are not meant for the C library.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 std::string FormattedUnchecked(const char* format, ...) {
@@ -139,7 +139,7 @@ std::string FormattedUnchecked(const char* format, ...) {
 }
 #pragma GCC diagnostic pop
 
-TEST(FormatText, WritesUnknownConversionsAsTheyStand) {
+TEST(FormatText, WritesUnknownConversionsUnchanged) {
     EXPECT_EQ(FormattedUnchecked("100%%"), "100%");
     EXPECT_EQ(FormattedUnchecked("%%d %d", 7), "%d 7");
     EXPECT_EQ(FormattedUnchecked("%5d %d", 7), "%5d 7");

@@ -1,4 +1,4 @@
-// What a device pushes on connection, whole and in pieces.
+// What a device sends on connection, whole and in pieces.
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -62,7 +62,7 @@ TEST(FullDump, HoldsNoLineThatIsCut) {
     }
 }
 
-TEST(FullDump, GivesTheSameEventsByteByByte) {
+TEST(FullDump, ProducesTheSameEventsByteByByte) {
     const std::string dump = ReadDump();
     RecordedParser recorded;
     for (const char& byte : dump) {
@@ -71,7 +71,7 @@ TEST(FullDump, GivesTheSameEventsByteByByte) {
     EXPECT_EQ(recorded.sink.AllEvents(), EventsOf(dump));
 }
 
-TEST(FullDump, GivesTheSameEventsWithEitherLineEnding) {
+TEST(FullDump, ProducesTheSameEventsWithEitherLineEnding) {
     const std::string dump = ReadDump();
     std::string withCarriageReturns;
     for (const char character : dump) {
@@ -80,7 +80,7 @@ TEST(FullDump, GivesTheSameEventsWithEitherLineEnding) {
     EXPECT_EQ(EventsOf(withCarriageReturns), EventsOf(dump));
 }
 
-TEST(TextProtocolParser, GivesTheSameEventsForTheTranscriptByteByByte) {
+TEST(TextProtocolParser, ProducesTheSameEventsForTheTranscriptByteByByte) {
     const std::string transcript = Transcript();
     RecordedParser recorded;
     for (const char& byte : transcript) {
@@ -89,7 +89,7 @@ TEST(TextProtocolParser, GivesTheSameEventsForTheTranscriptByteByByte) {
     EXPECT_EQ(recorded.sink.AllEvents(), EventsOf(transcript));
 }
 
-TEST(TextProtocolParser, GivesTheSameEventsForEverySplitOfTheTranscript) {
+TEST(TextProtocolParser, ProducesTheSameEventsForEverySplitOfTheTranscript) {
     const std::string transcript = Transcript();
     const std::string_view bytes = transcript;
     const Events whole = EventsOf(transcript);

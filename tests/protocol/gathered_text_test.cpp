@@ -26,7 +26,7 @@ TEST(GatheredText, HoldsAnyNumberOfPieces) {
     }
 }
 
-TEST(GatheredText, CutsEveryPieceForItselfWhereverItStands) {
+TEST(GatheredText, CutsEveryPieceOnItsOwnWhereverItIs) {
     for (int before = 0; before < 600; ++before) {
         GatheredText text;
         for (int piece = 0; piece < before; ++piece) {
@@ -39,7 +39,7 @@ TEST(GatheredText, CutsEveryPieceForItselfWhereverItStands) {
     }
 }
 
-TEST(GatheredText, BeginsAnewWhenItHasBeenCleared) {
+TEST(GatheredText, StartsAgainAfterItIsCleared) {
     GatheredText text;
     Append(text, "%s", "forgotten");
     text.Clear();

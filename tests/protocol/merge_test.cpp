@@ -27,13 +27,13 @@ void ExpectText(const Set& set, const std::string& header, const std::string& li
     EXPECT_EQ(BlockText<Set>(set), header + ":\n" + lines + "\n\n");
 }
 
-TEST(Merge, TakesWhatTheTargetLacks) {
+TEST(Merge, CopiesWhatTheTargetLacks) {
     GenlockChangeSet target = Genlock("Line offset: 1");
     EXPECT_TRUE(Merge(target, Genlock("Pixel offset: 2")));
     ExpectText(target, "GENLOCK", "Line offset: 1\nPixel offset: 2");
 }
 
-TEST(Merge, TakesWhatTheTargetHoldsDifferently) {
+TEST(Merge, CopiesWhatDiffersInTheTarget) {
     GenlockChangeSet target = Genlock("Line offset: 1\nPixel offset: 2");
     EXPECT_TRUE(Merge(target, Genlock("Line offset: 3")));
     ExpectText(target, "GENLOCK", "Line offset: 3\nPixel offset: 2");
@@ -45,7 +45,7 @@ TEST(Merge, ChangesNothingWithWhatTheTargetHolds) {
     ExpectText(target, "GENLOCK", "Line offset: 1\nPixel offset: 2");
 }
 
-TEST(Merge, ChangesNothingWithASetOfNothing) {
+TEST(Merge, ChangesNothingWithAnEmptySet) {
     GenlockChangeSet target = Genlock("Line offset: 1");
     EXPECT_FALSE(Merge(target, GenlockChangeSet()));
     ExpectText(target, "GENLOCK", "Line offset: 1");
@@ -56,7 +56,7 @@ TEST(Merge, ChangesNothingWithTheTargetItself) {
     EXPECT_FALSE(Merge(target, target));
 }
 
-TEST(Merge, TakesAValueThatEqualsTheNumberOfAnAbsentField) {
+TEST(Merge, CopiesAValueThatEqualsTheNumberOfAnAbsentField) {
     GenlockChangeSet target;
     EXPECT_TRUE(Merge(target, Genlock("Line offset: 0")));
     EXPECT_TRUE(target.lineOffset.IsPresent());
@@ -194,7 +194,7 @@ TEST(Merge, MergesIndexedKeysOneByOne) {
     ExpectText(audio, "AUDIO", "AudioOut0: TT750\nAudioOut1: TT1500\nAudioInLevel3: 6");
 }
 
-TEST(Merge, TakesKeysThatAreOnlyWritten) {
+TEST(Merge, CopiesWriteOnlyKeys) {
     AlignChangeSet waiting;
     AlignChangeSet later;
     later.resetValues.Set(1);
@@ -202,20 +202,20 @@ TEST(Merge, TakesKeysThatAreOnlyWritten) {
     EXPECT_TRUE(waiting.resetValues.IsPresent());
 }
 
-TEST(Merge, KeepsAWaitingResetBesideALaterValue) {
+TEST(Merge, KeepsAPendingResetBesideALaterValue) {
     VideoProcAmpChangeSet waiting;
     waiting.reset.Set(true);
     EXPECT_TRUE(Merge(waiting, SetOf<VideoProcAmpChangeSet>("VIDEO PROC AMP", "Gain: 5")));
     ExpectText(waiting, "VIDEO PROC AMP", "Gain: 5\nReset: true");
 }
 
-TEST(Overwrite, TakesANameThatDiffersOnlyInLetterCase) {
+TEST(Overwrite, CopiesANameThatDiffersOnlyInLetterCase) {
     auto preset = SetOf<PresetChangeSet>("PRESET", "PresetName0: News\nPresetName1: Sport");
     Overwrite(preset, SetOf<PresetChangeSet>("PRESET", "PresetName0: nEWS"));
     ExpectText(preset, "PRESET", "PresetName0: nEWS\nPresetName1: Sport");
 }
 
-TEST(Overwrite, TakesWhatTheTargetLacksAndLeavesWhatTheSourceLacks) {
+TEST(Overwrite, CopiesWhatTheTargetLacksAndLeavesWhatTheSourceLacks) {
     GenlockChangeSet target = Genlock("Line offset: 1\nPixel offset: 2");
     Overwrite(target, Genlock("Type: Input\nLine offset: 3"));
     ExpectText(target, "GENLOCK", "Type: Input\nLine offset: 3\nPixel offset: 2");

@@ -36,7 +36,7 @@ TEST(MessageToString, KeepsItsTextAtTheEndOfAMessage) {
     EXPECT_EQ(collector.GetText(), "kept");
 }
 
-TEST(MessageToString, TakesAPieceOf255CharactersWhole) {
+TEST(MessageToString, KeepsAPieceOf255CharactersWhole) {
     MessageToString collector;
     collector.SendFormatted("%s\n", std::string(254, 'p').c_str());
     EXPECT_EQ(collector.GetText(), std::string(254, 'p') + "\n");

@@ -59,7 +59,7 @@ std::string Lower(std::string text) {
     return text;
 }
 
-/// The events of a device block in which only the model name arrives, as key and value were split.
+/// The events of a device block with only the model name, split into key and value.
 Events NameBlock(const std::string& name) {
     return {"OnMorquilDevice: MORQUIL DEVICE:\nModel name: " + name + "\n\n"};
 }
@@ -121,8 +121,8 @@ TEST(MorquilTextProtocolParser, ReportsALineWithoutValueByItsTextBeforeTheColon)
     EXPECT_EQ(DeviceReport(": K"), "error: Received line \"\" with no value string\n");
 }
 
-// A line that starts with a colon has seen one when its key starts, so that the key's second character starts the
-// value.
+// In a line that starts with a colon, the colon counts as seen when the key starts, so that the key's second character
+// starts the value.
 TEST(MorquilTextProtocolParser, ReadsTheKeyOfALineThatStartsWithAColonToItsEnd) {
     EXPECT_EQ(DeviceReport(": ab"), "error: Unknown morquil device line \"ab\"\n");
     EXPECT_EQ(DeviceReport(": ab:c"), "error: Unknown morquil device line \"ab:c\"\n");
@@ -132,7 +132,7 @@ TEST(MorquilTextProtocolParser, ReadsTheKeyOfALineThatStartsWithAColonToItsEnd) 
               (Events{"error: Unknown preset command \"Save: 1\"\n", "OnPreset: PRESET:\n\n"}));
 }
 
-TEST(MorquilTextProtocolParser, LetsTheLastOfTwoLinesOfOneKeyCount) {
+TEST(MorquilTextProtocolParser, KeepsTheLastOfTwoLinesOfOneKey) {
     EXPECT_EQ(DeviceEvents("Model name: X\nModel name: Y"), NameBlock("Y"));
 }
 

@@ -17,7 +17,7 @@ namespace {
 constexpr NameTable blockHeaders{"VIDEO INPUT", "VIDEO INPUT AVAILABILITY", "VIDEO OUTPUT", "VIDEO OUTPUT AVAILABILITY",
                                  "ALIGN",       "ALIGN AVAILABILITY",       "AUDIO",        "PRESET"};
 
-// Names that differ in one byte only, wherever it stands, and names of every length up to a long word.
+// Names that differ in only one byte, at any place, and names of every length up to a long word.
 constexpr NameTable keys{"size X left",
                          "size X right",
                          "size Y left",
@@ -88,7 +88,7 @@ TEST(NameTable, FindsNoLongerOrShorterText) {
     EXPECT_EQ(blockHeaders.Find(std::string(1000, 'V')), blockHeaders.Size());
 }
 
-TEST(NameTable, TakesOnlyLettersForTheSameInBothCases) {
+TEST(NameTable, FoldsTheCaseOfLettersOnly) {
     static constexpr NameTable marks{"[1]", "a@b"};
     EXPECT_EQ(marks.Find("[1]"), 0U);
     EXPECT_EQ(marks.Find("{1}"), 2U);
@@ -98,7 +98,7 @@ TEST(NameTable, TakesOnlyLettersForTheSameInBothCases) {
 
 TEST(NameTable, ReadsOnlyTheTextItIsGiven) {
     for (std::size_t i = 0; i < keys.Size(); ++i) {
-        // An address checker sees a read before or behind a text that fills its own allocation.
+        // An address sanitizer detects a read before or after a text that fills its own allocation.
         const std::string_view name = keys[i];
         auto* const copy = new char[name.size()];
         std::memcpy(copy, name.data(), name.size());
@@ -107,7 +107,7 @@ TEST(NameTable, ReadsOnlyTheTextItIsGiven) {
     }
 }
 
-TEST(NameTable, GivesZeroTerminatedNamesAndNothingBeyondTheLast) {
+TEST(NameTable, ReturnsZeroTerminatedNamesAndNothingBeyondTheLast) {
     EXPECT_EQ(blockHeaders.Size(), 8U);
     EXPECT_STREQ(blockHeaders[0].data(), "VIDEO INPUT");
     EXPECT_STREQ(blockHeaders[7].data(), "PRESET");

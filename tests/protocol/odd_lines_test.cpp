@@ -1,4 +1,4 @@
-// Lines that no device should send, in pieces of every length: what is kept between the pieces must not show.
+// Lines that no device should send, in pieces of every length: the split must make no difference.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -57,7 +57,7 @@ TEST(OddLines, AreReadAlikeAroundTheLongestLine) {
     ExpectTheSameInAllPieces(text);
 }
 
-TEST(OddLines, EndABlockRightBehindAFullBuffer) {
+TEST(OddLines, EndABlockRightAfterAFullBuffer) {
     const std::string text = "VIDEO PROC AMP:\nGain: 1\n" + std::string(256, 'x') + "\nPING\n\n";
     const Events expected{"error: Input data reached maximum line size of 256 characters",
                           "OnVideoProcAmp: VIDEO PROC AMP:\nGain: 1\n\n", "ping"};

@@ -1,4 +1,4 @@
-// A sink that keeps what the parser tells it, as texts that tests can compare.
+// A sink that records the parser's calls as texts that tests can compare.
 #pragma once
 
 #include <string>
@@ -83,7 +83,7 @@ public:
 private:
     static constexpr std::string_view errorMark = "error: ";
 
-    /// Named after the description: two blocks fill the same type of change set.
+    /// Named after the operation: two blocks fill the same type of change set.
     template <class Description>
     struct Kept {
         ChangeSetOf<Description> set;
@@ -115,7 +115,7 @@ struct RecordedParser {
     RecordingSink sink;
 };
 
-/// What a new parser makes of these bytes.
+/// The events of a new parser for these bytes.
 inline RecordingSink::Events EventsOf(std::string_view bytes) {
     RecordedParser recorded;
     recorded.Feed(bytes);

@@ -45,7 +45,7 @@ TEST(TextProtocolParser, MatchesHeadersWhateverTheirCase) {
     EXPECT_EQ(EventsOf("genlock:\n\nGenLock:\n\n"), (Events{GenlockEvent(""), GenlockEvent("")}));
 }
 
-TEST(TextProtocolParser, TakesAHeaderWithoutItsColon) {
+TEST(TextProtocolParser, AcceptsAHeaderWithoutItsColon) {
     EXPECT_EQ(EventsOf("GENLOCK\nLine offset: -5\n\n"), Events{GenlockEvent("Line offset: -5\n")});
 }
 
@@ -61,7 +61,7 @@ TEST(TextProtocolParser, MatchesAHeaderAsAWhole) {
     }
 }
 
-TEST(TextProtocolParser, HearsPingAndAcknowledgementsBetweenBlocks) {
+TEST(TextProtocolParser, ReportsPingAndAcknowledgementsBetweenBlocks) {
     EXPECT_EQ(EventsOf("PING\nACK\nNACK\n"), (Events{"ping", "ack", "nack"}));
     EXPECT_EQ(EventsOf("ping:\n\nAck\n\nnAcK:\n\n"), (Events{"ping", "ack", "nack"}));
 }
@@ -70,11 +70,11 @@ TEST(TextProtocolParser, ExpectsAHeaderAfterAnAcknowledgementWithoutEmptyLine) {
     EXPECT_EQ(EventsOf("ACK\nGENLOCK:\n\n"), (Events{"ack", GenlockEvent("")}));
 }
 
-TEST(TextProtocolParser, TakesPingAndAcknowledgementsInsideABlockForLines) {
+TEST(TextProtocolParser, ReadsPingAndAcknowledgementsInsideABlockAsLines) {
     EXPECT_EQ(EventsOf("GENLOCK:\nPING\nACK\nNACK\n\n"), (Events{noColon, noColon, noColon, GenlockEvent("")}));
 }
 
-TEST(TextProtocolParser, SkipsTheLinesOfAnUnknownBlockInSilence) {
+TEST(TextProtocolParser, SkipsTheLinesOfAnUnknownBlockSilently) {
     EXPECT_EQ(EventsOf("SCOPES:\nWaveform: true\nno colon\nPING\n\nPING\n"),
               (Events{"error: Received unknown block header \"SCOPES\"\n", "unknown block", "ping"}));
 }
@@ -83,7 +83,7 @@ TEST(TextProtocolParser, EndsNothingWithAnEmptyLineBetweenBlocks) {
     EXPECT_EQ(EventsOf("\n\n\r\n\n"), Events());
 }
 
-TEST(TextProtocolParser, TakesBothLineEndings) {
+TEST(TextProtocolParser, AcceptsBothLineEndings) {
     EXPECT_EQ(EventsOf("GENLOCK:\r\nLine offset: -5\r\n\r\n"), Events{GenlockEvent("Line offset: -5\n")});
 }
 
@@ -91,12 +91,12 @@ TEST(TextProtocolParser, DropsALoneCarriageReturn) {
     EXPECT_EQ(EventsOf("GEN\rLOCK:\n\rLine off\rset: \r-\r5\r\r\n\r\r\n"), Events{GenlockEvent("Line offset: -5\n")});
 }
 
-TEST(TextProtocolParser, TakesALineOf255Characters) {
+TEST(TextProtocolParser, AcceptsALineOf255Characters) {
     EXPECT_EQ(EventsOf("GENLOCK:\nLine offset: 5" + std::string(241, 'x') + "\n\n"),
               Events{GenlockEvent("Line offset: 5\n")});
 }
 
-// The buffer is emptied before the line feed is looked at, which therefore ends an empty line: the block.
+// The buffer is emptied before the line feed is read, so the line feed ends an empty line, and thus the block.
 TEST(TextProtocolParser, EndsTheBlockWithALineOf256Characters) {
     EXPECT_EQ(EventsOf("GENLOCK:\n" + std::string(256, 'x') + "\nPING\n"),
               (Events{overLong, GenlockEvent(""), "ping"}));
@@ -104,7 +104,7 @@ TEST(TextProtocolParser, EndsTheBlockWithALineOf256Characters) {
               (Events{overLong, GenlockEvent(""), "ping"}));
 }
 
-TEST(TextProtocolParser, TakesTheRestOfAnOverLongLineForALineOfItsOwn) {
+TEST(TextProtocolParser, ReadsTheRestOfAnOverLongLineAsALineOfItsOwn) {
     EXPECT_EQ(EventsOf("GENLOCK:\n" + std::string(256, 'x') + "y\n\n"), (Events{overLong, noColon, GenlockEvent("")}));
     EXPECT_EQ(EventsOf("GENLOCK:\n" + std::string(256, 'x') + "Line offset: 5\n\n"),
               (Events{overLong, GenlockEvent("Line offset: 5\n")}));
@@ -139,7 +139,7 @@ TEST(TextProtocolParser, ReadsAHeaderUpToAZeroByte) {
               (Events{"error: Received unknown block header \"GENLOCK:\"\n", "unknown block"}));
 }
 
-TEST(TextProtocolParser, FollowsTheBlocksBehindGarbage) {
+TEST(TextProtocolParser, FollowsTheBlocksAfterGarbage) {
     std::string garbage;
     for (int byte = 255; byte >= 0; --byte) {
         garbage += static_cast<char>(byte);

@@ -21,7 +21,7 @@
 namespace Morquil {
 namespace {
 
-/// What a stream reads; made once, because its construction would take most of the time.
+/// What a stream reads; created once, because its construction would dominate the run time.
 class Reference {
 public:
     Reference() {
@@ -46,7 +46,7 @@ bool IsSame(T left, T right) {
     return left == right;
 }
 
-/// Reads values until one fails, and then, in a second reading, the word that follows the first value.
+/// Reads values until one fails and then, in a second pass, the word that follows the first value.
 template <class T>
 void ExpectAsAStream(Reference& reference, const std::string& text) {
     auto& stream = reference.Over(text);

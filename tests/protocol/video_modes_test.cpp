@@ -15,7 +15,7 @@ namespace {
 using Testing::ExpectWords;
 
 // clang-format off
-TEST(VideoModes, StandAtTheirValues) {
+TEST(VideoModes, HaveTheirValues) {
     ExpectWords<VideoModes>({
         {morquilAPIVideoModeNTSC,          "525i59.94 NTSC"},
         {morquilAPIVideoModePAL,           "625i50 PAL"},
@@ -123,7 +123,7 @@ TEST(VideoModes, NameARateOfTheFrameRateTable) {
 }
 
 // clang-format off
-TEST(FrameRates, StandAtTheirNumbersWithTheirHighestTimecodeFrame) {
+TEST(FrameRates, HaveTheirNumbersAndTheirHighestTimecodeFrame) {
     ExpectWords<FrameRates>({
         {0, "23.98 FPS"},
         {1, "24 FPS"},

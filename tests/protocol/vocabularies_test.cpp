@@ -12,7 +12,7 @@ namespace {
 using Testing::ExpectWords;
 
 // clang-format off
-TEST(AspectRatios, StandAtTheirValues) {
+TEST(AspectRatios, HaveTheirValues) {
     ExpectWords<AspectRatios>({
         {morquilAPIAspectRatioAnamorphic, "Anamorphic"},
         {morquilAPIAspectRatio14x9,       "14x9"},
@@ -21,7 +21,7 @@ TEST(AspectRatios, StandAtTheirValues) {
         {morquilAPIAspectRatioSmart,      "Smart"}});
 }
 
-TEST(VideoSources, StandAtTheirValues) {
+TEST(VideoSources, HaveTheirValues) {
     ExpectWords<VideoSources>({
         {morquilAPIVideoSourceSDI1,      "SDI1"},
         {morquilAPIVideoSourceHDMI,      "HDMI"},
@@ -32,7 +32,7 @@ TEST(VideoSources, StandAtTheirValues) {
         {morquilAPIVideoSourceSDI2,      "SDI2"}});
 }
 
-TEST(AudioSources, StandAtTheirValues) {
+TEST(AudioSources, HaveTheirValues) {
     ExpectWords<AudioSources>({
         {morquilAPIAudioSourceEmbedded, "Embedded"},
         {morquilAPIAudioSourceAES,      "AES"},
@@ -40,40 +40,40 @@ TEST(AudioSources, StandAtTheirValues) {
         {morquilAPIAudioSourceDB25,     "DB25"}});
 }
 
-TEST(PixelFormats, StandAtTheirValues) {
+TEST(PixelFormats, HaveTheirValues) {
     ExpectWords<PixelFormats>({
         {morquilAPIPixelFormat422,      "YCbCr422"},
         {morquilAPIPixelFormat444YCbCr, "YCbCr444"},
         {morquilAPIPixelFormat444RGB,   "RGB444"}});
 }
 
-TEST(PCIeModes, StandAtTheirValues) {
+TEST(PCIeModes, HaveTheirValues) {
     ExpectWords<PCIeModes>({
         {morquilAPIPCIeNone,     "None"},
         {morquilAPIPCIeCapture,  "Capture"},
         {morquilAPIPCIePlayback, "Playback"}});
 }
 
-TEST(DemuxModes, StandAtTheirValues) {
+TEST(DemuxModes, HaveTheirValues) {
     ExpectWords<DemuxModes>({
         {morquilAPIDemuxSingleLink, "SingleLink"},
         {morquilAPIDemuxDualLink,   "DualLink"},
         {morquilAPIDemuxQuadLink,   "QuadLink"}});
 }
 
-TEST(SdiLevels, StandAtTheirValues) {
+TEST(SdiLevels, HaveTheirValues) {
     ExpectWords<SdiLevels>({
         {morquilAPISDIModeLevelA, "LevelA"},
         {morquilAPISDIModeLevelB, "LevelB"}});
 }
 
-TEST(QuadSdiOutputs, StandAtTheirValues) {
+TEST(QuadSdiOutputs, HaveTheirValues) {
     ExpectWords<QuadSdiOutputs>({
         {morquilAPIQuadSDIOutputLink,    "QuadLink"},
         {morquilAPIQuadSDIOutputHDSplit, "QuadHDSplit"}});
 }
 
-TEST(OutputOptions, StandAtTheirValues) {
+TEST(OutputOptions, HaveTheirValues) {
     ExpectWords<OutputOptions>({
         {morquilAPIOutputOptionInput,  "Input"},
         {morquilAPIOutputOptionBlack,  "Black"},
@@ -81,26 +81,26 @@ TEST(OutputOptions, StandAtTheirValues) {
         {morquilAPIOutputOptionFreeze, "Freeze"}});
 }
 
-TEST(StillFrameActions, StandAtTheirValues) {
+TEST(StillFrameActions, HaveTheirValues) {
     ExpectWords<StillFrameActions>({
         {morquilAPIStillFrameDelete,  "Delete"},
         {morquilAPIStillFrameCapture, "Capture"},
         {morquilAPIStillFramePreview, "Preview"}});
 }
 
-TEST(TimecodePresence, StandAtTheirValues) {
+TEST(TimecodePresence, HaveTheirValues) {
     ExpectWords<TimecodePresence>({
         {morquilAPITimecodeNone,     "None"},
         {morquilAPITimecodeDetected, "Detected"}});
 }
 
-TEST(ClosedCaptionPresence, StandAtTheirValues) {
+TEST(ClosedCaptionPresence, HaveTheirValues) {
     ExpectWords<ClosedCaptionPresence>({
         {morquilAPIClosedCaptionNone,     "None"},
         {morquilAPIClosedCaptionDetected, "Detected"}});
 }
 
-TEST(TestPatterns, StandAtTheirValues) {
+TEST(TestPatterns, HaveTheirValues) {
     ExpectWords<TestPatterns>({
         {morquilAPITestPatternNone,       "None"},
         {morquilAPITestPatternSmpteBars,  "SMPTEBars"},
@@ -110,7 +110,7 @@ TEST(TestPatterns, StandAtTheirValues) {
         {morquilAPITestPatternMultiburst, "Multiburst"}});
 }
 
-TEST(TestTones, StandAtTheirValues) {
+TEST(TestTones, HaveTheirValues) {
     ExpectWords<TestTones>({
         {morquilAPITestToneNone,   "None"},
         {morquilAPITestTone750Hz,  "Tone750Hz"},
@@ -119,14 +119,14 @@ TEST(TestTones, StandAtTheirValues) {
         {morquilAPITestTone6KHz,   "Tone6KHz"}});
 }
 
-TEST(SourceTypes, StandAtTheirValues) {
+TEST(SourceTypes, HaveTheirValues) {
     ExpectWords<SourceTypes>({
         {morquilAPISourceTypeAuto,  "Auto"},
         {morquilAPISourceTypeVideo, "Video"},
         {morquilAPISourceTypeFilm,  "Film"}});
 }
 
-TEST(FrcApertures, StandAtTheirValues) {
+TEST(FrcApertures, HaveTheirValues) {
     ExpectWords<FrcApertures>({
         {morquilAPIFrcAperture0, "0"},
         {morquilAPIFrcAperture1, "1"},
@@ -134,13 +134,13 @@ TEST(FrcApertures, StandAtTheirValues) {
         {morquilAPIFrcAperture3, "3"}});
 }
 
-TEST(ProcessingModes, StandAtTheirValues) {
+TEST(ProcessingModes, HaveTheirValues) {
     ExpectWords<ProcessingModes>({
         {morquilAPIProcModeNormal, "Highest Quality"},
         {morquilAPIProcModeSimple, "Lowest Latency"}});
 }
 
-TEST(TimecodeModes, StandAtTheirValues) {
+TEST(TimecodeModes, HaveTheirValues) {
     ExpectWords<TimecodeModes>({
         {morquilAPITimecodeModeOff,        "Off"},
         {morquilAPITimecodeModeInput,      "Input"},
@@ -149,38 +149,38 @@ TEST(TimecodeModes, StandAtTheirValues) {
         {morquilAPITimecodeModeJamSync,    "JamSync"}});
 }
 
-TEST(TimecodeDropFrameModes, StandAtTheirValues) {
+TEST(TimecodeDropFrameModes, HaveTheirValues) {
     ExpectWords<TimecodeDropFrameModes>({
         {morquilAPITimecodeDropFrameModeAuto, "Auto"},
         {morquilAPITimecodeDropFrameModeDF,   "DF"},
         {morquilAPITimecodeDropFrameModeNDF,  "NDF"}});
 }
 
-TEST(TimecodeSources, StandAtTheirValues) {
+TEST(TimecodeSources, HaveTheirValues) {
     ExpectWords<TimecodeSources>({
         {morquilAPITimecodeSourceVITC, "VITC"},
         {morquilAPITimecodeSourceLTC,  "LTC"}});
 }
 
-TEST(TimecodeLossModes, StandAtTheirValues) {
+TEST(TimecodeLossModes, HaveTheirValues) {
     ExpectWords<TimecodeLossModes>({
         {morquilAPITimecodeLossModeContinue, "Continue"},
         {morquilAPITimecodeLossModeStop,     "Stop"}});
 }
 
-TEST(TimecodeStartSources, StandAtTheirValues) {
+TEST(TimecodeStartSources, HaveTheirValues) {
     ExpectWords<TimecodeStartSources>({
         {morquilAPITimecodeStartSourceFromUser,  "User"},
         {morquilAPITimecodeStartSourceFromInput, "Input"}});
 }
 
-TEST(IndexReactions, StandAtTheirValues) {
+TEST(IndexReactions, HaveTheirValues) {
     ExpectWords<IndexReactions>({
         {morquilAPIVideoIndexReactionOff, "Off"},
         {morquilAPIVideoIndexReactionAFD, "On"}});
 }
 
-TEST(AfdInsertTypes, StandAtTheirValues) {
+TEST(AfdInsertTypes, HaveTheirValues) {
     ExpectWords<AfdInsertTypes>({
         {morquilAPIAFDInsertTypeOff,    "Off"},
         {morquilAPIAFDInsertTypeAuto,   "Auto"},
@@ -203,13 +203,13 @@ TEST(AfdInsertTypes, StandAtTheirValues) {
         {morquilAPIAFDInsertTypeF,      "1111"}});
 }
 
-TEST(CcService2Sources, StandAtTheirValues) {
+TEST(CcService2Sources, HaveTheirValues) {
     ExpectWords<CcService2Sources>({
         {morquilAPICCServiceSourceCC2, "CC2"},
         {morquilAPICCServiceSourceCC3, "CC3"}});
 }
 
-TEST(CcLanguages, StandAtTheirValues) {
+TEST(CcLanguages, HaveTheirValues) {
     ExpectWords<CcLanguages>({
         {morquilAPICCServiceLanguageEnglish, "English"},
         {morquilAPICCServiceLanguageFrench,  "French"},
@@ -218,20 +218,20 @@ TEST(CcLanguages, StandAtTheirValues) {
         {morquilAPICCServiceLanguageSpanish, "Spanish"}});
 }
 
-TEST(ReferenceTypes, StandAtTheirValues) {
+TEST(ReferenceTypes, HaveTheirValues) {
     ExpectWords<ReferenceTypes>({
         {morquilAPIVideoReferenceTypeInput,    "Input"},
         {morquilAPIVideoReferenceTypeInternal, "Internal"},
         {morquilAPIVideoReferenceTypeExternal, "External"}});
 }
 
-TEST(GenReferences, StandAtTheirValues) {
+TEST(GenReferences, HaveTheirValues) {
     ExpectWords<GenReferences>({
         {morquilAPIGenReferenceBlackburst, "Blackburst"},
         {morquilAPIGenReferenceTriLevel,   "TriLevel"}});
 }
 
-TEST(AudioSelections, StandAtTheirValues) {
+TEST(AudioSelections, HaveTheirValues) {
     ExpectWords<AudioSelections>({
         {morquilAudSelIn1,        "AudioIn1"},
         {morquilAudSelIn2,        "AudioIn2"},
@@ -266,7 +266,7 @@ TEST(AudioSelections, StandAtTheirValues) {
         {morquilAudSelMute,       "TTMute"}});
 }
 
-TEST(AudioInputPairs, StandAtTheirValues) {
+TEST(AudioInputPairs, HaveTheirValues) {
     ExpectWords<AudioInputPairs>({
         {morquilAudInSrcEmbedPair1, "EmbedPair1"},
         {morquilAudInSrcEmbedPair2, "EmbedPair2"},
@@ -286,7 +286,7 @@ TEST(AudioInputPairs, StandAtTheirValues) {
         {morquilAudInSrcMutePair,   "MutePair"}});
 }
 
-TEST(MeterChannels, StandAtTheirValues) {
+TEST(MeterChannels, HaveTheirValues) {
     ExpectWords<MeterChannels>({
         {morquilAudMeterChannels_1_2,   "MeterChan1&2"},
         {morquilAudMeterChannels_3_4,   "MeterChan3&4"},
@@ -298,7 +298,7 @@ TEST(MeterChannels, StandAtTheirValues) {
         {morquilAudMeterChannels_15_16, "MeterChan15&16"}});
 }
 
-TEST(DolbyChannelModes, StandAtTheirValues) {
+TEST(DolbyChannelModes, HaveTheirValues) {
     ExpectWords<DolbyChannelModes>({
         {0, "Reserved"},
         {1, "Mode10"},
@@ -310,7 +310,7 @@ TEST(DolbyChannelModes, StandAtTheirValues) {
         {7, "Mode32"}});
 }
 
-TEST(DolbyDrcProfiles, StandAtTheirValues) {
+TEST(DolbyDrcProfiles, HaveTheirValues) {
     ExpectWords<DolbyDrcProfiles>({
         {0, "None"},
         {1, "FilmStd"},
@@ -320,7 +320,7 @@ TEST(DolbyDrcProfiles, StandAtTheirValues) {
         {5, "Speech"}});
 }
 
-TEST(DolbyProgramConfigs, StandAtTheirValues) {
+TEST(DolbyProgramConfigs, HaveTheirValues) {
     ExpectWords<DolbyProgramConfigs>({
         {0, "ProgCfg51_2"},
         {1, "ProgCfg51_2x1"},
@@ -331,14 +331,14 @@ TEST(DolbyProgramConfigs, StandAtTheirValues) {
         {6, "ProgCfg4x2"}});
 }
 
-TEST(DolbyMetadataSources, StandAtTheirValues) {
+TEST(DolbyMetadataSources, HaveTheirValues) {
     ExpectWords<DolbyMetadataSources>({
         {0, "External"},
         {1, "User"},
         {2, "PassThrough"}});
 }
 
-TEST(Modes3D, StandAtTheirValues) {
+TEST(Modes3D, HaveTheirValues) {
     ExpectWords<Modes3D>({
         {morquilAPI3dModeOff,     "3DModeOff"},
         {morquilAPI3dModeConvert, "3DModeConvert"},
@@ -346,7 +346,7 @@ TEST(Modes3D, StandAtTheirValues) {
         {3,                       "3DModeAlign"}});
 }
 
-TEST(Types3D, StandAtTheirValues) {
+TEST(Types3D, HaveTheirValues) {
     ExpectWords<Types3D>({
         {morquilAPI3dTypeFullFrame,  "3DFullFrame"},
         {morquilAPI3dTypeSideBySide, "3DSideBySide"},
@@ -354,7 +354,7 @@ TEST(Types3D, StandAtTheirValues) {
         {morquilAPI3dTypeLineByLine, "3DLineByLine"}});
 }
 
-TEST(Flips3D, StandAtTheirValues) {
+TEST(Flips3D, HaveTheirValues) {
     ExpectWords<Flips3D>({
         {0, "Off"},
         {1, "Horizontal"},

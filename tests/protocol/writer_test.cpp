@@ -45,7 +45,7 @@ Calls CallsOf(const TextProtocolMessageBase& message) {
     return recorder.calls;
 }
 
-/// What the collector holds after the message when it held something before.
+/// The collector's text after the message if it held something before.
 std::string TextAfterOther(const TextProtocolMessageBase& message) {
     MessageToString collector;
     collector.SendFormatted("before");
@@ -54,7 +54,7 @@ std::string TextAfterOther(const TextProtocolMessageBase& message) {
 }
 
 template <class Message>
-void ExpectSaysWhereItBeginsAndEnds(const std::string& header) {
+void ExpectMarksBeginAndEnd(const std::string& header) {
     EXPECT_EQ(CallsOf(Message()), (Calls{"begin", header + ":\n", "\n", "end"}));
     EXPECT_EQ(TextAfterOther(Message()), header + ":\n\n");
 }
@@ -67,36 +67,36 @@ void ExpectJoinsWhatIsThere(const std::string& header) {
 
 TEST(Writer, WritesOnlyHeaderAndEmptyLineOfAMessageWithoutFields) {
     // clang-format off
-    ExpectSaysWhereItBeginsAndEnds<MorquilDeviceMessage>("MORQUIL DEVICE");
-    ExpectSaysWhereItBeginsAndEnds<VideoInputMessage>("VIDEO INPUT");
-    ExpectSaysWhereItBeginsAndEnds<VideoInputAvailabilityMessage>("VIDEO INPUT AVAILABILITY");
-    ExpectSaysWhereItBeginsAndEnds<VideoOutputAvailabilityMessage>("VIDEO OUTPUT AVAILABILITY");
-    ExpectSaysWhereItBeginsAndEnds<SupportedConversionsMessage>("SUPPORTED CONVERSIONS");
-    ExpectSaysWhereItBeginsAndEnds<VideoProcAmpAvailabilityMessage>("VIDEO PROC AMP AVAILABILITY");
-    ExpectSaysWhereItBeginsAndEnds<VideoAdjustMessage>("VIDEO ADJUST");
-    ExpectSaysWhereItBeginsAndEnds<VideoAdjustAvailabilityMessage>("VIDEO ADJUST AVAILABILITY");
-    ExpectSaysWhereItBeginsAndEnds<NoiseReductionMessage>("NOISE REDUCTION");
-    ExpectSaysWhereItBeginsAndEnds<NoiseReductionAvailabilityMessage>("NOISE REDUCTION AVAILABILITY");
-    ExpectSaysWhereItBeginsAndEnds<TestPatternAvailabilityMessage>("TEST PATTERN AVAILABILITY");
-    ExpectSaysWhereItBeginsAndEnds<VideoAdvancedAvailabilityMessage>("VIDEO ADVANCED AVAILABILITY");
-    ExpectSaysWhereItBeginsAndEnds<AncillaryDataAvailabilityMessage>("ANCILLARY DATA AVAILABILITY");
-    ExpectSaysWhereItBeginsAndEnds<GenlockMessage>("GENLOCK");
-    ExpectSaysWhereItBeginsAndEnds<GenlockAvailabilityMessage>("GENLOCK AVAILABILITY");
-    ExpectSaysWhereItBeginsAndEnds<VariableAspectRatioMessage>("VARIABLE ASPECT RATIO");
-    ExpectSaysWhereItBeginsAndEnds<VariableAspectRatioAvailabilityMessage>("VARIABLE ASPECT RATIO AVAILABILITY");
-    ExpectSaysWhereItBeginsAndEnds<AlignMessage>("ALIGN");
-    ExpectSaysWhereItBeginsAndEnds<AudioMessage>("AUDIO");
-    ExpectSaysWhereItBeginsAndEnds<AudioAvailabilityMessage>("AUDIO AVAILABILITY");
-    ExpectSaysWhereItBeginsAndEnds<Mode3DMessage>("MODE3D");
-    ExpectSaysWhereItBeginsAndEnds<Mode3DAvailabilityMessage>("MODE3D AVAILABILITY");
-    ExpectSaysWhereItBeginsAndEnds<NetworkConfigMessage>("NETWORK CONFIG");
-    ExpectSaysWhereItBeginsAndEnds<DeviceFilenamesMessage>("DEVICE FILENAMES");
-    ExpectSaysWhereItBeginsAndEnds<PresetMessage>("PRESET");
-    ExpectSaysWhereItBeginsAndEnds<PresetAvailabilityMessage>("PRESET AVAILABILITY");
+    ExpectMarksBeginAndEnd<MorquilDeviceMessage>("MORQUIL DEVICE");
+    ExpectMarksBeginAndEnd<VideoInputMessage>("VIDEO INPUT");
+    ExpectMarksBeginAndEnd<VideoInputAvailabilityMessage>("VIDEO INPUT AVAILABILITY");
+    ExpectMarksBeginAndEnd<VideoOutputAvailabilityMessage>("VIDEO OUTPUT AVAILABILITY");
+    ExpectMarksBeginAndEnd<SupportedConversionsMessage>("SUPPORTED CONVERSIONS");
+    ExpectMarksBeginAndEnd<VideoProcAmpAvailabilityMessage>("VIDEO PROC AMP AVAILABILITY");
+    ExpectMarksBeginAndEnd<VideoAdjustMessage>("VIDEO ADJUST");
+    ExpectMarksBeginAndEnd<VideoAdjustAvailabilityMessage>("VIDEO ADJUST AVAILABILITY");
+    ExpectMarksBeginAndEnd<NoiseReductionMessage>("NOISE REDUCTION");
+    ExpectMarksBeginAndEnd<NoiseReductionAvailabilityMessage>("NOISE REDUCTION AVAILABILITY");
+    ExpectMarksBeginAndEnd<TestPatternAvailabilityMessage>("TEST PATTERN AVAILABILITY");
+    ExpectMarksBeginAndEnd<VideoAdvancedAvailabilityMessage>("VIDEO ADVANCED AVAILABILITY");
+    ExpectMarksBeginAndEnd<AncillaryDataAvailabilityMessage>("ANCILLARY DATA AVAILABILITY");
+    ExpectMarksBeginAndEnd<GenlockMessage>("GENLOCK");
+    ExpectMarksBeginAndEnd<GenlockAvailabilityMessage>("GENLOCK AVAILABILITY");
+    ExpectMarksBeginAndEnd<VariableAspectRatioMessage>("VARIABLE ASPECT RATIO");
+    ExpectMarksBeginAndEnd<VariableAspectRatioAvailabilityMessage>("VARIABLE ASPECT RATIO AVAILABILITY");
+    ExpectMarksBeginAndEnd<AlignMessage>("ALIGN");
+    ExpectMarksBeginAndEnd<AudioMessage>("AUDIO");
+    ExpectMarksBeginAndEnd<AudioAvailabilityMessage>("AUDIO AVAILABILITY");
+    ExpectMarksBeginAndEnd<Mode3DMessage>("MODE3D");
+    ExpectMarksBeginAndEnd<Mode3DAvailabilityMessage>("MODE3D AVAILABILITY");
+    ExpectMarksBeginAndEnd<NetworkConfigMessage>("NETWORK CONFIG");
+    ExpectMarksBeginAndEnd<DeviceFilenamesMessage>("DEVICE FILENAMES");
+    ExpectMarksBeginAndEnd<PresetMessage>("PRESET");
+    ExpectMarksBeginAndEnd<PresetAvailabilityMessage>("PRESET AVAILABILITY");
     // clang-format on
 }
 
-TEST(Writer, NeverSaysWhereFiveMessagesBeginAndEnd) {
+TEST(Writer, NeverMarksTheBeginAndEndOfFiveMessages) {
     ExpectJoinsWhatIsThere<VideoOutputMessage>("VIDEO OUTPUT");
     ExpectJoinsWhatIsThere<VideoProcAmpMessage>("VIDEO PROC AMP");
     ExpectJoinsWhatIsThere<TestPatternMessage>("TEST PATTERN");
@@ -119,7 +119,7 @@ TEST(Writer, WritesExactlyTheFieldThatASetterChanges) {
     EXPECT_EQ(TextOf(message), "NOISE REDUCTION:\nEnabled: true\n\n");
 }
 
-TEST(Writer, ReturnsWhatTheSenderSaysOfTheMessage) {
+TEST(Writer, ReturnsTheResultOfTheSender) {
     CallRecorder takes(true);
     EXPECT_TRUE(GenlockMessage().WriteTo(takes));
     CallRecorder refuses(false);

@@ -68,7 +68,7 @@ TEST_F(ConfigLoader, QueuesTheAlignmentThatIsNeverSent) {
     Load(SavedFile());
     EXPECT_EQ(client.SlotsTaken(), 13);
     client.TakeTexts();
-    // The twelve slots that were sent from are free again; the alignment waits in its own.
+    // The twelve slots that were sent are free again; the alignment stays pending in its own.
     Load(SavedFile());
     EXPECT_EQ(client.SlotsTaken(), 13 + 12);
 }
@@ -86,7 +86,7 @@ TEST_F(ConfigLoader, LeavesTheInputConfigurationAlone) {
     EXPECT_EQ(client.SlotsTaken(), 0);
 }
 
-TEST_F(ConfigLoader, IgnoresWhatIsNoSetting) {
+TEST_F(ConfigLoader, IgnoresWhatIsNotASetting) {
     for (const char* header :
          {"PROTOCOL PREAMBLE", "NETWORK", "NETWORK CONFIG", "DEVICE FILENAMES", "PRESET", "PRESET AVAILABILITY",
           "SUPPORTED CONVERSIONS", "GENLOCK AVAILABILITY", "ALIGN AVAILABILITY", "AUDIO AVAILABILITY", "NO BLOCK"}) {
@@ -94,12 +94,12 @@ TEST_F(ConfigLoader, IgnoresWhatIsNoSetting) {
     }
     EXPECT_TRUE(Load("PING\n\nACK\n\nNACK\n\n"));
     EXPECT_EQ(client.SlotsTaken(), 0);
-    // None of them spoils what follows.
+    // None of them damages what follows.
     Load(gain);
     EXPECT_THAT(client.TakeTexts(), ElementsAre(gain));
 }
 
-TEST_F(ConfigLoader, MergesLaterBlocksIntoThoseThatWait) {
+TEST_F(ConfigLoader, MergesLaterBlocksIntoPendingOnes) {
     Load("GENLOCK:\nLine offset: 1\nPixel offset: 2\n\nGENLOCK:\nLine offset: 3\n\n");
     Load("GENLOCK:\nPixel offset: 4\n\n");
     EXPECT_THAT(client.TakeTexts(), ElementsAre("GENLOCK:\nLine offset: 3\nPixel offset: 4\n\n"));
@@ -185,7 +185,7 @@ TEST_F(ConfigLoader, ReadsNoMoreThanTheLongestFile) {
     EXPECT_THAT(client.TakeTexts(), ElementsAre(gain));
 }
 
-TEST_F(ConfigLoader, SaysWhenAFileCannotBeOpened) {
+TEST_F(ConfigLoader, ReportsAFileThatCannotBeOpened) {
     EXPECT_FALSE(loader.Load(folder.PathOf("missing.txt")));
     EXPECT_FALSE(loader.Load(folder.PathOf("")));
     EXPECT_FALSE(loader.Load(""));

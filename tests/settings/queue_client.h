@@ -1,4 +1,4 @@
-// A client without a connection: what is queued on it is taken out by the test.
+// A client without a connection: the test takes the queued messages out.
 #pragma once
 
 #include <atomic>
@@ -54,9 +54,9 @@ public:
         }
         return texts;
     }
-    /// Messages that took a slot of their own so far, those that are never sent included.
+    /// Messages that occupied their own slot so far, including those that are never sent.
     int SlotsTaken() const { return sendRequests; }
-    /// Whether the answer to any message that was taken would pass as an echo.
+    /// Whether the answer to any message taken out would count as an echo.
     bool ExpectsEcho() const { return AwaitsEcho(); }
 
 private:

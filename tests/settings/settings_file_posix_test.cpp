@@ -35,7 +35,7 @@ mode_t ModeOf(const std::string& path) {
     return StatusOf(path).st_mode & 07777;
 }
 
-// Makes the disk take `limit` bytes for a file and no more. The signal of a longer file would end the process.
+// Limits files to `limit` bytes. The signal for a longer file would end the process.
 class SmallDisk {
 public:
     explicit SmallDisk(rlim_t limit) {
@@ -49,7 +49,7 @@ private:
     rlimit before_{};
 };
 
-// Takes root's powers over files from this thread, so that permissions count for it too.
+// Drops root's privileges over files from this thread, so that permissions apply to it too.
 class OrdinaryUser {
 public:
     OrdinaryUser() : wasRoot_(geteuid() == 0) {
@@ -96,7 +96,7 @@ TEST(SettingsFile, IsAnotherFileOnceItIsReplaced) {
     EXPECT_STREQ(seen.data(), "before");
 }
 
-TEST(SettingsFile, IsFoundBehindLinksThatStay) {
+TEST(SettingsFile, IsFoundThroughLinksThatStay) {
     const TemporaryFolder folder;
     std::filesystem::create_directory(folder.Path() / "real");
     std::filesystem::create_symlink("real/settings.txt", folder.Path() / "relative");
@@ -110,7 +110,7 @@ TEST(SettingsFile, IsFoundBehindLinksThatStay) {
     EXPECT_EQ(folder.Names(), (Names{"absolute", "real", "relative"}));
 }
 
-TEST(SettingsFile, IsNotFoundBehindLinksInACircle) {
+TEST(SettingsFile, IsNotFoundThroughCircularLinks) {
     const TemporaryFolder folder;
     std::filesystem::create_symlink("b", folder.Path() / "a");
     std::filesystem::create_symlink("a", folder.Path() / "b");
@@ -118,7 +118,7 @@ TEST(SettingsFile, IsNotFoundBehindLinksInACircle) {
     EXPECT_EQ(folder.Names(), (Names{"a", "b"}));
 }
 
-TEST(SettingsFile, StaysTheOpenFileThatItsNameStandsFor) {
+TEST(SettingsFile, StaysTheOpenFileThatItsNameRefersTo) {
     const TemporaryFolder folder;
     const std::string path = folder.Make("settings.txt", "a longer text before");
     const ino_t before = StatusOf(path).st_ino;
@@ -134,7 +134,7 @@ TEST(SettingsFile, StaysTheOpenFileThatItsNameStandsFor) {
     EXPECT_EQ(folder.Names(), Names{});
 }
 
-TEST(SettingsFile, LeavesAFileAsItIsThatItMayNotWrite) {
+TEST(SettingsFile, LeavesAFileUnchangedThatItMayNotWrite) {
     const TemporaryFolder folder;
     const std::string path = folder.Make("settings.txt", "before");
     ASSERT_EQ(chmod(path.c_str(), 0444), 0);
@@ -145,7 +145,7 @@ TEST(SettingsFile, LeavesAFileAsItIsThatItMayNotWrite) {
     EXPECT_EQ(folder.Names(), Names{"settings.txt"});
 }
 
-TEST(SettingsFile, IsOverwrittenInAFolderThatTakesNoNewFiles) {
+TEST(SettingsFile, IsOverwrittenInAFolderThatRefusesNewFiles) {
     const TemporaryFolder folder;
     const std::string path = folder.Make("settings.txt", "before");
     ASSERT_EQ(chmod(path.c_str(), 0666), 0);
@@ -172,8 +172,8 @@ TEST(SettingsFile, KeepsItsContentWhenTheDiskIsFull) {
     EXPECT_EQ(folder.Names(), Names{"settings.txt"});
 }
 
-// Overwritten in place, since the folder takes no file beside it.
-TEST(SettingsFile, KeepsItsContentWhenTheDiskIsFullAndItsFolderTakesNoNewFiles) {
+// Overwritten in place, since the folder accepts no file beside it.
+TEST(SettingsFile, KeepsItsContentWhenTheDiskIsFullAndItsFolderRefusesNewFiles) {
     const TemporaryFolder folder;
     const std::string path = folder.Make("settings.txt", std::string(500, 'x'));
     ASSERT_EQ(chmod(path.c_str(), 0666), 0);
@@ -187,7 +187,7 @@ TEST(SettingsFile, KeepsItsContentWhenTheDiskIsFullAndItsFolderTakesNoNewFiles) 
     EXPECT_EQ(ContentOf(path), std::string(500, 'x'));
 }
 
-TEST(SettingsFile, LeavesNoSignalWaitingAfterAFullDisk) {
+TEST(SettingsFile, LeavesNoSignalPendingAfterAFullDisk) {
     const TemporaryFolder folder;
     {
         const SmallDisk disk(1000);
@@ -202,14 +202,14 @@ TEST(SettingsFile, LeavesNoSignalWaitingAfterAFullDisk) {
     EXPECT_FALSE(sigismember(&mask, SIGPIPE));
 }
 
-TEST(SettingsFile, GoesToDevicesAsTheyAre) {
+TEST(SettingsFile, IsWrittenToDevicesInPlace) {
     EXPECT_TRUE(WriteSettingsFile("/dev/null", "text"));
     EXPECT_TRUE(WriteSettingsFile("/dev/full", "text"));
     EXPECT_TRUE(S_ISCHR(StatusOf("/dev/null").st_mode));
     EXPECT_TRUE(S_ISCHR(StatusOf("/dev/full").st_mode));
 }
 
-TEST(SettingsFile, IsNotWrittenIntoAPipeThatNobodyReads) {
+TEST(SettingsFile, IsNotWrittenIntoAPipeWithoutAReader) {
     const TemporaryFolder folder;
     const std::string path = folder.PathOf("pipe");
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
@@ -217,7 +217,7 @@ TEST(SettingsFile, IsNotWrittenIntoAPipeThatNobodyReads) {
     EXPECT_TRUE(S_ISFIFO(StatusOf(path).st_mode));
 }
 
-TEST(SettingsFile, GoesIntoAPipeWholeThoughItHoldsLess) {
+TEST(SettingsFile, IsWrittenWholeIntoAPipeThatHoldsLess) {
     const TemporaryFolder folder;
     const std::string path = folder.PathOf("pipe");
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
@@ -267,7 +267,7 @@ TEST_F(ReadPipe, IsAtItsEndWithoutAWriter) {
     EXPECT_EQ(reader.Read(piece.data(), piece.size()), 0U);
 }
 
-TEST_F(ReadPipe, WaitsForItsWriterUntilThatGoes) {
+TEST_F(ReadPipe, WaitsForItsWriterUntilItLeaves) {
     FileDescriptor writer = OpenWriter();
     SettingsFileReader reader(path, stopped);
     std::thread late([&] {
@@ -287,7 +287,7 @@ TEST_F(ReadPipe, IsAtItsEndOnceTheReaderIsStopped) {
     stopper.join();
 }
 
-TEST_F(ReadPipe, GivesWhatIsThereAfterTheReaderIsStopped) {
+TEST_F(ReadPipe, ReturnsWhatIsThereAfterTheReaderIsStopped) {
     const FileDescriptor writer = OpenWriter();
     ASSERT_EQ(write(writer.Get(), "text", 4), 4);
     stopped = true;

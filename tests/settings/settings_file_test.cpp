@@ -25,7 +25,7 @@ bool CanBeRead(const std::string& path) {
     return SettingsFileReader(path, notStopped).IsOpen();
 }
 
-TEST(SettingsFile, MakesAFileThatIsNotThere) {
+TEST(SettingsFile, CreatesAMissingFile) {
     const TemporaryFolder folder;
     EXPECT_TRUE(WriteSettingsFile(folder.PathOf("new.txt"), "GENLOCK:\nLine offset: 5\n\n\n"));
     EXPECT_EQ(ContentOf(folder.PathOf("new.txt")), "GENLOCK:\nLine offset: 5\n\n\n");
@@ -42,7 +42,7 @@ TEST(SettingsFile, ReplacesALongerAndAShorterContentWhole) {
     }
 }
 
-TEST(SettingsFile, WritesEveryByteAsItIs) {
+TEST(SettingsFile, WritesEveryByteUnchanged) {
     using namespace std::string_view_literals;
     const TemporaryFolder folder;
     for (const std::string_view text : {""sv, "\n"sv, "a\r\nb\n\x1A\0\xFF\xC3 end"sv}) {
@@ -51,7 +51,7 @@ TEST(SettingsFile, WritesEveryByteAsItIs) {
     }
 }
 
-TEST(SettingsFile, TakesAPathWithCharactersOfAnyScript) {
+TEST(SettingsFile, AcceptsAPathWithCharactersOfAnyScript) {
     const TemporaryFolder folder;
     const std::string name = "Geräte-Einstellungen \xE8\xA8\xAD\xE5\xAE\x9A \xF0\x9F\x8E\xAC.txt";
     EXPECT_TRUE(WriteSettingsFile(folder.PathOf(name), "once\n"));

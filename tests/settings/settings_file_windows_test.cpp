@@ -17,7 +17,7 @@ using Test::ContentOf;
 using Test::TemporaryFolder;
 using Test::ToPath;
 
-TEST(SettingsFile, LeavesAReadOnlyFileAsItIs) {
+TEST(SettingsFile, LeavesAReadOnlyFileUnchanged) {
     const TemporaryFolder folder;
     const std::string path = folder.Make("settings.txt", "before\n");
     ASSERT_TRUE(SetFileAttributesW(ToPath(path).c_str(), FILE_ATTRIBUTE_READONLY));
@@ -27,7 +27,7 @@ TEST(SettingsFile, LeavesAReadOnlyFileAsItIs) {
     SetFileAttributesW(ToPath(path).c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
-TEST(SettingsFile, LeavesAFileAsItIsThatNobodyElseMayWrite) {
+TEST(SettingsFile, LeavesAFileUnchangedThatOthersMayNotWrite) {
     const TemporaryFolder folder;
     const std::string path = folder.Make("settings.txt", "before\n");
     const HANDLE other =
@@ -52,7 +52,7 @@ TEST(SettingsFile, IsAnotherFileOnceItIsReplaced) {
     EXPECT_NE(number(), before);
 }
 
-TEST(SettingsFile, IsOverwrittenWhereSomebodyKeepsItInPlace) {
+TEST(SettingsFile, IsOverwrittenWhereItCannotBeReplaced) {
     const TemporaryFolder folder;
     const std::string path = folder.Make("settings.txt", "before\n");
     const HANDLE other = CreateFileW(ToPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
@@ -67,7 +67,7 @@ TEST(SettingsFile, IsOverwrittenWhereSomebodyKeepsItInPlace) {
     EXPECT_EQ(folder.Names().size(), 1U);
 }
 
-TEST(SettingsFile, GoesToTheNullDeviceAndToAPipe) {
+TEST(SettingsFile, IsWrittenToTheNullDeviceAndToAPipe) {
     EXPECT_TRUE(WriteSettingsFile("NUL", "text\n"));
 
     const char name[] = "\\\\.\\pipe\\settings-file-test";

@@ -12,7 +12,7 @@ namespace {
 using namespace std::chrono_literals;
 using Morquil::Testing::RawHost;
 
-/// For its scope this process can open no more descriptors.
+/// During its scope this process can open no more descriptors.
 class NoMoreDescriptors {
 public:
     NoMoreDescriptors() {
@@ -31,7 +31,7 @@ private:
     rlimit before_{};
 };
 
-TEST(Server, WaitsForDescriptorsWithoutASpin) {
+TEST(Server, WaitsForDescriptorsWithoutSpinning) {
     asio::io_context context{1};
     Simulation simulation({}, {});
     int complaints = 0;

@@ -11,7 +11,7 @@
 
 namespace Morquil::Testing {
 
-/// The simulated device as a program of its own, at a port that the system chooses. It is connected by pipes: standard
+/// The simulated device as a separate program, at a port that the system chooses. It is connected by pipes: standard
 /// input is written, and standard output (with the errors) is read, only where a test does so. The destructor ends it.
 class ChildProgram {
 public:
@@ -20,7 +20,7 @@ public:
     ChildProgram(const ChildProgram&) = delete;
     ChildProgram& operator=(const ChildProgram&) = delete;
 
-    /// Reads its output up to `end`. Returns: what was read; without `end` when the program has ended, or after 10 s.
+    /// Reads its output up to `end`. Returns: what was read; without `end` if the program has ended, or after 10 s.
     std::string ReadUntil(std::string_view end);
     /// Reads the line that says where it listens. Returns: the port.
     std::uint16_t AwaitPort();
@@ -28,7 +28,7 @@ public:
 
     /// Writes all of `text` to its standard input.
     void Write(std::string_view text);
-    /// Writes `text` again and again, at most `most` bytes. Returns: how many it took before it stopped reading for a
+    /// Writes `text` repeatedly, at most `most` bytes. Returns: how many it accepted before it stopped reading for a
     /// second.
     std::size_t Flood(std::string_view text, std::size_t most);
 

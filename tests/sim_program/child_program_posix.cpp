@@ -59,7 +59,7 @@ pid_t Spawn(std::vector<std::string> words, const Pipe& input, const Pipe& outpu
 }  // namespace
 
 ChildProgram::ChildProgram(const std::vector<std::string>& options) {
-    // Where their pipe has no reader, writes of this process fail.
+    // Writes of this process to a pipe without a reader fail.
     signal(SIGPIPE, SIG_IGN);
     std::vector<std::string> words{"morquil-sim", "--port", "0"};
     words.insert(words.end(), options.begin(), options.end());

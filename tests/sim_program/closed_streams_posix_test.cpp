@@ -10,7 +10,7 @@
 namespace Morquil::Simulator {
 namespace {
 
-// Tries for up to 10 s to connect to a program that says nothing.
+// Tries for up to 10 s to connect to a program that prints nothing.
 bool IsServed(const std::string& address) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     bool isConnected = false;

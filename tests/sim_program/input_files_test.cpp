@@ -27,7 +27,7 @@ TEST(InputFile, IsRefusedWhenItIsLarger) {
     EXPECT_EQ(reading.complaint, "holds more than 1 MiB, the limit for such a file");
 }
 
-TEST(Program, RefusesFilesThatAreLargerThanAnyoneWrites) {
+TEST(Program, RefusesOversizedFiles) {
     const TemporaryFolder folder;
     const std::string file = folder.Make("file", std::string(4 * mebibyte + 1, '\n'));
     for (const Options& options : {Options{.scriptFile = file}, Options{.settingsFile = file}}) {

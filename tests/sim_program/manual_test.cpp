@@ -27,7 +27,7 @@ std::string Manual() {
     return text;
 }
 
-TEST(Help, EndsWellAndNamesTheProgram) {
+TEST(Help, SucceedsAndNamesTheProgram) {
     const ProgramRun run = RunProgram({"--version"});
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_TRUE(run.output.starts_with("morquil-sim ")) << run.output;

@@ -17,7 +17,7 @@ Reading Read(std::vector<const char*> arguments) {
     return reading;
 }
 
-TEST(Options, AreThoseOfAnOrdinaryDeviceByThemselves) {
+TEST(Options, AreThoseOfAnOrdinaryDeviceByDefault) {
     const Reading reading = Read({});
     ASSERT_TRUE(reading.options);
     EXPECT_EQ(reading.options->address, "127.0.0.1");
@@ -42,7 +42,7 @@ TEST(Options, DescribeTheDevice) {
     EXPECT_TRUE(reading.options->identity.remoteLock);
 }
 
-TEST(Options, DescribeHowItSpeaks) {
+TEST(Options, DescribeHowItSends) {
     const Reading reading = Read({"--latency", "40", "--fragment", "Random", "--seed", "7", "--crlf"});
     ASSERT_TRUE(reading.options);
     EXPECT_EQ(reading.options->faults.latency, std::chrono::milliseconds(40));
@@ -72,7 +72,7 @@ TEST(Options, SwitchEachFaultOnByItself) {
     EXPECT_EQ(Read({"--drop-after", "0"}).options->faults.dropAfter, 0U);
 }
 
-TEST(Options, SayWhatWouldBeRightInPlaceOfWhatIsWrong) {
+TEST(Options, SayWhatWouldBeRightInsteadOfWhatIsWrong) {
     struct Wrong {
         std::vector<const char*> arguments;
         const char* complaint;

@@ -17,13 +17,13 @@ using Morquil::Testing::RunningProgram;
 
 const std::string gainReport = "VIDEO PROC AMP:\nGain: 12\n\n";
 
-/// Connects and hears the greeting, of which the names of the presets are the end.
+/// Connects and receives the greeting, which ends with the names of the presets.
 std::string Greeted(RawHost& host) {
     host.Send("PING\n\n");
     return host.ReceiveUntil("\n\nACK\n\n");
 }
 
-TEST(Program, AnswersHostsAndObeysOrders) {
+TEST(Program, AnswersHostsAndCarriesOutCommands) {
     const auto program = RunningProgram::AtAnyPort({});
     RawHost host("127.0.0.1", program->Port());
     EXPECT_TRUE(Greeted(host).starts_with("PROTOCOL PREAMBLE:\n"));
@@ -36,7 +36,7 @@ TEST(Program, AnswersHostsAndObeysOrders) {
     EXPECT_EQ(program->AwaitEnd(), 0);
 }
 
-TEST(Program, HangsUpAfterSoManyBytesInPiecesOfOneByte) {
+TEST(Program, HangsUpAfterTheGivenNumberOfBytesInPiecesOfOneByte) {
     const auto program = RunningProgram::AtAnyPort(
         Options{.faults = {.latency = 20ms, .fragmentation = Fragmentation::Byte, .dropAfter = 321}});
     RawHost host("127.0.0.1", program->Port());
@@ -44,7 +44,7 @@ TEST(Program, HangsUpAfterSoManyBytesInPiecesOfOneByte) {
     EXPECT_TRUE(host.SeesClose());
 }
 
-TEST(Program, FloodsNobodyWhoDoesNotReadToItsOwnRuin) {
+TEST(Program, SurvivesAFloodThatIsNotRead) {
     const auto program = RunningProgram::AtAnyPort(Options{.faults = {.flood = true}});
     RawHost idle("127.0.0.1", program->Port());
     RawHost host("127.0.0.1", program->Port());
@@ -97,7 +97,7 @@ TEST(Program, IsFoundWhereHostsLookForDevices) {
     EXPECT_TRUE(Greeted(host).starts_with("PROTOCOL PREAMBLE:\n"));
 }
 
-TEST(Program, DoesNotStartWithAFileThatIsOfNoUse) {
+TEST(Program, DoesNotStartWithAnUnusableFile) {
     const TemporaryFolder folder;
     const std::string nonsense = folder.Make("nonsense.txt", "COFFEE:\nSugar: 2\n\n");
     const std::string missing = folder.PathOf("missing.txt");
@@ -110,7 +110,7 @@ TEST(Program, DoesNotStartWithAFileThatIsOfNoUse) {
     }
 }
 
-TEST(Program, SaysThatItCannotListenWhereSomebodyElseDoes) {
+TEST(Program, ReportsThatItCannotListenWhereAnotherProgramDoes) {
     const auto program = RunningProgram::AtAnyPort({});
     Options options;
     options.port = program->Port();

@@ -24,7 +24,7 @@ bool RawHost::Finish() {
 }
 
 void RawHost::Send(std::string_view bytes) {
-    asio::error_code ignored;  // who cannot be told anything gives no answer, either
+    asio::error_code ignored;  // a broken connection shows when the answer is read
     asio::write(socket_, asio::buffer(bytes), ignored);
 }
 

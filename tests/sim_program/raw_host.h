@@ -15,15 +15,15 @@ public:
 
     bool IsConnected() const { return connected_; }
     void Send(std::string_view bytes);
-    /// Receives until what has come since the last call ends with `end`. Returns: all of it.
+    /// Receives until what has arrived since the last call ends with `end`. Returns: all of it.
     std::string ReceiveUntil(std::string_view end);
-    /// Receives until the other side closes. Returns: what came since the last call.
+    /// Receives until the other side closes. Returns: what has arrived since the last call.
     std::string ReceiveToEnd();
     bool SeesClose() const { return closed_; }
 
 private:
     void ReceiveOnce();
-    /// Runs what has been started. Returns: whether it came to its end in time.
+    /// Runs what has been started. Returns: whether it finished in time.
     bool Finish();
 
     asio::io_context context_;

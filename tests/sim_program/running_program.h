@@ -24,7 +24,7 @@ public:
         return Start(options);
     }
 
-    /// At the port of all devices and some address at which nobody listens, for hosts that connect to that port only.
+    /// At the port of all devices and an address at which nothing listens, for hosts that connect to that port only.
     static std::unique_ptr<RunningProgram> AtAnyAddress(Options options) {
         std::unique_ptr<RunningProgram> running;
         for (int attempts = 0; attempts < 20 && running == nullptr; ++attempts) {
@@ -43,9 +43,9 @@ public:
 
     std::string Address() const { return program_.Endpoint().address().to_string(); }
     std::uint16_t Port() const { return program_.Endpoint().port(); }
-    /// A line as on standard input.
+    /// A line, as from standard input.
     void Obey(std::string line) { program_.Obey(std::move(line)); }
-    /// Waits for the end, which somebody else brings about. Returns: the exit status.
+    /// Waits for the end, which is triggered elsewhere. Returns: the exit status.
     int AwaitEnd() {
         if (thread_.joinable()) {
             thread_.join();

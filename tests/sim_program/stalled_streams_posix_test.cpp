@@ -72,7 +72,7 @@ TEST(StalledStreams, ASignalEndsTheProgramWhileItWaitsForItsScript) {
     const std::string script = folder.PathOf("script");
     ASSERT_EQ(mkfifo(script.c_str(), 0600), 0);
     ChildProgram program({"--script", script});
-    const int writer = open(script.c_str(), O_WRONLY | O_CLOEXEC);  // returns when the program has opened it, too
+    const int writer = open(script.c_str(), O_WRONLY | O_CLOEXEC);  // returns once the program has opened it, too
     program.Send(SIGTERM);
     EXPECT_EQ(program.AwaitEnd(), -SIGTERM);
     close(writer);

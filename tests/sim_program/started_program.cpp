@@ -12,7 +12,7 @@ namespace Morquil::Testing {
 namespace {
 
 #ifdef _WIN32
-// The shell takes a slash for the beginning of an option, and the outermost quotes for its own.
+// The shell reads a slash as the start of an option, and removes the outermost quotes.
 std::string CommandLine(const std::string& arguments) {
     std::string path = MORQUIL_SIMULATOR_PATH;
     std::replace(path.begin(), path.end(), '/', '\\');

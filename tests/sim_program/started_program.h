@@ -6,17 +6,17 @@
 
 namespace Morquil::Testing {
 
-/// The simulated device as a program of its own. What it prints can be read; its standard input is empty. The
-/// destructor waits for its end, which is the test's business.
+/// The simulated device as a separate program. Its output can be read; its standard input is empty. The destructor
+/// waits for its end; the test has to end it.
 class StartedProgram {
 public:
-    /// Options must hold no quotes.
+    /// Options must contain no quotes.
     explicit StartedProgram(const std::vector<std::string>& options);
     ~StartedProgram();
     StartedProgram(const StartedProgram&) = delete;
     StartedProgram& operator=(const StartedProgram&) = delete;
 
-    /// The next line that it prints, without its end; empty when there is none.
+    /// The next line that it prints, without its end; empty if there is none.
     std::string NextLine();
     /// Reads everything up to its end. Returns: the exit status.
     int AwaitEnd();

@@ -1,4 +1,4 @@
-// Many programs on one machine, each at an address of its own.
+// Many programs on one machine, each at its own address.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -19,7 +19,7 @@ struct Device {
     std::unique_ptr<StartedProgram> program;
 };
 
-/// Starts a device at the first address from `next` on at which nobody listens.
+/// Starts a device at the first address from `next` on at which nothing listens.
 Device StartDevice(unsigned& next, const std::string& script) {
     for (int attempts = 0; attempts < 20; ++attempts) {
         Device device;
@@ -36,9 +36,10 @@ Device StartDevice(unsigned& next, const std::string& script) {
 
 TEST(TenPrograms, ServeAtTenAddressesOfThisMachineAtOnce) {
     const TemporaryFolder folder;
-    // They end by themselves when their host has gone; and in any case, so that no failure leaves them behind.
+    // They end by themselves when their host has gone, and they are stopped in any case, so that no failure leaves them
+    // running.
     const std::string script = folder.Make("script.txt", "wait-for-host\nwait-for-no-host\nquit\n");
-    // Runs of this test beside each other begin at different addresses.
+    // Parallel runs of this test begin at different addresses.
     unsigned next = static_cast<unsigned>(std::chrono::steady_clock::now().time_since_epoch().count() / 1000 % 20000);
     std::vector<Device> devices;
     std::vector<std::unique_ptr<RawHost>> hosts;

@@ -19,7 +19,7 @@ std::string Repeated(std::string_view text, int count) {
 
 TEST(UnreadOutput, DoesNotHoldUpHostsAndIsDropped) {
     const TemporaryFolder folder;
-    // Some megabytes: more than any pipe holds.
+    // Some megabytes: more than any pipe can hold.
     const std::string script =
         Repeated("help\n", 1500) + "wait-for-host\nset VIDEO PROC AMP Gain 12\nwait-for-no-host\nquit\n";
     StartedProgram program({"--port", "0", "--script", folder.Make("script.txt", script)});

@@ -9,44 +9,45 @@ namespace Morquil::Simulation {
 
 namespace {
 
-std::vector<Saying> SayingsIn(std::string_view text) {
-    std::vector<Saying> sayings;
+std::vector<DeviceMessage> MessagesIn(std::string_view text) {
+    std::vector<DeviceMessage> messages;
     while (!text.empty()) {
         const std::size_t end = text.find("\n\n") + 2;
-        sayings.push_back(BlockSaying(text.substr(0, end)));
+        messages.push_back(BlockMessage(text.substr(0, end)));
         text.remove_prefix(end);
     }
-    return sayings;
+    return messages;
 }
 
 }  // namespace
 
-Saying BlockSaying(std::string_view text) {
-    Saying saying{.kind = Saying::Kind::Block,
-                  .header = std::string(text.substr(0, text.find(':'))),
-                  .lines = {},
-                  .bytes = std::string(text)};
+DeviceMessage BlockMessage(std::string_view text) {
+    DeviceMessage message{.kind = DeviceMessage::Kind::Block,
+                          .header = std::string(text.substr(0, text.find(':'))),
+                          .lines = {},
+                          .bytes = std::string(text)};
     for (text.remove_prefix(text.find('\n') + 1); text != "\n"; text.remove_prefix(text.find('\n') + 1)) {
         const std::string_view line = text.substr(0, text.find('\n'));
         const std::size_t colon = line.find(':');
-        saying.lines.emplace_back(line.substr(0, colon), line.substr(colon + 2));
+        message.lines.emplace_back(line.substr(0, colon), line.substr(colon + 2));
     }
-    return saying;
+    return message;
 }
 
-Saying BlockSaying(const std::string& header, const Lines& lines) {
-    return {.kind = Saying::Kind::Block, .header = header, .lines = lines, .bytes = TextOf(header, lines)};
+DeviceMessage BlockMessage(const std::string& header, const Lines& lines) {
+    return {.kind = DeviceMessage::Kind::Block, .header = header, .lines = lines, .bytes = TextOf(header, lines)};
 }
 
-Saying Acknowledgement(bool isPositive, std::size_t count) {
-    Saying saying{.kind = Saying::Kind::Acknowledge, .header = {}, .lines = {}, .bytes = {}, .count = count};
+DeviceMessage Acknowledgement(bool isPositive, std::size_t count) {
+    DeviceMessage message{
+        .kind = DeviceMessage::Kind::Acknowledge, .header = {}, .lines = {}, .bytes = {}, .count = count};
     for (; count > 0; --count) {
-        saying.bytes += isPositive ? "ACK\n" : "NACK\n";
+        message.bytes += isPositive ? "ACK\n" : "NACK\n";
     }
-    return saying;
+    return message;
 }
 
-Saying Nonsense(Dice& dice) {
+DeviceMessage Nonsense(Dice& dice) {
     static const std::array<std::string, 6> nonsense{
         "PING\n\n",
         "\n",
@@ -55,27 +56,27 @@ Saying Nonsense(Dice& dice) {
         "NO SUCH BLOCK:\nGain: 99\nACK\n" + std::string(300, 'x') + "\n\n",
         "DISPLAY:\n" + std::string("\x01\x02\xff\xfe: \x80\n") + "\r\n",
     };
-    return {.kind = Saying::Kind::Nothing, .header = {}, .lines = {}, .bytes = dice.OneOf(nonsense)};
+    return {.kind = DeviceMessage::Kind::Nothing, .header = {}, .lines = {}, .bytes = dice.OneOf(nonsense)};
 }
 
-const std::vector<Saying>& GreetingSayings() {
-    static const std::vector<Saying> sayings = SayingsIn(Testing::GreetingText());
-    return sayings;
+const std::vector<DeviceMessage>& GreetingMessages() {
+    static const std::vector<DeviceMessage> messages = MessagesIn(Testing::GreetingText());
+    return messages;
 }
 
-const std::vector<Saying>& AvailabilitySayings() {
-    static const std::vector<Saying> sayings = [] {
+const std::vector<DeviceMessage>& AvailabilityMessages() {
+    static const std::vector<DeviceMessage> messages = [] {
         std::string text;
         for (const auto& [header, lines] : Testing::AvailabilityLines()) {
             text += Testing::BlockOf(header, lines);
         }
-        return SayingsIn(text);
+        return MessagesIn(text);
     }();
-    return sayings;
+    return messages;
 }
 
-void Spoil(Dice& dice, Saying& saying) {
-    std::string& bytes = saying.bytes;
+void Spoil(Dice& dice, DeviceMessage& message) {
+    std::string& bytes = message.bytes;
     if (dice.OneIn(3)) {
         static const std::array<std::string, 4> lines{"Bogus: 1\n", "no colon here\n", "Bogus:\n",
                                                       "\x7f\x80\xff: \x01\n"};

@@ -1,4 +1,4 @@
-// What a device has to say: the blocks of a small device's state, and everything that is none.
+// What a device sends: the blocks of a small device's state, and everything else.
 #pragma once
 
 #include <cstddef>
@@ -11,20 +11,20 @@
 
 namespace Morquil::Simulation {
 
-/// A block as it stands in a text.
-Saying BlockSaying(std::string_view text);
-Saying BlockSaying(const std::string& header, const Lines& lines);
-/// So many in a row.
-Saying Acknowledgement(bool isPositive, std::size_t count = 1);
-/// Something without a meaning: a ping, an unknown block, empty lines, ...
-Saying Nonsense(Dice& dice);
+/// A block, parsed from its text.
+DeviceMessage BlockMessage(std::string_view text);
+DeviceMessage BlockMessage(const std::string& header, const Lines& lines);
+/// `count` in a row.
+DeviceMessage Acknowledgement(bool isPositive, std::size_t count = 1);
+/// Something meaningless: a ping, an unknown block, empty lines, ...
+DeviceMessage Nonsense(Dice& dice);
 
 /// The blocks of the greeting, the preamble first.
-const std::vector<Saying>& GreetingSayings();
-/// The answers to what is asked for.
-const std::vector<Saying>& AvailabilitySayings();
+const std::vector<DeviceMessage>& GreetingMessages();
+/// The answers to requests.
+const std::vector<DeviceMessage>& AvailabilityMessages();
 
-/// Puts lines without a meaning into a block, or sends it with the line ends of another system.
-void Spoil(Dice& dice, Saying& saying);
+/// Puts meaningless lines into a block, or gives it the line ends of another system.
+void Spoil(Dice& dice, DeviceMessage& message);
 
 }  // namespace Morquil::Simulation

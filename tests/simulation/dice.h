@@ -1,4 +1,4 @@
-// Where the simulated worlds get their chances from.
+// The source of chance for the simulated worlds.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@ public:
 
     /// A number from 0 to `count` - 1.
     virtual std::uint32_t Below(std::uint32_t count) = 0;
-    /// Whether one of `count` chances has come.
+    /// True in one of `count` cases.
     bool OneIn(std::uint32_t count) { return Below(count) == count - 1; }
     /// One of the elements of an array.
     template <class Elements>
@@ -20,7 +20,7 @@ public:
     }
 };
 
-/// The same throws for the same seed, everywhere.
+/// The same throws for the same seed on every system.
 class SeededDice final : public Dice {
 public:
     explicit SeededDice(std::uint64_t seed) : state_(seed) {}

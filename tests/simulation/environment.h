@@ -5,7 +5,7 @@
 
 namespace Morquil::Simulation {
 
-/// The number that the environment variable `name` holds; `fallback` when there is none.
+/// The number that the environment variable `name` holds; `fallback` if it is not set.
 inline std::uint64_t FromEnvironment(const char* name, std::uint64_t fallback) {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): this program never changes its environment
     const char* const text = std::getenv(name);

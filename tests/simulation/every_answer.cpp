@@ -50,13 +50,13 @@ constexpr int valuesOf = [] {
     return values;
 }();
 
-/// Numbers that choose one of several answers: places, channels, heights of frames, and some that name nothing.
+/// Numbers that choose one of several answers: positions, channels, frame heights, and some invalid ones.
 constexpr std::array numbers{0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11,  12,  13,  14,   15,   16,
                              17, 18, 19, 20, 21, 22, 23, 24, 31, 32, 64, 486, 576, 720, 1080, 2160, -1};
 
 template <class Parameter>
 constexpr bool isChoice = std::is_integral_v<Parameter> || std::is_enum_v<Parameter>;
-/// A text that is given to a method is a pointer, too.
+/// A text passed to a method is a pointer, too.
 template <class Parameter>
 constexpr bool isAnswer = false;
 template <class Out>
@@ -77,7 +77,7 @@ public:
     Asker(const Asker&) = delete;
     Asker& operator=(const Asker&) = delete;
 
-    /// The methods that follow are those of `Face`, if the device has it.
+    /// The following methods are those of `Face`, if the device has it.
     template <class Face>
     void Enter(const IID& iid) {
         Leave();
@@ -102,7 +102,7 @@ private:
         }
     }
 
-    /// Every value of the first parameter that has not been given yet.
+    /// Every value of the first parameter that has not been used yet.
     template <class Face, class Method, class First, class... Rest, class... Given>
     void Walk(const char* name, Face& face, Method method, List<First, Rest...> /*missing*/, Given... given) {
         if constexpr (std::is_enum_v<First>) {

@@ -7,11 +7,12 @@
 
 namespace Morquil::Simulation {
 
-/// Who is in a list of observers, each by a number, and who has to be called next. Nothing is ever forgotten, so that a
-/// round goes on behind whatever is added and removed meanwhile.
+/// Which observers, by number, are in a list, and which has to be called next. Nothing is ever forgotten, so that a
+/// round continues whatever is added and removed meanwhile.
 class ExpectedList {
 public:
-    /// One round of calls, which begins at the front. It calls nobody twice, not even who leaves and comes back.
+    /// One round of calls, which begins at the front. It calls no observer twice, not even one that is removed and
+    /// added again.
     class Round {
     public:
         bool IsOn() const { return isOn_; }
@@ -53,7 +54,7 @@ public:
         }
     }
 
-    /// Whom `round` has to call next; nobody when it is over.
+    /// The observer that `round` has to call next; none when it is over.
     std::optional<std::size_t> Next(Round& round) const {
         while (round.isOn_ && round.next_ < entries_.size() &&
                (entries_[round.next_].removed || round.HasCalled(entries_[round.next_].observer))) {

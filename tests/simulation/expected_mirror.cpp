@@ -10,7 +10,7 @@ namespace Morquil::Simulation {
 
 namespace {
 
-/// Who is told of a change of a key: all of the block's, or those that begin so.
+/// The property set that is notified of a change of a key: of all the block's keys, or of those with this prefix.
 struct Owner {
     std::string_view header;
     std::array<std::string_view, 3> beginnings;
@@ -60,7 +60,7 @@ constexpr std::array owners{
     Owner{"PRESET",                              {},                        morquilPresetPropertySetId},
     Owner{"PRESET AVAILABILITY",                 {},                        morquilPresetPropertySetId}};
 
-/// Which block is asked for when a key differs from what was known.
+/// Which block is requested when a key differs from its known value.
 struct Question {
     std::string_view header;
     std::string_view key;
@@ -83,7 +83,7 @@ constexpr std::array questions{
     Question{"VIDEO ADVANCED", "Scenecut detect",  "VIDEO ADVANCED AVAILABILITY"},
     Question{"GENLOCK",        "Signal locked",    "GENLOCK AVAILABILITY"}};
 
-/// Of these blocks not just their arrival is waited for but all of their keys.
+/// For these blocks the connection waits not only for arrival but for all keys.
 constexpr std::array<std::string_view, 6> wholeBlocks{
     "VIDEO INPUT", "VIDEO OUTPUT", "VIDEO OUTPUT AVAILABILITY",
     "VIDEO PROC AMP", "VIDEO PROC AMP AVAILABILITY", "PRESET AVAILABILITY"};
@@ -126,7 +126,7 @@ ExpectedMirror::Keys ExpectedMirror::Merge(const std::string& header, const Line
             selected = text;
             continue;
         }
-        const std::string name = selected.empty() ? key : NameBehind(selected, key);
+        const std::string name = selected.empty() ? key : NameAfter(selected, key);
         const std::string value = WithoutEndingZeros(text);
         const auto [place, isNew] = block.try_emplace(name, value);
         if (isNew || place->second != value) {
@@ -137,15 +137,15 @@ ExpectedMirror::Keys ExpectedMirror::Merge(const std::string& header, const Line
     return changed;
 }
 
-std::vector<_MorquilPropertySetId> ExpectedMirror::Told(const std::string& header, const Keys& changed) {
-    std::vector<_MorquilPropertySetId> told;
+std::vector<_MorquilPropertySetId> ExpectedMirror::Notified(const std::string& header, const Keys& changed) {
+    std::vector<_MorquilPropertySetId> notified;
     for (const Owner& owner : owners) {
         const auto isOwn = [&](const std::string& key) { return Owns(owner, key); };
         if (owner.header == header && std::any_of(changed.begin(), changed.end(), isOwn)) {
-            told.push_back(owner.propertySet);
+            notified.push_back(owner.propertySet);
         }
     }
-    return told;
+    return notified;
 }
 
 std::vector<std::string> ExpectedMirror::Requests(const std::string& header, const Keys& changed) {
@@ -176,9 +176,9 @@ ExpectedMirror::Effect ExpectedMirror::Take(const std::string& header, const Lin
     }
     const bool isFirstDevice = header == "MORQUIL DEVICE" && blocks_[header].empty();
     const Keys changed = Merge(header, lines);
-    Effect effect{Told(header, changed), Requests(header, changed)};
+    Effect effect{Notified(header, changed), Requests(header, changed)};
     if (isFirstDevice && !changed.empty()) {
-        for (const Saying& answer : AvailabilitySayings()) {
+        for (const DeviceMessage& answer : AvailabilityMessages()) {
             effect.requests.push_back(answer.header);
         }
     }
@@ -206,12 +206,12 @@ bool ExpectedMirror::MayStillBe(const std::string& header, const std::string& ke
 }
 
 bool ExpectedMirror::IsComplete() const {
-    for (const auto* const sayings : {&GreetingSayings(), &AvailabilitySayings()}) {
-        for (const Saying& saying : *sayings) {
-            const auto block = blocks_.find(saying.header);
-            const bool isNeeded = saying.header != "PROTOCOL PREAMBLE";
+    for (const auto* const messages : {&GreetingMessages(), &AvailabilityMessages()}) {
+        for (const DeviceMessage& message : *messages) {
+            const auto block = blocks_.find(message.header);
+            const bool isNeeded = message.header != "PROTOCOL PREAMBLE";
             if (isNeeded &&
-                (block == blocks_.end() || (IsWhole(saying.header) && !Holds(block->second, saying.lines)))) {
+                (block == blocks_.end() || (IsWhole(message.header) && !Holds(block->second, message.lines)))) {
                 return false;
             }
         }

@@ -13,26 +13,26 @@
 
 namespace Morquil::Simulation {
 
-/// What a device has said, and what a host and the device have to hear of it.
+/// What a device has sent, and the notifications and requests that follow from it.
 class ExpectedMirror {
 public:
     /// What follows from a block.
     struct Effect {
-        /// Who has to be told, in this order. If it is not an echo; an echo of an output change is told, too.
+        /// Who has to be notified, in this order, unless it is an echo; an echo of an output change is notified, too.
         std::vector<_MorquilPropertySetId> changed;
-        /// The blocks that are asked for.
+        /// The blocks that are requested.
         std::vector<std::string> requests;
     };
 
     Effect Take(const std::string& header, const Lines& lines);
-    /// Of a key by its name (`SpokenKey::Name`). Empty while it is not known.
+    /// Of a key by its name (`SpokenKey::Name`). Empty while it is unknown.
     std::optional<std::string> Value(const std::string& header, const std::string& key) const;
-    /// Whether a getter may still answer `value`: several features share a block, and each takes it over when its turn
-    /// comes, after the observers of those before it have been called.
+    /// Whether a getter may still answer `value`: several features share a block, and each applies it in its turn,
+    /// after the observers of those before it have been called.
     bool MayStillBe(const std::string& header, const std::string& key, const std::optional<std::string>& value) const;
-    /// What was said has been taken over.
+    /// The block has been applied.
     void Settle() { before_.reset(); }
-    /// Whether all that a connection waits for has come.
+    /// Whether everything that a connection waits for has arrived.
     bool IsComplete() const;
     _MorquilConnectToFailure Reason() const { return reason_; }
     void Forget() { blocks_.clear(); }
@@ -42,7 +42,7 @@ private:
 
     Keys Merge(const std::string& header, const Lines& lines);
     void TakePreamble(const Lines& lines);
-    static std::vector<_MorquilPropertySetId> Told(const std::string& header, const Keys& changed);
+    static std::vector<_MorquilPropertySetId> Notified(const std::string& header, const Keys& changed);
     static std::vector<std::string> Requests(const std::string& header, const Keys& changed);
 
     using Values = std::map<std::string, std::string>;
@@ -50,7 +50,7 @@ private:
     static std::optional<std::string> ValueIn(const Values& values, const std::string& key);
 
     std::map<std::string, Values> blocks_;
-    std::optional<std::pair<std::string, Values>> before_;  ///< the shared block that is being taken over, as it was
+    std::optional<std::pair<std::string, Values>> before_;  ///< the shared block that is being applied, as it was
     _MorquilConnectToFailure reason_ = morquilConnectToFailureNoResponse;
 };
 

@@ -43,7 +43,7 @@ constexpr std::array<std::string_view, 32> slotNames{"MORQUIL DEVICE",
                                                      "PRESET",
                                                      "PRESET AVAILABILITY"};
 
-/// Where a key stands in its block.
+/// The position of a key in its block.
 std::size_t RankOf(std::string_view header, const std::string& key) {
     const auto& keys = SpokenKeys();
     const auto found = std::find_if(keys.begin(), keys.end(), [&](const SpokenKey& spoken) {
@@ -52,7 +52,7 @@ std::size_t RankOf(std::string_view header, const std::string& key) {
     return static_cast<std::size_t>(found - keys.begin());
 }
 
-/// The later value of a key takes the place of the earlier one. Keys keep the order of the wire.
+/// The later value of a key replaces the earlier one. Keys keep the wire order.
 void MergeLines(std::string_view header, Lines& waiting, const Lines& later) {
     for (const auto& line : later) {
         const std::size_t rank = RankOf(header, line.first);

@@ -13,25 +13,25 @@ namespace Morquil::Simulation {
 /// The text of a block.
 std::string TextOf(std::string_view header, const Lines& lines);
 
-/// What waits to be sent, what is in flight and which texts wait for their echo.
+/// What is pending, what is in flight and which texts wait for their echo.
 class ExpectedQueue {
 public:
     void Add(std::string_view header, const Lines& lines, bool isRemembered);
-    /// The text that has to be sent next; nothing when nothing waits.
+    /// The text that has to be sent next; nothing if none is pending.
     std::optional<std::string> Next() const;
     /// The next has been sent.
     void TakeNext();
 
     bool InFlight() const { return inFlight_; }
-    /// So many acknowledgements have come at once: each of them lets a block go.
+    /// `count` acknowledgements have arrived at once: each of them releases a block.
     void Acknowledge(std::size_t count) {
         inFlight_ = false;
         acknowledgements_ = count - 1;
     }
-    /// What has come has been taken: acknowledgements that met no block are forgotten.
+    /// Everything received has been processed: acknowledgements without a block are forgotten.
     void ForgetAcknowledgements() { acknowledgements_ = 0; }
 
-    /// Whether the library itself has sent this; forgets it and all that was sent before it.
+    /// Whether the library itself has sent this; forgets it and everything sent before it.
     bool TakeEcho(const std::string& text);
 
 private:
@@ -46,7 +46,7 @@ private:
 
     std::array<std::optional<Waiting>, slotCount> slots_;
     bool inFlight_ = false;
-    std::size_t acknowledgements_ = 0;  ///< more of those that have come together
+    std::size_t acknowledgements_ = 0;  ///< the remaining ones of those that arrived together
     std::deque<std::string> sentTexts_;
 };
 

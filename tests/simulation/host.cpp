@@ -15,7 +15,7 @@ namespace {
 
 using Test::OwnedBstr;
 
-/// Nothing that a host calls may take longer, whatever the device does.
+/// No call of the host may take longer, whatever the device does.
 constexpr Time callLimit = 1000;
 
 constexpr std::array propertySets{
@@ -49,7 +49,7 @@ OwnedBstr Bstr(std::string_view text) {
 
 }  // namespace
 
-/// Stands while a thread is in a call of the library's.
+/// Exists while a thread is in a call of the library.
 class Host::Call {
 public:
     explicit Call(Host& host) : host_(host) { ++host_.callsInProgress_[Scheduler::Instance().Current()]; }
@@ -66,14 +66,14 @@ private:
 };
 
 STDMETHODIMP Host::ConnectionWatcher::Connected() {
-    host->model_.ToldConnected(number);
+    host->model_.OnConnected(number);
     host->InsideCallback();
     host->model_.ConnectedReturns();
     return S_OK;
 }
 
 STDMETHODIMP Host::ConnectionWatcher::Disconnected(_MorquilConnectToFailure reason) {
-    host->model_.ToldDisconnected(number, reason);
+    host->model_.OnDisconnected(number, reason);
     host->InsideCallback();
     host->onDisconnected_();
     host->model_.DisconnectedReturns();
@@ -81,7 +81,7 @@ STDMETHODIMP Host::ConnectionWatcher::Disconnected(_MorquilConnectToFailure reas
 }
 
 STDMETHODIMP Host::PropertyWatcher::PropertyChanged(_MorquilPropertySetId set) {
-    host->model_.ToldChanged(number, set);
+    host->model_.OnChanged(number, set);
     host->InsideCallback();
     host->model_.ChangedReturns(set);
     return S_OK;
@@ -185,7 +185,7 @@ void Host::Query() {
     GiveBack(Ask<IUnknown>(IID_IUnknown));
     void* face = this;
     trace_.Require(device_->QueryInterface(IID_IMorquilConnectionObserver, &face) == E_NOINTERFACE && face == nullptr,
-                   "an interface too many");
+                   "an unexpected interface");
 }
 
 void Host::Set(const SpokenKey& key) {
@@ -216,7 +216,7 @@ void Host::Read(const SpokenKey& key) {
     model_.Read(key.header, key.Name(), value);
 }
 
-/// Keys of an interface stand together mostly: it is asked for once.
+/// Keys of an interface are mostly adjacent: it is queried once.
 void Host::ReadAll() {
     const Call call(*this);
     trace_.Note("read all");
@@ -280,7 +280,7 @@ bool Host::OthersAreInCalls() const {
     return false;
 }
 
-/// Nobody lets the last reference go while another thread is using it.
+/// The last reference is not released while another thread is using it.
 void Host::ReleaseDevice() {
     if (!HasDevice() || OthersAreInCalls() || references_ > 1) {
         return;

@@ -16,11 +16,11 @@
 
 namespace Morquil::Simulation {
 
-/// A host that does anything with one device object that the interface allows, also inside the calls that it gets.
-/// Holds one reference to the object until it lets it go.
+/// A host that does anything with one device object that the interface allows, also inside its callbacks. Holds one
+/// reference to the object until it releases it.
 class Host {
 public:
-    /// Its observers are numbered from `firstObserver` on. `onDisconnected` is called where one is told of the end.
+    /// Its observers are numbered from `firstObserver` on. `onDisconnected` is called when one is notified of the end.
     Host(Dice& dice, Trace& trace, Model& model, std::size_t firstObserver, std::function<void()> onDisconnected);
 
     /// Takes over the reference.
@@ -30,14 +30,14 @@ public:
     void Connect(bool isAsynchronous);
     /// One call of any kind.
     void Act();
-    /// A few observers from the beginning.
+    /// A few observers from the start.
     void AddObservers();
     void ReleaseDevice();
     /// Whether no thread waits for the initial state any more.
     bool AttemptIsOver() const;
-    /// Compares all that the model knows with what the getters answer.
+    /// Compares everything that the model knows with what the getters return.
     void ReadAll();
-    /// All observers have been let go.
+    /// All observers have been released.
     void CheckObserversReleased();
 
 private:

@@ -11,7 +11,7 @@ namespace Morquil::Simulation {
 
 namespace {
 
-/// As many as one receive takes.
+/// As many as one receive returns.
 constexpr std::uint32_t longestRow = 200;
 
 }  // namespace
@@ -39,14 +39,14 @@ Time MadDevice::Delay() {
     return isSlow_ && dice_.OneIn(8) ? dice_.Below(11'000) : dice_.Below(4);
 }
 
-void MadDevice::Say(Saying saying, Time delay) {
-    if (isSpoiling_ && saying.kind == Saying::Kind::Block) {
-        Spoil(dice_, saying);
+void MadDevice::Say(DeviceMessage message, Time delay) {
+    if (isSpoiling_ && message.kind == DeviceMessage::Kind::Block) {
+        Spoil(dice_, message);
     }
     if (isSpoiling_ && dice_.OneIn(6)) {
         wire.Say(dice_, Nonsense(dice_), delay);
     }
-    wire.Say(dice_, saying, delay);
+    wire.Say(dice_, message, delay);
 }
 
 void MadDevice::Greet() {
@@ -55,14 +55,14 @@ void MadDevice::Greet() {
     if (greeting == silent) {
         return;
     }
-    for (const Saying& saying : GreetingSayings()) {
-        Saying said = saying;
+    for (const DeviceMessage& message : GreetingMessages()) {
+        DeviceMessage said = message;
         if (greeting == wrongVersion && said.header == "PROTOCOL PREAMBLE") {
-            said = BlockSaying(said.header, {{"Version", dice_.OneIn(2) ? "2.21" : "1.21"}});
+            said = BlockMessage(said.header, {{"Version", dice_.OneIn(2) ? "2.21" : "1.21"}});
         }
         if (greeting == remoteLocked && said.header == "MORQUIL DEVICE") {
             said.lines.back().second = "true";
-            said = BlockSaying(said.header, said.lines);
+            said = BlockMessage(said.header, said.lines);
         }
         if (greeting != lackingBlocks || !dice_.OneIn(8)) {
             Say(said, dice_.OneIn(8) ? Delay() : 0);
@@ -75,8 +75,8 @@ void MadDevice::Greet() {
     }
 }
 
-Saying MadDevice::Echo(const std::string& block) {
-    Saying echo = BlockSaying(block);
+DeviceMessage MadDevice::Echo(const std::string& block) {
+    DeviceMessage echo = BlockMessage(block);
     if (!echo.lines.empty() && dice_.OneIn(8)) {
         return Change();
     }
@@ -85,15 +85,15 @@ Saying MadDevice::Echo(const std::string& block) {
 
 void MadDevice::Answer(const std::string& block) {
     const bool acknowledges = dice_.Below(4) < acknowledges_;
-    const Saying acknowledgement = Acknowledgement(dice_.Below(4) >= refuses_);
+    const DeviceMessage acknowledgement = Acknowledgement(dice_.Below(4) >= refuses_);
     const bool isFirst = !dice_.OneIn(8);
     const Time delay = Delay();
     if (acknowledges && isFirst) {
         Say(acknowledgement, delay);
     }
     if (block != "PING\n\n") {
-        const Saying asked = BlockSaying(block);
-        for (const Saying& answer : AvailabilitySayings()) {
+        const DeviceMessage asked = BlockMessage(block);
+        for (const DeviceMessage& answer : AvailabilityMessages()) {
             if (answer.header == asked.header) {
                 Say(answer, delay);
             }
@@ -107,8 +107,8 @@ void MadDevice::Answer(const std::string& block) {
     }
 }
 
-/// Of one key, and maybe of some that stand behind it in its block.
-Saying MadDevice::ChangeOfKeys() {
+/// Of one key, and maybe of some that follow it in its block.
+DeviceMessage MadDevice::ChangeOfKeys() {
     const std::vector<SpokenKey>& keys = SpokenKeys();
     std::size_t place = dice_.Below(static_cast<std::uint32_t>(keys.size()));
     const std::string& header = keys[place].header;
@@ -117,36 +117,36 @@ Saying MadDevice::ChangeOfKeys() {
         const SpokenKey& key = keys[place];
         const Lines more = key.LinesOf(dice_.Below(static_cast<std::uint32_t>(key.values.size())));
         lines.insert(lines.end(), more.begin(), more.end());
-        // What stands behind a selecting line would belong to it.
+        // What follows a selecting line would belong to it.
         place = key.selector.empty() ? place + 1 : keys.size();
     } while (place < keys.size() && keys[place].header == header && dice_.OneIn(2));
-    return BlockSaying(header, lines);
+    return BlockMessage(header, lines);
 }
 
-Saying MadDevice::Change() {
+DeviceMessage MadDevice::Change() {
     if (!dice_.OneIn(3)) {
         return ChangeOfKeys();
     }
-    static const std::array<Saying, 14> others{
-        BlockSaying("VIDEO INPUT:\nVideo mode: 720p50\n\n"),
-        BlockSaying("VIDEO INPUT:\nVideo source: SDI1\nVideo mode: 1080i50\nWide SD aspect: true\n\n"),
-        BlockSaying("VIDEO INPUT:\nVideo source: HDMI\nHDMI 3D Full: true\n\n"),
-        BlockSaying("VIDEO OUTPUT:\nVideo mode: 720p50\n\n"),
-        BlockSaying("VIDEO OUTPUT:\nVideo mode: 1080i50\nAspect ratio: Anamorphic\nTransition setting: 10\n\n"),
-        BlockSaying("VIDEO ADVANCED:\nScenecut detect: false\n\n"),
-        BlockSaying("VIDEO ADVANCED:\nScenecut detect: true\n\n"),
-        BlockSaying("GENLOCK:\nSignal locked: false\n\n"),
-        BlockSaying("VIDEO ADJUST:\nRed: 3\nLuma low: 7\n\n"),
-        BlockSaying("VIDEO ADJUST:\nRed: 0\nAspect fill luma: 65\n\n"),
-        BlockSaying("ANCILLARY DATA:\nTimecode output line: 10\nCC output line: 10\nAFD output line: 12\n\n"),
-        BlockSaying("VIDEO PROC AMP AVAILABILITY:\nGain range: -1 1\n\n"),
-        BlockSaying("MORQUIL DEVICE:\nModel name: Other\nRemote lock: true\n\n"),
-        BlockSaying("PROTOCOL PREAMBLE:\nVersion: 1.23\n\n"),
+    static const std::array<DeviceMessage, 14> others{
+        BlockMessage("VIDEO INPUT:\nVideo mode: 720p50\n\n"),
+        BlockMessage("VIDEO INPUT:\nVideo source: SDI1\nVideo mode: 1080i50\nWide SD aspect: true\n\n"),
+        BlockMessage("VIDEO INPUT:\nVideo source: HDMI\nHDMI 3D Full: true\n\n"),
+        BlockMessage("VIDEO OUTPUT:\nVideo mode: 720p50\n\n"),
+        BlockMessage("VIDEO OUTPUT:\nVideo mode: 1080i50\nAspect ratio: Anamorphic\nTransition setting: 10\n\n"),
+        BlockMessage("VIDEO ADVANCED:\nScenecut detect: false\n\n"),
+        BlockMessage("VIDEO ADVANCED:\nScenecut detect: true\n\n"),
+        BlockMessage("GENLOCK:\nSignal locked: false\n\n"),
+        BlockMessage("VIDEO ADJUST:\nRed: 3\nLuma low: 7\n\n"),
+        BlockMessage("VIDEO ADJUST:\nRed: 0\nAspect fill luma: 65\n\n"),
+        BlockMessage("ANCILLARY DATA:\nTimecode output line: 10\nCC output line: 10\nAFD output line: 12\n\n"),
+        BlockMessage("VIDEO PROC AMP AVAILABILITY:\nGain range: -1 1\n\n"),
+        BlockMessage("MORQUIL DEVICE:\nModel name: Other\nRemote lock: true\n\n"),
+        BlockMessage("PROTOCOL PREAMBLE:\nVersion: 1.23\n\n"),
     };
     return others[dice_.Below(static_cast<std::uint32_t>(dice_.OneIn(4) ? others.size() : others.size() - 2))];
 }
 
-/// Acknowledgements that nobody waits for, or refusals. Rows of them arrive together, and hosts act between the rows.
+/// Unexpected acknowledgements, or refusals. Rows of them arrive together, and hosts act between the rows.
 void MadDevice::Storm(bool isPositive, std::uint32_t count) {
     while (count > 0) {
         const std::uint32_t row = 1 + dice_.Below(std::min(count, longestRow));
@@ -167,7 +167,7 @@ void MadDevice::HangUp() {
     }
 }
 
-/// Bytes of any kind, or a block of which some have changed.
+/// Random bytes, or a block with some bytes changed.
 std::string MadDevice::WildBytes() {
     if (dice_.OneIn(2)) {
         std::string bytes(dice_.Below(80), '\0');
@@ -176,7 +176,7 @@ std::string MadDevice::WildBytes() {
         }
         return bytes;
     }
-    std::string bytes = dice_.OneIn(2) ? Change().bytes : dice_.OneOf(AvailabilitySayings()).bytes;
+    std::string bytes = dice_.OneIn(2) ? Change().bytes : dice_.OneOf(AvailabilityMessages()).bytes;
     for (std::uint32_t changes = dice_.Below(4); changes > 0; --changes) {
         dice_.OneOf(bytes) = static_cast<char>(dice_.Below(256));
     }

@@ -12,31 +12,31 @@ namespace Morquil::Simulation {
 /// A device, and a network, that may do anything with one connection.
 class MadDevice {
 public:
-    /// One that is not there lets nobody connect.
+    /// One that is absent accepts no connections.
     MadDevice(Dice& dice, bool isThere);
 
     NetworkManners manners;
     Wire wire;
 
-    /// What it says of its own accord when a host connects; maybe nothing, maybe less than all.
+    /// What it sends by itself when a host connects; maybe nothing, maybe less than everything.
     void Greet();
-    /// What it makes of a block.
+    /// Its reaction to a block.
     void Answer(const std::string& block);
-    /// Whether it may say bytes that are no protocol at all.
+    /// Whether it may send bytes that are not protocol text at all.
     bool IsWild() const { return isWild_; }
-    /// It says something that nobody asked for, or hangs up.
+    /// It sends something unrequested, or hangs up.
     void SpeakUp();
-    /// It goes, in the middle of whatever it was doing.
+    /// It disappears, in the middle of whatever it was doing.
     void Leave();
 
 private:
     Time Delay();
-    void Say(Saying saying, Time delay = 0);
-    Saying Change();
-    Saying ChangeOfKeys();
+    void Say(DeviceMessage message, Time delay = 0);
+    DeviceMessage Change();
+    DeviceMessage ChangeOfKeys();
     void Storm(bool isPositive, std::uint32_t count);
     std::string WildBytes();
-    Saying Echo(const std::string& block);
+    DeviceMessage Echo(const std::string& block);
     void HangUp();
     Ending AnyEnding() { return dice_.OneIn(2) ? Ending::Reset : Ending::Close; }
 

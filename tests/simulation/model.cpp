@@ -24,13 +24,13 @@ void Model::ConnectBegins(const std::size_t* observer) {
     }
 }
 
-/// The end has begun. Connection observers have to hear of it if `isTold`.
-void Model::End(bool isTold) {
+/// The end has begun. Connection observers have to be notified of it if `isNotified`.
+void Model::End(bool isNotified) {
     if (ended_) {
         return;
     }
     ended_ = true;
-    mayTellEnd_ = mustTellEnd_ = isTold;
+    mayNotifyEnd_ = mustNotifyEnd_ = isNotified;
     Silence();
 }
 
@@ -44,12 +44,12 @@ void Model::Silence() {
 void Model::DisconnectBegins() {
     if (connectTime_ != never) {
         End(true);
-        // An attempt that has failed where nobody heard it is over already.
-        mustTellEnd_ &= isForeseen_ && !MayFailToConnect();
+        // An attempt that has failed without an observer is already over.
+        mustNotifyEnd_ &= isForeseen_ && !MayFailToConnect();
     }
 }
 
-/// Whoever has ended the connection outside any callback has been told everything.
+/// A host that has ended the connection outside any callback has been notified of everything.
 void Model::DisconnectReturned(bool wasEnding) {
     if (!wasEnding && !IsInCallback() && connectTime_ != never) {
         FinishConnectionRounds();
@@ -69,7 +69,7 @@ void Model::ReleaseBegins(bool isLast) {
     }
     if (IsInCallback()) {
         disconnectedRound_.Cancel();
-        mustTellEnd_ = false;
+        mustNotifyEnd_ = false;
     }
 }
 
@@ -79,24 +79,23 @@ void Model::CheckListed(ExpectedList& list, std::size_t observer, HRESULT result
     isAdding ? static_cast<void>(0) : list.Remove(observer);
 }
 
-/// Outside any callback this list, too, changes only between the rounds. Whether a round that met nobody has been is
-/// not to be seen.
+/// Outside any callback this list, too, changes only between the rounds. A round without observers leaves no trace.
 void Model::FinishConnectionRounds() {
     if (IsInCallback()) {
         return;
     }
-    trace_.Require(!connectionObservers_.Next(connectedRound_), "not everybody was told of the connection");
+    trace_.Require(!connectionObservers_.Next(connectedRound_), "not every observer was notified of the connection");
     connectedRound_.Cancel();
-    if (tellsEnd_ || connectionObservers_.IsEmpty()) {
-        trace_.Require(!mustTellEnd_ || !connectionObservers_.Next(disconnectedRound_),
-                       "not everybody was told of the end");
-        mustTellEnd_ = false;
+    if (endIsNotified_ || connectionObservers_.IsEmpty()) {
+        trace_.Require(!mustNotifyEnd_ || !connectionObservers_.Next(disconnectedRound_),
+                       "not every observer was notified of the end");
+        mustNotifyEnd_ = false;
     }
 }
 
 void Model::ConnectionObserverAdded(std::size_t observer, HRESULT result) {
     FinishConnectionRounds();
-    nobodyWasThere_ |= (MustBeConnected() || MayFailToConnect()) && connectionObservers_.IsEmpty();
+    hadNoObserver_ |= (MustBeConnected() || MayFailToConnect()) && connectionObservers_.IsEmpty();
     CheckListed(connectionObservers_, observer, result, true);
 }
 
@@ -115,7 +114,7 @@ void Model::PropertyObserverRemoved(std::size_t observer, _MorquilPropertySetId 
     CheckListed(propertyObservers_[set], observer, result, false);
 }
 
-/// Outside any callback a list changes only when the round of calls that was on its way is over.
+/// Outside any callback a list changes only when the current round of calls is over.
 void Model::FinishRoundsOf(_MorquilPropertySetId set) {
     if (!IsInCallback() && !propertyRounds_.empty() && propertyRounds_.front().set == set &&
         propertyRounds_.front().round.IsOn()) {
@@ -129,7 +128,7 @@ void Model::RequireOver(PropertyRound& round) {
         round.round.Begin();
     }
     if (const auto next = propertyObservers_[round.set].Next(round.round); next && isForeseen_) {
-        trace_.Fail(Name(*next) + " was not told of " + Testing::FourCharacters(round.set));
+        trace_.Fail(Name(*next) + " was not notified of " + Testing::FourCharacters(round.set));
     }
 }
 
@@ -158,9 +157,9 @@ void Model::ChangedReturns(_MorquilPropertySetId set) {
     }
 }
 
-void Model::ToldConnected(std::size_t observer) {
+void Model::OnConnected(std::size_t observer) {
     ++Calls();
-    trace_.Note(Name(observer) + " is told: connected");
+    trace_.Note(Name(observer) + " is notified: connected");
     if (!connected_) {
         trace_.Require(!ended_, "connected after the end");
         Foresee(MustBeConnected(), "connected although it is not");
@@ -168,31 +167,31 @@ void Model::ToldConnected(std::size_t observer) {
         connectedRound_.Begin();
     }
     trace_.Require(!silent_ && connectionObservers_.Next(connectedRound_) == observer,
-                   "connected is told to the wrong one");
+                   "connected goes to the wrong observer");
     connectionObservers_.Called(connectedRound_);
 }
 
-void Model::ToldDisconnected(std::size_t observer, _MorquilConnectToFailure reason) {
+void Model::OnDisconnected(std::size_t observer, _MorquilConnectToFailure reason) {
     ++Calls();
-    trace_.Note(Name(observer) + " is told: disconnected " + Testing::FourCharacters(reason));
+    trace_.Note(Name(observer) + " is notified: disconnected " + Testing::FourCharacters(reason));
     if (!ended_) {
         Foresee(MayFailToConnect(), "disconnected although nothing has ended");
         End(true);
     }
-    trace_.Require(mayTellEnd_ && !silent_, "told after the end");
-    if (!std::exchange(tellsEnd_, true)) {
+    trace_.Require(mayNotifyEnd_ && !silent_, "notified after the end");
+    if (!std::exchange(endIsNotified_, true)) {
         trace_.Require(!connectionObservers_.Next(connectedRound_), "disconnected overtakes connected");
         disconnectedRound_.Begin();
     }
-    trace_.Require(connectionObservers_.Next(disconnectedRound_) == observer, "the end is told to the wrong one");
+    trace_.Require(connectionObservers_.Next(disconnectedRound_) == observer, "the end goes to the wrong observer");
     Foresee(reason == mirror_.Reason(), "the end has the wrong reason");
     connectionObservers_.Called(disconnectedRound_);
 }
 
-void Model::ToldChanged(std::size_t observer, _MorquilPropertySetId set) {
+void Model::OnChanged(std::size_t observer, _MorquilPropertySetId set) {
     ++Calls();
-    trace_.Note(Name(observer) + " is told: " + Testing::FourCharacters(set));
-    trace_.Require(!silent_ && !ended_, "a change is told after the end");
+    trace_.Note(Name(observer) + " is notified: " + Testing::FourCharacters(set));
+    trace_.Require(!silent_ && !ended_, "a change is notified after the end");
     if (!isForeseen_) {
         return;
     }
@@ -208,7 +207,7 @@ void Model::ToldChanged(std::size_t observer, _MorquilPropertySetId set) {
     }
     if (propertyRounds_.empty() || propertyRounds_.front().set != set ||
         propertyObservers_[set].Next(propertyRounds_.front().round) != observer) {
-        trace_.Fail(Name(observer) + " is told of " + Testing::FourCharacters(set) + " for nothing or out of turn");
+        trace_.Fail(Name(observer) + " is notified of " + Testing::FourCharacters(set) + " for nothing or out of turn");
         return;
     }
     propertyObservers_[set].Called(propertyRounds_.front().round);
@@ -223,13 +222,13 @@ bool Model::MayFailToConnect() const {
     return !connected_ && (openFailed_ || isLate || mirror_.Reason() != morquilConnectToFailureNoResponse);
 }
 
-/// The attempt to connect is over. What nobody was there to be told of has happened all the same.
+/// The attempt to connect is over. What had no observer has happened all the same.
 void Model::Conclude() {
     if (ended_ || connected_) {
         return;
     }
-    Foresee(nobodyWasThere_ || connectionObservers_.IsEmpty(), "nobody was told how the attempt ended");
-    // A device that has told its lock last of all may have been too late.
+    Foresee(hadNoObserver_ || connectionObservers_.IsEmpty(), "no observer was notified how the attempt ended");
+    // A device that has reported its lock last of all may have been too late.
     if (open_ && (mirror_.IsComplete() || !isForeseen_)) {
         connected_ = true;
     } else {
@@ -248,7 +247,7 @@ void Model::CheckQuiet(bool attemptIsOver, bool deviceReads) {
     }
     Foresee(ended_ || connected_ || !MustBeConnected(), "the attempt does not end");
     FinishConnectionRounds();
-    trace_.Require(!mustTellEnd_, "nobody was told of the end");
+    trace_.Require(!mustNotifyEnd_, "no observer was notified of the end");
     silent_ |= ended_ && attemptIsOver;
     trace_.Require(!ended_ || !open_, "the connection does not end");
     trace_.Require(!ended_ || attemptIsOver, "the attempt to connect does not end");
@@ -271,23 +270,23 @@ void Model::CheckConnectResult(HRESULT result, _MorquilConnectToFailure reason, 
     Conclude();
 }
 
-void Model::Received(const Saying& saying) {
-    trace_.Note("received " + saying.bytes);
+void Model::Received(const DeviceMessage& message) {
+    trace_.Note("received " + message.bytes);
     if (ended_) {
         return;
     }
-    if (saying.kind == Saying::Kind::Acknowledge) {
-        queue_.Acknowledge(saying.count);
+    if (message.kind == DeviceMessage::Kind::Acknowledge) {
+        queue_.Acknowledge(message.count);
     }
-    if (saying.kind != Saying::Kind::Block) {
+    if (message.kind != DeviceMessage::Kind::Block) {
         return;
     }
-    const ExpectedMirror::Effect effect = mirror_.Take(saying.header, saying.lines);
+    const ExpectedMirror::Effect effect = mirror_.Take(message.header, message.lines);
     for (const std::string& request : effect.requests) {
         queue_.Add(request, {}, false);
     }
-    const bool isEcho = HasEchoes(saying.header) && queue_.TakeEcho(TextOf(saying.header, saying.lines));
-    if (!isEcho || saying.header == "VIDEO OUTPUT") {
+    const bool isEcho = HasEchoes(message.header) && queue_.TakeEcho(TextOf(message.header, message.lines));
+    if (!isEcho || message.header == "VIDEO OUTPUT") {
         for (const _MorquilPropertySetId set : effect.changed) {
             propertyRounds_.push_back({set, {}});
         }
@@ -340,9 +339,9 @@ void Model::TimedOut(Time silence) {
 void Model::Closed() {
     trace_.Note("closed");
     if (!ended_) {
-        // Whether a host that let go while it was connecting is told depends on who was first.
+        // Whether a host that released while connecting is notified depends on which came first.
         End(!released_ || (isForeseen_ && !connected_ && !MustBeConnected()));
-        mayTellEnd_ = true;
+        mayNotifyEnd_ = true;
     }
     open_ = false;
     closed_ = true;

@@ -4,7 +4,7 @@
 
 namespace Morquil::Simulation {
 
-/// Keeps to itself what the library writes to standard output: every byte that a device says, which in thousands of
+/// Discards what the library writes to standard output: every byte that a device sends, which in thousands of
 /// conversations is too much for a log.
 class QuietConsole {
 public:

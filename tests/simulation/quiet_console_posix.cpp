@@ -9,7 +9,7 @@ namespace Morquil::Simulation {
 
 namespace {
 
-/// Opened once, before the first test: there are very many conversations, and none of them leaves anything behind.
+/// Opened once, before the first test: the conversations are very many, and none of them may leave anything behind.
 const int nullDevice = open("/dev/null", O_WRONLY | O_CLOEXEC);
 
 }  // namespace

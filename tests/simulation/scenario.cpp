@@ -21,7 +21,7 @@ namespace {
 /// Longer than anything that a device object waits for.
 constexpr Time longTime = 300'000;
 
-/// So many device objects at most connect to one device that comes and goes.
+/// At most this many device objects connect to one device that comes and goes.
 constexpr std::size_t mostLives = 6;
 /// Numbers for the observers of one life.
 constexpr std::size_t observersOfALife = 10;
@@ -59,7 +59,7 @@ public:
     World(Dice& dice, const std::string& name) : dice_(dice), flaps_(dice.OneIn(4)) {
         lives_.reserve(mostLives);
         Scheduler::Instance().Begin(dice, [this, name] {
-            trace_.Note("somebody waits for ever");
+            trace_.Note("a thread waits forever");
             std::fprintf(stderr, "%s\ndeadlock in %s\n", trace_.Text().c_str(), name.c_str());
             std::abort();
         });
@@ -84,16 +84,16 @@ private:
     Life& Begin() {
         trace_.Note("life " + std::to_string(lives_.size()) + " begins");
         lives_.push_back(std::make_unique<Life>(dice_, trace_, lives_.size(), deviceIsThere_, [this] {
-            // Inside a callback nobody may wait for a connection.
+            // Inside a callback waiting for a connection is not allowed.
             if (dice_.OneIn(2)) {
-                ConnectAnew(true);
+                Reconnect(true);
             }
         }));
         return *lives_.back();
     }
 
-    /// One life is one connection: who connects anew takes a new object. The old one may stand yet.
-    void ConnectAnew(bool isAsynchronous) {
+    /// One life is one connection: connecting again uses a new object. The old one may still exist.
+    void Reconnect(bool isAsynchronous) {
         if (flaps_ && !isFinishing_ && lives_.size() < mostLives) {
             Begin().host.Connect(isAsynchronous);
         }
@@ -126,10 +126,10 @@ private:
         }
     }
 
-    /// The device goes or comes, or the host connects anew whether it is there or not.
+    /// The device appears or disappears, or the host reconnects whether it is there or not.
     void Flap() {
         if (dice_.OneIn(2)) {
-            return ConnectAnew(dice_.OneIn(2));
+            return Reconnect(dice_.OneIn(2));
         }
         deviceIsThere_ = !deviceIsThere_;
         trace_.Note(deviceIsThere_ ? "the device comes" : "the device goes");

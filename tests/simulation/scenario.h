@@ -8,12 +8,12 @@ namespace Morquil::Simulation {
 
 struct Outcome {
     std::string trace;
-    /// What went wrong first; empty when nothing did.
+    /// The first failure; empty if none.
     std::string failure;
 };
 
-/// A device object's whole life in a world of chances. `name` stands for the world where the program has to end because
-/// of it. The same throws of the dice give the same outcome.
+/// A device object's whole life in a random world. `name` identifies the world if the program has to end because of it.
+/// The same throws of the dice produce the same outcome.
 Outcome RunScenario(Dice& dice, const std::string& name);
 
 }  // namespace Morquil::Simulation

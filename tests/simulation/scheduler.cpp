@@ -106,7 +106,7 @@ Scheduler::Thread* Scheduler::PickRunnable() {
     return runnable[runnable.size() > 1 ? dice_->Below(static_cast<std::uint32_t>(runnable.size())) : 0];
 }
 
-/// When nobody can run now the clock goes on to the first moment at which somebody can.
+/// If no thread can run now, the clock advances to the first time at which one can.
 Scheduler::Thread& Scheduler::PickNext() {
     for (;;) {
         if (Thread* const next = PickRunnable()) {

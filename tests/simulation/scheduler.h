@@ -20,17 +20,17 @@ namespace Morquil::Simulation {
 using Time = std::int64_t;
 inline constexpr Time never = std::numeric_limits<Time>::max();
 
-/// Runs the threads of one world at a time. A thread runs until it blocks or gives way; who is next is thrown with the
-/// world's dice, so a world goes the same way for the same dice. The thread that begins a world is its driver.
+/// Runs the threads of one world at a time. A thread runs until it blocks or yields; the world's dice choose the next,
+/// so a world runs the same way for the same dice. The thread that begins a world is its driver.
 ///
-/// Only the thread whose turn it is touches anything of the world, so that nothing in it needs a lock.
+/// Only the thread whose turn it is touches the world, so that nothing in it needs a lock.
 class Scheduler {
 public:
-    /// The one that the simulated core asks.
+    /// The instance that the simulated core uses.
     static Scheduler& Instance();
 
-    /// Begins a world. `onDeadlock` is called when no thread can ever go on, or one outlives the
-    /// world; it must not return.
+    /// Begins a world. `onDeadlock` is called when no thread can ever continue, or one outlives the world; it must not
+    /// return.
     void Begin(Dice& dice, std::function<void()> onDeadlock);
     /// Ends the world, whose threads must all have ended. The next begins at time 0.
     void End();
@@ -40,18 +40,19 @@ public:
     bool IsDriver() const { return running_ == threads_.front().get(); }
 
     QRN::Core::ThreadId Start(QRN::Core::ThreadFunction function, void* argument);
-    /// The thread that was started last; 0 when there was none in this world.
+    /// The thread that was started last; 0 if none was started in this world.
     QRN::Core::ThreadId LastStarted() const { return threads_.size() > 1 ? threads_.back()->id : 0; }
     bool HasEnded(QRN::Core::ThreadId thread) const { return Of(thread).ended; }
     std::uint32_t ExitCode(QRN::Core::ThreadId thread) const { return Of(thread).exitCode; }
     /// How many threads besides the driver have not ended.
     std::size_t LiveThreads() const;
 
-    /// Blocks the calling thread until `ready()` or until the clock reads `deadline`. Others may ask `ready`, too.
+    /// Blocks the calling thread until `ready()` or until the clock reads `deadline`. Other threads may call `ready`,
+    /// too.
     void Block(const std::function<bool()>& ready, Time deadline = never);
-    /// Lets another thread go first, if there is one and the dice say so.
+    /// Lets another thread run first, if one can and the dice say so.
     void GiveWay();
-    /// The driver waits until nobody else has anything to do before the clock reads `until`.
+    /// The driver waits until no other thread has anything to do before the clock reads `until`.
     void LetOthersRun(Time until);
 
 private:
@@ -59,9 +60,9 @@ private:
         QRN::Core::ThreadId id = 0;
         std::thread thread;
         std::condition_variable turn;
-        const std::function<bool()>* ready = nullptr;  ///< what it is blocked for, or null
+        const std::function<bool()>* ready = nullptr;  ///< what it waits for, or null
         Time deadline = never;
-        bool isLast = false;  ///< goes on only when nobody else can at this time
+        bool isLast = false;  ///< continues only when no other thread can at this time
         bool ended = false;
         std::uint32_t exitCode = 0;
     };

@@ -8,7 +8,7 @@ namespace Morquil::Simulation {
 
 namespace {
 
-/// What the client gives an attempt to connect.
+/// The client's limit for an attempt to connect.
 constexpr Time connectLimit = 2000;
 
 Scheduler& World() {
@@ -44,16 +44,16 @@ bool SimulatedComms::TakeSignal(CommsSignal signal) {
 }
 
 bool SimulatedComms::HasSocketEvent() const {
-    return includesSocket_ && (isArmed_ || (wire_.HasArrived() && (wire_.IsEnd() || !isReadTold_)));
+    return includesSocket_ && (isArmed_ || (wire_.HasArrived() && (wire_.IsEnd() || !isReadReported_)));
 }
 
-/// An end is told for ever.
+/// An end is reported on every wait.
 CommsEvent SimulatedComms::TakeSocketEvent() {
     if (wire_.HasArrived() && wire_.IsEnd()) {
         return manners_.closesAtReceive && !wire_.IsReset() ? CommsEvent::Readable : CommsEvent::SocketError;
     }
-    if (wire_.HasArrived() && !isReadTold_) {
-        isReadTold_ = true;
+    if (wire_.HasArrived() && !isReadReported_) {
+        isReadReported_ = true;
         return CommsEvent::Readable;
     }
     isArmed_ = false;
@@ -86,10 +86,10 @@ CommsEvent SimulatedComms::WaitForEvent() {
     return CommsEvent::Timeout;
 }
 
-/// Never joins two things that the device says, so that the listener knows where the receiver is.
+/// Never joins two messages of the device, so that the listener knows where the receiver is.
 int SimulatedComms::Receive(char* buffer, int length, int) {
     listener_.ReadyForMore();
-    isReadTold_ = false;
+    isReadReported_ = false;
     if (!isOpen_) {
         return commsFailed;
     }
@@ -99,7 +99,7 @@ int SimulatedComms::Receive(char* buffer, int length, int) {
     if (wire_.IsEnd()) {
         return wire_.IsReset() ? commsFailed : 0;
     }
-    std::optional<Saying> whole;
+    std::optional<DeviceMessage> whole;
     const std::string taken = wire_.Take(static_cast<std::size_t>(length), whole);
     std::copy(taken.begin(), taken.end(), buffer);
     hasTransferred_ = true;

@@ -17,13 +17,13 @@ struct NetworkManners {
 
     Opening opening = Opening::Succeeds;
     Time openingTime = 0;
-    /// The device takes at most so many bytes of one send.
+    /// The device accepts at most this many bytes of one send.
     std::size_t sendLimit = static_cast<std::size_t>(-1);
-    /// From this time on the device takes no bytes at all, without the connection breaking.
+    /// From this time on the device accepts no bytes at all, but the connection is kept.
     Time readsUntil = never;
     /// From this time on sends fail.
     Time sendsFailFrom = never;
-    /// A close is found by a receive that gets nothing; otherwise the wait tells it.
+    /// A close is found by a receive that gets nothing; otherwise the wait reports it.
     bool closesAtReceive = false;
 };
 
@@ -56,11 +56,11 @@ private:
     const NetworkManners& manners_;
     WireListener& listener_;
     bool isOpen_ = false;
-    bool isArmed_ = false;     ///< `Writable` has not been told yet
-    bool isReadTold_ = false;  ///< `Readable` has been told since the last receive
+    bool isArmed_ = false;         ///< `Writable` has not been reported yet
+    bool isReadReported_ = false;  ///< `Readable` has been reported since the last receive
     bool includesSocket_ = false;
     Time timeout_ = 0;
-    bool hasTransferred_ = false;  ///< a byte has come or gone since the last wait began
+    bool hasTransferred_ = false;  ///< a byte has been received or sent since the last wait began
     Time silentSince_ = 0;
     std::array<bool, 3> signals_{};
     std::string unfinished_;

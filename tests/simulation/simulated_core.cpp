@@ -1,4 +1,4 @@
-// The core's clock, sections, conditions, events and threads for a third system: one whose scheduler obeys a seed.
+// The core's clock, sections, conditions, events and threads for a third system: one whose scheduler follows a seed.
 #include <cstdint>
 #include <new>
 
@@ -18,14 +18,14 @@ Scheduler& World() {
     return Scheduler::Instance();
 }
 
-/// Lives where the system's own would.
+/// Replaces the system's own in place.
 struct Section {
     ThreadId owner;
     unsigned depth;
 };
 static_assert(sizeof(Section) <= sizeof(NativeCriticalSection));
 
-/// How often all who wait have been woken.
+/// How often all waiting threads have been woken.
 using Wakes = std::uintptr_t;
 static_assert(sizeof(Wakes) <= sizeof(NativeCondition));
 

@@ -1,6 +1,6 @@
-// Thousands of lives of a device object, each in a world of its own chances.
+// Thousands of lives of a device object, each in a random world of its own.
 //   MORQUIL_SEEDS=N  how many worlds (1000)
-//   MORQUIL_SEED=K   just this one, with its trace
+//   MORQUIL_SEED=K   only this one, with its trace
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -33,13 +33,13 @@ TEST(Simulation, KeepsEveryRuleInEveryWorld) {
     }
 }
 
-TEST(Simulation, GoesTheSameWayForTheSameSeed) {
+TEST(Simulation, RepeatsItselfForTheSameSeed) {
     for (std::uint64_t seed = 1; seed <= 50; ++seed) {
         EXPECT_EQ(RunSeed(seed).trace, RunSeed(seed).trace) << "seed " << seed;
     }
 }
 
-TEST(Simulation, GoesOtherWaysForOtherSeeds) {
+TEST(Simulation, DiffersForOtherSeeds) {
     EXPECT_NE(RunSeed(1).trace, RunSeed(2).trace);
 }
 

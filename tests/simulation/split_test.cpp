@@ -1,5 +1,5 @@
-// A device's whole state as it may come over a network: in two pieces that meet anywhere, or only up to anywhere.
-//   MORQUIL_SPLITS=N  every Nth place only (1), and all places around the ends of blocks
+// A device's whole state as it may arrive over a network: in two pieces split anywhere, or cut off anywhere.
+//   MORQUIL_SPLITS=N  only every Nth position (1), and all positions around the ends of blocks
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -42,7 +42,7 @@ std::vector<std::size_t> BlockEnds() {
     return ends;
 }
 
-/// The places before the bytes of the dump, and the one behind them.
+/// The positions before the bytes of the dump, and the one after them.
 std::set<std::size_t> Places() {
     std::set<std::size_t> places{Dump().size()};
     for (std::size_t place = 0; place < Dump().size(); place += FromEnvironment("MORQUIL_SPLITS", 1)) {
@@ -66,15 +66,15 @@ struct BlockCalls {
     Calls calls;
 };
 
-/// Where the dump's blocks end, and what a host is told then.
+/// Where the dump's blocks end, and the host's notifications then.
 const std::vector<BlockCalls>& CallsOfBlocks() {
     static const std::vector<BlockCalls> blocks = [] {
         std::vector<BlockCalls> list;
         ExpectedMirror mirror;
         std::size_t begin = 0;
         for (const std::size_t end : BlockEnds()) {
-            const Saying saying = BlockSaying(std::string_view(Dump()).substr(begin, end - begin));
-            const auto changed = mirror.Take(saying.header, saying.lines).changed;
+            const DeviceMessage message = BlockMessage(std::string_view(Dump()).substr(begin, end - begin));
+            const auto changed = mirror.Take(message.header, message.lines).changed;
             list.push_back({end, Calls(changed.begin(), changed.end())});
             begin = end;
         }
@@ -83,29 +83,29 @@ const std::vector<BlockCalls>& CallsOfBlocks() {
     return blocks;
 }
 
-/// What a host is told of the first `count` bytes, and that it is connected with the last.
+/// A host's notifications for the first `count` bytes, and `Connected` with the last.
 Calls CallsOf(std::size_t count) {
-    Calls told;
+    Calls all;
     for (const auto& [end, calls] : CallsOfBlocks()) {
         if (end <= count) {
-            told.insert(told.end(), calls.begin(), calls.end());
+            all.insert(all.end(), calls.begin(), calls.end());
         }
     }
     if (count == Dump().size()) {
-        told.push_back(Listener::connected);
+        all.push_back(Listener::connected);
     }
-    return told;
+    return all;
 }
 
 struct Picture {
-    Calls told;
+    Calls calls;
     std::uint64_t answers = 0;
 };
 
 Picture SeenAt(std::size_t split) {
     const QuietConsole quiet;
     const Visit visit(split + 1, TwoPieces(split));
-    return {visit.Told(), DigestOfEveryAnswer(visit.Device())};
+    return {visit.Calls(), DigestOfEveryAnswer(visit.Device())};
 }
 
 std::string AnswersAt(std::size_t split) {
@@ -125,7 +125,7 @@ std::string FirstDifference(const std::string& one, const std::string& other) {
     return '"' + line + "\", not \"" + otherLine + '"';
 }
 
-/// The settings file; it also holds what no getter answers.
+/// The settings file; it also holds what no getter returns.
 std::string SettingsAt(std::size_t split) {
     static const Test::TemporaryFolder folder;
     static const std::string path = folder.PathOf("state");
@@ -135,7 +135,7 @@ std::string SettingsAt(std::size_t split) {
     return Test::ContentOf(path);
 }
 
-/// What is compared below is not nothing.
+/// What is compared below is not empty.
 TEST(Splits, AnswersAreOfEveryKind) {
     const std::string answers = AnswersAt(0);
     for (const char* const answer :
@@ -147,20 +147,20 @@ TEST(Splits, AnswersAreOfEveryKind) {
     }
 }
 
-TEST(Splits, AllGiveTheSameStateAndCalls) {
+TEST(Splits, AllProduceTheSameStateAndCalls) {
     const Picture whole = SeenAt(0);
-    ASSERT_EQ(whole.told, CallsOf(Dump().size()));
-    ASSERT_EQ(std::set<std::uint32_t>(whole.told.begin(), whole.told.end()).size(), Listener::propertySets + 1);
+    ASSERT_EQ(whole.calls, CallsOf(Dump().size()));
+    ASSERT_EQ(std::set<std::uint32_t>(whole.calls.begin(), whole.calls.end()).size(), Listener::propertySets + 1);
     for (const std::size_t split : Places()) {
         const Picture picture = SeenAt(split);
-        ASSERT_EQ(picture.told, whole.told) << "split before byte " << split;
+        ASSERT_EQ(picture.calls, whole.calls) << "split before byte " << split;
         if (picture.answers != whole.answers) {
             FAIL() << "split before byte " << split << ": " << FirstDifference(AnswersAt(split), AnswersAt(0));
         }
     }
 }
 
-TEST(Splits, AtTheEndsOfBlocksGiveTheSameSettingsFile) {
+TEST(Splits, AtTheEndsOfBlocksProduceTheSameSettingsFile) {
     const std::string whole = SettingsAt(0);
     ASSERT_NE(whole.find("Align size X left: "), std::string::npos);
     for (const std::size_t end : BlockEnds()) {
@@ -183,18 +183,18 @@ void PrintTo(const Loss& loss, std::ostream* out) {
 
 class Losses : public testing::TestWithParam<Loss> {
 protected:
-    /// The calls of a connection that is lost behind the first `count` bytes.
-    static Calls ToldOf(std::size_t count) {
+    /// The calls of a connection that is lost after the first `count` bytes.
+    static Calls CallsWithLossAfter(std::size_t count) {
         Wire wire;
         wire.Say(Dump().substr(0, count));
         wire.End(GetParam().ending, GetParam().delay);
         NetworkManners manners;
         manners.closesAtReceive = GetParam().closesAtReceive;
         const QuietConsole quiet;
-        return Visit(count + 1, std::move(wire), manners).Told();
+        return Visit(count + 1, std::move(wire), manners).Calls();
     }
     static bool IsAtOnce() { return GetParam().delay == 0; }
-    /// All that comes before the end is told; of what is lost with a reset, nothing.
+    /// Everything that arrives before the end is notified; nothing that is lost with a reset is.
     static Calls ExpectedOf(std::size_t count) {
         Calls calls = IsAtOnce() && GetParam().ending == Ending::Reset ? Calls() : CallsOf(count);
         calls.push_back(Listener::disconnected);
@@ -202,15 +202,15 @@ protected:
     }
 };
 
-TEST_P(Losses, AtEveryByteTellWhatCameBeforeAndOneEnd) {
+TEST_P(Losses, AtEveryByteReportWhatCameBeforeAndOneEnd) {
     for (const std::size_t count : Places()) {
-        const Calls told = ToldOf(count);
+        const Calls calls = CallsWithLossAfter(count);
         Calls expected = ExpectedOf(count);
-        if (IsAtOnce() && told.size() < expected.size()) {
-            // Another thread tells `Connected`: an end that comes with the last block may be first.
+        if (IsAtOnce() && calls.size() < expected.size()) {
+            // Another thread calls `Connected`: an end that arrives with the last block may come first.
             std::erase(expected, Listener::connected);
         }
-        ASSERT_EQ(told, expected) << "lost behind " << count << " bytes";
+        ASSERT_EQ(calls, expected) << "lost after " << count << " bytes";
     }
 }
 

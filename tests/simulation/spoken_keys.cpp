@@ -23,14 +23,14 @@ Face& As(IUnknown& face) {
     return static_cast<Face&>(face);
 }
 
-/// Where a key stands.
+/// The place of a key.
 struct Place {
     const char* header;
     const char* key;
     const IID& iid;
 };
 
-/// `toWire` makes text of what the getter answers, `fromWire` the setter's value from a place in `values`.
+/// `toWire` turns the getter's answer into text, `fromWire` an index in `values` into the setter's value.
 template <class Face, class Out, class In, class ToWire, class FromWire>
 SpokenKey Key(const Place& place, Values values, Method<Face, Out*> getter, Method<Face, In> setter, ToWire toWire,
               FromWire fromWire) {
@@ -104,7 +104,7 @@ SpokenKey TextKey(const Place& place, Method<Face, BSTR*> getter, Method<Face, B
     return key;
 }
 
-/// The zeros at the end that a device writes as well.
+/// The trailing zeros that a device writes, too.
 template <class Face>
 SpokenKey DecimalKey(const Place& place, Method<Face, double*> getter, Method<Face, double> setter) {
     return Key(
@@ -145,7 +145,7 @@ SpokenKey RangeOfKey(const Place& place, Lines selector, Which which, Method<Fac
     return key;
 }
 
-/// A list that nothing is known of reads like an empty one, which is never said.
+/// An unknown list reads like an empty one, which is never sent.
 template <class Vocabulary, class Face, class Word>
 SpokenKey ListKey(const Place& place, Method<Face, Word, LONG*> query) {
     const auto word = [](std::size_t index) { return WordAt<Vocabulary>(index); };
@@ -178,7 +178,7 @@ SpokenKey VersionKey(const Place& place, Values values, Method<IMorquilDevice, U
         [](std::size_t) { return UINT{}; });
 }
 
-/// An element of an array, by its number.
+/// An element of an array, by its index.
 SpokenKey AudioOutKey(unsigned int channel) {
     using Mapping = IMorquilAudioMapping;
     SpokenKey key{.header = "AUDIO",
@@ -221,10 +221,10 @@ Lines SpokenKey::LinesOf(std::size_t value) const {
 }
 
 std::string SpokenKey::Name() const {
-    return selector.empty() ? key : NameBehind(selector.front().second, key);
+    return selector.empty() ? key : NameAfter(selector.front().second, key);
 }
 
-std::string NameBehind(const std::string& selected, const std::string& key) {
+std::string NameAfter(const std::string& selected, const std::string& key) {
     return key + " of " + selected;
 }
 
@@ -272,7 +272,7 @@ const std::vector<SpokenKey>& SpokenKeys() {
         WordKey<VideoModes>({"VIDEO OUTPUT", "Video mode", IID_IMorquilOutputConfiguration}, &Output::GetVideoMode, &Output::SetVideoMode),
         WordKey<AspectRatios>({"VIDEO OUTPUT", "Aspect ratio", IID_IMorquilOutputConfiguration}, &Output::GetAspectRatio, &Output::SetAspectRatio),
         WordKey<PixelFormats>({"VIDEO OUTPUT", "Video pixel format", IID_IMorquilOutputConfiguration}, &Output::GetPixelFormat, &Output::SetPixelFormat),
-        // -1 would stand for none.
+        // -1 would mean none.
         NumberKey({"VIDEO OUTPUT", "Transition setting", IID_IMorquilOutputConfiguration}, 0, &Output::GetTransitionSetting, &Output::SetTransitionSetting),
         FlagKey({"VIDEO OUTPUT", "Still frame present", IID_IMorquilOutputConfiguration}, &Output::GetStillFramePresent),
         ListKey<DemuxModes>({"VIDEO OUTPUT AVAILABILITY", "Video demux modes", IID_IMorquilOutputConfiguration}, &Output::IsDemuxModeAvailable),

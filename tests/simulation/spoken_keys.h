@@ -11,35 +11,35 @@
 
 namespace Morquil::Simulation {
 
-/// A key that the mad device speaks: what it may say of it, and how a host reads and sets the same.
+/// A key that the mad device sends: its possible values, and how a host reads and sets them.
 struct SpokenKey {
     std::string header;
     std::string key;
-    /// The interface that the calls below take.
+    /// The interface that the calls below use.
     const IID* iid = nullptr;
-    /// All that is ever said of it, as it stands on the wire.
+    /// All values that are ever sent, as on the wire.
     std::vector<std::string> values = {};
-    /// What the getter answers, as it would stand on the wire; nothing when it does not know.
+    /// What the getter answers, as it would be on the wire; nothing if it does not know.
     std::function<std::optional<std::string>(IUnknown& face)> read = nullptr;
-    /// Sets one of `values`, by its place. Empty where hosts cannot.
+    /// Sets one of `values`, by its index. Empty if hosts cannot set it.
     std::function<HRESULT(IUnknown& face, std::size_t value)> set = nullptr;
-    /// A line that has to stand before it: the key is one of many of its name.
+    /// A line that has to precede it: the key is one of many with its name.
     Lines selector = {};
 
-    /// Its lines with one of `values`, by its place.
+    /// Its lines with one of `values`, by its index.
     Lines LinesOf(std::size_t value) const;
-    /// What tells it from all others of its block.
+    /// What distinguishes it from all others of its block.
     std::string Name() const;
 };
 
-/// All of them; those of a block stand together, in the order of the wire.
+/// All of them; those of a block are adjacent, in wire order.
 const std::vector<SpokenKey>& SpokenKeys();
 
-/// The name of a key behind a selecting line.
-std::string NameBehind(const std::string& selected, const std::string& key);
-/// Whether a line with this key selects what those behind it are about.
+/// The name of a key after a selecting line.
+std::string NameAfter(const std::string& selected, const std::string& key);
+/// Whether a line with this key selects what the following lines are about.
 bool IsSelector(const std::string& header, const std::string& key);
-/// Decimals without the zeros at their ends, but for one; other text as it is.
+/// Decimals without their trailing zeros, except one; other text unchanged.
 std::string WithoutEndingZeros(const std::string& value);
 
 }  // namespace Morquil::Simulation

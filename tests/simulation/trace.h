@@ -7,7 +7,7 @@
 
 namespace Morquil::Simulation {
 
-/// What happens in a world, one line for each event: when, on which thread, what. The first failure stands apart.
+/// What happens in a world, one line for each event: when, on which thread, what. The first failure is kept separately.
 class Trace {
 public:
     void Note(std::string_view event) {
@@ -30,7 +30,7 @@ public:
     }
 
     const std::string& Text() const { return text_; }
-    /// Empty when all has gone well.
+    /// Empty if nothing failed.
     const std::string& Failure() const { return failure_; }
 
 private:

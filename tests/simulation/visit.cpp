@@ -32,7 +32,7 @@ constexpr std::array allPropertySets{morquilInputConfigurationPropertySetId, mor
 const std::size_t Listener::propertySets = allPropertySets.size();
 
 Listener::Listener(CMorquilDevice& device) {
-    connection_.told = properties_.told = &told_;
+    connection_.calls = properties_.calls = &calls_;
     device.AddConnectionObserver(&connection_);
     for (const _MorquilPropertySetId set : allPropertySets) {
         device.AddPropertyObserver(&properties_, set);

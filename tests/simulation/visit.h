@@ -12,39 +12,39 @@
 
 namespace Morquil::Simulation {
 
-/// Everything that a host can be told, in one list.
+/// All notifications of a host, in one list.
 class Listener {
 public:
     explicit Listener(CMorquilDevice& device);
 
     /// Sets of properties by their ids, and the two below.
-    const std::vector<std::uint32_t>& Told() const { return told_; }
+    const std::vector<std::uint32_t>& Calls() const { return calls_; }
 
     static constexpr std::uint32_t connected = 1;
     static constexpr std::uint32_t disconnected = 2;
-    /// How many sets there are.
+    /// The number of sets.
     static const std::size_t propertySets;
 
 private:
     struct Connection final : CountedObserver<IMorquilConnectionObserver> {
-        STDMETHODIMP Connected() override { return told->push_back(connected), S_OK; }
-        STDMETHODIMP Disconnected(_MorquilConnectToFailure) override { return told->push_back(disconnected), S_OK; }
-        std::vector<std::uint32_t>* told = nullptr;
+        STDMETHODIMP Connected() override { return calls->push_back(connected), S_OK; }
+        STDMETHODIMP Disconnected(_MorquilConnectToFailure) override { return calls->push_back(disconnected), S_OK; }
+        std::vector<std::uint32_t>* calls = nullptr;
     };
     struct Properties final : CountedObserver<IMorquilPropertyObserver> {
         STDMETHODIMP PropertyChanged(_MorquilPropertySetId set) override {
-            return told->push_back(static_cast<std::uint32_t>(set)), S_OK;
+            return calls->push_back(static_cast<std::uint32_t>(set)), S_OK;
         }
-        std::vector<std::uint32_t>* told = nullptr;
+        std::vector<std::uint32_t>* calls = nullptr;
     };
 
-    std::vector<std::uint32_t> told_;
+    std::vector<std::uint32_t> calls_;
     Connection connection_;
     Properties properties_;
 };
 
-/// A host's visit to a device that says what it is made to, and nothing else: from the connection until nothing happens
-/// any more. The seed decides which thread goes first where that is open.
+/// A host's visit to a device that sends a given script and nothing else: from the connection until nothing more
+/// happens. The seed decides which thread goes first where the order is open.
 class Visit {
 public:
     Visit(std::uint64_t seed, Wire wire, const NetworkManners& manners = {});
@@ -52,7 +52,7 @@ public:
     Visit(const Visit&) = delete;
     Visit& operator=(const Visit&) = delete;
 
-    const std::vector<std::uint32_t>& Told() const { return listener_.Told(); }
+    const std::vector<std::uint32_t>& Calls() const { return listener_.Calls(); }
     CMorquilDevice& Device() const { return *device_; }
 
 private:

@@ -7,12 +7,12 @@ namespace Morquil::Simulation {
 
 namespace {
 
-/// What is left of something that is cut behind `length` bytes: of acknowledgements those before, of all else nothing.
-std::optional<Saying> BeginningOf(std::optional<Saying> saying, std::size_t length) {
-    if (saying && saying->count > 1) {
-        saying->count = length * saying->count / saying->bytes.size();
-        saying->bytes.resize(length);
-        return saying->count > 0 ? saying : std::nullopt;
+/// What is left of a message that is cut after `length` bytes: of acknowledgements those before, of all others nothing.
+std::optional<DeviceMessage> BeginningOf(std::optional<DeviceMessage> message, std::size_t length) {
+    if (message && message->count > 1) {
+        message->count = length * message->count / message->bytes.size();
+        message->bytes.resize(length);
+        return message->count > 0 ? message : std::nullopt;
     }
     return std::nullopt;
 }
@@ -24,23 +24,23 @@ Time Wire::ArrivalAfter(Time delay) const {
     return pieces_.empty() ? soonest : std::max(soonest, pieces_.back().at);
 }
 
-void Wire::Say(Dice& dice, const Saying& saying, Time delay) {
+void Wire::Say(Dice& dice, const DeviceMessage& message, Time delay) {
     if (HasEnd()) {
         return;
     }
     std::size_t from = 0;
-    while (dice.OneIn(4) && saying.bytes.size() - from > 1) {
-        const std::size_t length = 1 + dice.Below(static_cast<std::uint32_t>(saying.bytes.size() - from - 1));
-        pieces_.push_back({.at = ArrivalAfter(delay), .bytes = saying.bytes.substr(from, length)});
+    while (dice.OneIn(4) && message.bytes.size() - from > 1) {
+        const std::size_t length = 1 + dice.Below(static_cast<std::uint32_t>(message.bytes.size() - from - 1));
+        pieces_.push_back({.at = ArrivalAfter(delay), .bytes = message.bytes.substr(from, length)});
         from += length;
         delay = dice.Below(3);
     }
-    pieces_.push_back({.at = ArrivalAfter(delay), .bytes = saying.bytes.substr(from), .whole = saying});
+    pieces_.push_back({.at = ArrivalAfter(delay), .bytes = message.bytes.substr(from), .whole = message});
 }
 
-void Wire::SayWhole(const Saying& saying, Time delay) {
+void Wire::SayWhole(const DeviceMessage& message, Time delay) {
     if (!HasEnd()) {
-        pieces_.push_back({.at = ArrivalAfter(delay), .bytes = saying.bytes, .whole = saying});
+        pieces_.push_back({.at = ArrivalAfter(delay), .bytes = message.bytes, .whole = message});
     }
 }
 
@@ -75,7 +75,7 @@ bool Wire::IsReset() const {
     return ending_ == Ending::Reset && pieces_.back().at <= Scheduler::Instance().Now();
 }
 
-std::string Wire::Take(std::size_t capacity, std::optional<Saying>& whole) {
+std::string Wire::Take(std::size_t capacity, std::optional<DeviceMessage>& whole) {
     Piece& piece = pieces_.front();
     std::string taken = piece.bytes.substr(0, capacity);
     piece.bytes.erase(0, taken.size());

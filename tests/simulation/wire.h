@@ -1,4 +1,4 @@
-// What a device says, as pieces that arrive one after the other on the simulated clock.
+// What a device sends, as pieces that arrive one after another on the simulated clock.
 #pragma once
 
 #include <deque>
@@ -12,72 +12,72 @@
 
 namespace Morquil::Simulation {
 
-/// A block's lines, as key and value, in the order of the wire.
+/// A block's lines, as key and value, in wire order.
 using Lines = std::vector<std::pair<std::string, std::string>>;
 
-/// Something that a device says as a whole, and what it means.
-struct Saying {
+/// A unit of what a device sends, and what it means.
+struct DeviceMessage {
     enum class Kind { Nothing, Acknowledge, Block };
 
     Kind kind = Kind::Nothing;
     std::string header;  ///< of a block
-    Lines lines;         ///< of a block; those that mean something
+    Lines lines;         ///< of a block; those with a meaning
     std::string bytes;
     std::size_t count = 1;  ///< of acknowledgements
 };
 
-/// How a connection ends: `Close` behind all that was said, `Reset` in place of all that has not been received by then.
+/// How a connection ends: `Close` after everything that was sent, `Reset` instead of everything not received by then.
 enum class Ending { Close, Reset };
 
-/// Hears of what the receiver does, on the thread that does it.
+/// Is notified of the receiver's actions, on the thread that performs them.
 class WireListener {
 public:
     virtual ~WireListener() = default;
 
-    /// The receiver has just got the last byte of this, and nothing behind it.
-    virtual void Received(const Saying& /*saying*/) {}
-    /// The receiver is about to wait or to receive: it is done with everything that it has got.
+    /// The receiver has just received the last byte of this, and nothing after it.
+    virtual void Received(const DeviceMessage& /*message*/) {}
+    /// The receiver is about to wait or to receive: it has processed everything that it has received.
     virtual void ReadyForMore() {}
     virtual void Opened() {}
     virtual void OpenFailed() {}
     /// A whole block, or something else that ends with an empty line.
     virtual void Sent(const std::string& /*block*/) {}
-    /// The receiver was told that its wait has run out, `silence` after the first wait that followed its last byte.
+    /// The receiver's wait has timed out, `silence` after the first wait that followed its last byte.
     virtual void TimedOut(Time /*silence*/) {}
     virtual void Closed() {}
     virtual void Destroyed() {}
 };
 
-/// The way from a device to a host.
+/// The path from a device to a host.
 class Wire {
 public:
-    /// Queues `saying`, cut anywhere, behind all that is on its way; not before `delay` from now.
-    void Say(Dice& dice, const Saying& saying, Time delay);
+    /// Queues `message`, cut anywhere, after everything in transit; not before `delay` from now.
+    void Say(Dice& dice, const DeviceMessage& message, Time delay);
     /// Queues it as one piece; not before `delay` from now.
-    void SayWhole(const Saying& saying, Time delay);
+    void SayWhole(const DeviceMessage& message, Time delay);
     /// Queues one piece, which arrives at once.
     void Say(std::string bytes);
-    /// The connection ends `delay` after all that is on its way has arrived.
+    /// The connection ends `delay` after everything in transit has arrived.
     void End(Ending ending, Time delay);
-    /// Drops everything but the first `count` bytes that are on their way, and ends the connection with them.
+    /// Drops everything but the first `count` bytes in transit, and ends the connection after them.
     void EndAfter(std::size_t count, Ending ending);
     bool HasEnd() const { return ending_.has_value(); }
 
     /// When the next piece arrives, or `never`.
     Time NextArrival() const { return pieces_.empty() ? never : pieces_.front().at; }
     bool HasArrived() const { return NextArrival() <= Scheduler::Instance().Now(); }
-    /// Whether what is to be received next is the end of the connection.
+    /// Whether the next thing to be received is the end of the connection.
     bool IsEnd() const { return pieces_.front().isEnd || IsReset(); }
     /// Whether it has been reset.
     bool IsReset() const;
-    /// Takes up to `capacity` bytes of the piece that has arrived. `whole` is what they complete, if anything.
-    std::string Take(std::size_t capacity, std::optional<Saying>& whole);
+    /// Takes up to `capacity` bytes of the piece that has arrived. `whole` is the message that they complete, if any.
+    std::string Take(std::size_t capacity, std::optional<DeviceMessage>& whole);
 
 private:
     struct Piece {
         Time at = 0;
         std::string bytes;
-        std::optional<Saying> whole = std::nullopt;  ///< what is complete with the last byte
+        std::optional<DeviceMessage> whole = std::nullopt;  ///< the message that the last byte completes
         bool isEnd = false;
     };
 

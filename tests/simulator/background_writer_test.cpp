@@ -11,7 +11,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-/// A reader that reads nothing until it is asked to. Shared, since a writer may leave its thread with it.
+/// A reader that reads nothing until asked. Shared, since a writer may leave its thread with it.
 class Reader {
 public:
     bool Take(const OutputPiece& piece) {
@@ -66,7 +66,7 @@ TEST_F(BackgroundWriterTest, WritesEverythingInOrder) {
     EXPECT_EQ(reader->Received(), (Texts{"one", "two"}));
 }
 
-TEST_F(BackgroundWriterTest, DropsWhatExceedsItsLimitAndSaysHowMuch) {
+TEST_F(BackgroundWriterTest, DropsWhatExceedsItsLimitAndReportsHowMuch) {
     EXPECT_TRUE(writer.Write({"first"}));
     reader->AwaitFirst();
     EXPECT_TRUE(writer.Write({"123456789"}));
@@ -86,7 +86,7 @@ TEST_F(BackgroundWriterTest, StopsAtAFailure) {
     EXPECT_FALSE(writer.Write({"three"}));
 }
 
-TEST_F(BackgroundWriterTest, FinishesWithoutAReaderThatDoesNotRead) {
+TEST_F(BackgroundWriterTest, FinishesAlthoughItsReaderDoesNotRead) {
     EXPECT_TRUE(writer.Write({"first"}));
     reader->AwaitFirst();
     EXPECT_FALSE(writer.Finish(std::chrono::steady_clock::now()));

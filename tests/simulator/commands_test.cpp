@@ -15,14 +15,14 @@ protected:
     LoneHost host;
 };
 
-TEST_F(CommandsTest, ResetReportsAllValuesBehindItsEcho) {
+TEST_F(CommandsTest, ResetReportsAllValuesAfterItsEcho) {
     host.Ask("VIDEO PROC AMP:\nGain: 12\n\n");
     EXPECT_EQ(host.Ask("VIDEO PROC AMP:\nReset: true\n\n"),
               std::string("ACK\n\nVIDEO PROC AMP:\nReset: true\n\n") + factoryProcAmp);
     EXPECT_EQ(host.Value("VIDEO PROC AMP", "Gain"), "0");
 }
 
-TEST_F(CommandsTest, AResetThatIsFalseIsNone) {
+TEST_F(CommandsTest, AResetOfFalseResetsNothing) {
     host.Ask("VIDEO PROC AMP:\nGain: 12\n\n");
     EXPECT_EQ(host.Ask("VIDEO PROC AMP:\nReset: false\n\n"), "ACK\n\n");
     EXPECT_EQ(host.Value("VIDEO PROC AMP", "Gain"), "12");
@@ -72,7 +72,7 @@ TEST_F(CommandsTest, AllBitsAreReadAsMinusOne) {
     EXPECT_EQ(host.device.CompleteDump(), before);
 }
 
-TEST_F(CommandsTest, AResetGivesTheNearestValueWhereTheFactorysIsNotOffered) {
+TEST_F(CommandsTest, AResetSetsTheNearestValueWhereTheFactoryValueIsNotOffered) {
     host.SetModes("1080i59.94", "525i59.94 NTSC");
     EXPECT_TRUE(host.Set("ANCILLARY DATA", "Timecode output line: 15"));
     EXPECT_EQ(host.Ask("ANCILLARY DATA:\nResetValues: 4\n\n"),

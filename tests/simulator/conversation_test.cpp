@@ -22,12 +22,12 @@ TEST(Conversation, ReadsBackWhatItWrites) {
     EXPECT_EQ(reading.events, events);
 }
 
-TEST(Conversation, IsTextForPeople) {
+TEST(Conversation, IsReadableText) {
     EXPECT_EQ(ConversationLine({250ms, 1, Kind::HostSays, "PING\n\n"}), "250 1 host \"PING\\n\\n\"\n");
     EXPECT_EQ(ConversationLine({250ms, 1, Kind::DeviceHangsUp, ""}), "250 1 hangs-up\n");
 }
 
-TEST(Conversation, SaysInWhichLineItCannotReadWhat) {
+TEST(Conversation, NamesTheLineThatItCannotRead) {
     const std::pair<const char*, std::string_view> cases[] = {
         {"0 1 connects\nsoon 1 leaves\n", "line 2: MILLISECONDS HOST EVENT is expected"},
         {"0 1 connects\n-1 1 leaves\n", "line 2: MILLISECONDS HOST EVENT is expected"},

@@ -10,7 +10,7 @@ TEST(EscapedText, WritesAStringOfTheCLanguage) {
     EXPECT_EQ(Escaped(std::string("\0001\xff", 3)), R"("\0001\377")");
 }
 
-TEST(EscapedText, ReadsBackEveryByteBehindEveryOther) {
+TEST(EscapedText, ReadsBackEveryByteAfterEveryOther) {
     std::string bytes;
     for (int first = 0; first < 256; ++first) {
         for (int second = 0; second < 256; ++second) {
@@ -20,7 +20,7 @@ TEST(EscapedText, ReadsBackEveryByteBehindEveryOther) {
     EXPECT_EQ(Unescaped(Escaped(bytes)), bytes);
 }
 
-TEST(EscapedText, RefusesWhatIsNoString) {
+TEST(EscapedText, RefusesWhatIsNotAString) {
     for (const char* text : {"", "a", "\"", "a\"", "\"a", "\"\\\"", "\"\\x41\"", "\"\\12\"", "\"\\400\"", "\"a\"b\""}) {
         EXPECT_EQ(Unescaped(text), std::nullopt) << text;
     }

@@ -30,12 +30,12 @@ TEST_F(FrontPanelTest, SetsBlocksAndKeysOfSeveralWords) {
     for (const Command& command : commands) {
         const PanelOutcome outcome = UseFrontPanel(state, command.text);
         EXPECT_EQ(outcome.refusal, "") << command.text;
-        // What follows from another mode is told behind it.
+        // The effects of a mode change are reported after it.
         EXPECT_EQ(outcome.report.substr(0, std::string_view(command.report).size()), command.report);
     }
 }
 
-TEST_F(FrontPanelTest, TakesNamesInAnyCaseAndWithMoreBlanks) {
+TEST_F(FrontPanelTest, AcceptsNamesInAnyCaseAndWithExtraBlanks) {
     EXPECT_EQ(UseFrontPanel(state, "  set  video proc amp  GAIN  12 \r").report, "VIDEO PROC AMP:\nGain: 12\n\n");
 }
 

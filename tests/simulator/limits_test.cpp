@@ -12,7 +12,7 @@
 namespace Morquil::Simulator {
 namespace {
 
-/// The modes that the tests go through: offers differ between them.
+/// The modes that the tests use: offers differ between them.
 struct Modes {
     const char* input;
     const char* output;
@@ -89,7 +89,7 @@ private:
     Setting setting_;
 };
 
-/// What is offered now, in the terms of each kind of offer.
+/// What is offered now, for each kind of offer.
 template <class TrialType, class T>
 void TryOffer(TrialType& trial, const Field<Range<T>>& offer, std::int32_t beyond) {
     const T highest = offer.Get().maximum + static_cast<T>(beyond);
@@ -152,7 +152,7 @@ int TryLimits(LoneHost& host) {
     return trials;
 }
 
-TEST(Limits, TakeBothEndsOfEveryOfferedRangeAndEveryOfferedWordAndNothingBeyond) {
+TEST(Limits, AcceptBothEndsOfEveryOfferedRangeAndEveryOfferedWordAndNothingBeyond) {
     for (const Modes& pair : modes) {
         SCOPED_TRACE(std::string(pair.input) + " to " + pair.output);
         LoneHost host;
@@ -167,7 +167,7 @@ TEST(Limits, TakeBothEndsOfEveryOfferedRangeAndEveryOfferedWordAndNothingBeyond)
     }
 }
 
-TEST(Limits, TakeEveryElementOfAnArrayWithinItsRangeOnly) {
+TEST(Limits, AcceptEveryElementOfAnArrayWithinItsRangeOnly) {
     LoneHost host;
     for (std::size_t channel = 0; channel < AudioChangeSet::channels; ++channel) {
         const std::string key = "AudioInLevel" + std::to_string(channel);
@@ -223,13 +223,13 @@ TEST(Limits, RefuseWhatNoVocabularyOrProtocolKnows) {
     EXPECT_EQ(host.device.CompleteDump(), before);
 }
 
-TEST(Limits, LeaveABlockAloneOfWhichOneLineIsRefused) {
+TEST(Limits, ApplyNothingOfABlockWithARefusedLine) {
     LoneHost host;
     const std::string answer = host.Ask("VIDEO PROC AMP:\nGain: 12\nSharp: 21\nReset: true\n\n");
     EXPECT_EQ(answer, "NACK\n\nVIDEO PROC AMP:\nGain: 0\nBlack: 0\nSaturation: 0\nHue: 0\nRY: 0\nBY: 0\nSharp: 0\n\n");
 }
 
-TEST(Limits, JudgeABlockByTheModeThatItBringsAlong) {
+TEST(Limits, CheckABlockAgainstTheModeThatItSets) {
     LoneHost host;
     EXPECT_FALSE(host.Set("VIDEO OUTPUT", "Video demux mode: QuadLink"));
     EXPECT_TRUE(host.Set("VIDEO OUTPUT", "Video mode: 2160p50\nVideo demux mode: QuadLink"));

@@ -1,4 +1,4 @@
-// A host that understands everything a device says, and keeps it.
+// A host that understands everything a device sends, and keeps it.
 #pragma once
 
 #include <string>
@@ -14,9 +14,9 @@ class ListeningHost final : public EveryBlockSink<ListeningHost> {
 public:
     ListeningHost() { parser_.SetSink(this); }
 
-    void Hear(std::string_view text) { parser_.Feed(text.data(), text.size()); }
+    void Receive(std::string_view text) { parser_.Feed(text.data(), text.size()); }
 
-    std::vector<std::string> blocks;  // the names of the blocks, in the order of their arrival
+    std::vector<std::string> blocks;  // the names of the blocks, in order of arrival
     std::vector<std::string> errors;
     int acknowledgements = 0;
     int refusals = 0;

@@ -17,7 +17,7 @@ public:
         greeting = device.TakeTextFor(host);
     }
 
-    /// Sends; returns what comes back.
+    /// Sends; returns the reply.
     std::string Ask(std::string_view text) {
         device.Receive(host, text);
         return device.TakeTextFor(host);
@@ -28,14 +28,14 @@ public:
         return Ask(block + ":\n" + line + "\n\n").starts_with("ACK\n\n");
     }
 
-    /// Changes both modes; fails the test unless the device takes them.
+    /// Changes both modes; fails the test unless the device accepts them.
     void SetModes(const std::string& input, const std::string& output) {
         EXPECT_TRUE(Set("VIDEO INPUT", "Video mode: " + input)) << input;
         EXPECT_TRUE(Set("VIDEO OUTPUT", "Video mode: " + output)) << output;
     }
 
-    /// Everything that the device has said since it was last asked.
-    std::string Hear() { return device.TakeTextFor(host); }
+    /// Everything that the device has sent since the last call.
+    std::string Receive() { return device.TakeTextFor(host); }
 
     /// The value of a key in the device's complete dump; empty when it has none.
     std::string Value(const std::string& block, const std::string& key) {

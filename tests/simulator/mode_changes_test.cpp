@@ -1,4 +1,4 @@
-// What follows from another input mode or output mode.
+// The effects of a change of the input mode or output mode.
 #include <gtest/gtest.h>
 
 #include "tests/simulator/listening_host.h"
@@ -76,7 +76,7 @@ TEST(ModeChanges, ChangeWhatDependsOnThem) {
     }
 }
 
-TEST(ModeChanges, GiveEveryPairOfConvertibleModesADeviceWhoseSettingsAreOffered) {
+TEST(ModeChanges, LeaveOnlyOfferedSettingsForEveryPairOfConvertibleModes) {
     for (const std::string_view input : {"525i59.94 NTSC", "720p50", "1080i59.94", "2K DCI 24PsF", "2160p60"}) {
         for (std::size_t output = 0; output < VideoModes::words.Size(); ++output) {
             LoneHost host;
@@ -89,7 +89,7 @@ TEST(ModeChanges, GiveEveryPairOfConvertibleModesADeviceWhoseSettingsAreOffered)
     }
 }
 
-TEST(ModeChanges, AreToldBehindTheReplyBlockByBlock) {
+TEST(ModeChanges, AreReportedAfterTheReplyBlockByBlock) {
     LoneHost host;
     host.Ask("VIDEO OUTPUT:\nVideo pixel format: RGB444\n\n");
     EXPECT_EQ(host.Ask("VIDEO OUTPUT:\nVideo mode: 1080p50\n\n"),
@@ -100,7 +100,7 @@ TEST(ModeChanges, AreToldBehindTheReplyBlockByBlock) {
               "FRC aperture available: true\n\n");
 }
 
-TEST(ModeChanges, AreToldToAllHostsAlike) {
+TEST(ModeChanges, AreReportedToAllHostsAlike) {
     LoneHost host;
     host.device.Connect(2);
     host.device.TakeTextFor(2);
@@ -114,22 +114,22 @@ struct Following {
     const char* after;
 };
 
-TEST(ModeChanges, LetTheOutputModeFollowAnInputModeThatCannotBeConvertedToIt) {
+TEST(ModeChanges, MakeTheOutputModeFollowAnInputModeThatCannotBeConvertedToIt) {
     const Following rows[] = {
         {"1080i50", "720p60", "1080i60"},       // another rate
         {"1080p25", "720p60", "1080p24"},       // the nearest of the rates
         {"720p50", "1080i59.94", "720p59.94"},  // the frame size stays
         {"2160p25", "1080i60", "2160p24"},     {"625i50 PAL", "1080p59.94", "525i59.94 NTSC"},
-        {"1080p50", "625i50 PAL", "1080p50"},  // nothing has to follow
+        {"1080p50", "625i50 PAL", "1080p50"},  // nothing has to change
     };
     for (const Following& row : rows) {
         LoneHost host;
         host.SetModes("1080i50", row.before);
         const std::string answer = host.Ask("VIDEO INPUT:\nVideo mode: " + std::string(row.input) + "\n\n");
         EXPECT_EQ(host.Value("VIDEO OUTPUT", "Video mode"), row.after);
-        const bool told =
+        const bool isReported =
             answer.find("\nVIDEO OUTPUT:\nVideo mode: " + std::string(row.after) + "\n") != std::string::npos;
-        EXPECT_EQ(told, std::string(row.before) != row.after) << answer;
+        EXPECT_EQ(isReported, std::string(row.before) != row.after) << answer;
     }
 }
 
@@ -137,7 +137,7 @@ TEST(ModeChanges, AreUnderstoodByHostsAndHaveShortLines) {
     LoneHost host;
     const std::string answer = host.Ask("VIDEO INPUT:\nVideo mode: 720p60\n\nVIDEO OUTPUT:\nVideo mode: 2160p60\n\n");
     ListeningHost listener;
-    listener.Hear(answer);
+    listener.Receive(answer);
     EXPECT_EQ(listener.errors, std::vector<std::string>());
     EXPECT_EQ(listener.acknowledgements, 2);
 }
@@ -149,7 +149,7 @@ struct Fallback {
     const char* after;
 };
 
-TEST(ModeChanges, TakeSettingsThatAreNoLongerOfferedToTheNearestValue) {
+TEST(ModeChanges, MoveSettingsThatAreNoLongerOfferedToTheNearestValue) {
     LoneHost host;
     host.SetModes("625i50 PAL", "2160p50");
     // clang-format off
@@ -172,8 +172,8 @@ TEST(ModeChanges, TakeSettingsThatAreNoLongerOfferedToTheNearestValue) {
     const std::string answer = host.Ask("VIDEO OUTPUT:\nVideo mode: 720p50\n\n");
     for (const Fallback& row : fallbacks) {
         EXPECT_EQ(host.Value(row.block, row.key), row.after) << row.key;
-        const bool told = answer.find(std::string(row.key) + ": " + row.after) != std::string::npos;
-        EXPECT_EQ(told, std::string(row.before) != row.after) << row.key;
+        const bool isReported = answer.find(std::string(row.key) + ": " + row.after) != std::string::npos;
+        EXPECT_EQ(isReported, std::string(row.before) != row.after) << row.key;
     }
 }
 

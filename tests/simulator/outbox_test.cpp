@@ -7,7 +7,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(Outbox, GivesTextInItsOrderAndNotBeforeItIsDue) {
+TEST(Outbox, ReturnsTextInOrderAndNotBeforeItIsDue) {
     Outbox outbox;
     outbox.Add("first", 10ms);
     outbox.Add("second", 5ms);
@@ -20,7 +20,7 @@ TEST(Outbox, GivesTextInItsOrderAndNotBeforeItIsDue) {
     EXPECT_EQ(outbox.NextDue(), std::nullopt);
 }
 
-TEST(Outbox, GivesPiecesAndCountsWhatIsLeft) {
+TEST(Outbox, ReturnsPiecesAndCountsWhatIsLeft) {
     Outbox outbox;
     outbox.Add("12345", 0ms);
     EXPECT_EQ(outbox.ByteCount(), 5U);
@@ -31,7 +31,7 @@ TEST(Outbox, GivesPiecesAndCountsWhatIsLeft) {
     EXPECT_EQ(outbox.ByteCount(), 0U);
 }
 
-TEST(Outbox, EndsTheConnectionBehindEverythingAndTakesNothingMore) {
+TEST(Outbox, EndsTheConnectionAfterEverythingAndAcceptsNothingMore) {
     Outbox outbox;
     outbox.Add("last words", 0ms);
     outbox.AddHangUp(0ms);
@@ -45,7 +45,7 @@ TEST(Outbox, EndsTheConnectionBehindEverythingAndTakesNothingMore) {
     EXPECT_TRUE(outbox.Take(0ms).IsNothing());
 }
 
-TEST(Outbox, ForgetsWhatIsNotDueYet) {
+TEST(Outbox, DropsWhatIsNotDueYet) {
     Outbox outbox;
     outbox.Add("now", 0ms);
     outbox.Add("later", 5ms);

@@ -8,7 +8,7 @@
 namespace Morquil::Simulator {
 namespace {
 
-TEST(PendingLines, HoldTheirReaderUpUntilOneIsCarriedOut) {
+TEST(PendingLines, BlockTheirReaderUntilOneIsCarriedOut) {
     PendingLines lines(2);
     std::atomic<int> added{0};
     std::atomic<int> carriedOut{0};
@@ -28,7 +28,7 @@ TEST(PendingLines, HoldTheirReaderUpUntilOneIsCarriedOut) {
     EXPECT_EQ(added, 1000);
 }
 
-TEST(PendingLines, LetTheirReaderGoAtTheEnd) {
+TEST(PendingLines, ReleaseTheirReaderAtTheEnd) {
     PendingLines lines(1);
     EXPECT_TRUE(lines.Add());
     std::thread reader([&] { EXPECT_FALSE(lines.Add()); });

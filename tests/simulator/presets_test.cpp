@@ -12,7 +12,7 @@ protected:
     LoneHost host;
 };
 
-TEST_F(PresetsTest, BringBackWhatWasSavedAndTellWhatHasChanged) {
+TEST_F(PresetsTest, RestoreWhatWasSavedAndReportWhatHasChanged) {
     host.Ask("VIDEO PROC AMP:\nGain: 12\n\nAUDIO:\nAudioOut3: TTMute\n\n");
     EXPECT_EQ(host.Ask("PRESET:\nSave: 2\n\n"), "ACK\n\nPRESET:\nSave: 2\n\n");
     host.Ask("VIDEO PROC AMP:\nGain: 13\nHue: 5\n\nAUDIO:\nAudioOut3: TT750\n\nGENLOCK:\nType: External\n\n");
@@ -29,7 +29,7 @@ TEST_F(PresetsTest, SaveWhatWasThereBeforeTheRecallInTheSameBlock) {
     EXPECT_EQ(host.Value("VIDEO PROC AMP", "Gain"), "12");
 }
 
-TEST_F(PresetsTest, RecallTheModesAndWhatHangsOnThem) {
+TEST_F(PresetsTest, RecallTheModesAndWhatDependsOnThem) {
     const std::string before = host.device.CompleteDump();
     EXPECT_TRUE(host.Set("PRESET", "Save: 1"));
     host.SetModes("625i50 PAL", "2160p50");
@@ -40,7 +40,7 @@ TEST_F(PresetsTest, RecallTheModesAndWhatHangsOnThem) {
     EXPECT_EQ(host.Value("VARIABLE ASPECT RATIO", "Variable Aspect Ratio last input width"), "1920");
 }
 
-TEST_F(PresetsTest, GiveTheFactorySettingsUnderANumberThatHoldsNothing) {
+TEST_F(PresetsTest, RecallTheFactorySettingsFromAnEmptyNumber) {
     const std::string before = host.device.CompleteDump();
     host.Ask("VIDEO PROC AMP:\nGain: 12\n\nMODE3D:\n3D flip left: Both\n\n");
     EXPECT_EQ(host.Ask("PRESET:\nRecall: 4\n\n"),
@@ -48,7 +48,7 @@ TEST_F(PresetsTest, GiveTheFactorySettingsUnderANumberThatHoldsNothing) {
     EXPECT_EQ(host.device.CompleteDump(), before);
 }
 
-TEST_F(PresetsTest, LeaveAloneWhoTheDeviceIs) {
+TEST_F(PresetsTest, KeepTheIdentityOfTheDevice) {
     EXPECT_TRUE(host.Set("PRESET", "Save: 1"));
     host.Ask(
         "MORQUIL DEVICE:\nPanel lock: true\n\nNETWORK CONFIG:\nFriendly name: Van\n\nPRESET:\nPresetName0: Mine\n\n");
@@ -58,10 +58,10 @@ TEST_F(PresetsTest, LeaveAloneWhoTheDeviceIs) {
     EXPECT_EQ(host.Value("PRESET", "PresetName0"), "Mine");
 }
 
-TEST_F(PresetsTest, LeaveAloneWhatTheDeviceObserves) {
+TEST_F(PresetsTest, KeepWhatTheDeviceObserves) {
     EXPECT_TRUE(host.Set("PRESET", "Save: 1"));
     EXPECT_EQ(host.device.UsePanel("set VIDEO INPUT Signal present false").refusal, "");
-    host.Hear();
+    host.Receive();
     EXPECT_EQ(host.Ask("PRESET:\nRecall: 1\n\n"), "ACK\n\nPRESET:\nRecall: 1\n\n");
     EXPECT_EQ(host.Value("VIDEO INPUT", "Signal present"), "false");
 }

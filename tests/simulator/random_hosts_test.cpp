@@ -1,4 +1,4 @@
-// Hosts that send whatever comes to their mind. The numbers are the same in every run.
+// Hosts that send random blocks. The random numbers are the same in every run.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -32,7 +32,7 @@ constexpr std::string_view shortConversation =
     "235 1 device \"\\n\\n\"\n"
     "240 1 hangs-up\n";
 
-TEST_F(ReplayTest, SaysWhatTheDeviceSaidAtTheSameDistances) {
+TEST_F(ReplayTest, RepeatsTheDeviceAtTheSameIntervals) {
     Prepare(shortConversation);
     replay->Connect(replayedHost, 5000ms);
     EXPECT_EQ(replay->NextDelivery(replayedHost), 5010ms);
@@ -59,7 +59,7 @@ TEST_F(ReplayTest, WaitsForAllBytesOfTheHostHoweverTheyAreSplit) {
     EXPECT_EQ(replay->NextDelivery(replayedHost), 70ms);
 }
 
-TEST_F(ReplayTest, TellsOnceWhenAHostSaysSomethingElseAndGoesOn) {
+TEST_F(ReplayTest, ReportsOnceThatAHostDiffersAndGoesOn) {
     Prepare(shortConversation);
     replay->Connect(replayedHost, 0ms);
     replay->Take(replayedHost, 10ms);
@@ -68,7 +68,7 @@ TEST_F(ReplayTest, TellsOnceWhenAHostSaysSomethingElseAndGoesOn) {
     EXPECT_EQ(replay->Take(replayedHost, 50ms).bytes, "ACK");
 }
 
-TEST_F(ReplayTest, GivesEachHostTheNextConversationAndThenStartsOver) {
+TEST_F(ReplayTest, PlaysTheNextConversationForEachHostAndThenStartsOver) {
     Prepare("0 1 connects\n0 2 connects\n0 1 device \"one\"\n0 2 device \"two\"\n");
     const char* const expected[] = {"one", "two", "one"};
     for (Station::HostId id = 1; id <= 3; ++id) {
@@ -77,9 +77,9 @@ TEST_F(ReplayTest, GivesEachHostTheNextConversationAndThenStartsOver) {
     }
 }
 
-/// Talks to a station for a while. Returns: all that it said, with the moments.
+/// Talks to a station for a while. Returns: everything that it sent, with the times.
 std::string Talk(Station& station, std::chrono::milliseconds start) {
-    std::string heard;
+    std::string received;
     station.Connect(replayedHost, start);
     for (std::chrono::milliseconds time = 0ms; time < 200ms; ++time) {
         if (time % 50ms == 0ms) {
@@ -89,14 +89,14 @@ std::string Talk(Station& station, std::chrono::milliseconds start) {
         station.Advance(start + time);
         for (Delivery next = station.Take(replayedHost, start + time); !next.IsNothing();
              next = station.Take(replayedHost, start + time)) {
-            heard += std::to_string(time.count()) + " " + next.bytes;
+            received += std::to_string(time.count()) + " " + next.bytes;
         }
     }
     station.Disconnect(replayedHost, start + 200ms);
-    return heard;
+    return received;
 }
 
-TEST(RecordAndReplay, GiveTheSameBytesInTheSamePiecesAtTheSameTimes) {
+TEST(RecordAndReplay, ProduceTheSameBytesInTheSamePiecesAtTheSameTimes) {
     const Faults faults{
         .latency = 7ms, .fragmentation = Fragmentation::Random, .crlf = true, .garbage = true, .longLines = true};
     Simulation simulation(DeviceIdentity{}, faults);

@@ -34,7 +34,7 @@ TEST(Script, ReadsTimesAndCommands) {
     EXPECT_EQ(ReadScriptLine("at 2 s set VIDEO PROC AMP Gain 12").line->command.text, "set VIDEO PROC AMP Gain 12");
 }
 
-TEST(Script, SaysWhatIsExpectedInPlaceOfALineThatItCannotRead) {
+TEST(Script, SaysWhatItExpectsInsteadOfALineThatItCannotRead) {
     const std::string_view timeExpected = "a time such as 500 ms or 2 s (up to a day) is expected";
     const std::pair<const char*, std::string_view> cases[] = {
         {"at", timeExpected},
@@ -108,12 +108,12 @@ TEST_F(ScriptRunnerTest, DoesNotAddUpDelays) {
     EXPECT_EQ(runner.NextDue(), 2000ms);
 }
 
-TEST_F(ScriptRunnerTest, WaitsForAHostAndForItsGoing) {
+TEST_F(ScriptRunnerTest, WaitsForAHostToConnectAndToLeave) {
     Add("wait-for-host\nafter 1 s drop\nwait-for-no-host\nquit\n");
     EXPECT_EQ(At(10ms), Texts{});
     EXPECT_EQ(runner.NextDue(), std::nullopt);
     EXPECT_EQ(At(5000ms, 1), Texts{});
-    EXPECT_EQ(runner.NextDue(), 6000ms) << "counted from the coming of the host";
+    EXPECT_EQ(runner.NextDue(), 6000ms) << "counted from when the host connected";
     EXPECT_EQ(At(6000ms, 1), Texts{"drop"});
     EXPECT_EQ(At(6001ms, 0), Texts{"quit"});
 }

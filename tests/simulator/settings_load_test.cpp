@@ -12,7 +12,7 @@ protected:
     LoneHost host;
 };
 
-TEST_F(SettingsLoadTest, GivesADeviceTheSettingsOfAnother) {
+TEST_F(SettingsLoadTest, CopiesTheSettingsOfAnotherDevice) {
     LoneHost other;
     other.SetModes("625i50 PAL", "2160p50");
     other.Ask("VIDEO PROC AMP:\nGain: 12\n\nAUDIO:\nAudioInPhase3: true\n\nPRESET:\nPresetName2: Mine\n\n");
@@ -20,12 +20,12 @@ TEST_F(SettingsLoadTest, GivesADeviceTheSettingsOfAnother) {
     EXPECT_EQ(host.device.CompleteDump(), other.device.CompleteDump());
 }
 
-TEST_F(SettingsLoadTest, TellsAllHostsWhatIsDifferentNow) {
+TEST_F(SettingsLoadTest, ReportsTheDifferencesToAllHosts) {
     EXPECT_EQ(host.device.LoadSettings("VIDEO PROC AMP:\nGain: 12\nHue: 0\n\n"), "");
-    EXPECT_EQ(host.Hear(), "VIDEO PROC AMP:\nGain: 12\n\n");
+    EXPECT_EQ(host.Receive(), "VIDEO PROC AMP:\nGain: 12\n\n");
 }
 
-TEST_F(SettingsLoadTest, TakesBlocksInAnyOrderAndALastOneThatIsNotEnded) {
+TEST_F(SettingsLoadTest, AcceptsBlocksInAnyOrderAndAnUnfinishedLastOne) {
     EXPECT_EQ(
         host.device.LoadSettings("VIDEO OUTPUT:\r\nVideo mode: 720p60\r\n\r\n\n\nVIDEO INPUT:\nVideo mode: 1080p24"),
         "");
@@ -33,7 +33,7 @@ TEST_F(SettingsLoadTest, TakesBlocksInAnyOrderAndALastOneThatIsNotEnded) {
     EXPECT_EQ(host.Value("VIDEO INPUT", "Video mode"), "1080p24");
 }
 
-TEST_F(SettingsLoadTest, PassesOverCommandsOffersAndWhoTheOtherDeviceWas) {
+TEST_F(SettingsLoadTest, IgnoresCommandsOffersAndTheIdentityOfTheOtherDevice) {
     const std::string before = host.device.CompleteDump();
     EXPECT_EQ(host.device.LoadSettings(
                   "MORQUIL DEVICE:\nModel name: Other\nSoftware Version: 0x1\nRemote lock: true\n\n"
@@ -43,7 +43,7 @@ TEST_F(SettingsLoadTest, PassesOverCommandsOffersAndWhoTheOtherDeviceWas) {
               "");
     EXPECT_EQ(host.device.CompleteDump(), before);
     EXPECT_EQ(host.device.NextDue(), std::nullopt);
-    EXPECT_EQ(host.Hear(), "");
+    EXPECT_EQ(host.Receive(), "");
 }
 
 TEST_F(SettingsLoadTest, SetsWhatOnlyTheDeviceKnows) {
@@ -58,7 +58,7 @@ struct Complaint {
     const char* complaint;
 };
 
-TEST_F(SettingsLoadTest, SaysWhatIsWrongFirstAndChangesNothing) {
+TEST_F(SettingsLoadTest, ReportsTheFirstErrorAndChangesNothing) {
     const std::string before = host.device.CompleteDump();
     const Complaint complaints[] = {
         {"VIDEO PROC AMP:\nBlack: 5\nGain: 61\nSharp: 99\n\n",
@@ -75,7 +75,7 @@ TEST_F(SettingsLoadTest, SaysWhatIsWrongFirstAndChangesNothing) {
         EXPECT_EQ(host.device.LoadSettings(row.text), row.complaint);
         EXPECT_EQ(host.device.CompleteDump(), before) << row.text;
     }
-    EXPECT_EQ(host.Hear(), "");
+    EXPECT_EQ(host.Receive(), "");
 }
 
 }  // namespace

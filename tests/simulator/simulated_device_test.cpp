@@ -43,7 +43,7 @@ TEST_F(SimulatedDeviceTest, GreetsEveryHostWithThePreambleAndEveryBlockOfSetting
     ForEachBlock<BlockRole::Settings>(
         [&]<class Description>() { expected.emplace_back(Description::block.header.name); });
     ListeningHost listener;
-    listener.Hear(greeting);
+    listener.Receive(greeting);
     EXPECT_EQ(listener.blocks, expected);
     EXPECT_EQ(listener.errors, std::vector<std::string>());
     EXPECT_EQ(greeting, otherGreeting);
@@ -55,14 +55,14 @@ TEST_F(SimulatedDeviceTest, AnswersEveryRequestForWhatItOffers) {
         const std::string name = Description::block.header.name;
         const std::string answer = Ask(name + ":\n\n");
         ListeningHost listener;
-        listener.Hear(answer);
+        listener.Receive(answer);
         EXPECT_EQ(listener.blocks, std::vector{name});
         EXPECT_EQ(listener.errors, std::vector<std::string>()) << name;
         EXPECT_EQ(listener.acknowledgements, 1) << name;
         EXPECT_GT(answer.size(), std::string_view("ACK\n\n:\n\n").size() + name.size()) << "nothing is offered";
         ExpectShortLines(answer);
     });
-    EXPECT_EQ(device.TakeTextFor(otherHost), "") << "only who asks is told";
+    EXPECT_EQ(device.TakeTextFor(otherHost), "") << "only the host that asks gets the answer";
 }
 
 struct Observation {
@@ -71,7 +71,7 @@ struct Observation {
 };
 
 // clang-format off
-/// What no host can set, and what stands in settings files all the same.
+/// What no host can set, but settings files contain.
 constexpr Observation observations[] = {
     {"MORQUIL DEVICE", "Model name"}, {"MORQUIL DEVICE", "Software Version"}, {"MORQUIL DEVICE", "FPGA Version"},
     {"MORQUIL DEVICE", "Remote lock"},
@@ -92,7 +92,7 @@ constexpr Observation observations[] = {
 };
 // clang-format on
 
-TEST_F(SimulatedDeviceTest, EchoesEverySettingToAllHostsAsItWasSentAndPassesOverWhatItObserves) {
+TEST_F(SimulatedDeviceTest, EchoesEverySettingToAllHostsAsItWasSentAndIgnoresWhatItObserves) {
     std::string header;
     std::size_t passedOver = 0;
     ForEachLine(greeting.substr(greeting.find("MORQUIL DEVICE:")), [&](std::string_view line) {
@@ -113,7 +113,7 @@ TEST_F(SimulatedDeviceTest, EchoesEverySettingToAllHostsAsItWasSentAndPassesOver
     EXPECT_EQ(passedOver, std::size(observations));
 }
 
-TEST_F(SimulatedDeviceTest, PassesOverOtherValuesOfWhatItObservesAndTakesTheSettingsBesideThem) {
+TEST_F(SimulatedDeviceTest, IgnoresOtherValuesOfWhatItObservesAndAppliesTheSettingsBesideThem) {
     const std::string before = device.CompleteDump();
     EXPECT_EQ(Ask("MORQUIL DEVICE:\nModel name: Mine\nSoftware Version: 0x1\nRemote lock: true\n\n"), "ACK\n\n");
     EXPECT_EQ(Ask("NETWORK CONFIG:\nDHCP enabled: true\nIP address: 1\nGateway: 2\nSubnet: 3\n\n"), "ACK\n\n");
@@ -123,7 +123,7 @@ TEST_F(SimulatedDeviceTest, PassesOverOtherValuesOfWhatItObservesAndTakesTheSett
               "ACK\n\nMORQUIL DEVICE:\nPanel lock: true\n\n");
 }
 
-TEST_F(SimulatedDeviceTest, LetsThePanelSetWhatItObserves) {
+TEST_F(SimulatedDeviceTest, AllowsThePanelToSetWhatItObserves) {
     EXPECT_EQ(device.UsePanel("set MORQUIL DEVICE Remote lock true").refusal, "");
     EXPECT_EQ(device.TakeTextFor(host), "MORQUIL DEVICE:\nRemote lock: true\n\n");
 }
@@ -131,7 +131,7 @@ TEST_F(SimulatedDeviceTest, LetsThePanelSetWhatItObserves) {
 TEST_F(SimulatedDeviceTest, AcceptsEveryBlockThatItHasSent) {
     const std::string settings = greeting.substr(greeting.find("MORQUIL DEVICE:"));
     ListeningHost listener;
-    listener.Hear(Ask(settings));
+    listener.Receive(Ask(settings));
     EXPECT_EQ(listener.refusals, 0);
     EXPECT_EQ(listener.errors, std::vector<std::string>());
 }
@@ -139,7 +139,7 @@ TEST_F(SimulatedDeviceTest, AcceptsEveryBlockThatItHasSent) {
 TEST_F(SimulatedDeviceTest, DumpsEveryBlockInShortLinesThatHostsUnderstand) {
     const std::string dump = device.CompleteDump();
     ListeningHost listener;
-    listener.Hear(dump);
+    listener.Receive(dump);
     EXPECT_EQ(listener.blocks.size(), blockCount);
     EXPECT_EQ(listener.errors, std::vector<std::string>());
     ExpectShortLines(dump);
@@ -160,7 +160,7 @@ TEST_F(SimulatedDeviceTest, AcknowledgesAPing) {
     EXPECT_EQ(Ask("PING\n\n"), "ACK\n\n");
 }
 
-TEST_F(SimulatedDeviceTest, AcknowledgesAnEmptyBlockAndTellsNobodyAnything) {
+TEST_F(SimulatedDeviceTest, AcknowledgesAnEmptyBlockAndReportsNothing) {
     EXPECT_EQ(Ask("VIDEO OUTPUT:\n\n"), "ACK\n\n");
     EXPECT_EQ(device.TakeTextFor(otherHost), "");
 }
@@ -170,20 +170,20 @@ TEST_F(SimulatedDeviceTest, RefusesAnUnknownBlockAndReadsTheNextOne) {
     EXPECT_EQ(Ask("GENLOCK:\nLine offset: 4\n\n"), "ACK\n\nGENLOCK:\nLine offset: 4\n\n");
 }
 
-TEST_F(SimulatedDeviceTest, RefusesABlockWithAnUnreadableLineAndTellsTheSenderWhatStillHolds) {
+TEST_F(SimulatedDeviceTest, RefusesABlockWithAnUnreadableLineAndSendsTheCurrentValuesToItsSender) {
     const std::string answer = Ask("NOISE REDUCTION:\nEnabled: true\nBias: much\n\n");
     EXPECT_EQ(answer, "NACK\n\nNOISE REDUCTION:\nEnabled: false\nBias: 0\nSplit screen: false\nRed overlay: false\n\n");
     EXPECT_EQ(device.TakeTextFor(otherHost), "");
 }
 
-TEST_F(SimulatedDeviceTest, LetsNoHostChangeWhatItOffersOrItsPreamble) {
+TEST_F(SimulatedDeviceTest, RefusesChangesOfWhatItOffersAndOfItsPreamble) {
     EXPECT_TRUE(Ask("PRESET AVAILABILITY:\nPreset range: 1 99\n\n").starts_with("NACK\n\n"));
     EXPECT_TRUE(Ask("AUDIO AVAILABILITY:\nMetadata dialog level range: 1 2\n\n").starts_with("NACK\n\n"));
     EXPECT_TRUE(Ask("PROTOCOL PREAMBLE:\nVersion: 2.21\n\n").starts_with("NACK\n\n"));
     EXPECT_EQ(Ask("PRESET AVAILABILITY:\n\n"), "ACK\n\nPRESET AVAILABILITY:\nPreset range: 1 6\n\n");
 }
 
-TEST_F(SimulatedDeviceTest, GivesTheSameAnswersForEverySplitOfTheStream) {
+TEST_F(SimulatedDeviceTest, ReturnsTheSameAnswersForEverySplitOfTheStream) {
     const std::string tooLong(300, 'x');
     const std::string stream =
         "PING\n\nVIDEO PROC AMP:\r\nGain: 12\r\n\r\nCOFFEE:\nSugar: 2\n\n"
@@ -202,7 +202,7 @@ TEST_F(SimulatedDeviceTest, GivesTheSameAnswersForEverySplitOfTheStream) {
     EXPECT_EQ(device.TakeTextFor(host), whole);
 }
 
-TEST_F(SimulatedDeviceTest, AnswersHostileInputAndStaysAsItIs) {
+TEST_F(SimulatedDeviceTest, AnswersHostileInputAndStaysUnchanged) {
     using namespace std::string_literals;
     const std::string before = device.CompleteDump();
     const std::string genlock =
@@ -256,20 +256,20 @@ TEST_F(SimulatedDeviceTest, AnswersABlockOfEndlessRepetitionsOnce) {
     EXPECT_EQ(Ask(block + "\n"), "ACK\n\nALIGN:\nAlign trim X left: 5\n\nALIGN:\nAlign size X left: 1.000000\n\n");
 }
 
-TEST_F(SimulatedDeviceTest, TellsHostsNothingAfterTheyHaveGone) {
+TEST_F(SimulatedDeviceTest, SendsNothingToHostsThatHaveGone) {
     device.Disconnect(otherHost);
     EXPECT_EQ(Ask("GENLOCK:\nLine offset: 4\n\n"), "ACK\n\nGENLOCK:\nLine offset: 4\n\n");
     EXPECT_THROW(device.TakeTextFor(otherHost), std::out_of_range);
 }
 
-TEST_F(SimulatedDeviceTest, TellsAllHostsWhatSomebodyChangedAtTheFrontPanel) {
+TEST_F(SimulatedDeviceTest, ReportsAFrontPanelChangeToAllHosts) {
     EXPECT_EQ(device.UsePanel("set VIDEO PROC AMP Gain 12").refusal, "");
     const std::string report = "VIDEO PROC AMP:\nGain: 12\n\n";
     EXPECT_EQ(device.TakeTextFor(host), report);
     EXPECT_EQ(device.TakeTextFor(otherHost), report);
 }
 
-TEST_F(SimulatedDeviceTest, TakesWhatDevicesNeverReport) {
+TEST_F(SimulatedDeviceTest, AcceptsWhatDevicesNeverReport) {
     Ask("ALIGN:\nAlign size X left: 0.75\n\n");
     EXPECT_EQ(Ask("ALIGN:\nResetValues: 1\nAlign trim X left: 5\n\n"),
               "ACK\n\nALIGN:\nAlign trim X left: 5\n\nALIGN:\nAlign size X left: 1.000000\n\n");
@@ -277,7 +277,7 @@ TEST_F(SimulatedDeviceTest, TakesWhatDevicesNeverReport) {
     EXPECT_EQ(device.CompleteDump().find("Metadata program config"), std::string::npos);
 }
 
-TEST(SimulatedDevice, SaysWhoItIs) {
+TEST(SimulatedDevice, IdentifiesItself) {
     SimulatedDevice device(DeviceIdentity{
         .modelName = "Box", .softwareVersion = 0x1a, .fpgaVersion = 2, .protocolVersion = {3, 21}, .remoteLock = true});
     device.Connect(host);

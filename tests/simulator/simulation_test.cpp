@@ -19,11 +19,11 @@ protected:
     SimulationTest() {
         for (const Station::HostId id : {speaker, listener}) {
             simulation.Connect(id, 0ms);
-            Hear(id);
+            Receive(id);
         }
     }
 
-    std::string Hear(Station::HostId id = speaker) {
+    std::string Receive(Station::HostId id = speaker) {
         std::string text;
         for (Delivery next = simulation.Take(id, 0ms); !next.IsNothing(); next = simulation.Take(id, 0ms)) {
             text += next.hangUp ? "(end)" : next.bytes;
@@ -32,7 +32,7 @@ protected:
     }
     std::string Ask(std::string_view text) {
         simulation.Receive(speaker, text, 0ms);
-        return Hear();
+        return Receive();
     }
     PanelOutcome Order(std::string_view text) {
         const CommandReading reading = ReadCommand(text);
@@ -43,41 +43,41 @@ protected:
     Simulation simulation{DeviceIdentity{}, Faults{}};
 };
 
-TEST_F(SimulationTest, PassesOnWhatDeviceAndHostsSay) {
+TEST_F(SimulationTest, PassesOnWhatDeviceAndHostsSend) {
     EXPECT_EQ(Ask(gain), "ACK\n\n" + gain);
-    EXPECT_EQ(Hear(listener), gain);
+    EXPECT_EQ(Receive(listener), gain);
 }
 
 TEST_F(SimulationTest, TurnsKnobs) {
     EXPECT_EQ(Order("set VIDEO PROC AMP Gain 12").report, gain);
-    EXPECT_EQ(Hear(), gain);
-    EXPECT_EQ(Hear(listener), gain);
+    EXPECT_EQ(Receive(), gain);
+    EXPECT_EQ(Receive(listener), gain);
 }
 
-TEST_F(SimulationTest, LocksAndUnlocksRemoteControlAndTellsTheHosts) {
+TEST_F(SimulationTest, LocksAndUnlocksRemoteControlAndNotifiesTheHosts) {
     Order("lock");
-    EXPECT_EQ(Hear(), "MORQUIL DEVICE:\nRemote lock: true\n\n");
+    EXPECT_EQ(Receive(), "MORQUIL DEVICE:\nRemote lock: true\n\n");
     Order("unlock");
-    EXPECT_EQ(Hear(listener), "MORQUIL DEVICE:\nRemote lock: true\n\nMORQUIL DEVICE:\nRemote lock: false\n\n");
+    EXPECT_EQ(Receive(listener), "MORQUIL DEVICE:\nRemote lock: true\n\nMORQUIL DEVICE:\nRemote lock: false\n\n");
 }
 
 TEST_F(SimulationTest, HangsUpOnAllHosts) {
     Order("drop");
-    EXPECT_EQ(Hear(), "(end)");
-    EXPECT_EQ(Hear(listener), "(end)");
+    EXPECT_EQ(Receive(), "(end)");
+    EXPECT_EQ(Receive(listener), "(end)");
 }
 
 TEST_F(SimulationTest, HangsUpInTheMiddleOfTheNextBlock) {
     Order("drop mid-block");
-    EXPECT_EQ(Hear(), "");
+    EXPECT_EQ(Receive(), "");
     EXPECT_EQ(Ask(gain), "ACK\n\n" + gain.substr(0, gain.size() / 2) + "(end)");
 }
 
-TEST_F(SimulationTest, RefusesEverythingWithTheUnchangedBlockUntilToldOtherwise) {
+TEST_F(SimulationTest, RefusesEverythingWithTheUnchangedBlockUntilCommandedOtherwise) {
     Order("nack on");
     const std::string answer = Ask(gain);
     EXPECT_TRUE(answer.starts_with("NACK\n\nVIDEO PROC AMP:\nGain: 0\n")) << answer;
-    EXPECT_EQ(Hear(listener), "");
+    EXPECT_EQ(Receive(listener), "");
     EXPECT_EQ(Ask("PING\n\n"), "NACK\n\n");
     EXPECT_TRUE(Ask("PRESET AVAILABILITY:\n\n").starts_with("NACK\n\nPRESET AVAILABILITY:\n"));
     Order("nack off");
@@ -91,7 +91,7 @@ TEST_F(SimulationTest, AcknowledgesOrDoesNot) {
     EXPECT_EQ(Ask("PING\n\n"), "ACK\n\n");
 }
 
-TEST_F(SimulationTest, IsSilentAndSpeaks) {
+TEST_F(SimulationTest, FallsSilentAndResumes) {
     Order("silent");
     EXPECT_EQ(Ask(gain), "");
     Order("speak");
@@ -100,8 +100,8 @@ TEST_F(SimulationTest, IsSilentAndSpeaks) {
 
 TEST_F(SimulationTest, SendsNonsenseOnce) {
     Order("garbage");
-    EXPECT_TRUE(Hear().ends_with("?\n\n"));
-    EXPECT_EQ(Hear(), "");
+    EXPECT_TRUE(Receive().ends_with("?\n\n"));
+    EXPECT_EQ(Receive(), "");
 }
 
 TEST_F(SimulationTest, ForgetsHostsThatHaveGone) {

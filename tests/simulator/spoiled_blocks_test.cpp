@@ -17,7 +17,7 @@ TEST(SpoiledBlocks, AddsALineToEveryBlockButToNoPing) {
               "PRESET AVAILABILITY:\nTo be refused: yes\n\nping\r\n\r\n");
 }
 
-TEST(SpoiledBlocks, GivesTheSameTextForEverySplit) {
+TEST(SpoiledBlocks, ProducesTheSameTextForEverySplit) {
     const std::string stream = block + "PING\n\n" + block;
     const std::string whole = SpoiledBlocks().Pass(stream, true);
     for (std::size_t split = 0; split <= stream.size(); ++split) {

@@ -14,69 +14,69 @@ constexpr const char* captured = "VIDEO OUTPUT:\nStill frame present: true\nStil
 
 class StillStoreTest : public testing::Test {
 protected:
-    std::string HearAt(int time) {
+    std::string ReceiveAt(int time) {
         host.device.Advance(milliseconds(time));
-        return host.Hear();
+        return host.Receive();
     }
 
     LoneHost host;
 };
 
-TEST_F(StillStoreTest, TakesItsTimeToCapture) {
-    EXPECT_EQ(HearAt(1000), "");
+TEST_F(StillStoreTest, NeedsTimeToCapture) {
+    EXPECT_EQ(ReceiveAt(1000), "");
     EXPECT_EQ(host.Ask(capture), std::string("ACK\n\n") + capture + "VIDEO OUTPUT:\nStill store complete: false\n\n");
     EXPECT_EQ(host.device.NextDue(), milliseconds(1300));
-    EXPECT_EQ(HearAt(1299), "");
+    EXPECT_EQ(ReceiveAt(1299), "");
     EXPECT_EQ(host.Value("VIDEO OUTPUT", "Still frame present"), "false");
-    EXPECT_EQ(HearAt(1300), captured);
+    EXPECT_EQ(ReceiveAt(1300), captured);
     EXPECT_EQ(host.device.NextDue(), std::nullopt);
-    EXPECT_EQ(HearAt(5000), "");
+    EXPECT_EQ(ReceiveAt(5000), "");
 }
 
-TEST_F(StillStoreTest, TakesItsTimeToShow) {
+TEST_F(StillStoreTest, NeedsTimeToShow) {
     EXPECT_EQ(host.Ask("VIDEO OUTPUT:\nStill frame action: Preview\n\n"),
               "ACK\n\nVIDEO OUTPUT:\nStill frame action: Preview\n\n"
               "VIDEO OUTPUT:\nStill load complete: false\nStill preview complete: false\n\n");
-    EXPECT_EQ(HearAt(300), "VIDEO OUTPUT:\nStill load complete: true\nStill preview complete: true\n\n");
+    EXPECT_EQ(ReceiveAt(300), "VIDEO OUTPUT:\nStill load complete: true\nStill preview complete: true\n\n");
 }
 
-TEST_F(StillStoreTest, IsEmptiedAtOnceAndForgetsWhatWasUnderWay) {
+TEST_F(StillStoreTest, IsEmptiedAtOnceAndDropsWhatWasInProgress) {
     host.Ask(capture);
-    HearAt(300);
+    ReceiveAt(300);
     host.Ask(capture);
     EXPECT_EQ(host.Ask("VIDEO OUTPUT:\nStill frame action: Delete\n\n"),
               "ACK\n\nVIDEO OUTPUT:\nStill frame action: Delete\n\n"
               "VIDEO OUTPUT:\nStill frame present: false\nStill load complete: false\nStill store complete: false\n"
               "Still preview complete: false\n\n");
     EXPECT_EQ(host.device.NextDue(), std::nullopt);
-    EXPECT_EQ(HearAt(1000), "");
+    EXPECT_EQ(ReceiveAt(1000), "");
 }
 
 TEST_F(StillStoreTest, CapturesAndShowsSideBySide) {
     host.Ask(capture);
-    EXPECT_EQ(HearAt(100), "");
+    EXPECT_EQ(ReceiveAt(100), "");
     host.Ask("VIDEO OUTPUT:\nStill frame action: Preview\n\n");
-    EXPECT_EQ(HearAt(300), captured);
+    EXPECT_EQ(ReceiveAt(300), captured);
     EXPECT_EQ(host.device.NextDue(), milliseconds(400));
-    EXPECT_EQ(HearAt(400), "VIDEO OUTPUT:\nStill load complete: true\nStill preview complete: true\n\n");
+    EXPECT_EQ(ReceiveAt(400), "VIDEO OUTPUT:\nStill load complete: true\nStill preview complete: true\n\n");
 }
 
-TEST_F(StillStoreTest, BeginsAnewWhenAskedAgain) {
+TEST_F(StillStoreTest, StartsOverWhenAskedAgain) {
     host.Ask(capture);
-    EXPECT_EQ(HearAt(200), "");
+    EXPECT_EQ(ReceiveAt(200), "");
     host.Ask(capture);
-    EXPECT_EQ(HearAt(499), "");
-    EXPECT_EQ(HearAt(500), captured);
+    EXPECT_EQ(ReceiveAt(499), "");
+    EXPECT_EQ(ReceiveAt(500), captured);
 }
 
 TEST_F(StillStoreTest, DoesNotGoBackInTime) {
-    HearAt(1000);
-    HearAt(10);
+    ReceiveAt(1000);
+    ReceiveAt(10);
     host.Ask(capture);
     EXPECT_EQ(host.device.NextDue(), milliseconds(1300));
 }
 
-TEST_F(StillStoreTest, TellsAllHosts) {
+TEST_F(StillStoreTest, NotifiesAllHosts) {
     host.device.Connect(2);
     host.device.TakeTextFor(2);
     host.Ask(capture);

@@ -78,7 +78,7 @@ public:
             return commsWouldBlock;
         }
         FakeConnection::Step& step = connection_.steps_.front();
-        step.told = false;
+        step.reported = false;
         if (step.isResult) {
             const int result = step.result;
             connection_.steps_.pop_front();
@@ -171,10 +171,10 @@ void FakeConnection::PushReceiveResult(int result) {
     Add(std::move(step));
 }
 
-/// A piece of bytes is told once for each receive, as a socket tells it.
+/// A piece of bytes is reported once for each receive, as by a socket.
 bool FakeConnection::HasEvent(bool includeSocket) const {
     const bool signalled = std::find(signals_.begin(), signals_.end(), true) != signals_.end();
-    return signalled || (includeSocket && !steps_.empty() && !steps_.front().told);
+    return signalled || (includeSocket && !steps_.empty() && !steps_.front().reported);
 }
 
 CommsEvent FakeConnection::TakeEvent(bool includeSocket, int& systemError) {
@@ -189,7 +189,7 @@ CommsEvent FakeConnection::TakeEvent(bool includeSocket, int& systemError) {
         return CommsEvent::Timeout;
     }
     if (steps_.front().IsForReceive()) {
-        steps_.front().told = true;
+        steps_.front().reported = true;
         return CommsEvent::Readable;
     }
     const Step step = steps_.front();

@@ -17,10 +17,10 @@
 namespace Morquil::Testing {
 
 /// A connection without a network or a clock: the test plays the device, and the transport is the one that `MakeComms`
-/// gives. Outlives that transport; `AwaitDestroyed` tells when it is gone. Threads: any.
+/// returns. Outlives that transport; `AwaitDestroyed` waits until it is gone. Threads: any.
 class FakeConnection {
 public:
-    /// Gives the block that the device answers to what it has received with one send; nothing when it is silent.
+    /// Returns the device's answer to what it has received with one send; nothing if it is silent.
     using Answer = std::function<std::string(const std::string& sent)>;
 
     FakeConnection() = default;
@@ -29,17 +29,17 @@ public:
 
     std::unique_ptr<AbstractComms> MakeComms();
 
-    // How the transport behaves. To be chosen before it is used, unless it says otherwise.
+    // How the transport behaves. To be set before it is used, unless noted otherwise.
 
     void RefuseInitialise() { Set(canInitialise_, false); }
     void RefuseOpen() { Set(canOpen_, false); }
     void AllowOpen() { Set(canOpen_, true); }
-    /// Opening takes for ever, until a stop is signalled. May be changed at any time.
+    /// Opening blocks until a stop is signalled. May be changed at any time.
     void BlockOpen() { Set(openBlocks_, true); }
-    /// Run when the transport has opened the connection, or failed to, and looks at no signal any more.
+    /// Run when the transport has opened the connection, or failed to, and no longer checks signals.
     void CallAfterOpen(std::function<void()> call) { Set(openCall_, std::move(call)); }
     void RefuseConnect() { Set(canConnect_, false); }
-    /// Run while the transport waits for the connection to stand.
+    /// Run while the transport waits for the connection to be established.
     void CallInConnectWait(std::function<void()> call) { Set(connectWaitCall_, std::move(call)); }
     void RefuseSignals() { Set(canSignal_, false); }
     void AllowSignals() { Set(canSignal_, true); }
@@ -47,18 +47,18 @@ public:
     void BlockSends(int count) { Set(sendsToBlock_, count); }
     /// Sends fail from now on. May be changed at any time.
     void BreakSends() { Set(canSend_, false); }
-    /// No send takes more than `count` bytes.
+    /// No send accepts more than `count` bytes.
     void LimitSends(std::size_t count) { Set(sendLimit_, count); }
     void AnswerWith(Answer answer) { Set(answer_, std::move(answer)); }
 
-    // What happens on the wire, in this order. Of a piece of bytes one receive gives 1024 at most; it never joins two.
+    // What happens on the wire, in this order. One receive returns at most 1024 bytes of a piece; it never joins two.
 
     void Push(std::string bytes);
     void Push(CommsEvent event, int systemError = 0);
     /// The next receive gives `result` instead of bytes.
     void PushReceiveResult(int result);
 
-    // What has been done to the transport.
+    // What has been done with the transport.
 
     struct Opening {
         std::string host;
@@ -82,12 +82,12 @@ public:
     bool IsOpen() const { return Get(isOpen_); }
     bool IsDestroyed() const { return Get(isDestroyed_); }
 
-    // Waits of up to 4 s. Return: whether it has come to that.
+    // Waits of up to 4 s. Return: whether it happened.
 
     bool AwaitSent(const std::string& text) const;
     bool AwaitSends(std::size_t count) const;
     bool AwaitBlockedSends(int count) const;
-    /// So many waits for a socket that takes bytes have begun. One ends with a stop, or when some send will not block.
+    /// `count` waits for a writable socket have begun. A wait ends with a stop, or when a send will not block.
     bool AwaitSendWaits(int count) const;
     /// Opening has begun and blocks.
     bool AwaitBlockedOpen() const;
@@ -100,12 +100,12 @@ private:
     friend class FakeComms;
 
     struct Step {
-        std::string bytes;  ///< given to receives, if there are any; otherwise
+        std::string bytes;  ///< returned to receives, if there are any; otherwise
         bool isResult = false;
-        int result = 0;                           ///< what one receive gives, or
-        CommsEvent event = CommsEvent::Readable;  ///< what one wait tells
+        int result = 0;                           ///< what one receive returns, or
+        CommsEvent event = CommsEvent::Readable;  ///< what one wait reports
         int systemError = 0;                      ///< errno after such a wait
-        bool told = false;                        ///< `Readable` has been told since the last receive
+        bool reported = false;                    ///< `Readable` has been reported since the last receive
         bool IsForReceive() const { return isResult || !bytes.empty(); }
     };
 

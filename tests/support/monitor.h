@@ -6,8 +6,8 @@
 
 namespace Morquil::Testing {
 
-/// One lock for all that tests share with the threads under test, and the wake-up for those who wait for a change of
-/// it. Never destroyed: a thread that is on its way out may still be leaving it.
+/// One lock for everything that tests share with the threads under test, and the wake-up for those that wait for a
+/// change. Never destroyed: a thread that is ending may still be leaving it.
 class Monitor {
 public:
     static std::unique_lock<std::mutex> Enter() { return std::unique_lock(Instance().mutex_); }

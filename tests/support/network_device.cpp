@@ -78,7 +78,7 @@ void NetworkDevice::Do(std::function<void()> action) {
         });
     }
     waker_->Send("!");
-    EXPECT_TRUE(Await([done] { return *done; })) << "the device does not move";
+    EXPECT_TRUE(Await([done] { return *done; })) << "the device does not respond";
 }
 
 void NetworkDevice::Send(std::string_view text) {

@@ -28,14 +28,14 @@ private:
     std::unique_ptr<LoopbackListener> listener_;
 };
 
-/// A device on the network, for one host at a time. What it says is somebody else's business.
-/// Everything runs on the device's own thread; the test's waits end after 10 s.
+/// A device on the network, for one host at a time. Its owner decides what it sends. Everything runs on the device's
+/// own thread; the test's waits end after 10 s.
 class NetworkDevice {
 public:
     struct Behaviour {
-        /// What is sent to a host that has connected.
+        /// Sent to a host that has connected.
         std::function<std::string()> greet;
-        /// What is sent in answer to bytes from the host.
+        /// Sent in answer to bytes from the host.
         std::function<std::string(std::string_view)> answer;
     };
 
@@ -55,7 +55,7 @@ public:
     void Send(std::string_view text);
     /// Closes in an orderly way.
     void HangUp();
-    /// Throws the connection away.
+    /// Resets the connection.
     void Reset();
 
 private:
@@ -72,8 +72,8 @@ private:
     Behaviour behaviour_;
     std::unique_ptr<LoopbackPeer> waker_;  // a byte sent here wakes the thread for one action
     std::unique_ptr<LoopbackPeer> woken_;
-    std::unique_ptr<LoopbackPeer> host_;  // the thread's own
-    bool stopping_ = false;               // the thread's own
+    std::unique_ptr<LoopbackPeer> host_;  // for the thread only
+    bool stopping_ = false;               // for the thread only
 
     std::mutex lock_;
     std::condition_variable changed_;

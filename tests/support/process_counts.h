@@ -11,14 +11,14 @@ std::size_t OpenHandleCount();
 /// How many threads this process has.
 std::size_t ThreadCount();
 
-/// What the system itself makes in a process, at some time and for good.
+/// What the system itself creates in a process at some time and keeps.
 struct SystemsOwn {
     std::size_t handles;
     std::size_t threads;
 };
 extern const SystemsOwn systemsOwn;
 
-/// How many handles an attempt to connect keeps that nobody ends, when the device has hung up.
+/// How many handles an abandoned attempt to connect keeps after the device has hung up.
 extern const std::size_t handlesOfAnAttempt;
 
 /// How many bytes of memory this process occupies.

@@ -1,5 +1,5 @@
 #include <windows.h>
-// After the one that they need.
+// After the header that they need.
 #include <psapi.h>
 #include <tlhelp32.h>
 
@@ -40,7 +40,7 @@ QuerySystemInformation FindQuery() {
 
 }  // namespace
 
-// The system's table of all handles: the plain count of a process is not kept everywhere.
+// The system's table of all handles: not every system keeps a count per process.
 std::size_t Morquil::Testing::OpenHandleCount() {
     static const QuerySystemInformation query = FindQuery();
     std::vector<std::uintptr_t> buffer(1U << 14);
@@ -69,11 +69,12 @@ std::size_t Morquil::Testing::ThreadCount() {
     return count;
 }
 
-// What the warm-up does not come by, counted under Wine: an apartment takes up to eight handles, and each of the
-// compiler's locks for which two threads meet takes one for good.
+// What the warm-up does not create, counted under Wine: an apartment uses up to eight handles, and each of the
+// compiler's locks that two threads contend for keeps one permanently.
 const Morquil::Testing::SystemsOwn Morquil::Testing::systemsOwn{16, 1};
 
-// The four events of its transport and that of its end; three more are the lock and the condition of who waits for it.
+// The four events of its transport and the one for its end; three more are the lock and the condition of the waiting
+// thread.
 const std::size_t Morquil::Testing::handlesOfAnAttempt = 8;
 
 std::size_t Morquil::Testing::ProcessMemory() {

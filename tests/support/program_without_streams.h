@@ -4,7 +4,7 @@
 
 namespace Morquil::Testing {
 
-/// A program that is started with its input, its output and its errors closed; ended at the end of the scope.
+/// A program that is started with standard input, output and error closed; ended at the end of the scope.
 class ProgramWithoutStreams {
 public:
     /// `command` is a line for the shell.
@@ -13,7 +13,7 @@ public:
     ProgramWithoutStreams(const ProgramWithoutStreams&) = delete;
     ProgramWithoutStreams& operator=(const ProgramWithoutStreams&) = delete;
 
-    /// What its descriptors 0 to 2 lead to, with a space after each.
+    /// What its descriptors 0 to 2 refer to, with a space after each.
     std::string StandardDescriptors() const;
 
 private:

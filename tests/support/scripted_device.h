@@ -12,7 +12,7 @@
 
 namespace Morquil::Testing {
 
-/// What a device says of its own accord.
+/// What a device sends by itself.
 struct DeviceScript {
     /// Sent to a host that connects.
     std::string greeting = {};
@@ -20,11 +20,11 @@ struct DeviceScript {
     bool acknowledges = true;
     /// What follows the "ACK" of a block that is the header line alone, by that header.
     std::map<std::string, std::string> answers = {};
-    /// Who answers each block in place of all this, if anybody; on the device's thread.
+    /// Answers each block instead of all this, if set; on the device's thread.
     std::function<std::string(const std::string& block)> respond = {};
 };
 
-/// A device that a test drives block by block. A block is its lines up to and with the empty line; so is a "PING".
+/// A device that a test drives block by block. A block is its lines including the final empty line; so is a "PING".
 class ScriptedDevice {
 public:
     explicit ScriptedDevice(DeviceScript script = {});
@@ -44,9 +44,9 @@ public:
     std::string NextBlock(int seconds = 10);
     /// The next block that is not just a request for what is available.
     std::string NextChange();
-    /// Whether more has arrived than what the calls above have given.
+    /// Whether more has arrived than the calls above have returned.
     bool HasReceivedMore();
-    /// The same, but for requests.
+    /// The same, except requests.
     bool HasReceivedChange();
 
 private:
@@ -54,7 +54,7 @@ private:
     std::string AnswerBlock(const std::string& block);
 
     DeviceScript script_;
-    std::string unfinished_;  // the device thread's own
+    std::string unfinished_;  // for the device thread only
 
     std::mutex lock_;
     std::condition_variable arrived_;

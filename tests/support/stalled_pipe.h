@@ -7,7 +7,7 @@
 
 namespace Morquil::Testing {
 
-/// A named pipe whose writer writes only what the test says, and is there to the end of the scope.
+/// A named pipe whose writer writes only what the test says and stays open until the end of the scope.
 class StalledPipe {
 public:
     StalledPipe();

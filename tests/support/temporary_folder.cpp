@@ -23,8 +23,8 @@ TemporaryFolder::TemporaryFolder() {
 }
 
 TemporaryFolder::~TemporaryFolder() {
-    std::error_code leftBehind;
-    std::filesystem::remove_all(path_, leftBehind);
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
 }
 
 std::string TemporaryFolder::PathOf(const std::string& name) const {

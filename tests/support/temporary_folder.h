@@ -1,4 +1,4 @@
-// A folder of a test's own, and what lies in it.
+// A private folder for a test, and its files.
 #pragma once
 
 #include <filesystem>
@@ -7,7 +7,7 @@
 
 namespace Morquil::Test {
 
-/// An empty folder that goes, with everything in it, at the end of its scope. Names and paths are UTF-8.
+/// An empty folder that is removed, with its content, at the end of its scope. Names and paths are UTF-8.
 class TemporaryFolder {
 public:
     TemporaryFolder();
@@ -18,7 +18,7 @@ public:
     const std::filesystem::path& Path() const { return path_; }
     /// The path of the file `name` in this folder.
     std::string PathOf(const std::string& name) const;
-    /// Makes the file `name`. Returns: its path.
+    /// Creates the file `name`. Returns: its path.
     std::string Make(const std::string& name, const std::string& content) const;
     /// All names in this folder.
     std::set<std::string> Names() const;

@@ -11,7 +11,7 @@
 
 namespace Morquil::Testing {
 
-/// Ends the whole program when its scope lasts longer than 5 s: a test that hangs shall not hang everything.
+/// Ends the whole program if its scope lasts longer than 5 s: a hanging test should not hang everything.
 class Watchdog {
 public:
     Watchdog()

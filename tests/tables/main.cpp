@@ -1,4 +1,4 @@
-// A program without a task: it lends its reading of the blocks' tables to the test programs.
+// A program that does nothing: the test programs link its compiled tables of the blocks.
 int main() {
     return 0;
 }

@@ -30,8 +30,8 @@ protected:
     TestClient client{MakeComms()};
 };
 
-TEST_F(ClientOnTheNetwork, StartsAgainAfterAWakeUpThatNobodyTook) {
-    // The thread sees the request itself when it comes back from here.
+TEST_F(ClientOnTheNetwork, StartsAgainAfterAnUnusedWakeUp) {
+    // The thread sees the request itself when it returns from here.
     client.onReceived = [this] { std::thread([this] { client.RequestStop(); }).join(); };
     for (int round = 0; round < 3; ++round) {
         Start();
@@ -41,7 +41,7 @@ TEST_F(ClientOnTheNetwork, StartsAgainAfterAWakeUpThatNobodyTook) {
     }
 }
 
-TEST_F(ClientOnTheNetwork, SaysThatTheConnectionHasEndedWhateverTheLastWordsWere) {
+TEST_F(ClientOnTheNetwork, ReportsTheEndOfTheConnectionWhateverTheLastWordsWere) {
     for (const std::size_t length : {std::size_t{1000}, std::size_t{1024}, std::size_t{16} * 1024}) {
         testing::internal::CaptureStdout();
         bool closed = false;
@@ -60,7 +60,7 @@ TEST_F(ClientOnTheNetwork, SaysThatTheConnectionHasEndedWhateverTheLastWordsWere
     }
 }
 
-TEST_F(ClientOnTheNetwork, HandsOverEverythingThatCameBeforeTheEndAndSaysTheLossOnce) {
+TEST_F(ClientOnTheNetwork, DeliversEverythingBeforeTheEndAndReportsTheLossOnce) {
     for (const std::size_t length : {std::size_t{1}, std::size_t{1024}, std::size_t{100'000}}) {
         testing::internal::CaptureStdout();
         const std::size_t received = client.Received().size();
@@ -74,8 +74,8 @@ TEST_F(ClientOnTheNetwork, HandsOverEverythingThatCameBeforeTheEndAndSaysTheLoss
     }
 }
 
-TEST_F(ClientOnTheNetwork, TakesHardlyAnyProcessorTimeWhileADeviceDoesNotRead) {
-    // Far more than the buffers of both sides hold.
+TEST_F(ClientOnTheNetwork, UsesHardlyAnyProcessorTimeWhileADeviceDoesNotRead) {
+    // Far more than the buffers of both sides can hold.
     constexpr std::size_t pieceLength = 250;
     constexpr std::size_t pieceCount = 80'000;
     constexpr std::chrono::milliseconds time{800};

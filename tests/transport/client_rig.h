@@ -39,7 +39,7 @@ private:
     std::vector<std::string> pieces_;
 };
 
-/// Sends what the test gives it and takes every received piece that holds "ACK" for an acknowledgement.
+/// Sends what the test queues and counts every received piece that contains "ACK" as an acknowledgement.
 class TestClient final : public TextProtocolClient {
 public:
     explicit TestClient(FakeConnection& connection) : TextProtocolClient(connection.MakeComms()) {}

@@ -69,7 +69,7 @@ private:
     std::thread thread_;
 };
 
-// Takes all descriptors below `limit`, so that what is opened next has a higher one.
+// Uses up all descriptors below `limit`, so that the next one is higher.
 std::vector<FileDescriptor> TakeDescriptorsBelow(int limit) {
     std::vector<FileDescriptor> taken;
     for (int last = 0; last >= 0 && last < limit - 1;) {
@@ -79,7 +79,7 @@ std::vector<FileDescriptor> TakeDescriptorsBelow(int limit) {
     return taken;
 }
 
-TEST_F(PollCommsTest, TellsBytesThatAnAttachedConnectionEndedWithBeforeItsEnd) {
+TEST_F(PollCommsTest, ReportsTheLastBytesOfAnAttachedConnectionBeforeItsEnd) {
     ASSERT_TRUE(comms.Initialise());
     const SocketHandle socket = listener.Connect()->Detach();
     peer = listener.Accept();
@@ -100,8 +100,8 @@ TEST_F(PollCommsTest, TellsBytesThatAnAttachedConnectionEndedWithBeforeItsEnd) {
     EXPECT_EQ(comms.WaitForEvent(), CommsEvent::Timeout);
 }
 
-// The system keeps what came before a reset.
-TEST_F(PollCommsTest, TellsBytesBeforeAReset) {
+// The system keeps what arrived before a reset.
+TEST_F(PollCommsTest, ReportsBytesBeforeAReset) {
     Connect();
     ASSERT_TRUE(peer->Send("last words"));
     peer->Reset();
@@ -111,13 +111,13 @@ TEST_F(PollCommsTest, TellsBytesBeforeAReset) {
     EXPECT_EQ(comms.WaitForEvent(), CommsEvent::SocketError);
 }
 
-TEST_F(PollCommsTest, TellsEverythingAnewWhenItIsArmedAgain) {
+TEST_F(PollCommsTest, ReportsEverythingAgainWhenItIsRearmed) {
     Connect();
     ASSERT_TRUE(peer->Send("x"));
     EXPECT_EQ(comms.WaitForEvent(), CommsEvent::Readable);
     EXPECT_TRUE(comms.WaitForConnect(0));
     EXPECT_EQ(comms.WaitForEvent(), CommsEvent::Readable);
-    // Waits to be told, and is forgotten.
+    // The pending `Writable` is discarded.
     EXPECT_TRUE(comms.WaitForConnect(0));
     EXPECT_EQ(comms.WaitForEvent(), CommsEvent::Readable);
     EXPECT_EQ(comms.WaitForEvent(), CommsEvent::Writable);
@@ -178,7 +178,7 @@ TEST_F(PollCommsTest, WorksWithDescriptorsOfAnyNumber) {
     setrlimit(RLIMIT_NOFILE, &before);
 }
 
-TEST_F(PollCommsTest, HandsNoDescriptorToOtherPrograms) {
+TEST_F(PollCommsTest, PassesNoDescriptorToOtherPrograms) {
     const int first = FileDescriptor(dup(0)).Get();
     Connect();
     const int beyond = FileDescriptor(dup(0)).Get();
@@ -204,7 +204,7 @@ TEST_F(PollCommsTest, SendsSmallBlocksOfAnOpenedConnectionAtOnce) {
     connection.Detach();
 }
 
-TEST_F(PollCommsTest, TakesOneDescriptorBesideTheConnection) {
+TEST_F(PollCommsTest, UsesOneDescriptorBesideTheConnection) {
     const int first = FileDescriptor(dup(0)).Get();
     ASSERT_TRUE(comms.Initialise());
     EXPECT_EQ(FileDescriptor(dup(0)).Get(), first + 1);
@@ -232,7 +232,7 @@ TEST_F(PollCommsTest, DoesNotOpenWithoutDescriptors) {
     EXPECT_FALSE(opened);
 }
 
-TEST_F(PollCommsTest, TellsThatTheSystemRefusesToWait) {
+TEST_F(PollCommsTest, ReportsThatTheSystemRefusesToWait) {
     Connect();
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
@@ -244,7 +244,7 @@ TEST_F(PollCommsTest, TellsThatTheSystemRefusesToWait) {
     EXPECT_EQ(event, CommsEvent::WaitFailed);
 }
 
-TEST_F(PollCommsTest, TellsASocketThatSomeoneElseClosedAsBroken) {
+TEST_F(PollCommsTest, ReportsASocketClosedElsewhereAsBroken) {
     ASSERT_TRUE(comms.Initialise());
     const int closed = FileDescriptor(dup(0)).Get();
     comms.Attach(closed, true);

@@ -1,4 +1,4 @@
-// A transport on this machine's loopback, whose other end the test holds.
+// A transport on the loopback interface, whose other end the test holds.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -38,7 +38,7 @@ protected:
     void SetUp() override { ASSERT_TRUE(comms->Initialise()); }
     void TearDown() override { comms->Close(); }
 
-    // A standing connection, watched, whose first `Writable` has been told.
+    // An established connection, watched, whose first `Writable` has been reported.
     void Connect() {
         ASSERT_TRUE(comms->Open("127.0.0.1", listener.Port(), false));
         ASSERT_TRUE(comms->WaitForConnect(2000));
@@ -55,7 +55,7 @@ protected:
         return plain->Detach();
     }
 
-    // The same; a byte from the peer is there already.
+    // The same; a byte from the peer has already arrived.
     SocketHandle PlainConnectionWithAByte() {
         const std::unique_ptr<LoopbackPeer> plain = listener.Connect();
         peer = listener.Accept();
@@ -64,7 +64,7 @@ protected:
         return plain->Detach();
     }
 
-    // What comes without waiting; `Timeout` for nothing.
+    // The event that is available without waiting; `Timeout` for none.
     CommsEvent EventAtOnce() {
         comms->SetWaitMode(true, 0);
         const CommsEvent event = comms->WaitForEvent();
@@ -72,7 +72,7 @@ protected:
         return event;
     }
 
-    // Sends until the system takes no more. Returns: how many bytes it took.
+    // Sends until the system accepts no more. Returns: how many bytes it accepted.
     std::size_t SendUntilItWouldBlock() {
         const std::string block(65536, 'x');
         std::size_t sent = 0;
@@ -84,7 +84,7 @@ protected:
         return sent;
     }
 
-    // Sends a byte as soon as the system takes one. Returns: the result of the last attempt.
+    // Sends a byte as soon as the system accepts one. Returns: the result of the last attempt.
     int SendWhenWritable() {
         int result = commsWouldBlock;
         while (result == commsWouldBlock) {
@@ -110,7 +110,7 @@ protected:
     std::unique_ptr<AbstractComms> comms = MakeComms();
 };
 
-// Takes no further connection and refuses none: attempts to connect neither stand nor fail.
+// Neither accepts nor refuses further connections: attempts to connect stay pending.
 class StalledListener {
 public:
     StalledListener() {

@@ -16,7 +16,7 @@ TEST(Comms, CannotBeSignalledBeforeItIsInitialised) {
 TEST(Comms, CanBeDestroyedWithoutBeingInitialised) {
     const LoopbackListener listener;
     MakeComms().reset();
-    // The sockets of everybody else go on working.
+    // All other sockets keep working.
     EXPECT_NE(listener.Connect(), nullptr);
 }
 
@@ -58,7 +58,7 @@ TEST_F(CommsTest, OpensAName) {
     EXPECT_NE(listener.Accept(), nullptr);
 }
 
-TEST_F(CommsTest, WaitsNoLongerForAConnectionThatStands) {
+TEST_F(CommsTest, DoesNotWaitForAnEstablishedConnection) {
     ASSERT_TRUE(comms->Open("127.0.0.1", listener.Port(), false));
     const auto begin = Clock::now();
     EXPECT_TRUE(comms->WaitForConnect(2000));
@@ -86,7 +86,7 @@ TEST_F(CommsTest, OpensWithoutBlockingAndWaitsForTheConnection) {
     EXPECT_NE(listener.Accept(), nullptr);
 }
 
-TEST_F(CommsTest, TellsThatAConnectionWasRefusedInTheOpenOrInTheWait) {
+TEST_F(CommsTest, ReportsARefusedConnectionInTheOpenOrInTheWait) {
     EXPECT_FALSE(comms->Open("127.0.0.1", RefusingPort(), true) && comms->WaitForConnect(longMs));
 }
 
@@ -99,7 +99,7 @@ TEST_F(CommsTest, WaitsForAConnectionAsLongAsAsked) {
     EXPECT_FALSE(comms->WaitForConnect(0));
 }
 
-TEST_F(CommsTest, GivesAConnectionThatNeitherStandsNorFailsTwoSeconds) {
+TEST_F(CommsTest, AbandonsAPendingConnectionAfterTwoSeconds) {
     const StalledListener stalled;
     const std::size_t before = OpenHandleCount();
     const auto begin = Clock::now();
@@ -110,7 +110,7 @@ TEST_F(CommsTest, GivesAConnectionThatNeitherStandsNorFailsTwoSeconds) {
     EXPECT_EQ(OpenHandleCount(), before);
 }
 
-TEST_F(CommsTest, StopsConnectingAtOnceWhenToldTo) {
+TEST_F(CommsTest, StopsConnectingAtOnceOnRequest) {
     const StalledListener stalled;
     QRN::Core::Event returned;
     ASSERT_EQ(returned.Create(), 0U);
@@ -129,7 +129,7 @@ TEST_F(CommsTest, StopsConnectingAtOnceWhenToldTo) {
     EXPECT_FALSE(opened);
 }
 
-TEST_F(CommsTest, DoesNotConnectAfterAStopAndUsesTheStopUp) {
+TEST_F(CommsTest, DoesNotConnectAfterAStopAndConsumesTheStop) {
     const std::size_t before = OpenHandleCount();
     EXPECT_TRUE(comms->Signal(signalStop));
     EXPECT_FALSE(comms->Open("127.0.0.1", listener.Port(), false));
@@ -155,7 +155,7 @@ TEST_F(CommsTest, LeavesNoHandleBehind) {
         fresh->Close();
         EXPECT_NE(listener.Accept(), nullptr);
     };
-    round();  // whatever the system sets up once
+    round();  // one-time setup of the system
     const std::size_t before = OpenHandleCount();
     for (int count = 0; count < 20; ++count) {
         round();
@@ -185,7 +185,7 @@ TEST_F(CommsTest, NeverBlocksOnAnAttachedSocket) {
     }
 }
 
-TEST_F(CommsTest, CountsAnAttachedConnectionAsStanding) {
+TEST_F(CommsTest, TreatsAnAttachedConnectionAsEstablished) {
     EXPECT_TRUE(comms->Attach(PlainConnection(), true));
     EXPECT_TRUE(comms->WaitForConnect(0));
 }
@@ -217,7 +217,7 @@ TEST_F(CommsTest, ClosesOnceAndForgetsTheSocket) {
     comms->Close();
     EXPECT_TRUE(peer->SeesClose());
     EXPECT_EQ(OpenHandleCount(), before - 1);
-    // What has the number of the closed socket now is none of its business.
+    // Whatever now has the number of the closed socket must not be affected.
     const std::unique_ptr<LoopbackPeer> successor = listener.Connect();
     ASSERT_NE(successor, nullptr);
     comms->Close();

@@ -1,4 +1,4 @@
-// What a transport tells who waits, and what it sends.
+// What a transport reports to a waiting thread, and what it sends.
 #include "tests/support/watchdog.h"
 #include "tests/transport/comms_rig.h"
 #include "transport/deadline.h"
@@ -8,24 +8,24 @@ namespace {
 
 // --- waiting for the socket ---
 
-TEST_F(CommsTest, TellsWritableOncePerArming) {
+TEST_F(CommsTest, ReportsWritableOncePerArming) {
     Connect();
     EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
     EXPECT_EQ(comms->Send("x", 1, 0), 1);
     EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
 }
 
-TEST_F(CommsTest, TellsReadableAndThenWritableWithoutWaiting) {
+TEST_F(CommsTest, ReportsReadableAndThenWritableWithoutWaiting) {
     const SocketHandle socket = PlainConnectionWithAByte();
     comms->Attach(socket, false);
     EXPECT_EQ(EventAtOnce(), CommsEvent::Readable);
     EXPECT_TRUE(comms->Signal(signalStop));
-    // Found by the wait before, and so told before the stop.
+    // Found by the previous wait, and therefore reported before the stop.
     EXPECT_EQ(EventAtOnce(), CommsEvent::Writable);
     EXPECT_EQ(EventAtOnce(), CommsEvent::StopRequested);
 }
 
-TEST_F(CommsTest, TellsReadableWhenBytesCome) {
+TEST_F(CommsTest, ReportsReadableWhenBytesCome) {
     Connect();
     ASSERT_TRUE(peer->Send("some bytes"));
     EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
@@ -43,7 +43,7 @@ TEST_F(CommsTest, WaitsWithoutALimitForWhatComes) {
     EXPECT_EQ(Receive(), "x");
 }
 
-TEST_F(CommsTest, TellsReadableAgainAfterAReceiveThatLeftBytes) {
+TEST_F(CommsTest, ReportsReadableAgainAfterAReceiveThatLeftBytes) {
     Connect();
     ASSERT_TRUE(peer->Send("abcdef"));
     ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
@@ -53,7 +53,7 @@ TEST_F(CommsTest, TellsReadableAgainAfterAReceiveThatLeftBytes) {
     EXPECT_EQ(Receive(4), "ef");
 }
 
-TEST_F(CommsTest, TellsASignalBeforeTheBytesThatAReceiveLeft) {
+TEST_F(CommsTest, ReportsASignalBeforeTheBytesThatAReceiveLeft) {
     Connect();
     ASSERT_TRUE(peer->Send("abcdef"));
     ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
@@ -65,7 +65,7 @@ TEST_F(CommsTest, TellsASignalBeforeTheBytesThatAReceiveLeft) {
     EXPECT_EQ(Receive(4), "ef");
 }
 
-TEST_F(CommsTest, TellsNothingOfLeftBytesWhileTheSocketIsLeftOut) {
+TEST_F(CommsTest, ReportsNoLeftBytesWhileTheSocketIsLeftOut) {
     Connect();
     ASSERT_TRUE(peer->Send("abcdef"));
     ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
@@ -102,7 +102,7 @@ TEST_F(CommsTest, ForgetsTheBytesOfAnEarlierConnection) {
     EXPECT_EQ(ReceiveResult(), commsWouldBlock);
 }
 
-TEST_F(CommsTest, TellsAReceiveThatWouldBlockFromALoss) {
+TEST_F(CommsTest, DistinguishesAReceiveThatWouldBlockFromALoss) {
     Connect();
     EXPECT_EQ(ReceiveResult(), commsWouldBlock);
     ASSERT_TRUE(peer->Send("x"));
@@ -110,14 +110,14 @@ TEST_F(CommsTest, TellsAReceiveThatWouldBlockFromALoss) {
     EXPECT_EQ(Receive(), "x");
 }
 
-TEST_F(CommsTest, TellsThatThePeerHasClosed) {
+TEST_F(CommsTest, ReportsThatThePeerHasClosed) {
     Connect();
     peer->Close();
     EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
     EXPECT_EQ(ReceiveResult(), 0);
 }
 
-TEST_F(CommsTest, TellsBytesAnewAfterTheConnectionWasWaitedForAgain) {
+TEST_F(CommsTest, ReportsBytesAgainAfterAnotherWaitForTheConnection) {
     Connect();
     ASSERT_TRUE(peer->Send("abcdef"));
     ASSERT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
@@ -155,13 +155,13 @@ TEST_F(CommsTest, LeavesWhatWasNotAskedForInASocketOfOthers) {
     EXPECT_EQ(std::string(buffer.data(), 2), "ef");
 }
 
-TEST_F(CommsTest, TellsThatThePeerSendsNoMore) {
+TEST_F(CommsTest, ReportsThatThePeerSendsNoMore) {
     Connect();
     peer->ShutdownSending();
     EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
 }
 
-TEST_F(CommsTest, TellsThatThePeerHasReset) {
+TEST_F(CommsTest, ReportsThatThePeerHasReset) {
     Connect();
     peer->Reset();
     EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
@@ -169,14 +169,14 @@ TEST_F(CommsTest, TellsThatThePeerHasReset) {
     EXPECT_TRUE(result == commsFailed || result == 0) << result;
 }
 
-TEST_F(CommsTest, TellsTheEndOfAConnectionOnce) {
+TEST_F(CommsTest, ReportsTheEndOfAConnectionOnce) {
     Connect();
     peer->Close();
     EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
     EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
 }
 
-TEST_F(CommsTest, TellsTheEndAfterTheBytesThatCameBeforeIt) {
+TEST_F(CommsTest, ReportsTheEndAfterTheBytesThatCameBeforeIt) {
     Connect();
     ASSERT_TRUE(peer->Send("abcdef"));
     peer->Close();
@@ -214,7 +214,7 @@ TEST_F(CommsTest, WaitsQuietlyForBytesBeforeTheEndToBeReceived) {
     EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
 }
 
-TEST_F(CommsTest, TellsAStopBeforeTheBytesThatCameBeforeTheEnd) {
+TEST_F(CommsTest, ReportsAStopBeforeTheBytesThatCameBeforeTheEnd) {
     Connect();
     ASSERT_TRUE(peer->Send(std::string(20'000, 'x')));
     peer->Close();
@@ -225,7 +225,7 @@ TEST_F(CommsTest, TellsAStopBeforeTheBytesThatCameBeforeTheEnd) {
     EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
 }
 
-TEST_F(CommsTest, TellsTheEndOfAConnectionOnceItIsLookedAt) {
+TEST_F(CommsTest, ReportsTheEndOfAConnectionOnceItIsLookedAt) {
     Connect();
     ASSERT_TRUE(peer->Send("x"));
     peer->Close();
@@ -237,7 +237,7 @@ TEST_F(CommsTest, TellsTheEndOfAConnectionOnceItIsLookedAt) {
     EXPECT_EQ(comms->WaitForEvent(), CommsEvent::SocketError);
 }
 
-TEST_F(CommsTest, LeavesTheSocketOutWhenToldTo) {
+TEST_F(CommsTest, LeavesTheSocketOutOnRequest) {
     Connect();
     ASSERT_TRUE(peer->Send("x"));
     EXPECT_EQ(comms->SetWaitMode(false, 5), 1000U);
@@ -247,13 +247,13 @@ TEST_F(CommsTest, LeavesTheSocketOutWhenToldTo) {
     EXPECT_EQ(EventAtOnce(), CommsEvent::Readable);
 }
 
-TEST_F(CommsTest, HearsSignalsWithoutTheSocket) {
+TEST_F(CommsTest, ReportsSignalsWithoutTheSocket) {
     comms->SetWaitMode(false, 0);
     EXPECT_TRUE(comms->Signal(signalStop));
     EXPECT_EQ(comms->WaitForEvent(), CommsEvent::StopRequested);
 }
 
-TEST_F(CommsTest, TellsTheTimeOutThatItUses) {
+TEST_F(CommsTest, ReturnsTheTimeOutThatItUses) {
     EXPECT_EQ(comms->SetWaitMode(true, 9000), 9000U);
     EXPECT_EQ(comms->SetWaitMode(true, 0), 0U);
     EXPECT_EQ(comms->SetWaitMode(false, 9000), 1000U);
@@ -271,7 +271,7 @@ TEST_F(CommsTest, TimesOutAfterTheTimeAskedFor) {
 
 // --- signals ---
 
-TEST_F(CommsTest, TellsStopThenSendThenUserThenTheSocket) {
+TEST_F(CommsTest, ReportsStopThenSendThenUserThenTheSocket) {
     Connect();
     ASSERT_TRUE(peer->Send("x"));
     EXPECT_TRUE(comms->Signal(signalUser));
@@ -283,7 +283,7 @@ TEST_F(CommsTest, TellsStopThenSendThenUserThenTheSocket) {
     EXPECT_EQ(comms->WaitForEvent(), CommsEvent::Readable);
 }
 
-TEST_F(CommsTest, TellsASignalOnceHoweverOftenItWasGiven) {
+TEST_F(CommsTest, ReportsASignalOnceHoweverOftenItWasSet) {
     for (int count = 0; count < 3; ++count) {
         EXPECT_TRUE(comms->Signal(signalSend));
     }
@@ -315,7 +315,7 @@ TEST_F(CommsTest, SendsBytes) {
     EXPECT_EQ(peer->Receive(6), "PING\n\n");
 }
 
-TEST_F(CommsTest, TellsWritableAgainOnlyAfterASendThatWouldBlock) {
+TEST_F(CommsTest, ReportsWritableAgainOnlyAfterASendThatWouldBlock) {
     Connect();
     const std::size_t sent = SendUntilItWouldBlock();
     EXPECT_EQ(EventAtOnce(), CommsEvent::Timeout);
@@ -332,7 +332,7 @@ TEST_F(CommsTest, FailsToSendOnABrokenConnection) {
     EXPECT_EQ(comms->Send("x", 1, 0), commsFailed);
 }
 
-TEST_F(CommsTest, TakesNoNegativeLength) {
+TEST_F(CommsTest, RefusesANegativeLength) {
     Connect();
     char byte = 0;
     EXPECT_EQ(comms->Send("x", -1, 0), commsFailed);

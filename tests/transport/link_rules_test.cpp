@@ -59,7 +59,7 @@ TEST_F(LinkRulesTest, SendAtOnceAgainWhenNothingWasPendingAtTheAcknowledgement) 
     EXPECT_EQ(On(CommsEvent::SendRequested), Action::SendNext);
 }
 
-TEST_F(LinkRulesTest, TakeAnUnaskedAcknowledgementForOne) {
+TEST_F(LinkRulesTest, AcceptAnUnsolicitedAcknowledgement) {
     EXPECT_EQ(rules.OnAcknowledged(), Action::SendNext);
 }
 
@@ -103,7 +103,7 @@ TEST_F(LinkRulesTest, EndAfterNineSecondsHoweverOftenTheHostSetsSomething) {
     EXPECT_EQ(On(CommsEvent::Timeout), Action::End);
 }
 
-TEST_F(LinkRulesTest, TakeNoWakeUpWithoutAByteForASignOfLife) {
+TEST_F(LinkRulesTest, DoNotCountAWakeUpWithoutAByteAsASignOfLife) {
     EXPECT_EQ(WaitAfter(0), 9000U);
     for (const CommsEvent event : {CommsEvent::UserSignal, CommsEvent::Writable, CommsEvent::SendRequested}) {
         On(event);
@@ -114,7 +114,7 @@ TEST_F(LinkRulesTest, TakeNoWakeUpWithoutAByteForASignOfLife) {
     EXPECT_EQ(WaitAfter(5000), 4000U);
 }
 
-TEST_F(LinkRulesTest, TakeEveryByteForASignOfLife) {
+TEST_F(LinkRulesTest, CountEveryByteAsASignOfLife) {
     EXPECT_EQ(WaitAfter(0), 9000U);
     On(CommsEvent::Readable);
     rules.OnReceived(1, bufferSize);
@@ -149,7 +149,7 @@ TEST_F(LinkRulesTest, EndWhenTheFirstReceiveFindsTheEnd) {
     }
 }
 
-TEST_F(LinkRulesTest, LetTheNextWaitReportAnEndThatComesAfterBytes) {
+TEST_F(LinkRulesTest, LeaveAnEndAfterBytesToTheNextWait) {
     for (const int result : {0, int{commsFailed}, int{commsWouldBlock}}) {
         EXPECT_EQ(On(CommsEvent::Readable), Action::Receive);
         EXPECT_EQ(rules.OnReceived(bufferSize, bufferSize), Action::Receive);

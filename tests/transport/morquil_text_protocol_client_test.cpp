@@ -18,13 +18,13 @@ using Testing::FakeConnection;
 using Testing::Monitor;
 using Testing::Watchdog;
 
-/// Notes the text of every block that arrives and treats the echo of a sent one as the device object does.
+/// Records the text of every received block and handles the echo of a sent one as the device object does.
 class BlockClient final : public MorquilTextProtocolClient {
 public:
     explicit BlockClient(FakeConnection& connection) : MorquilTextProtocolClient(connection.MakeComms()) {}
     ~BlockClient() override { Stop(); }
 
-    /// The blocks so far, each with what was said of it: "echo" or "change".
+    /// The blocks so far, each with its classification: "echo" or "change".
     std::vector<std::string> Blocks() const {
         const auto lock = Monitor::Enter();
         return blocks_;
@@ -108,7 +108,7 @@ protected:
     HRESULT QueueNew() {
         return client.Queue(std::make_unique<Message>());
     }
-    void Tell(const std::string& bytes) {
+    void DeviceSends(const std::string& bytes) {
         link.Push(bytes);
         ASSERT_TRUE(link.AwaitIdle());
     }
@@ -131,13 +131,13 @@ TEST_F(MorquilTextProtocolClientTest, MergesMessagesOfOneTypeThatWaitForAnAcknow
     ASSERT_TRUE(link.AwaitIdle());
     EXPECT_EQ(QueueGain(5), S_OK);
     EXPECT_EQ(QueueGain(6), S_OK);
-    Tell("ACK\n\n");
+    DeviceSends("ACK\n\n");
     EXPECT_EQ(link.Sends(), (Texts{"GENLOCK:\n\n", "VIDEO PROC AMP:\nGain: 6\n\n"}));
-    Tell("ACK\n\n");
+    DeviceSends("ACK\n\n");
     EXPECT_EQ(link.Sends().size(), 2U);
 }
 
-TEST_F(MorquilTextProtocolClientTest, SendsWhatWaitsInTheOrderOfTheTable) {
+TEST_F(MorquilTextProtocolClientTest, SendsPendingMessagesInTheOrderOfTheTable) {
     StartClient();
     QueueNew<PresetMessage>();
     ASSERT_TRUE(link.AwaitIdle());
@@ -145,7 +145,7 @@ TEST_F(MorquilTextProtocolClientTest, SendsWhatWaitsInTheOrderOfTheTable) {
     QueueNew<VideoOutputMessage>();
     QueueNew<SupportedConversionsMessage>();
     for (int block = 0; block < 4; ++block) {
-        Tell("ACK\n\n");
+        DeviceSends("ACK\n\n");
     }
     EXPECT_EQ(link.Sends(), (Texts{"PRESET:\n\n", "SUPPORTED CONVERSIONS:\n\n", "VIDEO OUTPUT:\n\n", "AUDIO:\n\n"}));
 }
@@ -155,13 +155,13 @@ TEST_F(MorquilTextProtocolClientTest, ARefusalReleasesTheNextBlockLikeAnAcknowle
     QueueNew<GenlockMessage>();
     ASSERT_TRUE(link.AwaitIdle());
     QueueGain(5);
-    Tell("NACK\n\n");
+    DeviceSends("NACK\n\n");
     EXPECT_EQ(link.Sends(), (Texts{"GENLOCK:\n\n", "VIDEO PROC AMP:\nGain: 5\n\n"}));
 }
 
 TEST_F(MorquilTextProtocolClientTest, AnswersNeitherABlockNorAPing) {
     StartClient();
-    Tell("PING\n\nGENLOCK:\nLine offset: 5\n\nNO SUCH BLOCK:\nKey: value\n\nnonsense\n\n");
+    DeviceSends("PING\n\nGENLOCK:\nLine offset: 5\n\nNO SUCH BLOCK:\nKey: value\n\nnonsense\n\n");
     EXPECT_EQ(link.Sent(), "");
     EXPECT_TRUE(link.IsOpen());
 }
@@ -171,19 +171,19 @@ TEST_F(MorquilTextProtocolClientTest, NeverSendsAnAlignMessage) {
     EXPECT_EQ(QueueNew<AlignMessage>(), S_OK);
     EXPECT_EQ(QueueNew<AlignMessage>(), S_OK);
     ASSERT_TRUE(link.AwaitIdle());
-    Tell("ACK\n\n");
+    DeviceSends("ACK\n\n");
     EXPECT_EQ(link.Sent(), "");
     QueueGain(5);
     EXPECT_TRUE(link.AwaitSent("VIDEO PROC AMP:\nGain: 5\n\n"));
 }
 
-TEST_F(MorquilTextProtocolClientTest, SaysThatAMessageCouldNotBeAnnouncedButMergesWithoutAnnouncing) {
+TEST_F(MorquilTextProtocolClientTest, ReportsThatAMessageCouldNotBeAnnouncedButMergesWithoutAnnouncing) {
     StartClient();
     link.RefuseSignals();
     EXPECT_EQ(QueueGain(5), E_FAIL);
     EXPECT_EQ(QueueGain(6), S_OK);
     link.AllowSignals();
-    Tell("ACK\n\n");
+    DeviceSends("ACK\n\n");
     EXPECT_EQ(link.Sends(), Texts{"VIDEO PROC AMP:\nGain: 6\n\n"});
 }
 
@@ -197,15 +197,15 @@ TEST_F(MorquilTextProtocolClientTest, RecognisesTheEchoOfItsOwnBlockOnce) {
     StartClient();
     QueueGain(5);
     ASSERT_TRUE(link.AwaitIdle());
-    Tell("VIDEO PROC AMP:\nGain: 5\n\nACK\n\nVIDEO PROC AMP:\nGain: 5\n\n");
+    DeviceSends("VIDEO PROC AMP:\nGain: 5\n\nACK\n\nVIDEO PROC AMP:\nGain: 5\n\n");
     EXPECT_EQ(client.Blocks(), (Texts{"echo VIDEO PROC AMP:\nGain: 5\n\n", "change VIDEO PROC AMP:\nGain: 5\n\n"}));
 }
 
-TEST_F(MorquilTextProtocolClientTest, TakesABlockThatWasNotRecordedForAChange) {
+TEST_F(MorquilTextProtocolClientTest, TreatsAnUnrecordedBlockAsAChange) {
     StartClient();
     QueueGain(5, false);
     ASSERT_TRUE(link.AwaitIdle());
-    Tell("VIDEO PROC AMP:\nGain: 5\n\n");
+    DeviceSends("VIDEO PROC AMP:\nGain: 5\n\n");
     EXPECT_EQ(client.Blocks(), Texts{"change VIDEO PROC AMP:\nGain: 5\n\n"});
 }
 
@@ -214,7 +214,7 @@ TEST_F(MorquilTextProtocolClientTest, RecordsABlockWhenItIsSentAndNotBefore) {
     QueueNew<GenlockMessage>();
     ASSERT_TRUE(link.AwaitIdle());
     QueueGain(5);
-    Tell("VIDEO PROC AMP:\nGain: 5\n\n");
+    DeviceSends("VIDEO PROC AMP:\nGain: 5\n\n");
     EXPECT_EQ(client.Blocks(), Texts{"change VIDEO PROC AMP:\nGain: 5\n\n"});
 }
 
@@ -222,13 +222,13 @@ TEST_F(MorquilTextProtocolClientTest, ForgetsTheBlocksThatWereSentBeforeAnEcho) 
     StartClient();
     QueueGain(1);
     ASSERT_TRUE(link.AwaitIdle());
-    Tell("ACK\n\n");
+    DeviceSends("ACK\n\n");
     QueueGain(2);
     ASSERT_TRUE(link.AwaitIdle());
-    Tell("ACK\n\n");
+    DeviceSends("ACK\n\n");
     QueueGain(3);
     ASSERT_TRUE(link.AwaitIdle());
-    Tell("VIDEO PROC AMP:\nGain: 2\n\nVIDEO PROC AMP:\nGain: 1\n\nVIDEO PROC AMP:\nGain: 3\n\n");
+    DeviceSends("VIDEO PROC AMP:\nGain: 2\n\nVIDEO PROC AMP:\nGain: 1\n\nVIDEO PROC AMP:\nGain: 3\n\n");
     EXPECT_EQ(client.Blocks(), (Texts{"echo VIDEO PROC AMP:\nGain: 2\n\n", "change VIDEO PROC AMP:\nGain: 1\n\n",
                                       "echo VIDEO PROC AMP:\nGain: 3\n\n"}));
 }
@@ -236,15 +236,15 @@ TEST_F(MorquilTextProtocolClientTest, ForgetsTheBlocksThatWereSentBeforeAnEcho) 
 TEST_F(MorquilTextProtocolClientTest, DropsTheRestOfAPieceOnceItStopsListening) {
     client.stopsListening = true;
     StartClient();
-    Tell("GENLOCK:\nLine offset: 5\n\nGENLOCK:\nLine offset: 6\n\n");
-    Tell("GENLOCK:\nLine offset: 7\n\n");
+    DeviceSends("GENLOCK:\nLine offset: 5\n\nGENLOCK:\nLine offset: 6\n\n");
+    DeviceSends("GENLOCK:\nLine offset: 7\n\n");
     EXPECT_EQ(client.Blocks(), Texts{"change GENLOCK:\nLine offset: 5\n\n"});
 }
 
 TEST_F(MorquilTextProtocolClientTest, PrintsNoDiagnosticsOfTheParser) {
     testing::internal::CaptureStdout();
     StartClient();
-    Tell("NO SUCH BLOCK:\nno colon\n\n");
+    DeviceSends("NO SUCH BLOCK:\nno colon\n\n");
     client.Stop();
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "NO SUCH BLOCK:\nno colon\n\n");
 }

@@ -5,7 +5,7 @@
 namespace Morquil {
 namespace {
 
-TEST(PendingEvents, TellsReadableBeforeWritable) {
+TEST(PendingEvents, ReportsReadableBeforeWritable) {
     PendingEvents pending;
     pending.AddSocket({.readable = true, .writable = true});
     EXPECT_EQ(pending.TakeOldest(), CommsEvent::Readable);
@@ -14,7 +14,7 @@ TEST(PendingEvents, TellsReadableBeforeWritable) {
     EXPECT_TRUE(pending.IsEmpty());
 }
 
-TEST(PendingEvents, TellsOnlyTheEndOfAConnectionThatEnded) {
+TEST(PendingEvents, ReportsOnlyTheEndOfAConnectionThatEnded) {
     PendingEvents pending;
     pending.AddSocket({.readable = true, .writable = true, .gone = true});
     EXPECT_EQ(pending.TakeOldest(), CommsEvent::SocketError);
@@ -27,7 +27,7 @@ TEST(PendingEvents, StaysEmptyWhenNothingWasFound) {
     EXPECT_TRUE(pending.IsEmpty());
 }
 
-TEST(PendingEvents, TellsAnEventAddedAfterAllOthersWereTold) {
+TEST(PendingEvents, ReportsAnEventAddedAfterAllOthersWereReported) {
     PendingEvents pending;
     for (int round = 0; round < 5; ++round) {
         pending.AddSocket({.readable = true, .writable = true});
@@ -38,7 +38,7 @@ TEST(PendingEvents, TellsAnEventAddedAfterAllOthersWereTold) {
     }
 }
 
-TEST(PendingEvents, ForgetsWhatWasNotToldWhenCleared) {
+TEST(PendingEvents, ForgetsUnreportedEventsWhenCleared) {
     PendingEvents pending;
     pending.AddSocket({.readable = true, .writable = true});
     pending.TakeOldest();

@@ -42,7 +42,7 @@ void AddOneOfEach(PendingMessages& pending) {
     std::for_each(adding.rbegin(), adding.rend(), [&](const auto add) { add(pending); });
 }
 
-TEST(PendingMessages, GiveNothingWhenNoneWaits) {
+TEST(PendingMessages, ReturnNothingWhenNoneIsPending) {
     PendingMessages pending;
     EXPECT_EQ(pending.TakeNext(), nullptr);
 }
@@ -89,15 +89,15 @@ TEST(PendingMessages, AreTakenInTheOrderOfTheTableWhateverTheOrderOfAdding) {
     EXPECT_EQ(pending.TakeNext(), nullptr);
 }
 
-TEST(PendingMessages, NeverGiveAnAlignMessage) {
+TEST(PendingMessages, NeverReturnAnAlignMessage) {
     PendingMessages pending;
     EXPECT_TRUE(AddNew<AlignMessage>(pending));
     EXPECT_EQ(pending.TakeNext(), nullptr);
-    EXPECT_FALSE(AddNew<AlignMessage>(pending)) << "it still waits, so the later one merges into it";
+    EXPECT_FALSE(AddNew<AlignMessage>(pending)) << "it is still pending, so the later one merges into it";
     EXPECT_EQ(pending.TakeNext(), nullptr);
 }
 
-TEST(PendingMessages, MergeAMessageIntoTheOneOfItsTypeThatWaits) {
+TEST(PendingMessages, MergeAMessageIntoThePendingOneOfItsType) {
     PendingMessages pending;
     auto first = std::make_unique<VideoProcAmpMessage>();
     first->gain.Set(1);
@@ -111,7 +111,7 @@ TEST(PendingMessages, MergeAMessageIntoTheOneOfItsTypeThatWaits) {
     EXPECT_EQ(pending.TakeNext(), nullptr);
 }
 
-/// The later of two values that received blocks would count as the same.
+/// The later of two values that would count as equal in received blocks.
 TEST(PendingMessages, SendTheLastOfNamesThatDifferOnlyInLetterCase) {
     PendingMessages pending;
     for (const char* const name : {"studio", "Studio", "STUDIO"}) {
@@ -136,7 +136,7 @@ TEST(PendingMessages, SendTheLastOfNumbersThatCompareEqual) {
     EXPECT_EQ(TakeText(pending), "VARIABLE ASPECT RATIO:\nVariable Aspect Ratio size X left: -0.000000\n\n");
 }
 
-TEST(PendingMessages, KeepAWaitingResetBesideALaterValue) {
+TEST(PendingMessages, KeepAPendingResetBesideALaterValue) {
     PendingMessages pending;
     auto reset = std::make_unique<VideoProcAmpMessage>();
     reset->reset.Set(true);

@@ -11,7 +11,7 @@ namespace {
 std::string output;
 std::size_t room = 0;
 
-// Takes whole texts, but for one that is larger than any output.
+// Accepts whole texts, except one that is larger than any output.
 std::size_t WriteWhole(std::string_view text) {
     if (text.size() > room) {
         return 0;
@@ -43,7 +43,7 @@ TEST_F(PiecePrinterTest, PrintsWhatCanBeWritten) {
     EXPECT_EQ(output, "one\ntwo");
 }
 
-TEST_F(PiecePrinterTest, DropsWholePiecesAndSaysLaterHowManyBytes) {
+TEST_F(PiecePrinterTest, DropsWholePiecesAndReportsLaterHowManyBytes) {
     printer.Print("one\n");
     room = 3;
     printer.Print("four");
@@ -85,7 +85,7 @@ TEST_F(PiecePrinterTest, CountsTheRestOfAPieceThatWasWrittenInPart) {
     EXPECT_EQ(output, "fo\n[MorquilAPI: 2 bytes of output were dropped here]\n!\n");
 }
 
-TEST_F(PiecePrinterTest, PrintsWhatIsLongerThanAPipeTakesInParts) {
+TEST_F(PiecePrinterTest, PrintsWhatIsLongerThanAPipeInParts) {
     const std::string text(10'000, 'x');
     printer.Print(text);
     EXPECT_EQ(output, text);

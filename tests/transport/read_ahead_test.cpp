@@ -9,7 +9,7 @@
 namespace Morquil {
 namespace {
 
-/// A system whose reads give these texts, one each, and then a result.
+/// A system whose reads return these texts, one each, and then a result.
 struct System {
     std::vector<std::string> texts;
     int afterwards = -2;
@@ -58,7 +58,7 @@ TEST_F(ReadAheadTest, ReadsAgainOnlyWhenAllIsHandedOut) {
     EXPECT_EQ(system.rooms.size(), 2U);
 }
 
-TEST_F(ReadAheadTest, SaysWhatTheSystemSaysWhenThereIsNothing) {
+TEST_F(ReadAheadTest, ReturnsTheResultOfTheSystemWhenThereIsNothing) {
     for (const int said : {0, -1, -2}) {
         system.afterwards = said;
         Take(5);
@@ -66,7 +66,7 @@ TEST_F(ReadAheadTest, SaysWhatTheSystemSaysWhenThereIsNothing) {
     }
 }
 
-TEST_F(ReadAheadTest, KnowsOfBytesLeftUntilTheyAreTold) {
+TEST_F(ReadAheadTest, KnowsOfBytesLeftUntilTheyAreReported) {
     system.texts = {"abc"};
     EXPECT_FALSE(readAhead.IsUntold());
     Take(1);
@@ -90,7 +90,7 @@ TEST_F(ReadAheadTest, RemembersThatTheSystemHasMoreUntilItIsRead) {
     EXPECT_FALSE(readAhead.IsUntold());
 }
 
-TEST_F(ReadAheadTest, LeavesWhatIsToStay) {
+TEST_F(ReadAheadTest, LeavesPeekedBytesInPlace) {
     system.texts = {"abc"};
     Take(1);
     EXPECT_EQ(Take(2, 2, true), "bc");
@@ -98,7 +98,7 @@ TEST_F(ReadAheadTest, LeavesWhatIsToStay) {
     EXPECT_EQ(system.rooms.size(), 1U);
 }
 
-TEST_F(ReadAheadTest, LetsTheSystemReadInItsOwnWay) {
+TEST_F(ReadAheadTest, LeavesReadsWithFlagsToTheSystem) {
     system.texts = {"abc", "def"};
     EXPECT_EQ(Take(2, 7), "ab");
     EXPECT_EQ(system.rooms, std::vector{2});
@@ -106,7 +106,7 @@ TEST_F(ReadAheadTest, LetsTheSystemReadInItsOwnWay) {
     EXPECT_EQ(Take(3), "def");
 }
 
-TEST_F(ReadAheadTest, HandsOutWhatItHasBeforeTheSystemReadsInItsOwnWay) {
+TEST_F(ReadAheadTest, HandsOutWhatItHasBeforeAReadWithFlags) {
     system.texts = {"abc", "def"};
     Take(1);
     EXPECT_EQ(Take(9, 7), "bc");

@@ -5,7 +5,7 @@
 namespace Morquil {
 namespace {
 
-TEST(Signals, WakeNobodyWhoDoesNotWait) {
+TEST(Signals, WakeNoThreadThatDoesNotWait) {
     Signals signals;
     EXPECT_FALSE(signals.Give(signalSend));
     EXPECT_EQ(signals.TakeFirst(), CommsEvent::SendRequested);
@@ -28,7 +28,7 @@ TEST(Signals, WakeAWaitAgainAfterTheyWereTaken) {
     EXPECT_TRUE(signals.Give(signalUser));
 }
 
-TEST(Signals, WakeNobodyWhoWaitsNoLonger) {
+TEST(Signals, WakeNoThreadThatNoLongerWaits) {
     Signals signals;
     { const Signals::Wait wait(signals); }
     EXPECT_FALSE(signals.Give(signalStop));
@@ -44,7 +44,7 @@ TEST(Signals, AreThereUntilTheyAreTaken) {
     EXPECT_FALSE(signals.Has(signalStop));
 }
 
-TEST(Signals, AreTakenOnceInTheirOrderHoweverOftenTheyWereGiven) {
+TEST(Signals, AreTakenOnceInTheirOrderHoweverOftenTheyWereSet) {
     Signals signals;
     for (const CommsSignal signal : {signalUser, signalSend, signalStop, signalSend}) {
         signals.Give(signal);

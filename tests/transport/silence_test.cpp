@@ -24,7 +24,7 @@ TEST(Silence, IsOverAtItsLimit) {
     EXPECT_EQ(silence.RemainingMs(start + milliseconds(20'000)), 0U);
 }
 
-TEST(Silence, BeginsAnewWithTheFirstWaitAfterAByte) {
+TEST(Silence, StartsAgainWithTheFirstWaitAfterAByte) {
     Silence silence;
     silence.RemainingMs(start);
     silence.Break();

@@ -19,7 +19,7 @@
 namespace Morquil {
 namespace {
 
-// Standard output leads to `descriptor` as long as this stands; what the stream holds back is dropped at the end.
+// Standard output refers to `descriptor` as long as this exists; what the stream buffers is dropped at the end.
 class OutputTo {
 public:
     explicit OutputTo(const FileDescriptor& descriptor) {
@@ -70,7 +70,7 @@ std::string ReadSome(const FileDescriptor& from, std::size_t size) {
     return text;
 }
 
-// Writes until something is not taken whole. Returns: how much of that was taken.
+// Writes until something is not accepted whole. Returns: how much of that was accepted.
 std::size_t Fill(std::string_view piece) {
     for (;;) {
         const std::size_t written = WriteAtOnce(piece);
@@ -80,7 +80,7 @@ std::size_t Fill(std::string_view piece) {
     }
 }
 
-TEST(StandardOutput, OfAPipeTakesWholePiecesUntilItIsFull) {
+TEST(StandardOutput, ToAPipeAcceptsWholePiecesUntilItIsFull) {
     const Ends pipe = OpenPipe();
     const OutputTo output(pipe.output);
     EXPECT_EQ(Fill(std::string(1000, 'x')), 0U);
@@ -88,13 +88,13 @@ TEST(StandardOutput, OfAPipeTakesWholePiecesUntilItIsFull) {
     EXPECT_EQ(WriteAtOnce(std::string(1000, 'x')), 1000U);
 }
 
-TEST(StandardOutput, OfATerminalThatIsNotReadDoesNotWait) {
+TEST(StandardOutput, ToAnUnreadTerminalDoesNotWait) {
     const Ends terminal = OpenTerminal();
     const OutputTo output(terminal.output);
     EXPECT_LT(Fill(std::string(1000, 'x')), 1000U);
 }
 
-TEST(StandardOutput, OfASocketThatIsNotReadDoesNotWait) {
+TEST(StandardOutput, ToAnUnreadSocketDoesNotWait) {
     const Ends socket = OpenSocket();
     const OutputTo output(socket.output);
     EXPECT_LT(Fill(std::string(1000, 'x')), 1000U);
@@ -106,7 +106,7 @@ TEST(StandardOutput, WithoutAReaderRaisesNoSignal) {
         Ends ends = openEnds();
         ends.ours = FileDescriptor();
         const OutputTo output(ends.output);
-        EXPECT_EQ(WriteAtOnce("nobody reads this\n"), 0U);
+        EXPECT_EQ(WriteAtOnce("this is not read\n"), 0U);
     }
     std::signal(SIGPIPE, before);
 }
@@ -150,7 +150,7 @@ TEST(StandardOutput, WritesNothingOfTheHostsIntoAFullPipe) {
     EXPECT_EQ(ReadSome(pipe.ours, 100), "hostlibrary");
 }
 
-TEST(StandardOutput, ThatIsClosedTakesNothing) {
+TEST(StandardOutput, ThatIsClosedAcceptsNothing) {
     const FileDescriptor before(dup(STDOUT_FILENO));
     std::fflush(stdout);
     close(STDOUT_FILENO);

@@ -14,7 +14,7 @@ using QRN::Core::Testing::Threads;
 
 // ---- The other events -----------------------------------------------------------------------------------------------
 
-TEST_F(TextProtocolClientTest, TellsANetworkErrorOnTheConsoleAndEnds) {
+TEST_F(TextProtocolClientTest, PrintsANetworkErrorAndEnds) {
     testing::internal::CaptureStdout();
     client.CountOnNotices();
     ASSERT_TRUE(StartClient());
@@ -51,7 +51,7 @@ TEST_F(TextProtocolClientTest, EndsWhenTheSystemRefusesToWait) {
     EXPECT_FALSE(link.IsOpen());
 }
 
-TEST_F(TextProtocolClientTest, GivesNoNoticeOfALossThatNobodyCountsOn) {
+TEST_F(TextProtocolClientTest, SendsNoNoticeOfALossThatWasNotAskedFor) {
     ASSERT_TRUE(StartClient());
     link.Push(CommsEvent::SocketError);
     EXPECT_TRUE(client.AwaitThreadEnd());
@@ -78,7 +78,7 @@ TEST_F(TextProtocolClientTest, HasEndedTheThreadWhenStopReturns) {
     EXPECT_EQ(link.Closes(), 1);
 }
 
-TEST_F(TextProtocolClientTest, StoppingWhatDoesNotRunIsHarmless) {
+TEST_F(TextProtocolClientTest, StoppingAStoppedClientIsHarmless) {
     client.Stop();
     ASSERT_TRUE(StartClient());
     client.Stop();
@@ -114,7 +114,7 @@ TEST_F(TextProtocolClientTest, StopsForSeveralThreadsAtOnce) {
         {
             const Threads stopping(4, [&] {
                 other.Stop();
-                EXPECT_FALSE(otherLink.IsOpen()) << "Stop came back before the thread had ended";
+                EXPECT_FALSE(otherLink.IsOpen()) << "Stop returned before the thread had ended";
             });
         }
         EXPECT_EQ(otherLink.Closes(), 1);
@@ -132,7 +132,7 @@ TEST_F(TextProtocolClientTest, PrintsThatTheThreadCouldNotBeSignalled) {
     link.AllowSignals();
 }
 
-TEST_F(TextProtocolClientTest, SaysThatASenderCouldNotBeWoken) {
+TEST_F(TextProtocolClientTest, ReportsThatASenderCouldNotBeWoken) {
     ASSERT_TRUE(StartClient());
     link.RefuseSignals();
     EXPECT_FALSE(client.Queue({"block"}));
@@ -154,7 +154,7 @@ TEST_F(TextProtocolClientTest, StopEndsAnOpenThatBlocks) {
     EXPECT_EQ(client.ThreadsStarted(), 0);
 }
 
-TEST_F(TextProtocolClientTest, StopsWhileItTellsTheConnection) {
+TEST_F(TextProtocolClientTest, StopsWhileItReportsTheConnection) {
     client.CountOnNotices();
     client.onNotice = [&](bool connected) {
         if (connected) {
@@ -251,11 +251,11 @@ TEST_F(TextProtocolClientTest, StopWaitsForTheThreadAlsoRightAfterAStart) {
     client.CountOnNotices();
     ASSERT_TRUE(client.SetServer("device.test", 9800));
     for (int round = 0; round < 100; ++round) {
-        // Each round runs on a thread of its own, to which the system may give the id of the last connection thread.
+        // Each round runs on its own thread, to which the system may assign the id of the last connection thread.
         const Threads host(1, [&] {
             EXPECT_TRUE(client.Start());
             client.Stop();
-            EXPECT_FALSE(link.IsOpen()) << "Stop came back before the thread had ended";
+            EXPECT_FALSE(link.IsOpen()) << "Stop returned before the thread had ended";
         });
     }
 }

@@ -23,11 +23,11 @@ TEST_F(TextProtocolClientTest, OpensABlockingConnectionAndWaitsTwoSecondsForIt) 
     EXPECT_EQ(link.ConnectWaits(), std::vector<std::int32_t>{2000});
 }
 
-TEST_F(TextProtocolClientTest, TellsTheConnectionOnTheStartingThread) {
-    QRN::Core::ThreadId told = 0;
-    client.onNotice = [&](bool connected) { told = connected ? CurrentThreadId() : told; };
+TEST_F(TextProtocolClientTest, ReportsTheConnectionOnTheStartingThread) {
+    QRN::Core::ThreadId notifiedThread = 0;
+    client.onNotice = [&](bool connected) { notifiedThread = connected ? CurrentThreadId() : notifiedThread; };
     ASSERT_TRUE(StartClient());
-    EXPECT_EQ(told, CurrentThreadId());
+    EXPECT_EQ(notifiedThread, CurrentThreadId());
     EXPECT_EQ(client.Notices(), std::vector<bool>{true});
 }
 
@@ -58,7 +58,7 @@ TEST_F(TextProtocolClientTest, RefusesAnotherServerWhileItRuns) {
     EXPECT_EQ(link.Openings().back().port, 9800U);
 }
 
-TEST_F(TextProtocolClientTest, TakesAnotherServerWhenItHasStopped) {
+TEST_F(TextProtocolClientTest, AcceptsAnotherServerOnceItHasStopped) {
     ASSERT_TRUE(StartClient());
     client.Stop();
     EXPECT_TRUE(client.SetServer("other.test", 1));
@@ -78,12 +78,12 @@ TEST_F(TextProtocolClientTest, FailsToStartWhenTheConnectionIsRefused) {
     EXPECT_EQ(client.ThreadsStarted(), 0);
 }
 
-TEST_F(TextProtocolClientTest, FailsToStartWhenTheConnectionDoesNotStandInTime) {
+TEST_F(TextProtocolClientTest, FailsToStartWhenTheConnectionIsNotEstablishedInTime) {
     link.RefuseConnect();
     testing::internal::CaptureStdout();
     EXPECT_FALSE(StartClient());
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Error connecting to server\n");
-    EXPECT_FALSE(link.IsOpen()) << "a socket is left over";
+    EXPECT_FALSE(link.IsOpen()) << "a socket is left open";
     EXPECT_TRUE(client.Notices().empty());
 }
 
@@ -151,7 +151,7 @@ TEST_F(TextProtocolClientTest, SendsAtOnceAgainWhenNothingWaitedForTheAcknowledg
     EXPECT_TRUE(link.AwaitSent("firstsecond"));
 }
 
-TEST_F(TextProtocolClientTest, AnUnaskedAcknowledgementReleasesTheNextBlockToo) {
+TEST_F(TextProtocolClientTest, AnUnsolicitedAcknowledgementReleasesTheNextBlockToo) {
     ASSERT_TRUE(StartClient());
     link.Push("ACK\n");
     ASSERT_TRUE(link.AwaitIdle());
@@ -192,7 +192,7 @@ TEST_F(TextProtocolClientTest, SendsAPieceOfACallerAtOnceWithoutWaitingForAcknow
     EXPECT_TRUE(link.AwaitSent("block"));
 }
 
-TEST_F(TextProtocolClientTest, SendsTheRestOfWhatTheSystemTookInPart) {
+TEST_F(TextProtocolClientTest, SendsTheRestOfWhatTheSystemAcceptedInPart) {
     link.LimitSends(4);
     ASSERT_TRUE(StartClient());
     client.Queue({"0123", "456", "789"});
@@ -220,7 +220,7 @@ TEST_F(TextProtocolClientTest, WaitsForADeviceThatDoesNotRead) {
     EXPECT_TRUE(link.AwaitSent("block"));
 }
 
-TEST_F(TextProtocolClientTest, LetsOnlyItsOwnThreadWaitForADeviceThatDoesNotRead) {
+TEST_F(TextProtocolClientTest, BlocksOnlyItsOwnThreadForADeviceThatDoesNotRead) {
     ASSERT_TRUE(StartClient());
     ASSERT_TRUE(link.AwaitIdle());
     link.BlockSends(3);
@@ -382,7 +382,7 @@ TEST_F(TextProtocolClientTest, GoesOnAfterAFullBufferThatWasTheLast) {
 
 class LossByReceive : public TextProtocolClientTest, public testing::WithParamInterface<int> {};
 
-TEST_P(LossByReceive, EndsTheConnectionAndTellsIt) {
+TEST_P(LossByReceive, EndsTheConnectionAndReportsIt) {
     client.CountOnNotices();
     ASSERT_TRUE(StartClient());
     link.PushReceiveResult(GetParam());

@@ -80,7 +80,7 @@ TEST(AncillaryDataAvailabilityBlock, ReportsBadValuesAndUnknownKeys) {
     });
 }
 
-TEST(AncillaryDataAvailabilityBlock, IgnoresDropFrameModesBeforeAnyOutputInSilence) {
+TEST(AncillaryDataAvailabilityBlock, IgnoresDropFrameModesBeforeAnyOutputSilently) {
     EXPECT_TRUE(IsEmpty(Received("Timecode drop frame modes: DF")));
 }
 

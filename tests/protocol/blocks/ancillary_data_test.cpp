@@ -75,7 +75,7 @@ TEST(AncillaryDataBlock, ReadsATimecodeWhateverItsSeparators) {
               "ANCILLARY DATA:\nTimecode jam sync value: 12:34:56;07\n\n");
 }
 
-TEST(AncillaryDataBlock, IgnoresMalformedTimecodesInSilence) {
+TEST(AncillaryDataBlock, IgnoresMalformedTimecodesSilently) {
     for (const std::string key : {"Timecode generate value", "Timecode jam sync value"}) {
         for (const char* const value : {"01:02:03:0", "01:02:03", "0a:02:03:04", "01:02:03:0x", "-1:02:03:04"}) {
             ancillary.ExpectIgnores(key + ": " + value);
@@ -89,7 +89,7 @@ TEST(AncillaryDataBlock, WritesItsLastTwoValuesInSignedNotation) {
               "ANCILLARY DATA:\nAncillary Data last input height: -1\nResetValues: -1\n\n");
 }
 
-TEST(AncillaryDataBlock, TakesFourDigitsForAnInsertTypeAndNotForANumber) {
+TEST(AncillaryDataBlock, ReadsFourDigitsAsAnInsertTypeAndNotAsANumber) {
     ancillary.ExpectReports({{"AFD insert type: 0", "Failed to parse AFD insert type string \"0\"\n"}});
     EXPECT_EQ(WrittenBack<Ancillary>("ANCILLARY DATA", "AFD insert type: 0000"),
               "ANCILLARY DATA:\nAFD insert type: 0000\n\n");

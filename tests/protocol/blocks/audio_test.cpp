@@ -21,7 +21,7 @@ std::string Indexed(const std::string& stem, std::size_t index, const std::strin
     return stem + std::to_string(index) + ": " + value;
 }
 
-/// Keys from index 0, each with a number of its own.
+/// Keys from index 0, each with its own number.
 template <class Array>
 void AddNumbers(AudioLines& lines, const std::string& stem, Array Audio::*member, std::size_t count) {
     for (std::size_t index = 0; index < count; ++index) {
@@ -29,7 +29,7 @@ void AddNumbers(AudioLines& lines, const std::string& stem, Array Audio::*member
     }
 }
 
-/// Keys from index 0, each with the word of its own number.
+/// Keys from index 0, each with the word of its number.
 template <class Array>
 void AddWords(AudioLines& lines, const std::string& stem, Array Audio::*member, const std::vector<std::string>& words) {
     for (std::size_t index = 0; index < words.size(); ++index) {
@@ -135,7 +135,7 @@ TEST(AudioBlock, ReportsUnknownKeys) {
     }
 }
 
-TEST(AudioBlock, TakesEveryNumberButZeroForAnInvertedPhase) {
+TEST(AudioBlock, ReadsEveryNumberButZeroAsAnInvertedPhase) {
     EXPECT_EQ(WrittenBack<Audio>(audioHeader, "AudioInPhase0: 1\nAudioInPhase1: -7\nAudioDDPhase0: 0"),
               "AUDIO:\nAudioInPhase0: true\nAudioInPhase1: true\nAudioDDPhase0: false\n\n");
 }

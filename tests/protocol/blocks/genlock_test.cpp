@@ -90,7 +90,7 @@ TEST(GenlockAvailabilityBlock, KeepsTheOneRangeThatAModeHas) {
     EXPECT_FALSE(received.pixelOffsetRange[morquilAPIVideoMode720p50].IsPresent());
 }
 
-TEST(GenlockAvailabilityBlock, DropsRangesBeforeAnyModeInSilence) {
+TEST(GenlockAvailabilityBlock, DropsRangesBeforeAnyModeSilently) {
     EXPECT_TRUE(IsEmpty(ReceivedGenlock("Line offset range: -5 5\nPixel offset range: -5 5")));
 }
 
@@ -126,7 +126,7 @@ TEST(GenlockAvailabilityBlock, ReadsReferencesAsFarAsTheyAreTruthValues) {
               std::vector<std::string>{"Failed to parse \"Gen references available\" value string \"maybe\"\n"});
 }
 
-TEST(GenlockAvailabilityBlock, TakesOneReferenceForTheFirst) {
+TEST(GenlockAvailabilityBlock, ReadsOneReferenceAsTheFirst) {
     EXPECT_EQ(ReceivedGenlock("Gen references available: true").genReferencesAvailable.Get(),
               (PerReference{true, false}));
 }

@@ -1,4 +1,4 @@
-// Walks a hand-written copy of one block's table and holds the library to it, in both directions.
+// Walks a hand-written copy of one block's table and checks the library against it, in both directions.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@
 
 namespace Morquil {
 
-/// The members that a list must have; it must have no other.
+/// The members that a list must have, and no others.
 struct Members {
     template <class... Values>
     explicit Members(Values... values) : indexes{static_cast<std::size_t>(values)...} {}
@@ -45,7 +45,7 @@ bool Holds(const SetField<Vocabulary>& field, const Members& expected) {
     return field.IsPresent() && indexes == expected.indexes;
 }
 
-/// The entry of an array member, where a table line wants a member.
+/// The entry of an array member, where a table line needs a member.
 template <class Owner, class Array>
 struct At {
     At(Array Owner::*arrayMember, std::size_t entry) : member(arrayMember), index(entry) {}
@@ -56,7 +56,7 @@ struct At {
 };
 
 /// One key: the line as a device may send it, the field that it fills, and the line as the library writes it, which is
-/// the same unless said otherwise. The text of a group has all its lines.
+/// the same unless said otherwise. The text of a group holds all its lines.
 template <class Set>
 struct GoldenLine {
     template <class Member, class Expected>
@@ -101,14 +101,14 @@ inline std::string BlockOf(const std::string& header, const std::string& lines) 
     return header + ":\n" + AsLines(lines) + "\n";
 }
 
-/// Feeds one block of these lines to a new parser and returns what the sink saw. On the heap: all blocks are large.
+/// Feeds one block of these lines to a new parser and returns the sink's records. On the heap: all blocks are large.
 inline std::unique_ptr<RecordedParser> FedWith(const std::string& header, const std::string& lines) {
     auto recorded = std::make_unique<RecordedParser>();
     recorded->Feed(BlockOf(header, lines));
     return recorded;
 }
 
-/// What the library writes of a block with these lines. The lines must be good.
+/// What the library writes for a block with these lines. The lines must be valid.
 template <class Description>
 std::string WrittenBack(const std::string& header, const std::string& lines) {
     const auto recorded = FedWith(header, lines);
@@ -174,7 +174,7 @@ struct GoldenBlock {
         }
     }
 
-    /// The order of writing is the table's, not that of arrival.
+    /// Keys are written in the table's order, not in that of arrival.
     void ExpectWritesItsLinesInOrder() const {
         EXPECT_EQ(WrittenBack<Description>(header, AllLines()), WholeText());
         EXPECT_EQ(WrittenBack<Description>(header, AllLinesBackwards()), WholeText());

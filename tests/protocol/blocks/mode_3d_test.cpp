@@ -60,7 +60,7 @@ TEST(Mode3DBlock, WritesTheOutputBeforeTheInput) {
               "MODE3D:\n3D output: 3DSideBySide\n3D input: 3DFullFrame\n\n");
 }
 
-TEST(Mode3DBlock, TakesTheModeThatHostsCannotName) {
+TEST(Mode3DBlock, AcceptsTheModeThatHostsCannotName) {
     EXPECT_EQ(WrittenBack<Mode>("MODE3D", "3D mode: 3DModeAlign"), "MODE3D:\n3D mode: 3DModeAlign\n\n");
 }
 
@@ -102,7 +102,7 @@ TEST(Mode3DAvailabilityBlock, ReportsBadValuesAndUnknownKeys) {
                                    {"3D mode: 1 2", "Unknown supported mode 3D avail line \"3D mode\"\n"}});
 }
 
-TEST(Mode3DAvailabilityBlock, IgnoresOutputsBeforeAnyInputInSilence) {
+TEST(Mode3DAvailabilityBlock, IgnoresOutputsBeforeAnyInputSilently) {
     EXPECT_TRUE(IsEmpty(ReceivedMode3d("Output: 720p50")));
 }
 

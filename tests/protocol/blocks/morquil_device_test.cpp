@@ -51,7 +51,7 @@ TEST(MorquilDeviceBlock, KnowsButNeverWritesAVersionOfZero) {
     EXPECT_EQ(BlockText<Device>(received), "MORQUIL DEVICE:\n\n");
 }
 
-TEST(MorquilDeviceBlock, TakesAMalformedVersionInSilence) {
+TEST(MorquilDeviceBlock, AcceptsAMalformedVersionSilently) {
     const Device received = ReceivedDevice("Software Version: newest\nFPGA Version: 26");
     EXPECT_TRUE(received.softwareVersion.IsPresent());
     EXPECT_TRUE(received.fpgaVersion.IsPresent());

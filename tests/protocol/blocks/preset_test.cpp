@@ -44,7 +44,7 @@ TEST(PresetBlock, HasNoNameBeyondTheSixth) {
     preset.ExpectReports({{"PresetName6: x", "Unknown preset command \"PresetName6\"\n"}});
 }
 
-TEST(PresetBlock, TakesOnlyPlainDecimalIndexes) {
+TEST(PresetBlock, AcceptsOnlyPlainDecimalIndexes) {
     for (const std::string key : {"PresetName", "PresetName00", "PresetName05", "PresetName-1", "PresetName 1",
                                   "PresetName1 ", "PresetName4294967296", "1"}) {
         preset.ExpectReports({{key + ": x", "Unknown preset command \"" + key + "\"\n"}});

@@ -100,7 +100,7 @@ TEST(SupportedConversionsBlock, ForgetsItsSelectionsAtTheEndOfABlock) {
     EXPECT_FALSE(recorded->sink.Last<Conversions>().aspectRatio.IsPresent());
 }
 
-TEST(SupportedConversionsBlock, DropsUnknownRatiosInSilence) {
+TEST(SupportedConversionsBlock, DropsUnknownRatiosSilently) {
     EXPECT_EQ(WrittenBackConversions("Input: 720p50\nOutput: 720p50\nAspect ratio: 16x9 Smart"),
               "SUPPORTED CONVERSIONS:\nInput: 720p50\nOutput: 720p50\nAspect ratio: Smart\n\n");
 }

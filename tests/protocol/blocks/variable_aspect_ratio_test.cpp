@@ -84,7 +84,7 @@ TEST(VariableAspectRatioBlock, WritesItsUnsignedValuesInSignedNotation) {
               "VARIABLE ASPECT RATIO:\nResetValues: -1\n\n");
 }
 
-TEST(VariableAspectRatioBlock, TakesNoNumberThatIsNotANumber) {
+TEST(VariableAspectRatioBlock, RefusesNotANumber) {
     ratio.ExpectReports(
         {NotAValue("Variable Aspect Ratio size X left", "nan"), NotAValue("Variable Aspect Ratio size X left", "inf")});
 }

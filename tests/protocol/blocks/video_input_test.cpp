@@ -59,7 +59,7 @@ TEST(VideoInputBlock, ReportsBadValuesAndUnknownKeys) {
     });
 }
 
-TEST(VideoInputBlock, IgnoresUnknownPresenceWordsInSilence) {
+TEST(VideoInputBlock, IgnoresUnknownPresenceWordsSilently) {
     input.ExpectIgnores("Timecode present: Perhaps");
     input.ExpectIgnores("Closed captioning present: Perhaps");
 }
@@ -68,7 +68,7 @@ TEST(VideoInputBlock, MatchesAVideoModeWhateverItsCase) {
     EXPECT_EQ(WrittenBack<Input>("VIDEO INPUT", "Video mode: 1080I59.94"), "VIDEO INPUT:\nVideo mode: 1080i59.94\n\n");
 }
 
-TEST(VideoInputBlock, TakesAVideoModeWordThatHoldsSpaces) {
+TEST(VideoInputBlock, AcceptsAVideoModeWordWithSpaces) {
     EXPECT_EQ(WrittenBack<Input>("VIDEO INPUT", "Video mode: 2K DCI 23.98PsF"),
               "VIDEO INPUT:\nVideo mode: 2K DCI 23.98PsF\n\n");
 }
@@ -102,7 +102,7 @@ TEST(VideoInputAvailabilityBlock, WritesAListInTheOrderOfTheVocabulary) {
               "VIDEO INPUT AVAILABILITY:\nVideo sources: SDI1 HDMI\n\n");
 }
 
-TEST(VideoInputAvailabilityBlock, DropsUnknownWordsInSilence) {
+TEST(VideoInputAvailabilityBlock, DropsUnknownWordsSilently) {
     EXPECT_EQ(WrittenBack<VideoInputAvailable>("VIDEO INPUT AVAILABILITY", "Audio sources: XLR AES embeddedd"),
               "VIDEO INPUT AVAILABILITY:\nAudio sources: AES\n\n");
 }

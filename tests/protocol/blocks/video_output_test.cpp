@@ -96,7 +96,7 @@ TEST(VideoOutputAvailabilityBlock, ReportsBadRangesAndUnknownKeys) {
          {"Output option: Input", "Unknown video output availability line \"Output option\"\n"}});
 }
 
-TEST(VideoOutputAvailabilityBlock, DropsUnknownWordsOfEveryListInSilence) {
+TEST(VideoOutputAvailabilityBlock, DropsUnknownWordsOfEveryListSilently) {
     for (const char* const key : {"Video demux modes", "Video pixel formats", "Output sdi modes", "Quad sdi outputs",
                                   "Video sources", "Available output option", "HDMI outputs"}) {
         videoOutputAvailable.ExpectIgnores(std::string(key) + ": Nonsense");

@@ -61,7 +61,7 @@ TEST(VideoProcAmpBlock, ReportsAnUnknownKeyWithABadValueForItsValue) {
     procAmp.ExpectReports({{"Tint: x", "Failed to parse \"VideoProcAmp\" value string \"x\"\n"}});
 }
 
-TEST(VideoProcAmpBlock, TakesAResetOfFalseForNoReset) {
+TEST(VideoProcAmpBlock, TreatsAResetOfFalseAsNoReset) {
     const auto recorded = FedWith("VIDEO PROC AMP", "Reset: false");
     EXPECT_EQ(recorded->sink.Errors(), RecordingSink::Events());
     EXPECT_FALSE(recorded->sink.Last<ProcAmp>().reset.IsPresent());

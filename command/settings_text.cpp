@@ -29,11 +29,11 @@ private:
         block_ = header;
         return true;
     }
-    void ParseLine(const char* line, std::size_t size, std::size_t colon) override {
-        const std::string_view whole(line, size);
+    void ParseLine(std::string_view line) override {
+        const std::size_t colon = line.find(':');
         if (colon != std::string_view::npos) {
             lines.push_back(
-                {block_, std::string(Trimmed(whole.substr(0, colon))), std::string(Trimmed(whole.substr(colon + 1)))});
+                {block_, std::string(Trimmed(line.substr(0, colon))), std::string(Trimmed(line.substr(colon + 1)))});
         }
     }
     void EndBlock() override {}

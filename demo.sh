@@ -40,7 +40,7 @@ start_simulator() {
     rm -f "$logs/panel"
     mkfifo "$logs/panel"
     exec {panel}<>"$logs/panel"
-    exec {panel_says}< <(exec build/native/simulator/morquil-sim --address "$1" --port "$device_port" \
+    exec {panel_says}< <(exec build/native/tools/simulator/morquil-sim --address "$1" --port "$device_port" \
         <&"$panel" 2>"$logs/simulator.log")
     simulator_pid=$!
     # It prints a line when it listens: from then on hosts may connect.
@@ -90,7 +90,7 @@ run_host() {
 
 # ---- Wine ----------------------------------------------------------------------------------------------------------
 
-windows_library() { winepath -w build/windows/module/MorquilAPI.dll; }
+windows_library() { winepath -w build/windows/library/module/MorquilAPI.dll; }
 
 register() {
     wine regsvr32 /s "$(windows_library)" || die "regsvr32 could not register the library"
@@ -125,7 +125,7 @@ say "The example host on Linux, linked with libMorquilAPI.so"
 run_host "$logs/host-native.log" 25 build/native/examples/morquil-host "$address"
 
 say "The same device from the command line"
-build/native/command/morquilctl -d "$address" status
+build/native/tools/command/morquilctl -d "$address" status
 
 say "Preparing Wine and registering MorquilAPI.dll"
 start_wine

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds every flavour and runs all tests; ends with the line "N passed, N failed".
 #   ./test.sh [--long]
-# --long also runs the tools' tests with sanitizers, lives 20,000 simulated lives instead of 1,000, connects 20,000 times
-# (2,000 times under Wine), makes the packages, installs them elsewhere and builds the examples against them, and follows
-# the quick start.
+# --long also runs the tools' tests with sanitizers, lives 20,000 simulated lives instead of 1,000, connects 20,000
+# times (2,000 times under Wine), makes the packages, installs them elsewhere and builds the examples against them, and
+# follows the quick start.
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/flavours.sh
@@ -156,7 +156,7 @@ test_under_wine() {
     run_tests windows-examples scripts/check-examples.sh windows
     run_cycles windows 2000 wine build/windows/tests/morquil-library-tests.exe
     # The same tests, on a library that ends the program where something is undefined.
-    MORQUIL_TESTED_LIBRARY=$(winepath -w build/windows-ubsan/module/MorquilAPI.dll) \
+    MORQUIL_TESTED_LIBRARY=$(winepath -w build/windows-ubsan/library/module/MorquilAPI.dll) \
         run_tests windows-ubsan wine build/windows/tests/morquil-library-tests.exe
 }
 

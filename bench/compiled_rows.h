@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <tuple>
 
-#include "protocol/block.h"
+#include "protocol/table/block.h"
 
 namespace Morquil::Bench {
 

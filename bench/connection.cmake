@@ -30,7 +30,7 @@ else()
     set(system posix)
 endif()
 morquil_benchmark(devices
-    devices.cpp devices_raw_${system}.cpp ../tests/support/process_counts_${system}.cpp)
+    devices.cpp devices_raw_${system}.cpp ${PROJECT_SOURCE_DIR}/tests/kit/process_counts_${system}.cpp)
 target_link_libraries(morquil-bench-devices PRIVATE MorquilBenchConnection)
 
 if(WIN32)

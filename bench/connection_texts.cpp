@@ -3,7 +3,7 @@
 #include <numeric>
 
 #include "bench/corpus.h"
-#include "simulator/simulated_device.h"
+#include "simulator/device/simulated_device.h"
 
 namespace Morquil::Bench {
 

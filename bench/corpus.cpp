@@ -1,8 +1,8 @@
 #include "bench/corpus.h"
 
-#include "protocol/split_line.h"
-#include "simulator/simulated_device.h"
-#include "simulator/text_lines.h"
+#include "protocol/text/split_line.h"
+#include "simulator/device/simulated_device.h"
+#include "simulator/text/text_lines.h"
 
 namespace Morquil::Bench {
 

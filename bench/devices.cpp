@@ -14,7 +14,7 @@
 #include "bench/devices_raw.h"
 #include "bench/raw_client.h"
 #include "bench/result_file.h"
-#include "tests/support/process_counts.h"
+#include "tests/kit/process_counts.h"
 
 using namespace Morquil::Bench;
 using Morquil::Testing::ProcessMemory;

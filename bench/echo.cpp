@@ -10,7 +10,7 @@
 #include "bench/raw_client.h"
 #include "bench/result_file.h"
 #include "protocol/blocks/video_proc_amp.h"
-#include "protocol/message.h"
+#include "protocol/table/message.h"
 
 using namespace Morquil;
 using namespace Morquil::Bench;

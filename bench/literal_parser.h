@@ -18,7 +18,7 @@ private:
     void TakeLine();
     void TakeHeader();
     void TakeKeyAndValue();
-    void Report(const char* format, ...) MORQUIL_PRINTF(2, 3);
+    [[gnu::format(printf, 2, 3)]] void Report(const char* format, ...);
 
     enum class State { Header, Inside, Skipping };
 

@@ -6,8 +6,8 @@
 #include <tuple>
 
 #include "bench/literal_values.h"
-#include "protocol/block.h"
 #include "protocol/blocks/supported_conversions.h"
+#include "protocol/table/block.h"
 
 namespace Morquil::Bench {
 

@@ -11,8 +11,8 @@
 #include <sstream>
 #include <string>
 
-#include "protocol/field.h"
-#include "protocol/value_kinds.h"
+#include "protocol/table/field.h"
+#include "protocol/table/value_kinds.h"
 
 namespace Morquil::Bench {
 

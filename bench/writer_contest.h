@@ -8,8 +8,8 @@
 
 #include "bench/contest.h"
 #include "protocol/every_block_sink.h"
-#include "protocol/message.h"
 #include "protocol/morquil_text_protocol_parser.h"
+#include "protocol/table/message.h"
 
 namespace Morquil::Bench {
 

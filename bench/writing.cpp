@@ -8,7 +8,7 @@
 #include "bench/contest.h"
 #include "bench/corpus.h"
 #include "bench/writer_contest.h"
-#include "protocol/message_to_string.h"
+#include "protocol/text/message_to_string.h"
 
 namespace Morquil::Bench {
 
@@ -18,7 +18,7 @@ namespace {
 class LiteralToString final : public IMessageSender {
 public:
     void BeginMessage() override { text_.clear(); }
-    void SendFormatted(const char* format, ...) override MORQUIL_PRINTF(2, 3) {
+    [[gnu::format(printf, 2, 3)]] void SendFormatted(const char* format, ...) override {
         char piece[maximumPieceLength + 1];
         std::va_list arguments;
         va_start(arguments, format);

@@ -12,7 +12,7 @@ if(NOT CMAKE_BUILD_TYPE)
 endif()
 
 add_library(MorquilOptions INTERFACE)
-target_include_directories(MorquilOptions INTERFACE ${PROJECT_SOURCE_DIR})
+target_include_directories(MorquilOptions INTERFACE ${PROJECT_SOURCE_DIR}/library)
 target_compile_options(MorquilOptions INTERFACE
     # Lines and names for backtraces; more makes every build a third longer.
     $<$<AND:$<CONFIG:RelWithDebInfo>,$<NOT:$<BOOL:$<TARGET_PROPERTY:MORQUIL_UNOPTIMISED>>>>:-g1>

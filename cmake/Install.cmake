@@ -38,12 +38,12 @@ install(FILES
     DESTINATION ${packageFolder} COMPONENT Development)
 
 install(FILES ${interfaces}/MorquilAPI.h api/MorquilEntry.h DESTINATION ${headerFolder} COMPONENT Development)
-install(FILES api/cpp/morquil.hpp DESTINATION ${headerFolder} COMPONENT Development)
-install(DIRECTORY api/cpp/morquil DESTINATION ${headerFolder} COMPONENT Development)
+install(FILES bindings/cpp/morquil.hpp DESTINATION ${headerFolder} COMPONENT Development)
+install(DIRECTORY bindings/cpp/morquil DESTINATION ${headerFolder} COMPONENT Development)
 install(FILES $<TARGET_PROPERTY:MorquilCppFiles,BINARY_DIR>/morquil/interfaces.hpp
     DESTINATION ${headerFolder}/morquil COMPONENT Development)
 if(NOT WIN32)
-    install(FILES platform/posix/MorquilCom.h DESTINATION ${headerFolder} COMPONENT Development)
+    install(FILES library/platform/posix/MorquilCom.h DESTINATION ${headerFolder} COMPONENT Development)
 endif()
 install(FILES api/MorquilAPI.idl ${interfaces}/MorquilAPI.tlb DESTINATION ${dataFolder} COMPONENT Development)
 if(TARGET MorquilDescriptionFile)

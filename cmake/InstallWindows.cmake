@@ -16,8 +16,8 @@ morquil_find_text(classId api/MorquilAPI.idl "uuid\\(${identifier}\\)[^]]*\\][ \
 morquil_find_text(libraryId api/MorquilAPI.idl "uuid\\(${identifier}\\)[^]]*\\][ \n]*library MorquilAPI")
 morquil_find_text(libraryVersion api/MorquilAPI.idl "version\\(([0-9.]+)\\)[^]]*\\][ \n]*library MorquilAPI")
 morquil_find_text(libraryDescription api/MorquilAPI.idl "helpstring\\(\"([^\"]+)\"\\) *\\][ \n]*library MorquilAPI")
-morquil_find_text(classDescription module/registration.cpp "string_view description = \"([^\"]+)\"")
-morquil_find_text(threadingModel module/registration.cpp "string_view threadingModel = \"([^\"]+)\"")
+morquil_find_text(classDescription library/module/registration.cpp "string_view description = \"([^\"]+)\"")
+morquil_find_text(threadingModel library/module/registration.cpp "string_view threadingModel = \"([^\"]+)\"")
 
 foreach(file IN ITEMS register.cmd unregister.cmd MorquilAPI.assembly.manifest program.exe.manifest)
     set(made ${CMAKE_CURRENT_BINARY_DIR}/packaging/${file})

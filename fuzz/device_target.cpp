@@ -6,15 +6,15 @@
 #include "fuzz/fuzz_target.h"
 #include "fuzz/require.h"
 #include "fuzz/written_dice.h"
-#include "tests/simulation/quiet_console.h"
-#include "tests/simulation/scenario.h"
+#include "tests/worlds/simulation/quiet_console.h"
+#include "tests/worlds/simulation/scenario.h"
 
 int TestOneInput(const std::uint8_t* bytes, std::size_t size) {
     using namespace Morquil;
     Fuzz::WrittenDice dice({reinterpret_cast<const char*>(bytes), size});
-    const Simulation::Outcome outcome = [&] {
-        const Simulation::QuietConsole quiet;
-        return Simulation::RunScenario(dice, "this input");
+    const Testing::Worlds::Outcome outcome = [&] {
+        const Testing::Worlds::QuietConsole quiet;
+        return Testing::Worlds::RunScenario(dice, "this input");
     }();
     if (!outcome.failure.empty()) {
         std::fprintf(stderr, "%s", outcome.trace.c_str());

@@ -11,8 +11,8 @@
 #include <string_view>
 #include <tuple>
 
-#include "protocol/ascii.h"
 #include "protocol/blocks/all.h"
+#include "protocol/text/ascii.h"
 
 namespace Morquil::Fuzz {
 

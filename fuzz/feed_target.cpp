@@ -18,7 +18,7 @@
 #include "protocol/every_block_sink.h"
 #include "protocol/morquil_text_protocol_parser.h"
 #include "settings/morquil_config_loader.h"
-#include "tests/settings/queue_client.h"
+#include "tests/unit/settings/queue_client.h"
 
 namespace Morquil::Fuzz {
 namespace {
@@ -152,7 +152,7 @@ IMorquilTextProtocolSink& SinkOf(MorquilConfigLoader& loader) {
 }
 
 void TryAsSettingsFile(const FeedInput& input) {
-    Test::QueueClient client;
+    Testing::QueueClient client;
     MorquilConfigLoader loader(client);
     MorquilTextProtocolParser& loading = loadingParser.With(&SinkOf(loader));
     InPieces(input, [&](std::string_view piece) { loading.Feed(piece.data(), piece.size()); });

@@ -11,14 +11,14 @@
 #include "fuzz/require.h"
 #include "platform/text.h"
 #include "platform/utf8.h"
-#include "tests/platform/owned_bstr.h"
-#include "tests/settings/queue_client.h"
+#include "tests/kit/owned_bstr.h"
+#include "tests/unit/settings/queue_client.h"
 
 namespace Morquil::Fuzz {
 namespace {
 
-using Test::OwnedBstr;
-using Test::Utf16;
+using Testing::OwnedBstr;
+using Testing::Utf16;
 
 bool IsWellFormed(std::string_view text) {
     while (!text.empty()) {
@@ -98,7 +98,7 @@ public:
 /// The objects with setters of texts, over a client that is not connected.
 struct Host {
     Owner owner;
-    Test::QueueClient client;
+    Testing::QueueClient client;
     CMorquilNetworkConfig networkConfig{owner, client};
     CMorquilDeviceFilenames deviceFilenames{owner, client};
     CMorquilPreset preset{owner, client};

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "fuzz/written_dice.h"
-#include "tests/simulation/quiet_console.h"
-#include "tests/simulation/scenario.h"
+#include "tests/worlds/simulation/quiet_console.h"
+#include "tests/worlds/simulation/scenario.h"
 
 namespace Morquil::Fuzz {
 namespace {
@@ -119,11 +119,11 @@ bool Write(const std::string& path, const std::string& bytes) {
 
 /// The shortest recording of each story; empty where none was found.
 std::vector<std::string> Record() {
-    const Simulation::QuietConsole quiet;
+    const Testing::Worlds::QuietConsole quiet;
     std::vector<std::string> shortest(Stories().size());
     for (std::uint64_t seed = 1; seed <= seeds; ++seed) {
         RecordingDice dice(seed);
-        const std::string trace = Simulation::RunScenario(dice, "seed " + std::to_string(seed)).trace;
+        const std::string trace = Testing::Worlds::RunScenario(dice, "seed " + std::to_string(seed)).trace;
         for (std::size_t story = 0; story < shortest.size() && dice.Bytes().size() <= longest; ++story) {
             std::string& found = shortest[story];
             if ((found.empty() || dice.Bytes().size() < found.size()) && Stories()[story].happens(trace)) {

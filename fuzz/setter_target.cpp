@@ -14,9 +14,9 @@
 #include "fuzz/host_texts.h"
 #include "fuzz/random_change_set.h"
 #include "fuzz/require.h"
-#include "protocol/cut_detector.h"
 #include "protocol/every_block_sink.h"
 #include "protocol/morquil_text_protocol_parser.h"
+#include "protocol/text/cut_detector.h"
 
 namespace Morquil::Fuzz {
 namespace {

@@ -10,8 +10,8 @@
 
 #include "fuzz/fuzz_target.h"
 #include "fuzz/require.h"
-#include "protocol/ascii.h"
-#include "protocol/value_reader.h"
+#include "protocol/text/ascii.h"
+#include "protocol/text/value_reader.h"
 
 namespace Morquil::Fuzz {
 namespace {

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "description/block_description.h"
-#include "protocol/frame_heights.h"
+#include "protocol/table/frame_heights.h"
 
 namespace Morquil::Fuzz {
 namespace {

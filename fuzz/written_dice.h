@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "fuzz/byte_source.h"
-#include "tests/simulation/dice.h"
+#include "tests/worlds/simulation/dice.h"
 
 namespace Morquil::Fuzz {
 
@@ -15,7 +15,7 @@ inline bool IsLong(std::uint32_t count) {
 }
 
 /// Throws what the fuzzer has written down.
-class WrittenDice final : public Simulation::Dice {
+class WrittenDice final : public Testing::Worlds::Dice {
 public:
     explicit WrittenDice(std::string_view bytes) : bytes_(bytes) {}
 
@@ -29,7 +29,7 @@ private:
 };
 
 /// Writes down what seeded dice throw, so that written dice throw it again.
-class RecordingDice final : public Simulation::Dice {
+class RecordingDice final : public Testing::Worlds::Dice {
 public:
     explicit RecordingDice(std::uint64_t seed) : dice_(seed) {}
 
@@ -42,7 +42,7 @@ public:
     const std::string& Bytes() const { return bytes_; }
 
 private:
-    Simulation::SeededDice dice_;
+    Testing::Worlds::SeededDice dice_;
     std::string bytes_;
 };
 

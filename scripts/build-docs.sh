@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 
 readonly native=${1:-build/native}
 readonly targets=(MorquilDescriptionFile MorquilCppFiles)
-readonly description=$native/description/morquilapi.json
+readonly description=$native/tools/description/morquilapi.json
 
 if [ $# -gt 0 ]; then
     run_logged build/logs/build-description.log cmake --build "$native" --target "${targets[@]}"
@@ -19,7 +19,7 @@ fi
 rm -rf build/docs
 export PYTHONDONTWRITEBYTECODE=1
 python3 docs/generator/pages.py "$description" build/docs/pages docs/reference/*.md
-python3 docs/generator/headers.py "$description" api/MorquilAPI.idl "$native/api/cpp/morquil/interfaces.hpp" \
+python3 docs/generator/headers.py "$description" api/MorquilAPI.idl "$native/bindings/cpp/morquil/interfaces.hpp" \
     build/docs/headers
 MORQUIL_VERSION=$(sed -n 's/^project(MorquilAPI VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 export MORQUIL_VERSION

@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 
 check_native() {
     local example programs=build/native/examples
-    export PATH=$PWD/build/native/simulator:$PATH
+    export PATH=$PWD/build/native/tools/simulator:$PATH
     expect "examples and pages, dates: conversions of strftime that Windows knows" example-dates dates_work_everywhere
     for example in host raw_host c_host device_test; do
         expect_readme "$example" native morquil-sim "$programs/$(program_of "$example")"
@@ -17,14 +17,14 @@ check_native() {
 }
 
 # Windows' C library does not know these conversions of strftime.
-dates_work_everywhere() { ! grep -rnE '%[DFRT]' README.md docs examples api/cpp; }
+dates_work_everywhere() { ! grep -rnE '%[DFRT]' README.md docs examples bindings/cpp; }
 
 # Programs, library and manifests in one folder, as somebody would ship them.
 check_windows() {
     local example program folder=build/examples-windows
     rm -rf "$folder"
     mkdir -p "$folder"
-    cp build/windows/module/MorquilAPI.dll build/windows/simulator/morquil-sim.exe \
+    cp build/windows/library/module/MorquilAPI.dll build/windows/tools/simulator/morquil-sim.exe \
         build/windows/packaging/MorquilAPI.assembly.manifest "$folder"
     use_wine
     export WINEPATH
@@ -33,7 +33,7 @@ check_windows() {
         program=$folder/$(program_of "$example").exe
         cp "build/windows/examples/${program##*/}" "$program"
         cp build/windows/packaging/program.exe.manifest "$program.manifest"
-        expect_readme "$example" windows build/native/simulator/morquil-sim wine "$program"
+        expect_readme "$example" windows build/native/tools/simulator/morquil-sim wine "$program"
     done
 }
 

@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 readonly native=${1:-build/native} windows=${2:-build/windows}
-readonly elf=$native/module/libMorquilAPI.so dll=$windows/module/MorquilAPI.dll
+readonly elf=$native/library/module/libMorquilAPI.so dll=$windows/library/module/MorquilAPI.dll
 readonly most_bytes=1200000  # of the DLL as it ships
 failures=0
 
@@ -66,7 +66,7 @@ check_elf() {
     expect "checked functions" compiled_with -D_FORTIFY_SOURCE=2 "$native"
     expect "no function that writes text into unknown room" has_not ' (v?sn?printf|st[pr]n?cpy|strn?cat|gets)@' "$symbols"
     expect "no search path of the build" has_not 'RPATH|RUNPATH' "$dynamic"
-    same "exports" "$(sed -n '/global:/,/local:/s/^ *\([A-Za-z0-9_]*\);$/\1/p' module/MorquilAPI.map | sort)" \
+    same "exports" "$(sed -n '/global:/,/local:/s/^ *\([A-Za-z0-9_]*\);$/\1/p' library/module/MorquilAPI.map | sort)" \
         "$(awk 'NF == 3 { sub(/@.*/, "", $3); print $3 }' <<< "$symbols" | sort)"
 }
 
@@ -98,7 +98,7 @@ check_dll() {
     expect "stack protector" guarded x86_64-w64-mingw32-objdump "$dll"
     expect "checked functions" compiled_with -D_FORTIFY_SOURCE=2 "$windows"
     expect "a random guard for it" has 'CryptGenRandom' "$headers"
-    same "exports" "$(awk 'on { print $1 } /^EXPORTS/ { on = 1 }' module/MorquilAPI.def | sort)" \
+    same "exports" "$(awk 'on { print $1 } /^EXPORTS/ { on = 1 }' library/module/MorquilAPI.def | sort)" \
         "$(awk '/\[Ordinal\/Name Pointer\] Table/ { on = 1; next } !NF { on = 0 } on { print $NF }' <<< "$headers" | sort)"
     check_content
     same "needs" "$(printf '%s\n' ADVAPI32.dll KERNEL32.dll OLEAUT32.dll WS2_32.dll msvcrt.dll ole32.dll)" \

@@ -63,7 +63,7 @@ check_debian() {
 
     export PATH=$root/usr/bin:$PATH LD_LIBRARY_PATH=$root/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)
     expect "sources: add_subdirectory" add-subdirectory \
-        build_with_cmake tests/packages "$work/add_subdirectory" -DCMAKE_BUILD_TYPE=Debug
+        build_with_cmake tests/system/packages "$work/add_subdirectory" -DCMAKE_BUILD_TYPE=Debug
     for example in host raw_host c_host device_test; do
         expect_readme "$example" add_subdirectory morquil-sim \
             "$work/add_subdirectory/examples/$(program_of "$example")"

@@ -6,8 +6,8 @@
 #   build     the library, the tools and the examples for Linux
 #   demo      ./demo.sh: that, for Windows too, and Wine
 #   test      ./test.sh: also what tests and the documentation need
-#   fuzz      ./fuzz.sh
-#   bench     ./bench.sh: also what the benchmarks measure with, and against
+#   fuzz      fuzz/run.sh
+#   bench     bench/run.sh: also what the benchmarks measure with, and against
 #   coverage  scripts/measure-coverage.sh: also what counts lines
 #   docs      scripts/build-docs.sh
 #   package   scripts/package.sh and scripts/check-packages.sh

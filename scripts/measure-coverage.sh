@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Says how many lines of the library the native tests run; build/coverage/html shows which ones. Fails below 95 % of
-# the lines of protocol/, transport/ or device/. What cannot be reached is marked in the code, with its reason. The few
-# files for Windows alone cannot be counted here; the tests of the transport that run on Linux run on them under Wine.
+# the lines of library/protocol/, library/transport/ or library/device/. What cannot be reached is marked in the code,
+# with its reason. The few files for Windows alone cannot be counted here; the tests of the transport that run on Linux
+# run on them under Wine.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/flavours.sh
@@ -26,7 +27,7 @@ status=0
 for folder in protocol transport device; do
     log=build/logs/coverage-$folder.txt
     # Keys are asked for their names while compiling only.
-    gcovr --root . --filter "$folder/" --exclude-throw-branches \
+    gcovr --root . --filter "library/$folder/" --exclude-throw-branches \
         --exclude-lines-by-pattern '.*constexpr .* Names\(\) const.*' --fail-under-line "$least" --txt - \
         --html-details "build/coverage/html/$folder.html" --print-summary build/coverage > "$log" 2>&1 || status=1
     printf '%-10s %s\n' "$folder" "$(grep '^lines' "$log")"

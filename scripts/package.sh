@@ -45,7 +45,7 @@ package_windows() {
         run_logged "build/logs/install-$component.log" \
             cmake --install build/windows --prefix "$tree" --strip --component "$component"
     done
-    cp build/native/description/morquilapi.json "$tree/share/morquilapi/"
+    cp build/native/tools/description/morquilapi.json "$tree/share/morquilapi/"
     cp -r build/docs/html "$tree/share/doc/MorquilAPI/html"
     cmake -E chdir "$packages" cmake -E tar cf "$name.zip" --format=zip \
         --mtime="$(date --utc --date="@$SOURCE_DATE_EPOCH" '+%Y-%m-%d %H:%M:%S UTC')" "$name"

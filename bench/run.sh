@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds the benchmarks for this system and for Wine, runs them in less than ten minutes and
+# prints one table of figures and goals. Everything measured is kept in build/bench.
+#   bench/run.sh [--gate] [--only RUN...]
+# --gate: fails where a figure misses its gate, which is looser than its goal. --only: these runs of bench/figures.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/flavours.sh
+
+scripts/install-dependencies.sh bench
+
+echo "Building ..."
+build bench-native -DMORQUIL_TESTS=OFF -DMORQUIL_BENCH=ON -- morquil-bench
+build bench-windows -DMORQUIL_TESTS=OFF -DMORQUIL_BENCH=ON -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake -- morquil-bench
+
+echo "Measuring ..."
+use_wine
+bench/report.py --native build/bench-native --wine build/bench-windows --results build/bench "$@"

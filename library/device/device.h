@@ -1,0 +1,182 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "MorquilAPI.h"
+#include "core/event.h"
+#include "core/lockable.h"
+#include "core/thread_safety.h"
+#include "features/all.h"
+#include "features/feature_set.h"
+#include "observers/observable_property_set.h"
+#include "observers/observer_list.h"
+#include "platform/com_object.h"
+#include "protocol/every_block_sink.h"
+#include "settings/morquil_config_loader.h"
+#include "transport/make_comms.h"
+#include "transport/morquil_text_protocol_client.h"
+
+/// One device: the object that the host holds, the client that speaks to the device, the mirror of its state and the
+/// owner of the feature objects. Serves one connection attempt; connecting again takes a new object.
+///
+/// Threads. The host's threads read the mirror and queue messages. The connection thread alone receives blocks, merges
+/// them and tells property observers. With an asynchronous connect the connection timer thread waits for the initial
+/// state and tells `Connected`. Observers are called with no lock held.
+///
+/// Lifetime. References count what the host (and a connection attempt on its way) holds. Beside them a hold keeps the
+/// memory: all references together are one hold, and so are the connection thread and every routine that calls
+/// observers. The last reference stops the connection; whoever gives the last hold back destroys the object, so it
+/// outlives the callback in which the host lets it go.
+class CMorquilDevice final : public Morquil::ComObject<CMorquilDevice, IMorquilDevice>,
+                             public CObservablePropertySet,
+                             public Morquil::EveryBlockSink<CMorquilDevice, Morquil::MorquilTextProtocolClient> {
+public:
+    /// How long a connection waits for the initial state, in microseconds.
+    static constexpr std::int32_t initialStateLimit = 120'000'000;
+
+    explicit CMorquilDevice(std::unique_ptr<Morquil::AbstractComms> comms = Morquil::MakeComms(),
+                            std::int32_t initialStateWait = initialStateLimit);
+    ~CMorquilDevice() override;
+
+    /// Connects to `address`; once per object. With an `observer` it returns at once and the observer is told how the
+    /// attempt ends, maybe before this returns; without one it waits for the end.
+    /// Returns: not negative on success. `failReason` holds the reason of a failure, and in the synchronous case
+    ///          `morquilConnectToFailureNoResponse` after success, too.
+    HRESULT Connect(BSTR address, IMorquilConnectionObserver* observer, _MorquilConnectToFailure* failReason);
+
+    /// Ends the connection, or the attempt. Forgets the mirror and tells the connection observers. Does nothing when
+    /// there is nothing to end or somebody else is ending it.
+    /// Threads: any, also inside a callback.
+    /// Returns: 0.
+    HRESULT Disconnect();
+
+    void* FindInterface(REFIID iid);
+    STDMETHODIMP_(ULONG) Release() override;
+    STDMETHODIMP AddConnectionObserver(IMorquilConnectionObserver* observer) override;
+    STDMETHODIMP RemoveConnectionObserver(IMorquilConnectionObserver* observer) override;
+    STDMETHODIMP AddPropertyObserver(IMorquilPropertyObserver* observer, _MorquilPropertySetId propertySet) override;
+    STDMETHODIMP RemovePropertyObserver(IMorquilPropertyObserver* observer, _MorquilPropertySetId propertySet) override;
+    STDMETHODIMP GetDeviceName(BSTR* name) override;
+    STDMETHODIMP GetSoftwareVersion(UINT* version) override;
+    STDMETHODIMP GetFPGAVersion(UINT* version) override;
+    STDMETHODIMP GetPanelLock(LONG* lock) override;
+    STDMETHODIMP GetRemoteLock(LONG* lock) override;
+    STDMETHODIMP GetNetworkUpdateSupported(LONG* supported) override;
+    STDMETHODIMP IsConversionSupported(_MorquilAPIVideoMode input, _MorquilAPIVideoMode output,
+                                       _MorquilAPIAspectRatio aspectRatio, LONG* supported) override;
+    STDMETHODIMP SetPanelLock(LONG lock) override;
+    STDMETHODIMP SaveSettingsFile(BSTR path) override;
+    STDMETHODIMP LoadSettingsFile(BSTR path) override;
+
+protected:
+    void OnConnectionChanged(bool connected) override;
+    void OnThreadStarting() override { TakeHold(); }
+    void OnThreadEnding() override { GiveHoldBack(); }
+
+    // Blocks that mean more than new values for the features that keep them.
+    void OnProtocolPreamble(const Morquil::ProtocolPreambleChangeSet& set) override;
+    void OnMorquilDevice(const Morquil::MorquilDeviceChangeSet& set) override;
+    void OnVideoInput(const Morquil::VideoInputChangeSet& set) override;
+    void OnVideoOutput(const Morquil::VideoOutputChangeSet& set) override;
+    void OnSupportedConversions(const Morquil::SupportedConversionsChangeSet& set) override;
+    void OnVideoAdvanced(const Morquil::VideoAdvancedChangeSet& set) override;
+    void OnGenlock(const Morquil::GenlockChangeSet& set) override;
+
+private:
+    /// Of the protocol version's flags: the device can be updated over the network.
+    static constexpr std::uint32_t networkUpdateFlag = 2;
+
+    enum class ConnectionState : std::uint32_t { Disconnected = 0, Connecting = 1, Connected = 2, Disconnecting = 3 };
+
+    friend class Morquil::EveryBlockSink<CMorquilDevice, Morquil::MorquilTextProtocolClient>;
+
+    class Hold;
+    using ConnectionRound = Morquil::ObserverList<IMorquilConnectionObserver>::Round;
+
+    // device.cpp: identity, lifetime and what the device itself answers
+    void TakeHold() { ++holds_; }
+    void GiveHoldBack();
+    void LastReferenceGone();
+    CObservablePropertySet* FindPropertySet(_MorquilPropertySetId propertySet);
+    template <class Out, class FieldType>
+    HRESULT ReadDevice(Out* out, FieldType Morquil::MorquilDeviceChangeSet::*member);
+    std::string SettingsText();
+    template <class Description>
+    std::string SettingsTextOf();
+    template <class Visit>
+    void ForEachFeature(Visit visit);
+
+    // connection.cpp: the connection and its states
+    bool SetAddress(BSTR address);
+    HRESULT ConnectAsynchronously(IMorquilConnectionObserver* observer);
+    static std::uint32_t ConnectionTimerMain(void* device);
+    HRESULT WaitForConnection();
+    HRESULT ConcludeConnecting();
+    void FailConnecting(_MorquilConnectToFailure reason);
+    void SilenceProperties();
+    void ClearMirror();
+    void CheckInitialState();
+    bool IsInitialStateComplete();
+
+    // incoming_blocks.cpp: how a block reaches the mirror
+    template <class Description>
+    void OnBlock(const Morquil::ChangeSetOf<Description>& set);
+    template <class Set>
+    void ApplySettings(const Set& set);
+    template <class Description>
+    void ApplyAvailability(const Morquil::ChangeSetOf<Description>& set);
+    template <class Set>
+    void Request();
+    void RequestAllOffers();
+
+    std::atomic<std::uint32_t> holds_ = 1;
+    std::atomic<bool> lastReferenceGone_ = false;
+
+    Morquil::FeatureSet<Morquil::Features> features_{*this, *this};
+    Morquil::FeatureSet<Morquil::HiddenFeatures> hiddenFeatures_{*this, *this};
+    /// The features that the host is handed.
+    std::array<Morquil::FeatureBase*, Morquil::FeatureSet<Morquil::Features>::size> handedOut_;
+
+    Morquil::MorquilConfigLoader settingsLoader_{*this};
+
+    /// Held while the whole mirror is cleared, and while all of it is read for a file, so that no file holds a part of
+    /// it. Taken before the lock of any part.
+    QRN::Core::Lockable wholeMirrorLock_;
+    QRN::Core::Lockable mirrorLock_;
+    Morquil::MorquilDeviceChangeSet deviceCache_ GUARDED_BY(mirrorLock_);
+    Morquil::SupportedConversionsChangeSet conversionsCache_ GUARDED_BY(mirrorLock_);
+    bool deviceReceived_ GUARDED_BY(mirrorLock_) = false;
+    bool conversionsReceived_ GUARDED_BY(mirrorLock_) = false;
+
+    /// The connection thread's own.
+    Morquil::ProtocolPreambleChangeSet preamble_;
+    std::size_t missingFeature_ = 0;  ///< the place in `handedOut_` of one that a connection waited for last
+    std::atomic<std::uint32_t> protocolVersionFlags_ = 0;
+    std::atomic<std::uint32_t> protocolVersionMinor_ = 0;
+
+    std::atomic<bool> initialStateReceived_ = false;
+    std::atomic<_MorquilConnectToFailure> connectFailReason_ = morquilConnectToFailureNoResponse;
+    /// Ends the wait for the initial state: it is complete, cannot come any more or is not wanted any more.
+    QRN::Core::Event connectEvent_;
+    const std::int32_t initialStateWait_;
+
+    QRN::Core::Lockable stateLock_;
+    ConnectionState state_ GUARDED_BY(stateLock_) = ConnectionState::Disconnected;
+    Morquil::ObserverList<IMorquilConnectionObserver> connectionObservers_;
+};
+
+/// Keeps the device's memory to the end of a scope.
+class CMorquilDevice::Hold {
+public:
+    explicit Hold(CMorquilDevice& device) : device_(device) { device_.TakeHold(); }
+    ~Hold() { device_.GiveHoldBack(); }
+    Hold(const Hold&) = delete;
+    Hold& operator=(const Hold&) = delete;
+
+private:
+    CMorquilDevice& device_;
+};

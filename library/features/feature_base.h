@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "MorquilAPI.h"
+#include "observers/observable_property_set.h"
+
+namespace Morquil {
+
+/// What the device needs of every feature object, whatever its blocks are.
+class FeatureBase : public CObservablePropertySet {
+public:
+    FeatureBase(REFIID iid, _MorquilPropertySetId propertySet) : CObservablePropertySet(propertySet), iid_(iid) {}
+
+    /// What a host asks for to get the interface.
+    REFIID Iid() const { return iid_; }
+    /// The interface that the host sees; it counts references for the device.
+    virtual IUnknown* Face() = 0;
+    /// Whether everything that a connection waits for has been reported.
+    virtual bool IsCacheComplete() const = 0;
+    /// Forgets everything that was reported.
+    virtual void ClearCache() = 0;
+    /// The protocol text of the settings as they were reported.
+    virtual std::string GetSettingsText() const = 0;
+
+private:
+    const IID& iid_;
+};
+
+}  // namespace Morquil

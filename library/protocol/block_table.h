@@ -1,0 +1,106 @@
+#pragma once
+
+#include <cstddef>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+#include "protocol/table/block_facts.h"
+
+namespace Morquil {
+
+/// One block of the protocol: its own table, and what there is to know of the block as a whole.
+template <class BlockDescription, BlockFacts blockFacts>
+struct BlockEntry {
+    using Description = BlockDescription;
+    static constexpr BlockFacts facts = blockFacts;
+};
+
+// clang-format off
+/// All blocks; a block's number is its place here, counted from 1. A sink receives them in operations of this order.
+/// The blocks' own tables are declared only: a feature includes no more of them than it keeps.
+using BlockTable = std::tuple<
+    BlockEntry<struct ProtocolPreambleChangeSet,                AnnouncedBlock()>,
+    BlockEntry<struct MorquilDeviceChangeSet,                   SettingsBlock().Slot(1).Saved(14)>,
+    BlockEntry<struct VideoInputChangeSet,                      SettingsBlock().Slot(3).Saved(1).NotPlayedBack()>,
+    BlockEntry<struct VideoInputAvailabilityChangeSet,          OffersBlock().Slot(4)>,
+    BlockEntry<struct VideoOutputChangeSet,                     SettingsBlock().Slot(5).Saved(2)>,
+    BlockEntry<struct VideoOutputAvailabilityChangeSet,         OffersBlock().Slot(6)>,
+    BlockEntry<struct SupportedConversionsChangeSet,            OffersBlock().Slot(2)>,
+    BlockEntry<struct VideoProcAmpChangeSet,                    SettingsBlock().Slot(7).Saved(3)>,
+    BlockEntry<struct VideoProcAmpAvailabilityChangeSet,        OffersBlock().Slot(8)>,
+    BlockEntry<struct VideoAdjustChangeSet,                     SettingsBlock().Slot(9).Saved(4)>,
+    BlockEntry<struct VideoAdjustAvailabilityChangeSet,         OffersBlock().Slot(10)>,
+    BlockEntry<struct NoiseReductionChangeSet,                  SettingsBlock().Slot(11).Saved(5)>,
+    BlockEntry<struct NoiseReductionAvailabilityChangeSet,      OffersBlock().Slot(12)>,
+    BlockEntry<struct TestPatternChangeSet,                     SettingsBlock().Slot(13).Saved(6)>,
+    BlockEntry<struct TestPatternAvailabilityChangeSet,         OffersBlock().Slot(14)>,
+    BlockEntry<struct VideoAdvancedChangeSet,                   SettingsBlock().Slot(15).Saved(9)>,
+    BlockEntry<struct VideoAdvancedAvailabilityChangeSet,       OffersBlock().Slot(16)>,
+    BlockEntry<struct AncillaryDataChangeSet,                   SettingsBlock().Slot(17).Saved(8)>,
+    BlockEntry<struct AncillaryDataAvailabilityChangeSet,       OffersBlock().Slot(18)>,
+    BlockEntry<struct GenlockChangeSet,                         SettingsBlock().Slot(19).Saved(7)>,
+    BlockEntry<struct GenlockAvailabilityChangeSet,             OffersBlock().Slot(20)>,
+    BlockEntry<struct VariableAspectRatioChangeSet,             SettingsBlock().Slot(21).Saved(11)>,
+    BlockEntry<struct VariableAspectRatioAvailabilityChangeSet, OffersBlock().Slot(22)>,
+    // The device takes alignment from its own panel only.
+    BlockEntry<struct AlignChangeSet,                           SettingsBlock().Slot(27).NeverSent().Saved(12)>,
+    BlockEntry<struct AlignAvailabilityBlock,                   OffersBlock().Slot(28).NeverSent()>,
+    BlockEntry<struct AudioChangeSet,                           SettingsBlock().Slot(23).Saved(13)>,
+    BlockEntry<struct AudioAvailabilityChangeSet,               OffersBlock().Slot(24)>,
+    BlockEntry<struct Mode3DChangeSet,                          SettingsBlock().Slot(25).Saved(10)>,
+    BlockEntry<struct Mode3DAvailabilityChangeSet,              OffersBlock().Slot(26)>,
+    BlockEntry<struct NetworkConfigChangeSet,                   SettingsBlock().Slot(29)>,
+    BlockEntry<struct DeviceFilenamesChangeSet,                 SettingsBlock().Slot(30)>,
+    BlockEntry<struct PresetChangeSet,                          SettingsBlock().Slot(31)>,
+    BlockEntry<struct PresetAvailabilityChangeSet,              OffersBlock().Slot(32)>>;
+// clang-format on
+
+inline constexpr std::size_t blockCount = std::tuple_size_v<BlockTable>;
+
+/// The place of a block in the table, counted from 0.
+template <class Description>
+inline constexpr std::size_t placeOf = []<class... Entries>(std::type_identity<std::tuple<Entries...>>) {
+    std::size_t place = 0;
+    static_cast<void>(((std::is_same_v<typename Entries::Description, Description> || (++place, false)) || ...));
+    return place;
+}(std::type_identity<BlockTable>());
+
+template <class Description>
+inline constexpr BlockFacts factsOf = std::tuple_element_t<placeOf<Description>, BlockTable>::facts;
+
+/// Calls `visit.operator()<Description>()` for every block in the order of the table.
+template <class Visit>
+constexpr void ForEachBlock(Visit visit) {
+    [&]<class... Entries>(std::type_identity<std::tuple<Entries...>>) {
+        (visit.template operator()<typename Entries::Description>(), ...);
+    }(std::type_identity<BlockTable>());
+}
+
+/// The same for the blocks of one role.
+template <BlockRole role, class Visit>
+constexpr void ForEachBlock(Visit visit) {
+    ForEachBlock([&]<class Description>() {
+        if constexpr (factsOf<Description>.role == role) {
+            visit.template operator()<Description>();
+        }
+    });
+}
+
+/// The same for the blocks that a settings file holds, in the order in which it does.
+template <class Visit>
+constexpr void ForEachSavedBlock(Visit visit) {
+    [&]<std::size_t... earlier>(std::index_sequence<earlier...>) {
+        const auto visitPlace = [&]<std::size_t place>(std::integral_constant<std::size_t, place>) {
+            ForEachBlock([&]<class Description>() {
+                if constexpr (factsOf<Description>.savedPlace == place) {
+                    visit.template operator()<Description>();
+                }
+            });
+        };
+        (visitPlace(std::integral_constant<std::size_t, earlier + 1>()), ...);
+    }
+    (std::make_index_sequence<blockCount>());
+}
+
+}  // namespace Morquil

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <tuple>
+
+#include "protocol/text/message_sender.h"
+
+namespace Morquil {
+
+/// Takes a message's text to nowhere and notes whether any piece was too long to go out whole.
+class CutDetector final : public IMessageSender {
+public:
+    void BeginMessage() override {}
+    [[gnu::format(printf, 2, 3)]] void SendFormatted(const char* format, ...) override;
+    bool EndMessage() override { return true; }
+
+    bool HasCut() const { return hasCut_; }
+
+private:
+    bool hasCut_ = false;
+};
+
+/// Makes absent what would not fit into a line: its line feed would be cut off, and what follows would be lost as well.
+/// Only a decimal can be that long, and only one that somebody else has written.
+template <class Set>
+void ClearWhatWouldBeCut(Set& set) {
+    const auto clearRow = [&](const auto& row) {
+        CutDetector detector;
+        row.Write(detector, set);
+        if (detector.HasCut()) {
+            row.ForEachMember([&](auto member) { set.*member = {}; });
+        }
+    };
+    std::apply([&](const auto&... row) { (clearRow(row), ...); }, Set::block.rows);
+}
+
+}  // namespace Morquil

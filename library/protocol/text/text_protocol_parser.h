@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "protocol/text/line_buffer.h"
+#include "protocol/text/message_sender.h"
+
+namespace Morquil {
+
+/// Cuts a byte stream into lines and lines into blocks: a header line, lines, an empty line. Knows no block by name.
+/// Any split of the stream gives the same calls. One thread at a time.
+class TextProtocolParser {
+public:
+    virtual ~TextProtocolParser() = default;
+
+    /// Takes the next bytes of the stream; keeps a line that is not finished for the next call.
+    void Feed(const char* bytes, std::size_t length);
+
+    /// Whether the next line is to be a header, not a line of a block.
+    bool ExpectsHeader() const { return readerState_ == ReaderState::HeaderExpected; }
+
+    /// Reports an error text, cut after 255 characters.
+    [[gnu::format(printf, 2, 3)]] void ReportErrorFormatted(const char* format, ...);
+
+protected:
+    TextProtocolParser() = default;
+    TextProtocolParser(const TextProtocolParser&) = delete;
+    TextProtocolParser& operator=(const TextProtocolParser&) = delete;
+
+    virtual void ReportError(const char* text) = 0;
+    /// `header` has lost its colon. Returns whether the block is known; the lines of an unknown one are skipped.
+    virtual bool BeginBlock(std::string_view header) = 0;
+    /// A line of a known block.
+    virtual void ParseLine(std::string_view line) = 0;
+    virtual void EndBlock() = 0;
+    virtual void OnPingLine() = 0;
+    virtual void OnAcknowledgeLine(bool positive) = 0;
+
+private:
+    enum class ReaderState : std::uint32_t { HeaderExpected = 0, InsideBlock = 1, SkippingBlock = 2 };
+
+    void KeepPiece(std::string_view piece);
+    void CutFullLine();
+    void TakeBufferedLine();
+    void TakeLine(std::string_view line);
+    void TakeHeader(std::string_view header);
+
+    ReaderState readerState_ = ReaderState::HeaderExpected;
+    LineBuffer line_;
+};
+
+}  // namespace Morquil

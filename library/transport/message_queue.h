@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "MorquilAPI.h"
+#include "protocol/table/message.h"
+#include "transport/pending_slots.h"
+
+namespace Morquil {
+
+/// Takes messages for the device; all that a sender of messages knows of the client.
+class IMessageQueue {
+public:
+    virtual ~IMessageQueue() = default;
+
+    /// Queues a message; merges it into a pending one of its type.
+    /// Ownership: takes `message`.
+    /// Threads:   any. Returns at once; the connection thread writes it later.
+    /// Returns:   S_OK, or E_FAIL when the connection thread could not be woken.
+    template <class Set>
+    HRESULT Queue(std::unique_ptr<TextProtocolMessage<Set>> message) {
+        return QueueInSlot(PendingSlotOf<Set>(), std::move(message));
+    }
+
+protected:
+    IMessageQueue() = default;
+    IMessageQueue(const IMessageQueue&) = default;
+    IMessageQueue& operator=(const IMessageQueue&) = default;
+
+private:
+    virtual HRESULT QueueInSlot(PendingSlot slot, std::unique_ptr<TextProtocolMessageBase> message) = 0;
+};
+
+}  // namespace Morquil

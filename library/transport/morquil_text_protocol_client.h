@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+#include "MorquilAPI.h"
+#include "protocol/morquil_text_protocol_parser.h"
+#include "protocol/sink.h"
+#include "transport/message_queue.h"
+#include "transport/pending_messages.h"
+#include "transport/sent_texts.h"
+#include "transport/text_protocol_client.h"
+
+namespace Morquil {
+
+/// The client for this protocol's blocks: parses what arrives, keeps what waits to be sent and remembers what was sent,
+/// so that a device's answer can be told from a change made elsewhere. A derived class receives the blocks.
+class MorquilTextProtocolClient : public TextProtocolClient, public IMorquilTextProtocolSink, public IMessageQueue {
+public:
+    explicit MorquilTextProtocolClient(std::unique_ptr<AbstractComms> comms);
+
+    void OnPing() override {}
+    void OnAcknowledge(bool positive) override;
+    void OnUnknownBlock() override {}
+    void OnProtocolError(const char* text) override;
+
+protected:
+    std::unique_ptr<TextProtocolMessageBase> TakeNextMessage() override;
+    void OnDataReceived(const char* bytes, std::size_t length) override;
+
+    /// Whether any sent text still waits for its echo. On the connection thread, like the two below.
+    bool AwaitsEcho() const { return !sentTexts_.IsEmpty(); }
+    /// Whether the library itself has sent this very block.
+    bool IsSentText(const std::string& text) const { return sentTexts_.Contains(text); }
+    /// Forgets a block that was sent, and all that were sent before it.
+    void ForgetSentThrough(const std::string& text) { sentTexts_.ForgetThrough(text); }
+
+    /// Drops whatever else arrives.
+
+    /// Threads: any, also from inside a sink operation.
+    void StopListening() { parser_.SetSink(nullptr); }
+    bool IsListening() const { return parser_.HasSink(); }
+
+private:
+    HRESULT QueueInSlot(PendingSlot slot, std::unique_ptr<TextProtocolMessageBase> message) final;
+
+    SentTexts sentTexts_;
+    MorquilTextProtocolParser parser_;
+    PendingMessages pending_;
+};
+
+}  // namespace Morquil

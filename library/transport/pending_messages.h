@@ -1,0 +1,36 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <utility>
+
+#include "core/lockable.h"
+#include "core/thread_safety.h"
+#include "protocol/table/message.h"
+#include "transport/pending_slots.h"
+
+namespace Morquil {
+
+/// The messages that wait to be sent, at most one of each type: a later one merges into the one that waits, and its
+/// values replace those that wait.
+class PendingMessages {
+public:
+    static constexpr std::size_t slotCount = pendingSlotCount;
+
+    /// Returns whether the message took an empty slot; otherwise it was merged into the one that waits.
+    template <class Set>
+    bool Add(std::unique_ptr<TextProtocolMessage<Set>> message) {
+        return Add(PendingSlotOf<Set>(), std::move(message));
+    }
+    bool Add(PendingSlot slot, std::unique_ptr<TextProtocolMessageBase> message);
+
+    /// Takes the first message in slot order, or nothing.
+    std::unique_ptr<TextProtocolMessageBase> TakeNext();
+
+private:
+    QRN::Core::Lockable lock_;
+    std::array<std::unique_ptr<TextProtocolMessageBase>, slotCount> slots_ GUARDED_BY(lock_);
+};
+
+}  // namespace Morquil

@@ -1,0 +1,35 @@
+// Which messages wait where, as the block table says.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+
+#include "protocol/block_table.h"
+#include "protocol/table/message.h"
+
+namespace Morquil {
+
+inline constexpr std::size_t pendingSlotCount = [] {
+    std::size_t last = 0;
+    ForEachBlock([&]<class Description>() { last = std::max(last, factsOf<Description>.slot); });
+    return last;
+}();
+
+/// Where the messages of one type wait, and how a later one joins the one that waits.
+struct PendingSlot {
+    std::size_t index;
+    void (*merge)(TextProtocolMessageBase& waiting, const TextProtocolMessageBase& later);
+};
+
+/// The slot of `TextProtocolMessage<Set>`. Does not compile for a message that has none.
+template <class Set>
+constexpr PendingSlot PendingSlotOf() {
+    static_assert(factsOf<Set>.slot != 0, "the message has no slot");
+    return {.index = factsOf<Set>.slot - 1,
+            .merge = [](TextProtocolMessageBase& waiting, const TextProtocolMessageBase& later) {
+                Overwrite<Set>(static_cast<TextProtocolMessage<Set>&>(waiting),
+                               static_cast<const TextProtocolMessage<Set>&>(later));
+            }};
+}
+
+}  // namespace Morquil

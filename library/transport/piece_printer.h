@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace Morquil {
+
+/// Prints whole pieces or drops them. The first piece that can be printed again comes after a line that says how many
+/// bytes were dropped.
+class PiecePrinter {
+public:
+    /// Writes as much of `text` as can be written at once.
+    /// Returns: how many bytes that is.
+    using Write = std::size_t (*)(std::string_view text);
+
+    /// A pipe takes this much whole or not at all.
+    static constexpr std::size_t largestWrite = 4096;
+
+    explicit constexpr PiecePrinter(Write write) : write_(write) {}
+
+    void Print(std::string_view piece);
+
+private:
+    bool PrintNotice();
+    std::size_t WritePiece(std::string_view piece);
+
+    Write write_;
+    std::uint64_t droppedBytes_ = 0;
+    bool isInLine_ = false;
+};
+
+}  // namespace Morquil

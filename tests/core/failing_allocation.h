@@ -1,8 +1,0 @@
-#pragma once
-
-namespace QRN::Core::Testing {
-
-/// Makes this process's next allocation that may return null (`new (std::nothrow)`) return null, once.
-void FailNextAllocation();
-
-}  // namespace QRN::Core::Testing

@@ -1,0 +1,106 @@
+#include "simulator/program/options.h"
+
+#include <gtest/gtest.h>
+
+namespace Morquil::Simulator {
+namespace {
+
+struct Reading {
+    std::optional<Options> options;
+    int exitStatus = -1;
+};
+
+Reading Read(std::vector<const char*> arguments) {
+    arguments.insert(arguments.begin(), "morquil-sim");
+    Reading reading;
+    reading.options = ReadOptions(static_cast<int>(arguments.size()), arguments.data(), reading.exitStatus);
+    return reading;
+}
+
+TEST(Options, AreThoseOfAnOrdinaryDeviceByDefault) {
+    const Reading reading = Read({});
+    ASSERT_TRUE(reading.options);
+    EXPECT_EQ(reading.options->address, "127.0.0.1");
+    EXPECT_EQ(reading.options->port, 9800);
+    EXPECT_EQ(reading.options->identity.protocolVersion.flags, 2U);
+    EXPECT_EQ(reading.options->identity.protocolVersion.minor, 22U);
+    EXPECT_FALSE(reading.options->faults.dropAfter);
+    EXPECT_EQ(reading.options->faults.fragmentation, Fragmentation::None);
+}
+
+TEST(Options, DescribeTheDevice) {
+    const Reading reading = Read({"--address", "127.0.0.7", "--port=9801", "--model", "Rack 3", "--software-version",
+                                  "0x1f", "--fpga-version", "12", "--protocol-version", "3.21", "--remote-lock"});
+    ASSERT_TRUE(reading.options);
+    EXPECT_EQ(reading.options->address, "127.0.0.7");
+    EXPECT_EQ(reading.options->port, 9801);
+    EXPECT_EQ(reading.options->identity.modelName, "Rack 3");
+    EXPECT_EQ(reading.options->identity.softwareVersion, 0x1fU);
+    EXPECT_EQ(reading.options->identity.fpgaVersion, 12U);
+    EXPECT_EQ(reading.options->identity.protocolVersion.flags, 3U);
+    EXPECT_EQ(reading.options->identity.protocolVersion.minor, 21U);
+    EXPECT_TRUE(reading.options->identity.remoteLock);
+}
+
+TEST(Options, DescribeHowItSends) {
+    const Reading reading = Read({"--latency", "40", "--fragment", "Random", "--seed", "7", "--crlf"});
+    ASSERT_TRUE(reading.options);
+    EXPECT_EQ(reading.options->faults.latency, std::chrono::milliseconds(40));
+    EXPECT_EQ(reading.options->faults.fragmentation, Fragmentation::Random);
+    EXPECT_EQ(reading.options->faults.seed, 7U);
+    EXPECT_TRUE(reading.options->faults.crlf);
+    EXPECT_EQ(Read({"--fragment", "byte"}).options->faults.fragmentation, Fragmentation::Byte);
+}
+
+TEST(Options, SwitchEachFaultOnByItself) {
+    const std::pair<const char*, bool Faults::*> flags[] = {
+        {"--never-acknowledge", &Faults::neverAcknowledge},
+        {"--nack-all", &Faults::refuseAll},
+        {"--close-mid-block", &Faults::closeMidBlock},
+        {"--garbage", &Faults::garbage},
+        {"--long-lines", &Faults::longLines},
+        {"--flood", &Faults::flood},
+        {"--silent", &Faults::silent},
+    };
+    for (const auto& [name, member] : flags) {
+        const Reading reading = Read({name});
+        ASSERT_TRUE(reading.options) << name;
+        for (const auto& [other, otherMember] : flags) {
+            EXPECT_EQ(reading.options->faults.*otherMember, member == otherMember) << name << " and " << other;
+        }
+    }
+    EXPECT_EQ(Read({"--drop-after", "0"}).options->faults.dropAfter, 0U);
+}
+
+TEST(Options, SayWhatWouldBeRightInsteadOfWhatIsWrong) {
+    struct Wrong {
+        std::vector<const char*> arguments;
+        const char* complaint;
+    };
+    const Wrong cases[] = {
+        {{"--bogus"}, "--bogus"},
+        {{"word"}, "word"},
+        {{"--port"}, "--port"},
+        {{"--port", "70000"}, "--port: a number from 0 to 65535 is expected, not \"70000\""},
+        {{"--port", "-1"}, "--port: a number from 0 to 65535 is expected, not \"-1\""},
+        {{"--address", "here"}, "--address: an IPv4 address such as 127.0.0.1 is expected, not \"here\""},
+        {{"--model", ""}, "--model: a name of 1 to 49 printable bytes is expected"},
+        {{"--protocol-version", "2"}, "--protocol-version: a version of two numbers, such as 2.22 is expected"},
+        {{"--software-version", "new"}, "--software-version: a number from 0 to 4294967295 is expected"},
+        {{"--latency", "1 s"}, "--latency: a number from 0 to 60000 is expected"},
+        {{"--fragment", "halves"}, "--fragment: none|byte|random is expected, not \"halves\""},
+        {{"--drop-after", "-1"}, "--drop-after: a number from 0 to 2147483647 is expected"},
+        {{"--replay", "file", "--silent"}, "--replay excludes --silent"},
+    };
+    for (const Wrong& wrong : cases) {
+        testing::internal::CaptureStderr();
+        const Reading reading = Read(wrong.arguments);
+        const std::string complaint = testing::internal::GetCapturedStderr();
+        EXPECT_FALSE(reading.options) << wrong.complaint;
+        EXPECT_EQ(reading.exitStatus, usageError) << wrong.complaint;
+        EXPECT_NE(complaint.find(wrong.complaint), std::string::npos) << complaint;
+    }
+}
+
+}  // namespace
+}  // namespace Morquil::Simulator

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <atomic>
+
+#include "command/arguments/exit_code.h"
+#include "command/arguments/options.h"
+#include "command/commands/link.h"
+#include "command/output/terminal.h"
+
+namespace Morquil::Command {
+
+/// What a command works with. Each throws Failure when it cannot do its work.
+struct Context {
+    const Options& options;
+    const Terminal& terminal;
+    const Deadline deadline;
+    /// Set from outside when the command is to end: by the user, or because its output cannot be written.
+    const std::atomic<bool>& isInterrupted;
+};
+
+// What the device has reported, and what the table holds.
+void ShowStatus(const Context& context);
+void ShowValues(const Context& context);
+void ShowRanges(const Context& context);
+void ShowList(const Context& context);
+
+// What is sent to the device.
+void SetValues(const Context& context);
+void SavePreset(const Context& context);
+void RecallPreset(const Context& context);
+void NamePreset(const Context& context);
+
+// Settings as files.
+void SaveSettings(const Context& context);
+void LoadSettings(const Context& context);
+
+void WatchChanges(const Context& context);
+
+// For shells.
+void WriteCompletion(const Context& context);
+void WriteCandidates(const Context& context);
+
+}  // namespace Morquil::Command

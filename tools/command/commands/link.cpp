@@ -1,0 +1,102 @@
+#include "command/commands/link.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <vector>
+
+#include "command/commands/commands.h"
+
+namespace Morquil::Command {
+namespace {
+
+constexpr std::chrono::milliseconds lookInterval{4};
+constexpr std::chrono::milliseconds interruptionInterval{20};
+
+std::unique_ptr<morquil::Connecting> Begin(const std::string& address, morquil::ConnectionHandlers handlers) {
+    try {
+        return std::make_unique<morquil::Connecting>(morquil::ConnectAsync(address, std::move(handlers)));
+    } catch (const morquil::Error& error) {
+        throw Failure(ExitCode::Unreachable, address + ": " + error.what());
+    }
+}
+
+}  // namespace
+
+std::string Deadline::Text() const {
+    std::array<char, 40> text{};
+    std::snprintf(text.data(), text.size(), "%g s", static_cast<double>(length.count()) / 1000);
+    return text.data();
+}
+
+Link::Link(const Context& context)
+    : address_(context.options.address), deadline_(context.deadline), isInterrupted_(context.isInterrupted) {
+    const auto note = [state = state_](auto change) {
+        const std::lock_guard lock(state->mutex);
+        change(*state);
+        state->changed.notify_all();
+    };
+    connecting_ = Begin(
+        address_, {[note] { note([](State& state) { state.connected = true; }); },
+                   [note](morquil::ConnectFailure reason) { note([reason](State& state) { state.ended = reason; }); }});
+    AwaitDecision();
+}
+
+void Link::AwaitDecision() {
+    std::unique_lock lock(state_->mutex);
+    // A signal handler cannot notify, so its flag is looked at now and then.
+    while (!state_->connected && !state_->ended && !isInterrupted_ && !deadline_.IsOver()) {
+        state_->changed.wait_until(lock, std::min(Clock::now() + interruptionInterval, deadline_.time));
+    }
+    if (state_->connected) {
+        return;
+    }
+    const std::optional<morquil::ConnectFailure> reason = state_->ended;
+    lock.unlock();
+    if (reason) {
+        throw Failure(ExitCode::Unreachable, address_ + ": " + ToText(*reason));
+    }
+    LeaveToTheProcess(std::move(connecting_));
+    CheckIsNotInterrupted();
+    throw Failure(ExitCode::TimedOut, address_ + ": not connected within " + deadline_.Text());
+}
+
+Link::~Link() {
+    if (deadline_.IsOver() && !isOpenEnded_) {
+        LeaveToTheProcess(std::move(connecting_));
+    } else {
+        Device().Disconnect();
+    }
+}
+
+bool Link::IsLost() const {
+    const std::lock_guard lock(state_->mutex);
+    return state_->ended.has_value();
+}
+
+void Link::CheckIsThere() const {
+    if (IsLost()) {
+        throw Failure(ExitCode::ConnectionLost, address_ + ": the connection was lost");
+    }
+}
+
+void Link::CheckIsNotInterrupted() const {
+    if (isInterrupted_) {
+        throw Interruption();
+    }
+}
+
+void Link::Pause() const {
+    std::unique_lock lock(state_->mutex);
+    state_->changed.wait_for(lock, lookInterval, [this] { return state_->ended.has_value(); });
+}
+
+void LeaveToTheProcess(std::shared_ptr<void> left) {
+    // Never destroyed, and still in reach of who looks for leaks.
+    static std::mutex& mutex = *new std::mutex;
+    static std::vector<std::shared_ptr<void>>& all = *new std::vector<std::shared_ptr<void>>;
+    const std::lock_guard lock(mutex);
+    all.push_back(std::move(left));
+}
+
+}  // namespace Morquil::Command

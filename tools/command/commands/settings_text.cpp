@@ -1,0 +1,158 @@
+#include "command/commands/settings_text.h"
+
+#include <algorithm>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+#include "protocol/every_block_sink.h"
+#include "protocol/morquil_text_protocol_parser.h"
+#include "protocol/table/message.h"
+#include "protocol/text/ascii.h"
+
+namespace Morquil::Command {
+namespace {
+
+std::string_view Trimmed(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" \t");
+    return first == std::string_view::npos ? std::string_view()
+                                           : text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+/// Cuts a file into lines and blocks as the library does, whether it knows them or not.
+class LineCollector final : public TextProtocolParser {
+public:
+    std::vector<SettingsLine> lines;
+
+private:
+    bool BeginBlock(std::string_view header) override {
+        block_ = header;
+        return true;
+    }
+    void ParseLine(std::string_view line) override {
+        const std::size_t colon = line.find(':');
+        if (colon != std::string_view::npos) {
+            lines.push_back(
+                {block_, std::string(Trimmed(line.substr(0, colon))), std::string(Trimmed(line.substr(colon + 1)))});
+        }
+    }
+    void EndBlock() override {}
+    void ReportError(const char* /*text*/) override {}
+    void OnPingLine() override {}
+    void OnAcknowledgeLine(bool /*positive*/) override {}
+
+    std::string block_;
+};
+
+/// What the library makes of a line, in its own words: lines with the same value have the same text.
+class LineReader final : private EveryBlockSink<LineReader> {
+public:
+    LineReader() { parser_.SetSink(this); }
+
+    const std::string& Read(const SettingsLine& line) {
+        text_.clear();
+        const std::string block = line.block + ":\n" + line.key + ": " + line.value + "\n\n";
+        parser_.Feed(block.data(), block.size());
+        return text_;
+    }
+
+private:
+    friend EveryBlockSink;
+
+    template <class Description>
+    void OnBlock(const ChangeSetOf<Description>& set) {
+        if (!IsEmpty(set)) {
+            text_ = BlockText<Description>(set);
+        }
+    }
+    void OnPing() override {}
+    void OnAcknowledge(bool /*positive*/) override {}
+    void OnUnknownBlock() override {}
+    void OnProtocolError(const char* /*text*/) override {}
+
+    MorquilTextProtocolParser parser_;
+    std::string text_;
+};
+
+bool IsSameValue(const SettingsLine& left, const SettingsLine& right) {
+    LineReader reader;
+    const std::string read = reader.Read(left);
+    return left.value == right.value || (!read.empty() && read == reader.Read(right));
+}
+
+/// Whether a row's key is the one that a line names, with its number if it is one of several.
+bool IsNamed(const KeyName& name, std::string_view key) {
+    if (name.indexCount == 0) {
+        return EqualsIgnoringCase(name.text, key);
+    }
+    const std::size_t stem = std::min(name.text.size(), key.size());
+    return EqualsIgnoringCase(name.text, key.substr(0, stem)) && key.size() > stem &&
+           key.find_first_not_of("0123456789", stem) == std::string_view::npos;
+}
+
+/// Whether what a host sends under this key stands in a settings file afterwards.
+template <class KeyRow>
+bool IsSeen(const KeyRow& key) {
+    using Kind = std::remove_cvref_t<decltype(key.kind)>;
+    return key.facts.use == KeyUse::Setting && key.facts.isSaved && !std::is_same_v<Kind, Phase>;
+}
+
+template <class Description>
+Playback PlaybackOfKey(std::string_view line) {
+    Playback playback = Playback::Applied;
+    const auto tryRow = [&](const auto& row) {
+        row.ForEachKey([&](const auto& key) {
+            const bool isReported = row.Names().size() != 0;
+            if (IsNamed(key.Names()[0], line) && !(isReported && IsSeen(key))) {
+                playback = Playback::Unseen;
+            }
+        });
+    };
+    std::apply([&](const auto&... row) { (tryRow(row), ...); }, Description::block.rows);
+    return playback;
+}
+
+bool IsKeyOf(const SettingsLine& line, const SettingsLine& other) {
+    return EqualsIgnoringCase(line.block, other.block) && EqualsIgnoringCase(line.key, other.key);
+}
+
+}  // namespace
+
+std::vector<SettingsLine> ParseSettings(std::string_view text) {
+    LineCollector collector;
+    collector.Feed(text.data(), text.size());
+    collector.Feed("\n", 1);  // a last line need not have its line feed
+    return std::move(collector.lines);
+}
+
+Playback PlaybackOf(const SettingsLine& line) {
+    Playback playback = Playback::NeverPlayed;
+    ForEachBlock([&]<class Description>() {
+        constexpr BlockFacts facts = factsOf<Description>;
+        if (facts.isPlayedBack && facts.isSent && EqualsIgnoringCase(line.block, Description::block.header.name)) {
+            playback = PlaybackOfKey<Description>(line.key);
+        }
+    });
+    return playback;
+}
+
+const SettingsLine* FindLine(const std::vector<SettingsLine>& lines, const SettingsLine& line) {
+    const auto found =
+        std::find_if(lines.rbegin(), lines.rend(), [&line](const SettingsLine& other) { return IsKeyOf(line, other); });
+    return found != lines.rend() ? &*found : nullptr;
+}
+
+std::vector<SettingsLine> MissingLines(const std::vector<SettingsLine>& wanted,
+                                       const std::vector<SettingsLine>& saved) {
+    std::vector<SettingsLine> missing;
+    for (const SettingsLine& line : wanted) {
+        const bool counts = PlaybackOf(line) == Playback::Applied && FindLine(wanted, line) == &line;
+        const SettingsLine* const shown = counts ? FindLine(saved, line) : nullptr;
+        if (counts && (shown == nullptr || !IsSameValue(line, *shown))) {
+            missing.push_back(line);
+        }
+    }
+    return missing;
+}
+
+}  // namespace Morquil::Command

@@ -1,0 +1,159 @@
+// status, get, ranges, list.
+#include <algorithm>
+#include <array>
+
+#include "command/commands/commands.h"
+#include "command/output/rendering.h"
+#include "command/properties/description.h"
+#include "command/properties/property.h"
+
+namespace Morquil::Command {
+namespace {
+
+struct StatusLine {
+    const char* title;
+    std::array<const char*, 6> names;  // the properties whose values stand side by side
+};
+
+// clang-format off
+constexpr StatusLine statusLines[] = {
+    {"Device",    {"device.name", "network.name"}},
+    {"Versions",  {"device.software-version", "device.fpga-version"}},
+    {"Locks",     {"device.panel-lock", "device.remote-lock"}},
+    {"Input",     {"input.video-source", "input.video-mode", "input.pixel-format", "input.audio-source", "input.signal-present"}},
+    {"Output",    {"output.video-mode", "output.pixel-format", "output.aspect-ratio", "output.option"}},
+    {"Reference", {"reference.type", "reference.signal-locked"}}};
+// clang-format on
+
+// "signal-present" of "input.signal-present", as words.
+std::string LeafOf(const std::string& name) {
+    std::string leaf = name.substr(name.find('.') + 1);
+    std::replace(leaf.begin(), leaf.end(), '-', ' ');
+    return leaf;
+}
+
+// A yes or no means nothing without its name.
+std::string StatusText(const Property& property, const std::optional<Value>& value) {
+    if (!value) {
+        return {};
+    }
+    if (const bool* const truth = std::get_if<bool>(&*value)) {
+        return LeafOf(property.name) + ": " + (*truth ? "yes" : "no");
+    }
+    const std::string text = FormatValue(property.type, *value);
+    return property.type.kind == Kind::Bits ? LeafOf(property.name) + ": " + text : text;
+}
+
+std::string Joined(const StatusLine& line, const morquil::Device& device, Json& document) {
+    std::string joined;
+    for (const char* const name : line.names) {
+        if (name == nullptr) {
+            break;
+        }
+        const Property& property = FindProperty(name);
+        const std::optional<Value> value = ReadValue(property, device);
+        document[name] = ValueAsJson(property, value);
+        const std::string text = StatusText(property, value);
+        joined += (joined.empty() || text.empty() ? "" : ", ") + text;
+    }
+    return joined;
+}
+
+Selection Readable(Selection selection) {
+    std::erase_if(selection, [](const Property* property) { return !property->IsReadable(); });
+    return selection;
+}
+
+void RefuseCommands(const std::vector<std::string>& names) {
+    for (const std::string& name : names) {
+        if (IsExactName(name) && !FindProperty(name).IsReadable()) {
+            throw UsageFailure(name + " is a command: it has no value to read");
+        }
+    }
+}
+
+// What was asked for by its whole name has to be there.
+void RefuseUnknown(const std::vector<std::string>& names, const morquil::Device& device) {
+    for (const std::string& name : names) {
+        if (IsExactName(name) && !ReadValue(FindProperty(name), device)) {
+            throw Failure(ExitCode::NotApplied, name + ": the device has not reported the value");
+        }
+    }
+}
+
+Json OfferAsJson(const Property& property, const Offer& offer) {
+    if (const Limits* const limits = std::get_if<Limits>(&offer)) {
+        return {{"min", ToJson(property.type, limits->smallest)}, {"max", ToJson(property.type, limits->largest)}};
+    }
+    Json words = Json::array();
+    if (const auto* const offered = std::get_if<std::vector<std::int64_t>>(&offer)) {
+        for (const std::int64_t word : *offered) {
+            words.push_back(FormatValue(property.type, word));
+        }
+        return words;
+    }
+    return nullptr;
+}
+
+std::string AccessOf(const Property& property) {
+    return property.IsCommand() ? "command" : property.IsWritable() ? "read/write" : "read";
+}
+
+}  // namespace
+
+void ShowStatus(const Context& context) {
+    const Link link(context);
+    Json document = {{"address", link.Address()}};
+    std::vector<Row> rows = {{"Address", link.Address()}};
+    for (const StatusLine& line : statusLines) {
+        rows.push_back({line.title, Joined(line, link.Device(), document)});
+    }
+    context.options.isJson ? PrintJson(context.terminal, document) : PrintTable(context.terminal, rows);
+}
+
+void ShowValues(const Context& context) {
+    const Selection selection = Readable(SelectProperties(context.options.words));
+    RefuseCommands(context.options.words);
+    const Link link(context);
+    RefuseUnknown(context.options.words, link.Device());
+    Json document = Json::object();
+    std::vector<Row> rows;
+    for (const Property* const property : selection) {
+        const std::optional<Value> value = ReadValue(*property, link.Device());
+        document[property->name] = ValueAsJson(*property, value);
+        rows.push_back({property->name, ValueAsCell(*property, value)});
+    }
+    context.options.isJson ? PrintJson(context.terminal, document) : PrintTable(context.terminal, rows);
+}
+
+void ShowRanges(const Context& context) {
+    Selection selection = SelectProperties(context.options.words);
+    std::erase_if(selection, [](const Property* property) { return property->offer == nullptr; });
+    if (selection.empty()) {
+        throw UsageFailure("devices do not tell what they take for " + context.options.words.front() +
+                           "; its words are in: morquilctl list --json");
+    }
+    const Link link(context);
+    Json document = Json::object();
+    std::vector<Row> rows;
+    for (const Property* const property : selection) {
+        const Offer offer = ReadOffer(*property, link.Device());
+        document[property->name] = OfferAsJson(*property, offer);
+        const std::string text = OfferAsText(*property, offer);
+        rows.push_back({property->name, text.empty() ? Cell("-", Style::Faint) : Cell(text)});
+    }
+    context.options.isJson ? PrintJson(context.terminal, document) : PrintTable(context.terminal, rows);
+}
+
+void ShowList(const Context& context) {
+    Json document = Json::array();
+    std::vector<Row> rows;
+    for (const Property* const property : SelectProperties(context.options.words)) {
+        document.push_back(DescribeProperty(*property));
+        rows.push_back({property->name, std::string(NameOf(property->type.kind)), AccessOf(*property),
+                        Cell(std::string(property->summary), Style::Faint)});
+    }
+    context.options.isJson ? PrintJson(context.terminal, document) : PrintTable(context.terminal, rows);
+}
+
+}  // namespace Morquil::Command

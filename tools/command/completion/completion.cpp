@@ -1,0 +1,242 @@
+// completion, complete.
+#include "command/completion/completion.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "command/commands/commands.h"
+#include "command/completion/completion_scripts.h"
+#include "command/properties/lower_case.h"
+#include "command/properties/property.h"
+
+namespace Morquil::Command {
+namespace {
+
+using Candidates = std::vector<Candidate>;
+using Words = std::vector<std::string>;
+
+/// The finished words of a line, as far as they say what may follow.
+class TypedLine {
+public:
+    explicit TypedLine(const Words& words) {
+        for (const std::string& word : words) {
+            Add(word);
+        }
+    }
+
+    const Grammar& Program() const { return program_; }
+    /// The command that has been named, or the program itself.
+    const Grammar& Command() const { return *command_; }
+    const std::string& CommandName() const { return name_; }
+    /// What follows the command, without options.
+    const Words& Operands() const { return operands_; }
+    /// Whether the next word is the value of an option, of which nothing is known.
+    bool AwaitsOptionValue() const { return awaitsOptionValue_; }
+    bool MayHaveOptions() const { return !isAfterMark_; }
+
+private:
+    void Add(const std::string& word) {
+        if (awaitsOptionValue_) {
+            awaitsOptionValue_ = word == "=";  // which bash makes a word of its own
+        } else if (!isAfterMark_ && word == "--") {
+            isAfterMark_ = true;
+        } else if (!isAfterMark_ && IsOption(word)) {
+            awaitsOptionValue_ = TakesValue(word);
+        } else {
+            AddOperand(word);
+        }
+    }
+
+    void AddOperand(const std::string& word) {
+        const auto& commands = command_->commands;
+        const auto named = std::find_if(commands.begin(), commands.end(),
+                                        [&word](const Grammar& command) { return command.name == word; });
+        if (named == commands.end()) {
+            operands_.push_back(word);
+            return;
+        }
+        command_ = &*named;
+        name_ += (name_.empty() ? "" : " ") + word;
+    }
+
+    // Numbers may begin with a hyphen, too.
+    static bool IsOption(const std::string& word) {
+        return word.size() > 1 && word[0] == '-' && word.find_first_of("0123456789.", 1) != 1;
+    }
+
+    bool TakesValue(const std::string& word) const {
+        return std::any_of(program_.options.begin(), program_.options.end(), [&word](const OptionForm& option) {
+            return option.takesValue && (word == option.name || word == "-" + option.letter);
+        });
+    }
+
+    const Grammar program_ = CommandLineGrammar();
+    const Grammar* command_ = &program_;
+    std::string name_;
+    Words operands_;
+    bool awaitsOptionValue_ = false;
+    bool isAfterMark_ = false;
+};
+
+template <class Condition>
+Candidates NamesWith(Condition condition) {
+    Candidates names;
+    for (const Property& property : AllProperties()) {
+        if (condition(property)) {
+            names.push_back({property.name, std::string(property.summary)});
+        }
+    }
+    return names;
+}
+
+Candidates ReadableNames(const Words&) {
+    return NamesWith([](const Property& property) { return property.IsReadable(); });
+}
+Candidates NamesWithRanges(const Words&) {
+    return NamesWith([](const Property& property) { return property.offer != nullptr; });
+}
+Candidates AllNames(const Words&) {
+    return NamesWith([](const Property&) { return true; });
+}
+
+Candidates ValuesOf(const Property& property) {
+    if (property.type.kind == Kind::YesNo) {
+        return {{"true"}, {"false"}};
+    }
+    Candidates values;
+    for (const NamedValue& named : property.type.words) {
+        values.push_back({std::string(named.word)});
+    }
+    return values;
+}
+
+// Names and their values, in turn; what takes no value has its name alone.
+Candidates SettableNamesOrValues(const Words& operands) {
+    const Property* named = nullptr;  // what the last name means; null when it is unknown
+    bool isValueDue = false;
+    for (const std::string& word : operands) {
+        if (!isValueDue) {
+            named = IsExactName(word) ? &FindProperty(word) : nullptr;
+        }
+        isValueDue = !isValueDue && (named == nullptr || named->type.kind != Kind::Nothing);
+    }
+    if (!isValueDue) {
+        return NamesWith([](const Property& property) { return property.IsWritable(); });
+    }
+    return named != nullptr ? ValuesOf(*named) : Candidates();
+}
+
+Candidates File(const Words& operands) {
+    return operands.empty() ? Candidates{{std::string(filesCandidate)}} : Candidates();
+}
+
+Candidates Shells(const Words& operands) {
+    Candidates shells;
+    for (const CompletionScript& script : completionScripts) {
+        shells.push_back({std::string(script.shell)});
+    }
+    return operands.empty() ? shells : Candidates();
+}
+
+Candidates NumbersOfNamedPresets(const Words& operands) {
+    const std::string_view beginning = "preset.name.";
+    Candidates numbers;
+    for (const Property* const property : SelectProperties({"preset.name"})) {
+        numbers.push_back({property->name.substr(beginning.size())});
+    }
+    return operands.empty() ? numbers : Candidates();
+}
+
+struct Rule {
+    std::string_view command;
+    Candidates (*offer)(const Words& operands);
+};
+
+// What follows the other commands is known to the device alone, or nothing does.
+// clang-format off
+constexpr Rule rules[] = {
+    {"get",         &ReadableNames},
+    {"set",         &SettableNamesOrValues},
+    {"ranges",      &NamesWithRanges},
+    {"watch",       &ReadableNames},
+    {"list",        &AllNames},
+    {"save",        &File},
+    {"load",        &File},
+    {"preset name", &NumbersOfNamedPresets},
+    {"completion",  &Shells}};
+// clang-format on
+
+Candidates CommandsOf(const Grammar& parent) {
+    Candidates commands;
+    for (const Grammar& command : parent.commands) {
+        commands.push_back({command.name, command.summary});
+    }
+    return commands;
+}
+
+// Options of the command stand before those of the same name that the program has.
+Candidates OptionsFor(const TypedLine& line) {
+    Candidates options;
+    for (const Grammar* const grammar : {&line.Command(), &line.Program()}) {
+        for (const OptionForm& option : grammar->options) {
+            const auto isSame = [&option](const Candidate& other) { return other.word == option.name; };
+            if (std::none_of(options.begin(), options.end(), isSame)) {
+                options.push_back({option.name, option.summary});
+            }
+        }
+    }
+    return options;
+}
+
+Candidates OperandsFor(const TypedLine& line) {
+    if (!line.Command().commands.empty()) {
+        return line.Operands().empty() ? CommandsOf(line.Command()) : Candidates();
+    }
+    const auto rule = std::find_if(std::begin(rules), std::end(rules),
+                                   [&line](const Rule& one) { return one.command == line.CommandName(); });
+    return rule != std::end(rules) ? rule->offer(line.Operands()) : Candidates();
+}
+
+bool BeginsWith(std::string_view text, std::string_view beginning) {
+    return text.size() >= beginning.size() &&
+           std::equal(beginning.begin(), beginning.end(), text.begin(),
+                      [](char left, char right) { return Lower(left) == Lower(right); });
+}
+
+}  // namespace
+
+std::vector<Candidate> Complete(std::vector<std::string> words) {
+    const std::string unfinished = words.empty() ? std::string() : words.back();
+    words.resize(words.empty() ? 0 : words.size() - 1);
+    const TypedLine line(words);
+    if (line.AwaitsOptionValue()) {
+        return {};
+    }
+    const bool isOption = line.MayHaveOptions() && unfinished.starts_with('-');
+    Candidates candidates = isOption ? OptionsFor(line) : OperandsFor(line);
+    std::erase_if(candidates, [&unfinished](const Candidate& candidate) {
+        return candidate.word != filesCandidate && !BeginsWith(candidate.word, unfinished);
+    });
+    return candidates;
+}
+
+void WriteCandidates(const Context& context) {
+    std::string lines;
+    for (const Candidate& candidate : Complete(context.options.words)) {
+        lines += candidate.word + (candidate.about.empty() ? "" : "\t" + candidate.about) + "\n";
+    }
+    context.terminal.out(lines);
+}
+
+void WriteCompletion(const Context& context) {
+    const std::string& shell = context.options.words.front();
+    for (const CompletionScript& script : completionScripts) {
+        if (script.shell == shell) {
+            context.terminal.out(script.text);
+            return;
+        }
+    }
+    throw UsageFailure("completion: '" + shell + "' is not a shell that is known; they are bash, zsh and fish");
+}
+
+}  // namespace Morquil::Command

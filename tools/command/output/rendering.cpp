@@ -1,0 +1,67 @@
+#include "command/output/rendering.h"
+
+namespace Morquil::Command {
+namespace {
+
+// Nothing but ASCII, so that no text of a device can steer a terminal.
+std::string AsText(const Json& json, int indent) {
+    return json.dump(indent, ' ', true, Json::error_handler_t::replace) + '\n';
+}
+
+}  // namespace
+
+std::string ValueAsText(const Property& property, const std::optional<Value>& value) {
+    return value ? FormatValue(property.type, *value) : "-";
+}
+
+Cell ValueAsCell(const Property& property, const std::optional<Value>& value) {
+    return {ValueAsText(property, value), value ? Style::Plain : Style::Faint};
+}
+
+Json ValueAsJson(const Property& property, const std::optional<Value>& value) {
+    return value ? ToJson(property.type, *value) : Json(nullptr);
+}
+
+std::string OfferAsText(const Property& property, const Offer& offer) {
+    if (const Limits* const limits = std::get_if<Limits>(&offer)) {
+        return FormatValue(property.type, limits->smallest) + " to " + FormatValue(property.type, limits->largest);
+    }
+    std::string text;
+    if (const auto* const words = std::get_if<std::vector<std::int64_t>>(&offer)) {
+        for (const std::int64_t word : *words) {
+            text += (text.empty() ? "" : ", ") + FormatValue(property.type, word);
+        }
+    }
+    return text;
+}
+
+Row ChangeAsRow(const ValueChange& change) {
+    const Property& property = *change.property;
+    return {Cell(LocalTime(change.time), Style::Faint), property.name,
+            ValueAsText(property, change.before) + " -> " + ValueAsText(property, change.now),
+            SkippedAsCell(change.skipped, "value")};
+}
+
+Json ChangeAsJson(const ValueChange& change) {
+    const Property& property = *change.property;
+    return {{"time", LocalTime(change.time)},
+            {"name", property.name},
+            {"old", ValueAsJson(property, change.before)},
+            {"new", ValueAsJson(property, change.now)},
+            {"skipped", change.skipped}};
+}
+
+Cell SkippedAsCell(std::size_t count, const std::string& noun) {
+    const std::string nouns = count == 1 ? noun : noun + "s";
+    return {count == 0 ? std::string() : "(" + std::to_string(count) + " " + nouns + " skipped)", Style::Faint};
+}
+
+void PrintJson(const Terminal& terminal, const Json& document) {
+    terminal.out(AsText(document, 2));
+}
+
+void PrintJsonLine(const Terminal& terminal, const Json& object) {
+    terminal.out(AsText(object, -1));
+}
+
+}  // namespace Morquil::Command

@@ -1,0 +1,71 @@
+#include "command/output/terminal.h"
+
+#include <algorithm>
+
+#include "command/output/escape.h"
+
+namespace Morquil::Command {
+namespace {
+
+constexpr std::string_view gap = "  ";
+
+std::string_view ColourOf(Style style) {
+    // clang-format off
+    switch (style) {
+        case Style::Plain: return "";
+        case Style::Faint: return "\x1b[2m";
+        case Style::Good:  return "\x1b[32m";
+        case Style::Bad:   return "\x1b[31m";
+    }
+    // clang-format on
+    return "";
+}
+
+std::string Painted(const Terminal& terminal, const std::string& text, Style style) {
+    if (!terminal.isColoured || style == Style::Plain || text.empty()) {
+        return text;
+    }
+    return std::string(ColourOf(style)) + text + "\x1b[0m";
+}
+
+std::string LineOf(const Terminal& terminal, const Row& cells, const std::vector<std::size_t>& widths) {
+    std::string line;
+    std::size_t missing = 0;  // blanks that are only written when something follows
+    for (std::size_t column = 0; column < cells.size(); ++column) {
+        const std::string text = Escaped(cells[column].text);
+        if (!text.empty()) {
+            line += std::string(missing, ' ') + Painted(terminal, text, cells[column].style);
+            missing = 0;
+        }
+        const std::size_t width = column < widths.size() ? widths[column] : 0;
+        missing += gap.size() + std::max(width, WidthOf(text)) - WidthOf(text);
+    }
+    return line + '\n';
+}
+
+}  // namespace
+
+void PrintLine(const Terminal& terminal, const Row& cells) {
+    terminal.out(LineOf(terminal, cells, {}));
+}
+
+void PrintTable(const Terminal& terminal, const std::vector<Row>& rows) {
+    std::vector<std::size_t> widths;
+    for (const Row& row : rows) {
+        widths.resize(std::max(widths.size(), row.size()));
+        for (std::size_t column = 0; column + 1 < row.size(); ++column) {
+            widths[column] = std::max(widths[column], WidthOf(Escaped(row[column].text)));
+        }
+    }
+    std::string text;
+    for (const Row& row : rows) {
+        text += LineOf(terminal, row, widths);
+    }
+    terminal.out(text);
+}
+
+void Tell(const Terminal& terminal, std::string_view text) {
+    terminal.err("morquilctl: " + Escaped(text) + "\n");
+}
+
+}  // namespace Morquil::Command

@@ -1,0 +1,143 @@
+// morquilctl: reads, sets and watches a device from the command line.
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <future>
+#include <string_view>
+#include <thread>
+
+#include "command/commands/link.h"
+#include "command/output/own_output.h"
+#include "command/program/program.h"
+#include "command/program/system.h"
+#include "morquil.hpp"
+#include "platform/standard_streams.h"
+
+namespace {
+
+using namespace Morquil::Command;
+using namespace std::chrono_literals;
+
+// How much later than its time the program ends when something of the system does not come back, and how long it may
+// take to clean up after an interruption.
+constexpr auto patience = 150ms;
+constexpr auto interruptionPatience = 500ms;
+constexpr auto lookInterval = 50ms;
+
+std::atomic<bool> isInterrupted{false};
+
+[[noreturn]] void End(ExitCode code) {
+    if (code == ExitCode::Interrupted) {
+        EndInterrupted();
+    }
+    // Without what belongs to the library: an attempt to connect may still be in progress in another thread.
+    std::_Exit(static_cast<int>(code));
+}
+
+// Some systems collect what goes to standard error.
+void WriteError(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fflush(stderr);
+}
+
+/// Writes to standard error, but does not wait for one that nobody reads.
+void SayBriefly(const char* text) {
+    std::promise<void> said;
+    std::future<void> hasBeenSaid = said.get_future();
+    std::thread([text, said = std::move(said)]() mutable {
+        WriteError(text);
+        said.set_value();
+    }).detach();
+    hasBeenSaid.wait_for(patience);
+}
+
+/// Ends the program when a call of the system holds it up: a file that is a pipe, a name that is not found, an output
+/// that nobody reads.
+class Guard {
+public:
+    Guard(const OwnOutput& output, const Options& options)
+        : output_(output), isOpenEnded_(options.command == "watch"), end_(Clock::now() + options.timeout + patience) {}
+
+    [[noreturn]] void Run() {
+        while (!isInterrupted) {
+            const Clock::time_point next = Clock::now() + lookInterval;
+            std::this_thread::sleep_until(isOpenEnded_ ? next : std::min(next, end_));
+            Look();
+        }
+        std::this_thread::sleep_for(interruptionPatience);
+        End(ExitCode::Interrupted);
+    }
+
+private:
+    void Look() const {
+        if (isOpenEnded_ && !output_.HasReader()) {
+            isInterrupted = true;
+        }
+        if (!isOpenEnded_ && Clock::now() >= end_) {
+            SayBriefly("morquilctl: timed out\n");
+            End(ExitCode::TimedOut);
+        }
+    }
+
+    const OwnOutput& output_;
+    const bool isOpenEnded_;
+    const Clock::time_point end_;
+};
+
+void Begin(OwnOutput& output, const Options& options) {
+    if (options.isTraced) {
+        output.Trace();
+    }
+    NoteInterruption(isInterrupted);
+    std::thread([guard = Guard(output, options)]() mutable { guard.Run(); }).detach();
+}
+
+/// What the program writes, and whether it could.
+class Output {
+public:
+    explicit Output(OwnOutput& own) : own_(own) {}
+
+    void Write(std::string_view text) {
+        const Written written = own_.Write(text);
+        if (written != Written::All) {
+            isInterrupted = true;  // what has no end of its own ends here
+        }
+        hasFailed_ = hasFailed_ || written == Written::Failed;
+    }
+    bool HasFailed() const { return hasFailed_; }
+
+private:
+    OwnOutput& own_;
+    bool hasFailed_ = false;
+};
+
+}  // namespace
+
+int main(int count, char** words) {
+    if (!Morquil::OccupyStandardStreams()) {
+        return static_cast<int>(ExitCode::Usage);
+    }
+    // Where the library is registered it comes through COM, which threads must have asked for.
+    [[maybe_unused]] const morquil::Apartment apartment;
+    OwnOutput own;
+    IgnoreBrokenPipes();
+    Output output(own);
+    const std::string device = EnvironmentVariable("MORQUIL_DEVICE");
+    const Surroundings surroundings{
+        .terminal = {.out = [&output](std::string_view text) { output.Write(text); },
+                     .err = &WriteError,
+                     .isColoured = own.IsTerminal() && EnvironmentVariable("NO_COLOR").empty() &&
+                                   EnvironmentVariable("TERM") != "dumb"},
+        .defaultAddress = device.empty() ? "127.0.0.1" : device,
+        .begin = [&own](const Options& options) { Begin(own, options); },
+        .isInterrupted = isInterrupted};
+    ExitCode code = RunProgram(CommandLineWords(count, words), surroundings);
+    own.Finish();
+    if (output.HasFailed() && code == ExitCode::Done) {
+        Tell(surroundings.terminal, "the output cannot be written");
+        code = ExitCode::Usage;
+    }
+    End(code);
+}

@@ -1,0 +1,53 @@
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <cstdlib>
+#include <cwchar>
+
+#include "command/arguments/exit_code.h"
+#include "command/program/system.h"
+#include "morquil/text.hpp"
+
+namespace Morquil::Command {
+namespace {
+
+std::atomic<bool>* interrupted = nullptr;
+
+BOOL WINAPI HandleControl(DWORD /*event*/) {
+    return interrupted->exchange(true) ? FALSE : TRUE;
+}
+
+}  // namespace
+
+// The narrow words have lost what the code page does not know.
+std::vector<std::string> CommandLineWords(int /*count*/, char** /*words*/) {
+    int count = 0;
+    wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::string> texts;
+    for (int at = 1; words != nullptr && at < count; ++at) {
+        texts.push_back(morquil::detail::Utf8FromUtf16(words[at]));
+    }
+    LocalFree(words);
+    return texts;
+}
+
+void NoteInterruption(std::atomic<bool>& flag) {
+    interrupted = &flag;
+    SetConsoleCtrlHandler(&HandleControl, TRUE);
+}
+
+void EndInterrupted() {
+    std::_Exit(static_cast<int>(ExitCode::Interrupted));
+}
+
+// There is no signal of pipes here.
+void IgnoreBrokenPipes() {}
+
+std::string EnvironmentVariable(const char* name) {
+    const std::wstring wideName(name, name + std::char_traits<char>::length(name));
+    const wchar_t* const value = _wgetenv(wideName.c_str());
+    return value != nullptr ? morquil::detail::Utf8FromUtf16(value) : "";
+}
+
+}  // namespace Morquil::Command

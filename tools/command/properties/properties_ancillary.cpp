@@ -1,0 +1,67 @@
+// What travels beside the picture: timecode, captions, format description.
+#include "command/properties/present_mode.h"
+#include "command/properties/property_rows.h"
+#include "command/properties/property_table.h"
+
+namespace Morquil::Command {
+namespace {
+
+using morquil::PropertySet;
+
+Offer DropFrameModes(const morquil::Device& device) {
+    const auto timecode = device.Timecode();
+    const morquil::VideoMode output = OutputMode(device);
+    return WordsWith<morquil::TimecodeDropFrameMode>(
+        [&](morquil::TimecodeDropFrameMode mode) { return timecode.IsDropFrameModeAvailable(output, mode); });
+}
+
+void AddTimecode(std::vector<Property>& all) {
+    using F = morquil::features::Timecode;
+    FeatureRows rows(all, "timecode", PropertySet::Timecode);
+    // clang-format off
+    rows.Setting<&F::GetMode, &F::SetMode, &F::IsModeAvailable>("mode", "Where the timecode comes from");
+    rows.Setting<&F::GetInputLine, &F::SetInputLine, &RangeOfHeight<&F::GetLineRange, &InputMode>>("input-line", "Line at the input").AskedWith(CallName<&F::GetLineRange>());
+    rows.Setting<&F::GetOutputLine, &F::SetOutputLine, &RangeOfHeight<&F::GetLineRange, &OutputMode>>("output-line", "Line at the output").AskedWith(CallName<&F::GetLineRange>());
+    rows.Setting<&F::GetDropFrameMode, &F::SetDropFrameMode, &DropFrameModes>("drop-frame-mode", "Whether frames are dropped").AskedWith(CallName<&F::IsDropFrameModeAvailable>());
+    rows.Setting<&F::GetLossMode, &F::SetLossMode>("loss-mode", "What happens when the input loses it");
+    rows.Setting<&F::GetSource, &F::SetSource>("source", "Kind of timecode at the input");
+    rows.Setting<&F::GetGenerateValue, &F::SetGenerateValue>("generate-value", "Where the generator starts").As(Kind::Timecode);
+    rows.Setting<&F::GetJamSyncValue, &F::SetJamSyncValue>("jam-sync-value", "Where jam sync starts").As(Kind::Timecode);
+    rows.Setting<&F::GetStartSource, &F::SetStartSource>("start-source", "Whose value starts the generator");
+    rows.Command<&F::StartTimecode>("start", "Starts the generator");
+    // clang-format on
+}
+
+void AddClosedCaption(std::vector<Property>& all) {
+    using F = morquil::features::ClosedCaption;
+    FeatureRows rows(all, "closed-caption", PropertySet::ClosedCaption);
+    // clang-format off
+    rows.Setting<&F::GetEnabled, &F::SetEnabled>("enabled", "Whether captions are passed on");
+    rows.Setting<&F::GetInputLine, &F::SetInputLine, &F::GetInputLineRange>("input-line", "Line at the input");
+    rows.Setting<&F::GetOutputLine, &F::SetOutputLine, &F::GetOutputLineRange>("output-line", "Line at the output");
+    rows.Setting<&F::GetService2Source, &F::SetService2Source>("service2-source", "Source of the second service");
+    rows.Setting<&F::GetService1Language, &F::SetService1Language>("service1-language", "Language of the first service");
+    rows.Setting<&F::GetService2Language, &F::SetService2Language>("service2-language", "Language of the second service");
+    rows.Command<&F::ResetValues>("reset-values", "Resets the values whose bits are set").As(Kind::Bits);
+    // clang-format on
+}
+
+void AddVideoIndex(std::vector<Property>& all) {
+    using F = morquil::features::VideoIndex;
+    FeatureRows rows(all, "video-index", PropertySet::VideoIndex);
+    // clang-format off
+    rows.Setting<&F::GetIndexReaction, &F::SetIndexReaction>("reaction", "Whether the input's format description is followed");
+    rows.Setting<&F::GetAFDInsertType, &F::SetAFDInsertType, &F::IsAFDInsertTypeAvailable>("afd-insert-type", "Format description that is put in");
+    rows.Setting<&F::GetAFDOutputLine, &F::SetAFDOutputLine, &RangeOfHeight<&F::GetAFDOutputLineRange, &OutputMode>>("afd-output-line", "Line at the output").AskedWith(CallName<&F::GetAFDOutputLineRange>());
+    // clang-format on
+}
+
+}  // namespace
+
+void AddAncillaryRows(std::vector<Property>& all) {
+    AddTimecode(all);
+    AddClosedCaption(all);
+    AddVideoIndex(all);
+}
+
+}  // namespace Morquil::Command

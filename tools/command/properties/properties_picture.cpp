@@ -1,0 +1,114 @@
+// What is done to the picture.
+#include "command/properties/property_rows.h"
+#include "command/properties/property_table.h"
+
+namespace Morquil::Command {
+namespace {
+
+using morquil::PropertySet;
+
+void AddProcAmp(std::vector<Property>& all) {
+    using F = morquil::features::VideoProcAmp;
+    FeatureRows rows(all, "proc-amp", PropertySet::VideoProcAmp);
+    // clang-format off
+    rows.Setting<&F::GetGain, &F::SetGain, &F::GetGainRange>("gain", "Gain");
+    rows.Setting<&F::GetBlackLevel, &F::SetBlackLevel, &F::GetBlackLevelRange>("black-level", "Black level");
+    rows.Setting<&F::GetSaturation, &F::SetSaturation, &F::GetSaturationRange>("saturation", "Saturation");
+    rows.Setting<&F::GetHue, &F::SetHue, &F::GetHueRange>("hue", "Hue");
+    rows.Setting<&F::GetRy, &F::SetRy, &F::GetRyRange>("ry", "Red less luma");
+    rows.Setting<&F::GetBy, &F::SetBy, &F::GetByRange>("by", "Blue less luma");
+    rows.Setting<&F::GetSharpness, &F::SetSharpness, &F::GetSharpnessRange>("sharpness", "Sharpness");
+    rows.Command<&F::ResetAll>("reset-all", "Resets all levels");
+    rows.Command<&F::ResetValues>("reset-values", "Resets the levels whose bits are set").As(Kind::Bits);
+    // clang-format on
+}
+
+void AddColor(std::vector<Property>& all) {
+    using F = morquil::features::ColorCorrection;
+    FeatureRows rows(all, "color", PropertySet::ColorCorrection);
+    // clang-format off
+    rows.Setting<&F::GetRed, &F::SetRed, &F::GetRedRange>("red", "Level of red");
+    rows.Setting<&F::GetGreen, &F::SetGreen, &F::GetGreenRange>("green", "Level of green");
+    rows.Setting<&F::GetBlue, &F::SetBlue, &F::GetBlueRange>("blue", "Level of blue");
+    rows.Command<&F::ResetValues>("reset-values", "Resets the levels whose bits are set").As(Kind::Bits);
+    // clang-format on
+}
+
+void AddClip(std::vector<Property>& all) {
+    using F = morquil::features::VideoClip;
+    FeatureRows rows(all, "clip", PropertySet::VideoClip);
+    // clang-format off
+    rows.Setting<&F::GetLumaLow, &F::SetLumaLow, &F::GetLumaLowRange>("luma-low", "Lowest luma");
+    rows.Setting<&F::GetLumaHigh, &F::SetLumaHigh, &F::GetLumaHighRange>("luma-high", "Highest luma");
+    rows.Setting<&F::GetChromaLow, &F::SetChromaLow, &F::GetChromaLowRange>("chroma-low", "Lowest chroma");
+    rows.Setting<&F::GetChromaHigh, &F::SetChromaHigh, &F::GetChromaHighRange>("chroma-high", "Highest chroma");
+    rows.Command<&F::ResetValues>("reset-values", "Resets the limits whose bits are set").As(Kind::Bits);
+    // clang-format on
+}
+
+void AddNoiseReduction(std::vector<Property>& all) {
+    using F = morquil::features::NoiseReduction;
+    FeatureRows rows(all, "noise-reduction", PropertySet::NoiseReduction);
+    // clang-format off
+    rows.Setting<&F::GetEnabled, &F::SetEnabled>("enabled", "Whether noise is reduced");
+    rows.Setting<&F::GetBias, &F::SetBias, &F::GetBiasRange>("bias", "How strongly");
+    rows.Setting<&F::GetSplitScreen, &F::SetSplitScreen>("split-screen", "Whether half of the picture is left as it is");
+    rows.Setting<&F::GetRedOverlay, &F::SetRedOverlay>("red-overlay", "Whether what is taken for noise is shown in red");
+    rows.Reading<&F::IsNoiseReductionAvailable>("available", "Whether it can be had at present");
+    // clang-format on
+}
+
+void AddTestPattern(std::vector<Property>& all) {
+    using F = morquil::features::TestPattern;
+    FeatureRows rows(all, "test-pattern", PropertySet::TestPattern);
+    // clang-format off
+    rows.Setting<&F::GetOutput, &F::SetOutput, &F::IsTestPatternAvailable>("output", "Pattern that is put out");
+    rows.Setting<&F::GetNoSignal, &F::SetNoSignal, &F::IsTestPatternAvailable>("no-signal", "Pattern while the input has no signal");
+    rows.Setting<&F::GetTone, &F::SetTone, &F::IsTestToneAvailable>("tone", "Test tone");
+    rows.Setting<&F::GetMotion, &F::SetMotion>("motion", "Whether the pattern moves");
+    rows.Setting<&F::GetHorizMotion, &F::SetHorizMotion, &F::GetMotionRange>("horizontal-motion", "How fast it moves sideways");
+    rows.Setting<&F::GetVertMotion, &F::SetVertMotion, &F::GetMotionRange>("vertical-motion", "How fast it moves up or down");
+    rows.Reading<&F::IsMotionAvailable>("motion-available", "Whether it can move at present");
+    // clang-format on
+}
+
+void AddAdvanced(std::vector<Property>& all) {
+    using F = morquil::features::VideoAdvanced;
+    FeatureRows rows(all, "advanced", PropertySet::VideoAdvanced);
+    // clang-format off
+    rows.Setting<&F::GetCleanCadence, &F::SetCleanCadence>("clean-cadence", "Whether the cadence of film is cleaned");
+    rows.Setting<&F::GetScenecutDetect, &F::SetScenecutDetect>("scenecut-detect", "Whether cuts are found");
+    rows.Setting<&F::GetAntiAlias, &F::SetAntiAlias>("anti-alias", "Whether edges are smoothed");
+    rows.Setting<&F::GetRP177, &F::SetRP177>("rp177", "Whether colours follow RP 177");
+    rows.Setting<&F::GetSourceType, &F::SetSourceType, &F::IsSourceTypeAvailable>("source-type", "Whether the picture is video or film");
+    rows.Setting<&F::GetFrcAperture, &F::SetFrcAperture, &F::GetFrcApertureRange>("frc-aperture", "Aperture of frame rate conversion");
+    rows.Setting<&F::GetProcMode, &F::SetProcMode, &F::IsProcModeAvailable>("proc-mode", "Quality or latency");
+    rows.Reading<&F::IsFrcApertureAvailable>("frc-aperture-available", "Whether the aperture matters at present");
+    // clang-format on
+}
+
+void AddMode3d(std::vector<Property>& all) {
+    using F = morquil::features::Mode3d;
+    FeatureRows rows(all, "3d", PropertySet::Mode3d);
+    // clang-format off
+    rows.Setting<&F::GetMode, &F::SetMode>("mode", "Use of 3D");
+    rows.Setting<&F::GetIntensity, &F::SetIntensity, &F::GetIntensityRange>("intensity", "Intensity of 2D to 3D");
+    rows.Setting<&F::GetDepth, &F::SetDepth, &F::GetDepthRange>("depth", "Depth of 2D to 3D");
+    rows.Setting<&F::GetInput3dType, &F::SetInput3dType>("input-type", "Arrangement of the two pictures at the input");
+    rows.Setting<&F::GetOutput3dType, &F::SetOutput3dType>("output-type", "Arrangement of the two pictures at the output");
+    // clang-format on
+}
+
+}  // namespace
+
+void AddPictureRows(std::vector<Property>& all) {
+    AddProcAmp(all);
+    AddColor(all);
+    AddClip(all);
+    AddNoiseReduction(all);
+    AddTestPattern(all);
+    AddAdvanced(all);
+    AddMode3d(all);
+}
+
+}  // namespace Morquil::Command

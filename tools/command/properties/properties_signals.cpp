@@ -1,0 +1,98 @@
+// What the device takes in and puts out.
+#include "command/properties/present_mode.h"
+#include "command/properties/property_rows.h"
+#include "command/properties/property_table.h"
+
+namespace Morquil::Command {
+namespace {
+
+using morquil::AspectRatio;
+using morquil::PropertySet;
+using morquil::VideoMode;
+
+bool IsConverted(const morquil::Device& device, VideoMode input, VideoMode output) {
+    for (const auto& ratio : morquil::Words<AspectRatio>::all) {
+        if (device.IsConversionSupported(input, output, ratio.value)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+Offer OutputModes(const morquil::Device& device) {
+    const VideoMode input = InputMode(device);
+    return WordsWith<VideoMode>([&](VideoMode output) { return IsConverted(device, input, output); });
+}
+
+// The feature's own answer is always yes.
+Offer OutputRatios(const morquil::Device& device) {
+    const VideoMode input = InputMode(device);
+    const VideoMode output = OutputMode(device);
+    return WordsWith<AspectRatio>(
+        [&](AspectRatio ratio) { return device.IsConversionSupported(input, output, ratio); });
+}
+
+void AddInput(std::vector<Property>& all) {
+    using F = morquil::features::InputConfiguration;
+    FeatureRows rows(all, "input", PropertySet::InputConfiguration);
+    // clang-format off
+    rows.Setting<&F::GetVideoSource, &F::SetVideoSource, &F::IsVideoSourceAvailable>("video-source", "Connector of the picture");
+    rows.Setting<&F::GetVideoMode, &F::SetVideoMode>("video-mode", "Format of the picture");
+    rows.Setting<&F::GetAudioSource, &F::SetAudioSource, &F::IsAudioSourceAvailable>("audio-source", "Connector of the sound");
+    rows.Setting<&F::GetAutoDetectionEnabled, &F::SetAutoDetectionEnabled>("auto-detection", "Whether the format is found by itself");
+    rows.Setting<&F::GetAutoDetectionPreferPsf, &F::SetAutoDetectionPreferPsf>("prefer-psf", "Whether interlaced signals count as segmented frames");
+    rows.Setting<&F::GetHdmi3DFull, &F::SetHdmi3DFull>("hdmi-3d-full", "Whether HDMI carries full 3D frames");
+    rows.Setting<&F::GetWideSDAspectEnabled, &F::SetWideSDAspectEnabled>("wide-sd-aspect", "Whether standard definition is 16:9");
+    rows.Reading<&F::GetSignalPresent>("signal-present", "Whether there is a signal");
+    rows.Reading<&F::GetPixelFormat>("pixel-format", "Sampling of the picture");
+    rows.Reading<&F::GetTimecodePresent>("timecode-present", "Whether the signal has a timecode");
+    rows.Reading<&F::GetClosedCaptionPresent>("closed-caption-present", "Whether the signal has captions");
+    rows.Reading<&F::GetOpticalModulePresent>("optical-module-present", "Whether there is an optical module");
+    rows.Reading<&F::GetPCIeMode>("pcie-mode", "Use of the PCIe connection");
+    // clang-format on
+}
+
+void AddOutput(std::vector<Property>& all) {
+    using F = morquil::features::OutputConfiguration;
+    FeatureRows rows(all, "output", PropertySet::OutputConfiguration);
+    // clang-format off
+    rows.Setting<&F::GetVideoMode, &F::SetVideoMode, &OutputModes>("video-mode", "Format of the picture").AskedWith(CallName<&morquil::DeviceCalls::IsConversionSupported>());
+    rows.Setting<&F::GetAspectRatio, &F::SetAspectRatio, &OutputRatios>("aspect-ratio", "How the picture fills the frame").AskedWith(CallName<&morquil::DeviceCalls::IsConversionSupported>());
+    rows.Setting<&F::GetPixelFormat, &F::SetPixelFormat, &F::IsPixelFormatAvailable>("pixel-format", "Sampling of the picture");
+    rows.Setting<&F::GetDualLinkEnabled, &F::SetDualLinkEnabled, &F::IsDemuxModeAvailable>("demux-mode", "How many SDI links carry the picture");
+    rows.Setting<&F::GetSDIMode, &F::SetSDIMode, &F::IsSDIModeAvailable>("sdi-mode", "Mapping of 3G SDI");
+    rows.Setting<&F::GetQuadSDIOutput, &F::SetQuadSDIOutput, &F::IsQuadSDIOutputAvailable>("quad-sdi-output", "Use of four SDI outputs");
+    rows.Setting<&F::GetQuadAncillaryReplication, &F::SetQuadAncillaryReplication>("quad-ancillary-replication", "Whether all four links carry ancillary data");
+    rows.Setting<&F::GetAnalogOutputMode, &F::SetAnalogOutputMode, &F::IsAnalogOutputModeAvailable>("analog-output-mode", "Signal of the analog output");
+    rows.Setting<&F::GetHDMIOutput, &F::SetHDMIOutput, &F::IsHDMIOutputAvailable>("hdmi-output", "Sampling at HDMI");
+    rows.Setting<&F::GetOutputOption, &F::SetOutputOption, &F::IsOutputOptionAvailable>("option", "Whether the input, black or a still is put out");
+    rows.Setting<&F::GetTransitionSetting, &F::SetTransitionSetting, &F::GetTransitionSettingRange>("transition-setting", "Speed of transitions");
+    rows.Command<&F::SetStillFrameAction>("still-frame-action", "Captures, previews or deletes the still frame");
+    rows.Reading<&F::GetStillFramePresent>("still-frame-present", "Whether there is a still frame");
+    rows.Reading<&F::GetStillFrameLoadComplete>("still-frame-load-complete", "Whether the still frame has been loaded");
+    rows.Reading<&F::GetStillFrameStoreComplete>("still-frame-store-complete", "Whether the still frame has been stored");
+    rows.Reading<&F::GetStillFramePreviewComplete>("still-frame-preview-complete", "Whether the preview has ended");
+    // clang-format on
+}
+
+void AddReference(std::vector<Property>& all) {
+    using F = morquil::features::Reference;
+    FeatureRows rows(all, "reference", PropertySet::Reference);
+    // clang-format off
+    rows.Setting<&F::GetType, &F::SetType>("type", "What the output is locked to");
+    rows.Setting<&F::GetGenRef, &F::SetGenRef, &F::IsGenRefAvailable>("gen-ref", "Signal at the reference input");
+    rows.Setting<&F::GetLineOffset, &F::SetLineOffset, &RangeOfOutputMode<&F::GetLineOffsetRange>>("line-offset", "Vertical offset to the reference").AskedWith(CallName<&F::GetLineOffsetRange>());
+    rows.Setting<&F::GetPixelOffset, &F::SetPixelOffset, &RangeOfOutputMode<&F::GetPixelOffsetRange>>("pixel-offset", "Horizontal offset to the reference").AskedWith(CallName<&F::GetPixelOffsetRange>());
+    rows.Reading<&F::GetSignalLocked>("signal-locked", "Whether the reference is locked");
+    // clang-format on
+}
+
+}  // namespace
+
+void AddSignalRows(std::vector<Property>& all) {
+    AddInput(all);
+    AddOutput(all);
+    AddReference(all);
+}
+
+}  // namespace Morquil::Command

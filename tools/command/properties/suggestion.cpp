@@ -1,0 +1,39 @@
+#include "command/properties/suggestion.h"
+
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
+#include "command/properties/lower_case.h"
+
+namespace Morquil::Command {
+std::size_t EditDistance(std::string_view left, std::string_view right) {
+    // One row of the table at a time: row[n] is the distance of what has been read of `left` to n letters of `right`.
+    std::vector<std::size_t> row(right.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (const char letter : left) {
+        std::size_t diagonal = row[0]++;
+        for (std::size_t at = 0; at < right.size(); ++at) {
+            const std::size_t replaced = diagonal + (Lower(letter) == Lower(right[at]) ? 0 : 1);
+            diagonal = row[at + 1];
+            row[at + 1] = std::min({replaced, diagonal + 1, row[at] + 1});
+        }
+    }
+    return row.back();
+}
+
+std::string_view Nearest(std::string_view text, std::span<const std::string_view> candidates) {
+    std::string_view nearest;
+    std::size_t fewest = 0;
+    for (const std::string_view candidate : candidates) {
+        const std::size_t edits = EditDistance(text, candidate);
+        const bool resembles = 2 * edits <= std::max(text.size(), candidate.size());
+        if (resembles && (nearest.empty() || edits < fewest)) {
+            nearest = candidate;
+            fewest = edits;
+        }
+    }
+    return nearest;
+}
+
+}  // namespace Morquil::Command

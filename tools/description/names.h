@@ -1,0 +1,22 @@
+// The names of types and constants, as compilers write them.
+#pragma once
+
+#include <string_view>
+
+#include "command/properties/spelling.h"
+
+namespace Morquil::Description {
+
+template <class Named>
+constexpr std::string_view TypeName() {
+    return Command::LastName(__PRETTY_FUNCTION__);
+}
+
+/// The name of a constant of an enumeration; empty for a value that has none.
+template <auto constant>
+constexpr std::string_view ConstantName() {
+    const std::string_view name = Command::LastName(__PRETTY_FUNCTION__);
+    return name.front() == '(' ? std::string_view() : name;
+}
+
+}  // namespace Morquil::Description

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "protocol/table/block.h"
+#include "protocol/text/message_to_string.h"
+
+namespace Morquil::Simulator {
+
+/// A whole block as a device sends it.
+template <class Description>
+std::string DeviceText(const ChangeSetOf<Description>& set) {
+    MessageToString text;
+    WriteBlock<Description, Side::Device>(text, set);
+    return std::string(text.GetText());
+}
+
+/// Whether the device would send the header of the block and nothing else.
+template <class Description>
+bool HoldsNothing(const ChangeSetOf<Description>& set) {
+    return DeviceText<Description>(set) == std::string(Description::block.header.name) + ":\n\n";
+}
+
+}  // namespace Morquil::Simulator

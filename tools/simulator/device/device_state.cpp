@@ -1,0 +1,124 @@
+#include "simulator/device/device_state.h"
+
+#include <utility>
+
+#include "simulator/blocks/commands.h"
+#include "simulator/device/announcement.h"
+#include "simulator/device/factory_device.h"
+#include "simulator/device/settings_check.h"
+#include "simulator/offers/mode_offers.h"
+
+namespace Morquil::Simulator {
+
+namespace {
+
+/// What follows from the modes of `device` before any of its settings is judged: an output mode to which the input mode
+/// can be converted, the offers for the two, and what is observed.
+void FollowModes(DeviceBlocks& device) {
+    auto& output = device.Of<VideoOutputChangeSet>().videoMode;
+    if (!IsConvertible(device, OutputMode(device))) {
+        output.Set(static_cast<std::int32_t>(NearestConvertible(device, OutputMode(device))));
+    }
+    OfferForModes(device);
+    ObservePictureSizes(device);
+}
+
+void MergeSettings(DeviceBlocks& target, const DeviceBlocks& source) {
+    ForEachBlock<BlockRole::Settings>(
+        [&]<class Description>() { Merge(target.Of<Description>(), source.Of<Description>()); });
+}
+
+DeviceBlocks WithoutCommands(DeviceBlocks settings) {
+    ForEachBlock<BlockRole::Settings>([&]<class Description>() { ForgetCommands(settings.Of<Description>()); });
+    return settings;
+}
+
+DeviceBlocks AllResets(const DeviceBlocks& commands, const DeviceBlocks& factory) {
+    DeviceBlocks settings;
+    ForEachBlock<BlockRole::Settings>([&]<class Description>() {
+        settings.Of<Description>() = ResetSettings(commands.Of<Description>(), factory.Of<Description>());
+    });
+    return settings;
+}
+
+}  // namespace
+
+DeviceState::DeviceState(const DeviceIdentity& identity)
+    : factory_(FactoryDevice(identity)), stills_(identity.stillFrameTime) {
+    FollowModes(factory_);
+    SettleAll(factory_);
+    present_ = factory_;
+}
+
+ChangeOutcome DeviceState::Change(const DeviceBlocks& changes) {
+    const DeviceBlocks settings = WithoutCommands(changes);
+    DeviceBlocks consequences = AllResets(changes, factory_);
+    const auto& stillAction = changes.Of<VideoOutputChangeSet>().stillFrameAction;
+    StillStore stills = stills_;
+    if (stillAction.IsPresent()) {
+        Merge(consequences.Of<VideoOutputChangeSet>(), stills.Begin(stillAction.Get()));
+    }
+    const PresetChangeSet& preset = changes.Of<PresetChangeSet>();
+
+    DeviceBlocks next = present_;
+    if (preset.recall.IsPresent()) {
+        presets_.Recall(preset.recall.Get(), factory_, next);
+    }
+    MergeSettings(next, consequences);
+    MergeSettings(next, settings);
+
+    const DeviceBlocks before = present_;
+    DeviceBlocks told = before;
+    MergeSettings(told, settings);
+    ChangeOutcome outcome = Adopt(next, changes, told, consequences);
+    if (outcome.complaint.empty()) {
+        stills_ = stills;
+        if (preset.save.IsPresent()) {
+            presets_.Save(preset.save.Get(), before);
+        }
+    }
+    return outcome;
+}
+
+ChangeOutcome DeviceState::Load(const DeviceBlocks& settings) {
+    DeviceBlocks taken = WithoutCommands(settings);
+    // The settings of another device do not make this device that one, nor lock its hosts out.
+    ForgetObservations(taken.Of<MorquilDeviceChangeSet>());
+    DeviceBlocks next = present_;
+    MergeSettings(next, taken);
+    return Adopt(next, taken, present_, {});
+}
+
+ChangeOutcome DeviceState::Adopt(DeviceBlocks next, const DeviceBlocks& judged, const DeviceBlocks& told,
+                                 const DeviceBlocks& mentioned) {
+    FollowModes(next);
+    std::string complaint = FirstComplaint(judged, next);
+    if (!complaint.empty()) {
+        return {std::move(complaint), {}};
+    }
+    SettleAll(next);
+    std::string report = Announcement(told, next, mentioned);
+    present_ = next;
+    return {{}, std::move(report)};
+}
+
+std::string DeviceState::Advance(std::chrono::milliseconds now) {
+    DeviceBlocks flags;
+    flags.Of<VideoOutputChangeSet>() = stills_.Advance(now);
+    MergeSettings(present_, flags);
+    return Announcement(present_, present_, flags);
+}
+
+std::string DeviceState::Greeting() const {
+    std::string text = DeviceText<ProtocolPreambleChangeSet>(Of<ProtocolPreambleChangeSet>());
+    ForEachBlock<BlockRole::Settings>([&]<class Description>() { text += DeviceText<Description>(Of<Description>()); });
+    return text;
+}
+
+std::string DeviceState::CompleteDump() const {
+    std::string text;
+    ForEachBlock([&]<class Description>() { text += DeviceText<Description>(Of<Description>()); });
+    return text;
+}
+
+}  // namespace Morquil::Simulator

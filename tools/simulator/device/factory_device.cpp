@@ -1,0 +1,63 @@
+#include "simulator/device/factory_device.h"
+
+#include "protocol/every_block_sink.h"
+#include "protocol/morquil_text_protocol_parser.h"
+#include "simulator/blocks/plain_values.h"
+#include "simulator/device/factory_settings.h"
+#include "simulator/offers/offers.h"
+
+namespace Morquil::Simulator {
+
+namespace {
+
+/// Fills blocks from protocol text.
+class BlockFiller final : public EveryBlockSink<BlockFiller> {
+public:
+    explicit BlockFiller(DeviceBlocks& device) : device_(device) { parser_.SetSink(this); }
+
+    void Fill(std::string_view text) { parser_.Feed(text.data(), text.size()); }
+
+    template <class Description>
+    void OnBlock(const ChangeSetOf<Description>& set) {
+        Merge(device_.Of<Description>(), set);
+    }
+
+    // The text is this program's own, and a test sees to it that all of it can be read.
+    void OnPing() override {}
+    void OnAcknowledge(bool /*positive*/) override {}
+    void OnUnknownBlock() override {}
+    void OnProtocolError(const char* /*text*/) override {}
+
+private:
+    DeviceBlocks& device_;
+    MorquilTextProtocolParser parser_;
+};
+
+void Identify(DeviceBlocks& blocks, const DeviceIdentity& identity) {
+    MorquilDeviceChangeSet& device = blocks.Of<MorquilDeviceChangeSet>();
+    device.modelName.Set(identity.modelName);
+    device.softwareVersion.Set(identity.softwareVersion);
+    device.fpgaVersion.Set(identity.fpgaVersion);
+    device.remoteLock.Set(identity.remoteLock);
+    blocks.Of<ProtocolPreambleChangeSet>().version.Set(identity.protocolVersion);
+}
+
+}  // namespace
+
+DeviceBlocks FactoryDevice(const DeviceIdentity& identity) {
+    DeviceBlocks device;
+    BlockFiller filler(device);
+    filler.Fill(FactorySettings());
+    filler.Fill(FactoryOffers());
+    Merge(device.Of<AudioChangeSet>(), FactoryAudio());
+    Merge(device.Of<SupportedConversionsChangeSet>(), OfferedConversions());
+    Merge(device.Of<GenlockAvailabilityChangeSet>(), OfferedReferenceOffsets());
+    Merge(device.Of<AncillaryDataAvailabilityChangeSet>(), OfferedDropFrameModes());
+    Merge(device.Of<Mode3DAvailabilityChangeSet>(), Offered3DModes());
+    Merge(device.Of<VideoAdvancedAvailabilityChangeSet>(), OfferedProcessingModes());
+    Identify(device, identity);
+    ForEachBlock([&]<class Description>() { FillPlainly<Description>(device.Of<Description>()); });
+    return device;
+}
+
+}  // namespace Morquil::Simulator

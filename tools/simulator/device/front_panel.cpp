@@ -1,0 +1,181 @@
+#include "simulator/device/front_panel.h"
+
+#include <utility>
+
+#include "protocol/every_block_sink.h"
+#include "simulator/blocks/host_text_parser.h"
+#include "simulator/text/escaped_text.h"
+#include "simulator/text/text_lines.h"
+
+namespace Morquil::Simulator {
+
+namespace {
+
+/// A command taken apart; all three refer into it.
+struct Setting {
+    std::string_view header;
+    std::string_view key;
+    std::string_view value;
+};
+
+/// The length of `name` when `text` starts with it and a blank follows, else 0.
+std::size_t LeadingName(std::string_view text, std::string_view name) {
+    const bool leads = StartsIgnoringCase(text, name) && text.size() > name.size() && text[name.size()] == ' ';
+    return leads ? name.size() : 0;
+}
+
+/// The same for a name that one or two digits follow, as in "AudioOut12".
+std::size_t LeadingIndexedName(std::string_view text, std::string_view stem) {
+    if (!StartsIgnoringCase(text, stem)) {
+        return 0;
+    }
+    const std::size_t end = text.find_first_not_of("0123456789", stem.size());
+    const bool indexed = end != std::string_view::npos && end > stem.size() && text[end] == ' ';
+    return indexed ? end : 0;
+}
+
+/// The longest block name that `text` starts with; empty when there is none.
+std::string_view LeadingHeader(std::string_view text) {
+    std::size_t length = 0;
+    ForEachBlock<BlockRole::Settings>(
+        [&]<class Description>() { length = std::max(length, LeadingName(text, Description::block.header.name)); });
+    return text.substr(0, length);
+}
+
+template <class Description>
+std::size_t LeadingKeyOf(std::string_view text) {
+    std::size_t length = 0;
+    const auto tryKey = [&](const KeyName& key) {
+        length =
+            std::max(length, key.indexCount == 0 ? LeadingName(text, key.text) : LeadingIndexedName(text, key.text));
+    };
+    const auto tryRow = [&](const auto& row) {
+        for (const KeyName& key : row.Names()) {
+            tryKey(key);
+        }
+    };
+    std::apply([&](const auto&... row) { (tryRow(row), ...); }, Description::block.rows);
+    return length;
+}
+
+/// The longest key of the block that `text` starts with; empty when there is none.
+std::string_view LeadingKey(std::string_view header, std::string_view text) {
+    std::size_t length = 0;
+    ForEachBlock<BlockRole::Settings>([&]<class Description>() {
+        if (EqualsIgnoringCase(header, Description::block.header.name)) {
+            length = LeadingKeyOf<Description>(text);
+        }
+    });
+    return text.substr(0, length);
+}
+
+/// Reads a setting as the device reads a host's block, and hands it to `Derived::TakeSettings`, which answers why it
+/// cannot be, or nothing.
+template <class Derived>
+class SettingSink : public EveryBlockSink<SettingSink<Derived>> {
+public:
+    /// Returns: why the setting cannot be read; empty when it can.
+    std::string Read(const Setting& setting) {
+        const std::string line = std::string(setting.key) + ": " + std::string(setting.value);
+        parser_.Feed(std::string(setting.header) + ":\n" + line + "\n\n");
+        if (complaint_.empty() && !taken_) {
+            complaint_ = Escaped(setting.value) + " is no value of " + Escaped(setting.key);
+        }
+        return std::move(complaint_);
+    }
+
+    template <class Description>
+    void OnBlock(const ChangeSetOf<Description>& set) {
+        if constexpr (factsOf<Description>.role == BlockRole::Settings) {
+            taken_ = taken_ || !HoldsNothing<Description>(set);
+            if (complaint_.empty()) {
+                complaint_ = static_cast<Derived*>(this)->template TakeSettings<Description>(set);
+            }
+        }
+    }
+    void OnPing() override {}
+    void OnAcknowledge(bool /*positive*/) override {}
+    void OnUnknownBlock() override {}
+    void OnProtocolError(const char* text) override {
+        const std::string_view complaint = text;
+        complaint_ = complaint.substr(0, complaint.find('\n'));
+    }
+
+private:
+    HostTextParser parser_{*this};
+    std::string complaint_;
+    bool taken_ = false;
+};
+
+class ApplyingSink final : public SettingSink<ApplyingSink> {
+public:
+    explicit ApplyingSink(DeviceState& state) : state_(state) {}
+
+    std::string report;
+
+    template <class Description>
+    std::string TakeSettings(const ChangeSetOf<Description>& set) {
+        ChangeOutcome outcome = state_.Change<Description>(set, Hand::Device);
+        report = std::move(outcome.report);
+        return std::move(outcome.complaint);
+    }
+
+private:
+    DeviceState& state_;
+};
+
+class CheckingSink final : public SettingSink<CheckingSink> {
+public:
+    template <class Description>
+    std::string TakeSettings(const ChangeSetOf<Description>& /*set*/) {
+        return {};
+    }
+};
+
+/// What a command says, or why it cannot be read.
+struct SettingReading {
+    Setting setting;
+    std::string refusal;
+};
+
+SettingReading Refused(std::string why) {
+    return {{}, std::move(why)};
+}
+
+SettingReading ReadSetting(std::string_view text) {
+    if (LeadingName(text, "set") == 0) {
+        return Refused("unknown command " + Escaped(text) + "; try: set VIDEO PROC AMP Gain 12");
+    }
+    Setting setting;
+    std::string_view rest = Trimmed(text.substr(3));
+    setting.header = LeadingHeader(rest);
+    if (setting.header.empty()) {
+        return Refused("no block of settings is named at the start of " + Escaped(rest));
+    }
+    rest = Trimmed(rest.substr(setting.header.size()));
+    setting.key = LeadingKey(setting.header, rest);
+    if (setting.key.empty()) {
+        return Refused("no key of " + std::string(setting.header) + ", with a value behind it, in " + Escaped(rest));
+    }
+    setting.value = Trimmed(rest.substr(setting.key.size()));
+    return {setting, {}};
+}
+
+}  // namespace
+
+PanelOutcome UseFrontPanel(DeviceState& state, std::string_view command) {
+    SettingReading reading = ReadSetting(Trimmed(command));
+    if (!reading.refusal.empty()) {
+        return {std::move(reading.refusal), {}};
+    }
+    ApplyingSink sink(state);
+    std::string refusal = sink.Read(reading.setting);
+    return {std::move(refusal), std::move(sink.report)};
+}
+
+std::string PanelCommandProblem(std::string_view command) {
+    SettingReading reading = ReadSetting(Trimmed(command));
+    return reading.refusal.empty() ? CheckingSink().Read(reading.setting) : std::move(reading.refusal);
+}
+
+}  // namespace Morquil::Simulator

@@ -1,0 +1,74 @@
+#include "simulator/device/settings_load.h"
+
+#include <utility>
+
+#include "protocol/every_block_sink.h"
+#include "simulator/blocks/host_text_parser.h"
+#include "simulator/text/text_lines.h"
+
+namespace Morquil::Simulator {
+
+namespace {
+
+/// Collects blocks of settings, and the first thing that is wrong with them.
+class SettingsReader final : public EveryBlockSink<SettingsReader> {
+public:
+    void Read(std::string_view text) {
+        ForEachLine(text, [&](std::string_view line) {
+            Locate(line.substr(0, line.find_last_not_of('\r') + 1));
+            parser_.Feed(line);
+            parser_.Feed("\n");
+        });
+        parser_.Feed("\n");  // a last block need not have its empty line
+    }
+
+    template <class Description>
+    void OnBlock(const ChangeSetOf<Description>& set) {
+        if constexpr (factsOf<Description>.role == BlockRole::Settings) {
+            Merge(settings.Of<Description>(), set);
+        }
+    }
+    void OnPing() override {}
+    void OnAcknowledge(bool /*positive*/) override {}
+    void OnUnknownBlock() override {}
+    void OnProtocolError(const char* text) override {
+        if (complaint.empty()) {
+            const std::string_view reason = text;
+            complaint = place_ + ": " + std::string(reason.substr(0, reason.find('\n')));
+        }
+    }
+
+    DeviceBlocks settings;
+    std::string complaint;
+
+private:
+    /// Keeps where the reader is, in words.
+    void Locate(std::string_view line) {
+        if (line.empty()) {
+            block_.clear();
+            place_.clear();
+        } else if (block_.empty()) {
+            block_ = line.ends_with(':') ? line.substr(0, line.size() - 1) : line;
+            place_ = block_;
+        } else {
+            place_ = block_ + ", " + std::string(Trimmed(line));
+        }
+    }
+
+    HostTextParser parser_{*this};
+    std::string block_;
+    std::string place_;
+};
+
+}  // namespace
+
+ChangeOutcome LoadSettings(DeviceState& device, std::string_view text) {
+    SettingsReader reader;
+    reader.Read(text);
+    if (!reader.complaint.empty()) {
+        return {std::move(reader.complaint), {}};
+    }
+    return device.Load(reader.settings);
+}
+
+}  // namespace Morquil::Simulator

@@ -1,0 +1,126 @@
+#include "simulator/program/operator_command.h"
+
+#include <array>
+
+#include "simulator/text/text_lines.h"
+
+namespace Morquil::Simulator {
+
+namespace {
+
+struct CommandWord {
+    CommandKind kind;
+    std::string_view word;
+    std::string_view arguments;
+    std::string_view meaning;
+};
+// clang-format off
+constexpr std::array<CommandWord, 16> commandWords{{
+    {CommandKind::Set,            "set",              " BLOCK KEY VALUE", "turn a knob at the front panel: set VIDEO PROC AMP Gain 12"},
+    {CommandKind::Lock,           "lock",             "", "switch the remote lock on, and tell the hosts"},
+    {CommandKind::Unlock,         "unlock",           "", "switch the remote lock off, and tell the hosts"},
+    {CommandKind::Drop,           "drop",             "", "hang up on all hosts"},
+    {CommandKind::DropMidBlock,   "drop mid-block",   "", "hang up on all hosts in the middle of the next block"},
+    {CommandKind::Silent,         "silent",           "", "say nothing more but the preamble"},
+    {CommandKind::Speak,          "speak",            "", "say again what there is to say from now on"},
+    {CommandKind::AcknowledgeOn,  "ack on",           "", "acknowledge blocks (as a device does)"},
+    {CommandKind::AcknowledgeOff, "ack off",          "", "carry blocks out without acknowledging them"},
+    {CommandKind::RefuseOn,       "nack on",          "", "refuse all blocks"},
+    {CommandKind::RefuseOff,      "nack off",         "", "refuse only blocks that are wrong (as a device does)"},
+    {CommandKind::Garbage,        "garbage",          "", "send all hosts some nonsense"},
+    {CommandKind::WaitForHost,    "wait-for-host",    "", "wait until a host is connected"},
+    {CommandKind::WaitForNoHost,  "wait-for-no-host", "", "wait until no host is connected"},
+    {CommandKind::Help,           "help",             "", "list the commands"},
+    {CommandKind::Quit,           "quit",             "", "end the program"},
+}};
+// clang-format on
+
+/// With single blanks between the words and none at the ends.
+std::string Tidied(std::string_view text) {
+    std::string tidied;
+    for (const char character : Trimmed(text)) {
+        const bool isBlank = character == ' ' || character == '\t';
+        if (!isBlank) {
+            tidied += character;
+        } else if (!tidied.ends_with(' ')) {
+            tidied += ' ';
+        }
+    }
+    return tidied;
+}
+
+bool Matches(const CommandWord& command, std::string_view tidied) {
+    if (command.arguments.empty()) {
+        return EqualsIgnoringCase(tidied, command.word);
+    }
+    return StartsIgnoringCase(tidied, command.word) &&
+           (tidied.size() == command.word.size() || tidied[command.word.size()] == ' ');
+}
+
+std::string AllWords() {
+    std::string words;
+    for (const CommandWord& command : commandWords) {
+        words += words.empty() ? "" : ", ";
+        words += command.word;
+    }
+    return words;
+}
+
+PanelOutcome SetRemoteLock(Simulation& simulation, const char* value, std::chrono::milliseconds now) {
+    return simulation.UsePanel(std::string("set MORQUIL DEVICE Remote lock ") + value, now);
+}
+
+}  // namespace
+
+CommandReading ReadCommand(std::string_view text) {
+    const std::string tidied = Tidied(text);
+    for (const CommandWord& command : commandWords) {
+        if (!Matches(command, tidied)) {
+            continue;
+        }
+        std::string complaint = command.kind == CommandKind::Set ? PanelCommandProblem(text) : std::string();
+        if (!complaint.empty()) {
+            return {std::nullopt, std::move(complaint)};
+        }
+        return {OperatorCommand{command.kind, std::string(Trimmed(text))}, {}};
+    }
+    return {std::nullopt, "unknown command \"" + tidied + "\"; commands are: " + AllWords()};
+}
+
+std::string CommandHelp() {
+    constexpr std::size_t column = 24;
+    std::string help;
+    for (const CommandWord& command : commandWords) {
+        std::string line = "  " + std::string(command.word) + std::string(command.arguments);
+        line.resize(std::max(line.size() + 2, column), ' ');
+        help += line + std::string(command.meaning) + "\n";
+    }
+    return help;
+}
+
+PanelOutcome CarryOut(const OperatorCommand& command, Simulation& simulation, std::chrono::milliseconds now) {
+    Faults& faults = simulation.PresentFaults();
+    // clang-format off
+    switch (command.kind) {
+        case CommandKind::Set:            return simulation.UsePanel(command.text, now);
+        case CommandKind::Lock:           return SetRemoteLock(simulation, "true", now);
+        case CommandKind::Unlock:         return SetRemoteLock(simulation, "false", now);
+        case CommandKind::Drop:           simulation.HangUp(now); break;
+        case CommandKind::DropMidBlock:   simulation.HangUpMidBlock(); break;
+        case CommandKind::Silent:         faults.silent = true; break;
+        case CommandKind::Speak:          faults.silent = false; break;
+        case CommandKind::AcknowledgeOn:  faults.neverAcknowledge = false; break;
+        case CommandKind::AcknowledgeOff: faults.neverAcknowledge = true; break;
+        case CommandKind::RefuseOn:       faults.refuseAll = true; break;
+        case CommandKind::RefuseOff:      faults.refuseAll = false; break;
+        case CommandKind::Garbage:        simulation.SayGarbage(now); break;
+        case CommandKind::WaitForHost:
+        case CommandKind::WaitForNoHost:
+        case CommandKind::Help:
+        case CommandKind::Quit:           break;
+    }
+    // clang-format on
+    return {};
+}
+
+}  // namespace Morquil::Simulator

@@ -1,0 +1,266 @@
+#include "simulator/program/program.h"
+
+#include <algorithm>
+#include <csignal>
+#include <utility>
+
+#include "simulator/streams/input_file.h"
+#include "simulator/text/text_lines.h"
+
+namespace Morquil::Simulator {
+
+namespace {
+
+constexpr int listeningFailure = 1;
+
+// A file without an end, such as /dev/zero, is refused.
+constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
+constexpr std::size_t longestTextFile = 4 * mebibyte;
+constexpr std::size_t longestRecording = 64 * mebibyte;
+
+/// So many lines of standard input wait to be carried out; then it is not read.
+constexpr std::size_t pendingLinesLimit = 1000;
+
+/// So many commands in a row; then it is the hosts' turn, and that of a signal to end.
+constexpr int commandsInARow = 64;
+
+}  // namespace
+
+Program::Program(Options options) : options_(std::move(options)), pendingLines_(pendingLinesLimit) {}
+
+Program::~Program() = default;
+
+Program::Moment Program::Now() const {
+    return std::chrono::duration_cast<Moment>(std::chrono::steady_clock::now() - start_);
+}
+
+int Program::Unusable(const std::string& file, const std::string& why) {
+    console_.Complain(file + ": " + why);
+    return usageError;
+}
+
+std::optional<std::string> Program::ReadOrComplain(const std::string& file, std::size_t limit) {
+    FileReading reading = ReadInputFile(file, limit);
+    if (!reading.complaint.empty()) {
+        Unusable(file, reading.complaint);
+        return std::nullopt;
+    }
+    return std::move(reading.content);
+}
+
+int Program::Prepare() {
+    int status = options_.replayFile.empty() ? PrepareSimulation() : PrepareReplay();
+    if (status == 0) {
+        status = PrepareScript();
+    }
+    return status == 0 ? PrepareRecording() : status;
+}
+
+int Program::PrepareReplay() {
+    const auto text = ReadOrComplain(options_.replayFile, longestRecording);
+    if (!text) {
+        return usageError;
+    }
+    const ConversationReading reading = ReadConversation(*text);
+    if (!reading.complaint.empty()) {
+        return Unusable(options_.replayFile, reading.complaint);
+    }
+    if (reading.events.empty()) {
+        return Unusable(options_.replayFile, "holds no conversation; what --record has written is expected");
+    }
+    replay_.emplace(reading.events, [this](const std::string& difference) { console_.Complain(difference); });
+    return 0;
+}
+
+int Program::PrepareSimulation() {
+    simulation_.emplace(options_.identity, options_.faults);
+    if (options_.settingsFile.empty()) {
+        return 0;
+    }
+    const auto text = ReadOrComplain(options_.settingsFile, longestTextFile);
+    if (!text) {
+        return usageError;
+    }
+    const std::string complaint = simulation_->LoadSettings(*text, Moment{0});
+    return complaint.empty() ? 0 : Unusable(options_.settingsFile, complaint);
+}
+
+int Program::PrepareScript() {
+    if (options_.scriptFile.empty()) {
+        return 0;
+    }
+    const auto text = ReadOrComplain(options_.scriptFile, longestTextFile);
+    if (!text) {
+        return usageError;
+    }
+    ScriptReading script = ReadScript(*text);
+    if (!script.complaint.empty()) {
+        return Unusable(options_.scriptFile, script.complaint);
+    }
+    for (ScriptLine& line : script.lines) {
+        fileScript_.Add(std::move(line), Moment{0});
+    }
+    return 0;
+}
+
+int Program::PrepareRecording() {
+    Station& station = replay_ ? static_cast<Station&>(*replay_) : *simulation_;
+    if (!options_.recordFile.empty()) {
+        record_.emplace(options_.recordFile);
+        if (!record_->IsOpen()) {
+            return Unusable(options_.recordFile, "cannot be written; a file in a folder that exists is expected");
+        }
+        recorder_.emplace(station, [this](const std::string& text) { Record(text); });
+    }
+    server_.emplace(context_, recorder_ ? static_cast<Station&>(*recorder_) : station,
+                    Server::Surroundings{.now = [this] { return Now(); },
+                                         .onHostsChanged = [this] { asio::post(context_, [this] { RunScripts(); }); },
+                                         .onAcceptFailed =
+                                             [this](asio::error_code error) {
+                                                 console_.Complain("cannot accept hosts: " + error.message() +
+                                                                   "; trying again until it works");
+                                             }});
+    return 0;
+}
+
+void Program::Record(const std::string& text) {
+    if (!record_->Write(text)) {
+        Unusable(options_.recordFile, "cannot be written; the recording ends here");
+    }
+}
+
+int Program::Listen() {
+    asio::error_code error;
+    const asio::ip::address address = asio::ip::make_address(options_.address, error);
+    if (!error) {
+        error = server_->Listen({address, options_.port});
+    }
+    if (error) {
+        console_.Complain("cannot listen on " + options_.address + ":" + std::to_string(options_.port) + ": " +
+                          error.message());
+        return listeningFailure;
+    }
+    start_ = std::chrono::steady_clock::now();
+    // Scripts wait for this line instead of guessing when hosts may connect.
+    console_.Print("listening on " + options_.address + ":" + std::to_string(Endpoint().port()) + "\n");
+    return 0;
+}
+
+int Program::Run() {
+    asio::post(context_, [this] { RunScripts(); });
+    const auto working = asio::make_work_guard(context_);
+    context_.run();
+    return FinishOutput();
+}
+
+int Program::FinishOutput() {
+    const auto deadline = [] { return std::chrono::steady_clock::now() + BackgroundWriter::patience; };
+    const int status =
+        record_ && !record_->Finish(deadline()) ? Unusable(options_.recordFile, "could not be written completely") : 0;
+    console_.Finish(deadline());
+    return status;
+}
+
+void Program::Stop() {
+    context_.stop();
+    pendingLines_.Close();
+}
+
+void Program::EndOnSignals() {
+    endSignals_.add(SIGINT);
+    endSignals_.add(SIGTERM);
+    endSignals_.async_wait([this](asio::error_code error, int /*signal*/) {
+        if (!error) {
+            Stop();
+        }
+    });
+}
+
+void Program::Obey(std::string line) {
+    if (pendingLines_.Add()) {
+        asio::post(context_, [this, line = std::move(line)] { TakeLine(line); });
+    }
+}
+
+void Program::TakeLine(const std::string& text) {
+    ScriptLineReading reading = ReadScriptLine(text);
+    if (reading.line) {
+        typedScript_.Add(std::move(*reading.line), Now());
+        ++typedLines_;
+        RunScripts();
+        return;
+    }
+    pendingLines_.Remove(1);
+    if (!reading.complaint.empty()) {
+        console_.Complain(reading.complaint);
+    }
+}
+
+void Program::RunScripts() {
+    const bool isFileDone = RunSome(fileScript_);
+    const bool isTypedDone = RunSome(typedScript_);
+    pendingLines_.Remove(typedLines_ - typedScript_.PendingCount());
+    typedLines_ = typedScript_.PendingCount();
+    if (isFileDone && isTypedDone) {
+        AwaitScripts();
+    } else if (!context_.stopped()) {
+        asio::post(context_, [this] { RunScripts(); });
+    }
+}
+
+bool Program::RunSome(ScriptRunner& script) {
+    for (int count = 0; count < commandsInARow && !context_.stopped(); ++count) {
+        const auto command = script.Next(Now(), server_->HostCount());
+        if (!command) {
+            return true;
+        }
+        CarryOutNow(*command);
+    }
+    return false;
+}
+
+void Program::AwaitScripts() {
+    const std::optional<Moment> first = fileScript_.NextDue();
+    const std::optional<Moment> second = typedScript_.NextDue();
+    scriptTimer_.cancel();
+    if (first || second) {
+        scriptTimer_.expires_at(start_ + std::min(first.value_or(Moment::max()), second.value_or(Moment::max())));
+        scriptTimer_.async_wait([this](asio::error_code error) {
+            if (!error) {
+                RunScripts();
+            }
+        });
+    }
+}
+
+void Program::CarryOutNow(const OperatorCommand& command) {
+    if (command.kind == CommandKind::Quit) {
+        Stop();
+    } else if (command.kind == CommandKind::Help) {
+        console_.Print(ScriptHelp());
+    } else if (!simulation_) {
+        console_.Complain("what is replayed obeys nobody; only help and quit are possible");
+    } else {
+        const PanelOutcome outcome = CarryOut(command, *simulation_, Now());
+        if (!outcome.refusal.empty()) {
+            console_.Complain(outcome.refusal);
+        }
+        PrintReport(outcome.report);
+        server_->SendAll();
+    }
+}
+
+void Program::PrintReport(const std::string& report) {
+    std::string header;
+    ForEachLine(report, [&](std::string_view line) {
+        if (line.empty()) {
+            header.clear();
+        } else if (header.empty()) {
+            header = line;
+        } else {
+            console_.Print("panel: " + header + " " + std::string(line) + "\n");
+        }
+    });
+}
+
+}  // namespace Morquil::Simulator

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <asio.hpp>
+#include <chrono>
+#include <optional>
+#include <string>
+
+#include "simulator/conversation/recorder.h"
+#include "simulator/conversation/replay.h"
+#include "simulator/program/options.h"
+#include "simulator/program/script.h"
+#include "simulator/program/server.h"
+#include "simulator/program/simulation.h"
+#include "simulator/streams/console.h"
+#include "simulator/streams/pending_lines.h"
+#include "simulator/streams/record_file.h"
+
+namespace Morquil::Simulator {
+
+/// The whole program but for its command line and its standard input: a device on the network, or the recording of
+/// one, and what somebody orders meanwhile. It prints what it has to say.
+class Program {
+public:
+    explicit Program(Options options);
+    ~Program();
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    /// Reads the files, which may be pipes that keep it waiting.
+
+    /// Returns: 0, or the exit status after it has been said
+    /// why.
+    int Prepare();
+    /// Starts to listen.
+    /// Returns: likewise.
+    int Listen();
+    /// Both.
+    int Start() {
+        const int status = Prepare();
+        return status == 0 ? Listen() : status;
+    }
+    /// Serves hosts until it is stopped.
+    /// Returns: the exit status.
+    int Run();
+    /// Ends `Run` when somebody wants the program to end.
+    void EndOnSignals();
+
+    /// The address and port that hosts can connect to, once started.
+    asio::ip::tcp::endpoint Endpoint() const { return server_->Endpoint(); }
+
+    /// Threads: any.
+    void Stop();
+    /// A line of a script, which is carried out after all that came before it. Waits while 1000 lines are pending.
+    /// Threads: any but the one in `Run`.
+    void Obey(std::string line);
+
+private:
+    using Moment = Station::Moment;
+
+    int PrepareReplay();
+    int PrepareSimulation();
+    int PrepareScript();
+    int PrepareRecording();
+    int Unusable(const std::string& file, const std::string& why);
+    std::optional<std::string> ReadOrComplain(const std::string& file, std::size_t limit);
+    void Record(const std::string& text);
+    int FinishOutput();
+
+    Moment Now() const;
+    void TakeLine(const std::string& line);
+    void RunScripts();
+    /// Returns: whether the script has nothing more to do now.
+    bool RunSome(ScriptRunner& script);
+    void AwaitScripts();
+    void CarryOutNow(const OperatorCommand& command);
+    void PrintReport(const std::string& report);
+
+    Options options_;
+    Console console_;
+    asio::io_context context_{1};
+    asio::signal_set endSignals_{context_};
+    asio::steady_timer scriptTimer_{context_};
+    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+    std::optional<Simulation> simulation_;
+    std::optional<Replay> replay_;
+    std::optional<RecordFile> record_;
+    std::optional<Recorder> recorder_;
+    std::optional<Server> server_;
+    // A script of a file does not wait for one that somebody types, nor the other way round.
+    ScriptRunner fileScript_;
+    ScriptRunner typedScript_;
+    PendingLines pendingLines_;
+    std::size_t typedLines_ = 0;  // of the pending lines, those in the typed script
+};
+
+}  // namespace Morquil::Simulator

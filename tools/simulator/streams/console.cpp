@@ -1,0 +1,32 @@
+#include "simulator/streams/console.h"
+
+#include "simulator/streams/blocking_output.h"
+
+namespace Morquil::Simulator {
+
+namespace {
+
+std::string Complaint(const std::string& text) {
+    return "morquil-sim: " + text + "\n";
+}
+
+}  // namespace
+
+Console::Console()
+    : writer_({.write =
+                   [](const OutputPiece& piece) {
+                       WriteCompletely(piece.stream, piece.text);
+                       return true;  // a closed stream does not silence the other
+                   },
+               .noteDropped =
+                   [](std::size_t count) {
+                       return OutputPiece{Complaint("dropped " + std::to_string(count) + " messages: nobody read them"),
+                                          standardError};
+                   }},
+              pendingLimit) {}
+
+void Console::Complain(const std::string& text) {
+    writer_.Write({Complaint(text), standardError});
+}
+
+}  // namespace Morquil::Simulator

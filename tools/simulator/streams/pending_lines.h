@@ -1,0 +1,32 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <mutex>
+
+namespace Morquil::Simulator {
+
+/// Counts lines that have been read and not yet carried out, and holds up their reader at a limit.
+
+/// Threads: any.
+class PendingLines {
+public:
+    explicit PendingLines(std::size_t limit) : limit_(limit) {}
+
+    /// Counts a line; waits first while the limit is reached.
+
+    /// Returns: false, at once, after `Close`.
+    bool Add();
+    void Remove(std::size_t count);
+    /// Ends all waits; nothing is added any more.
+    void Close();
+
+private:
+    const std::size_t limit_;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::size_t count_ = 0;
+    bool isClosed_ = false;
+};
+
+}  // namespace Morquil::Simulator

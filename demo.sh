@@ -110,8 +110,8 @@ say "Installing what is missing"
 scripts/install-dependencies.sh demo
 
 say "Building for Linux and for Windows (this takes a few minutes the first time)"
-build native -DMORQUIL_TESTS=OFF -- MorquilAPI morquil-sim morquilctl morquil-host
-build windows -DMORQUIL_TESTS=OFF -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake -- MorquilAPI morquil-host
+build native -DMORQUIL_TESTS=OFF -- --target MorquilAPI morquil-sim morquilctl morquil-host
+build windows -DMORQUIL_TESTS=OFF -- --target MorquilAPI morquil-host
 
 say "Starting a simulated device"
 address=127.0.0.1

@@ -10,8 +10,8 @@ cd "$(dirname "$0")/.."
 scripts/install-dependencies.sh bench
 
 echo "Building ..."
-build bench-native -DMORQUIL_TESTS=OFF -DMORQUIL_BENCH=ON -- morquil-bench
-build bench-windows -DMORQUIL_TESTS=OFF -DMORQUIL_BENCH=ON -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake -- morquil-bench
+build bench-native
+build bench-windows
 
 echo "Measuring ..."
 use_wine

@@ -9,14 +9,9 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/flavours.sh
 
-flavour=fuzz
-sanitizers=fuzzer-no-link,address,undefined
-flags=
+preset=fuzz
 if [ "${1:-}" = --fast ]; then
-    flavour=fuzz-fast
-    sanitizers=fuzzer-no-link
-    # The dictionary knows what the library compares with; watching every comparison takes a third of the time.
-    flags=-fno-sanitize-coverage=trace-cmp,trace-div,trace-gep
+    preset=fuzz-fast
     shift
 fi
 seconds=${1:-60}
@@ -27,16 +22,8 @@ fi
 shift $(($# > 0 ? 1 : 0))
 
 root=$PWD
-built=$root/build/$flavour/fuzz
+built=$root/build/$preset/fuzz
 findings=0
-
-build_targets() {
-    echo "Building ..."
-    run_logged "build/logs/configure-$flavour.log" cmake -S . -B "build/$flavour" -G Ninja \
-        -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DMORQUIL_SANITIZE="$sanitizers" \
-        -DCMAKE_CXX_FLAGS="$flags" -DMORQUIL_FUZZ=ON -DMORQUIL_TESTS=OFF -DMORQUIL_TOOLS=OFF
-    run_logged "build/logs/build-$flavour.log" cmake --build "build/$flavour" --target morquil-fuzz
-}
 
 # is_wanted NAME WANTED...: whether a target is to run; all are unless some are named.
 is_wanted() {
@@ -91,7 +78,8 @@ run_target() {
 }
 
 scripts/install-dependencies.sh fuzz
-build_targets
+echo "Building ..."
+build "$preset"
 echo "Fuzzing ..."
 ran=0
 while read -r name longest folders; do

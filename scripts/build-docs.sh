@@ -13,7 +13,7 @@ readonly description=$native/tools/description/morquilapi.json
 if [ $# -gt 0 ]; then
     run_logged build/logs/build-description.log cmake --build "$native" --target "${targets[@]}"
 else
-    build native -- "${targets[@]}"
+    build native -- --target "${targets[@]}"
 fi
 
 rm -rf build/docs

@@ -13,10 +13,8 @@ check_format() {
     echo "  ok      formatting"
 }
 
-# Another compiler's precompiled headers would be no use to the linter.
 check_lint() {
-    build lint -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON \
-        -DMORQUIL_TESTS=ON -DMORQUIL_FUZZ=ON -- MorquilApiFiles MorquilCppFiles MorquilDescriptionFile
+    build lint
     local compiled
     compiled=$(sed -n "s,^ *\"file\": \"$PWD/\(.*\.cpp\)\",\1,p" build/lint/compile_commands.json | grep -v '^build/' | sort -u)
     [ $# -eq 0 ] || compiled=$(grep -xFf <(printf '%s\n' "$@") <<< "$compiled")

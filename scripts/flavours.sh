@@ -1,5 +1,4 @@
-# Shared by the scripts of the root: builds one flavour, and Wine in a prefix of the build's own. To be sourced from the
-# root folder.
+# Shared by the scripts: builds presets, and starts Wine in a prefix of the build's own. To be sourced from the root folder.
 
 # run_logged LOG COMMAND...: keeps what a command says in a file, and shows the end of it only when the command fails.
 run_logged() {
@@ -12,18 +11,18 @@ run_logged() {
     return 1
 }
 
-# build FLAVOUR CMAKE-ARGUMENT... [-- TARGET...]: everything, unless targets are named.
+# build PRESET [-DNAME=VALUE...] [-- ARGUMENT...]: configures a preset of CMakePresets.json and builds the preset of the
+# same name. ARGUMENTs are for "cmake --build": another --preset, or a --target.
 build() {
-    local flavour=$1 arguments=()
+    local preset=$1 settings=()
     shift
     while [ $# -gt 0 ] && [ "$1" != -- ]; do
-        arguments+=("$1")
+        settings+=("$1")
         shift
     done
-    [ $# -gt 0 ] && set -- --target "${@:2}"
-    echo "  $flavour ..."
-    run_logged "build/logs/configure-$flavour.log" cmake -S . -B "build/$flavour" -G Ninja "${arguments[@]}"
-    run_logged "build/logs/build-$flavour.log" cmake --build "build/$flavour" "$@"
+    echo "  $preset ..."
+    run_logged "build/logs/configure-$preset.log" cmake --preset "$preset" "${settings[@]}"
+    run_logged "build/logs/build-$preset.log" cmake --build --preset "$preset" "${@:2}"
 }
 
 # Wine without a desktop, without chatter, without the additions that it would offer to download, and with a UTF-8

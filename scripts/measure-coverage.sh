@@ -7,20 +7,12 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/flavours.sh
 
-readonly programs="protocol feature unit allocation simulation library"
 readonly least=95
-targets() { printf 'morquil-%s-tests ' $programs; }
 
 scripts/install-dependencies.sh coverage
-# The counters of several threads are added atomically; without optimisation every line stands for itself.
-# shellcheck disable=SC2046  # one word per target
-build coverage -DMORQUIL_TESTS=ON -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS="--coverage -fprofile-update=atomic" \
-    -- $(targets)
+build coverage
 find build/coverage -name '*.gcda' -delete
-for program in $programs; do
-    # Every split says the same of the lines.
-    MORQUIL_SPLITS=29 run_logged "build/logs/coverage-$program.log" "build/coverage/tests/morquil-$program-tests" < /dev/null
-done
+run_logged build/logs/coverage.log ctest --preset coverage < /dev/null
 
 mkdir -p build/coverage/html
 status=0

@@ -39,7 +39,7 @@ package_windows() {
     local name=MorquilAPI-$version-windows-x64 component
     local tree=$packages/$name
     rm -rf "$tree" "$tree.zip"
-    build windows -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake -- MorquilAPI morquilctl morquil-sim
+    build windows -- --target MorquilAPI morquilctl morquil-sim
     scripts/build-docs.sh
     for component in Runtime Development Tools Documentation; do
         run_logged "build/logs/install-$component.log" \

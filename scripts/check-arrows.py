@@ -21,7 +21,7 @@ ARROWS = {
     "device": {"core", "features", "observers", "platform", "protocol", "settings", "transport"},
     "module": {"core", "device", "platform"},
     "simulator": {"core", "platform", "protocol"},
-    "command": {"core"},
+    "command": {"core", "platform", "protocol"},
     "description": {"command", "device", "features", "protocol", "simulator", "transport"},
 }
 

@@ -52,8 +52,8 @@ run_tests slow &
 slow_tests=$!
 build windows
 build windows-ubsan
-build asan -- --preset "asan$long"
-build tsan -- --preset "tsan$long"
+build "asan:asan$long"
+build "tsan:tsan$long"
 
 echo "Testing ..."
 use_wine

@@ -11,10 +11,10 @@ run_logged() {
     return 1
 }
 
-# build PRESET [-DNAME=VALUE...] [-- ARGUMENT...]: configures a preset of CMakePresets.json and builds the preset of the
-# same name. ARGUMENTs are for "cmake --build": another --preset, or a --target.
+# build PRESET[:BUILD-PRESET] [-DNAME=VALUE...] [-- ARGUMENT...]: configures a preset of CMakePresets.json and builds the
+# preset of the same name, or BUILD-PRESET. ARGUMENTs are for "cmake --build".
 build() {
-    local preset=$1 settings=()
+    local preset=${1%:*} built=${1#*:} settings=()
     shift
     while [ $# -gt 0 ] && [ "$1" != -- ]; do
         settings+=("$1")
@@ -22,7 +22,7 @@ build() {
     done
     echo "  $preset ..."
     run_logged "build/logs/configure-$preset.log" cmake --preset "$preset" "${settings[@]}"
-    run_logged "build/logs/build-$preset.log" cmake --build --preset "$preset" "${@:2}"
+    run_logged "build/logs/build-$preset.log" cmake --build --preset "$built" "${@:2}"
 }
 
 # Wine without a desktop, without chatter, without the additions that it would offer to download, and with a UTF-8

@@ -14,10 +14,10 @@ endif()
 add_library(MorquilOptions INTERFACE)
 target_include_directories(MorquilOptions INTERFACE ${PROJECT_SOURCE_DIR}/library)
 target_compile_options(MorquilOptions INTERFACE
-    # Lines and names for backtraces; more makes every build a third longer.
+    # Lines and names for backtraces; full debug information makes every build a third slower.
     $<$<AND:$<CONFIG:RelWithDebInfo>,$<NOT:$<BOOL:$<TARGET_PROPERTY:MORQUIL_UNOPTIMISED>>>>:-g1>
     -Wall -Wextra -Wpedantic -Wshadow -Wformat=2 -Wconversion -Wsign-conversion -Woverloaded-virtual
-    # In a group of files, what one names at its top level another may use for a parameter.
+    # In a unity build a parameter in one file may have the name of something at the top level of another.
     $<$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>:-Wno-shadow>)
 if(MORQUIL_STRICT)
     target_compile_options(MorquilOptions INTERFACE -Werror)
@@ -27,13 +27,13 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     target_compile_options(MorquilOptions INTERFACE -Wthread-safety -Wthread-safety-beta)
 endif()
 if(WIN32)
-    # On this target the compiler trusts the registers that an inline function of its own file leaves alone, although
-    # the linker may take the copy of another file, compiled otherwise.
+    # On this target the compiler relies on the registers that an inline function in the same file leaves untouched,
+    # although the linker may choose another file's copy, which was compiled differently.
     target_compile_options(MorquilOptions INTERFACE -fno-ipa-ra)
     target_compile_definitions(MorquilOptions INTERFACE
         WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 _WINSOCK_DEPRECATED_NO_WARNINGS)
 endif()
-# Most of the compile time goes into the tables of the blocks, which a group of files reads once.
+# Most of the compile time goes into the block tables, which a unity build compiles once per group of files.
 function(morquil_join name)
     if(MORQUIL_JOIN_TESTS)
         set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 12)
@@ -41,8 +41,8 @@ function(morquil_join name)
 endfunction()
 
 if(NOT MORQUIL_SANITIZE)
-    # What goes wrong all the same ends at once instead of going on with a broken stack. The checked functions need an
-    # optimised build, which tests are not.
+    # A remaining overflow ends the process at once instead of continuing with a broken stack. The checked functions need
+    # an optimised build, and tests are not optimised.
     target_compile_options(MorquilOptions INTERFACE
         -fstack-protector-strong
         $<$<NOT:$<BOOL:$<TARGET_PROPERTY:MORQUIL_UNOPTIMISED>>>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
@@ -51,10 +51,10 @@ endif()
 if(MORQUIL_SANITIZE)
     target_compile_options(MorquilOptions INTERFACE
         -fsanitize=${MORQUIL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
-        # A host's objects need not be C++: an observer may be a bare table of functions, called by their slots.
+        # A host's objects need not be C++: an observer may be a plain table of functions, called by their slots.
         -fno-sanitize=vptr $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=function>)
     if(WIN32)
-        # There is no run-time library that could report: what is undefined ends the program.
+        # No run-time library can report here, so undefined behaviour ends the program.
         target_compile_options(MorquilOptions INTERFACE -fsanitize-undefined-trap-on-error)
     else()
         target_link_options(MorquilOptions INTERFACE -fsanitize=${MORQUIL_SANITIZE})

@@ -1,5 +1,5 @@
-# The examples' own CMakeLists.txt knows nothing of this tree, since people copy it. Here they are built with the
-# warnings and the sanitizers of everything else all the same.
+# The examples' own CMakeLists.txt does not depend on this tree, because users copy it. Here they are nevertheless built
+# with the same warnings and sanitizers as everything else.
 foreach(kind IN ITEMS COMPILE LINK)
     get_target_property(options MorquilOptions INTERFACE_${kind}_OPTIONS)
     if(options)

@@ -1,7 +1,7 @@
-# Header-only packages of the build machine that serve every target system. Their folder holds the machine's own headers,
-# too, which must not meet a cross compiler: a folder in the build tree shows it just what belongs to the package.
+# Header-only packages of the build machine, used for every target system. Their folder also holds the machine's own
+# headers, which a cross compiler must not see, so a folder in the build tree has links to just the package's files.
 #   morquil_header_only_library(TARGET DEBIAN-PACKAGE HEADER ENTRY...)
-# HEADER is the path to include, by which the package is found; ENTRY... are the files and folders that it consists of.
+# HEADER is the path to include, by which the package is found; ENTRY... are its files and folders.
 function(morquil_header_only_library target package header)
     if(TARGET ${target})
         return()

@@ -1,6 +1,5 @@
-# What "cmake --install" copies, and where to. Everything is said relative to the prefix, and what is installed finds
-# its parts from where it stands: a tree may be moved as a whole. Components: Runtime, Development, Tools,
-# Documentation.
+# What "cmake --install" copies, and where to. All paths are relative to the prefix, and installed files find each other
+# by relative paths, so the whole tree may be moved. Components: Runtime, Development, Tools, Documentation.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -72,7 +71,7 @@ if(MORQUIL_TOOLS)
     endif()
 endif()
 
-# ---- Examples, and what is Windows' own ---------------------------------------------------------------------------
+# ---- Examples, and files for Windows only -------------------------------------------------------------------------
 
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Documentation)
 if(WIN32)

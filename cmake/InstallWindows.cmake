@@ -1,7 +1,7 @@
-# What only Windows needs: registration for one user, and use without registration. Identifiers come from the interface
-# definitions, words from the code that registers for all users.
+# Files for Windows only: registration for one user, and use without registration. Identifiers come from the interface
+# definitions, texts from the code that registers for all users.
 
-# morquil_find_text(VARIABLE FILE REGEX): what the one group of REGEX matches.
+# morquil_find_text(VARIABLE FILE REGEX): the text that the single group of REGEX matches.
 function(morquil_find_text variable file regex)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${file})
     file(READ ${PROJECT_SOURCE_DIR}/${file} text)
@@ -31,5 +31,5 @@ endforeach()
 
 install(FILES packaging/windows/README.txt DESTINATION . COMPONENT Documentation)
 
-# One import library for all linkers: Microsoft's look for the name, GNU's find it, too.
+# One import library for all linkers: Microsoft's expect this name, and GNU's also find it.
 set_target_properties(MorquilAPI PROPERTIES IMPORT_PREFIX "" IMPORT_SUFFIX .lib)

@@ -1,4 +1,4 @@
-# Finds widl, the interface definitions it imports and the type library that every type library refers to.
+# Finds widl, the interface definitions that it imports, and the type library that all others refer to.
 find_program(MORQUIL_WIDL NAMES x86_64-w64-mingw32-widl widl DOC "The interface definition compiler")
 find_path(MORQUIL_WIDL_INCLUDE oaidl.idl NO_CMAKE_FIND_ROOT_PATH
     HINTS /usr/include/wine/wine/windows /usr/include/wine/windows /usr/share/mingw-w64/include

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds the documentation into build/docs/html. A warning of Doxygen's is an error.
+# Builds the documentation into build/docs/html. Doxygen's warnings are errors.
 #   scripts/build-docs.sh [BUILD-FOLDER]
-# BUILD-FOLDER, build/native unless given, is where the description of the protocol is built.
+# The description of the protocol is built in BUILD-FOLDER, by default build/native.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/flavours.sh

@@ -19,7 +19,7 @@ check_native() {
 # Windows' C library does not know these conversions of strftime.
 dates_work_everywhere() { ! grep -rnE '%[DFRT]' README.md docs examples bindings/cpp; }
 
-# Programs, library and manifests in one folder, as somebody would ship them.
+# Programs, library and manifests in one folder, as a product would ship them.
 check_windows() {
     local example program folder=build/examples-windows
     rm -rf "$folder"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Looks at finished libraries: what they export, what they need, how they are protected, and what a host has to load.
+# Checks finished libraries: exports, dependencies, protections, and how much a host has to load.
 #   scripts/check-hardening.sh [NATIVE-BUILD [WINDOWS-BUILD]]
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -9,7 +9,7 @@ readonly elf=$native/library/module/libMorquilAPI.so dll=$windows/library/module
 readonly most_bytes=1200000  # of the DLL as it ships
 failures=0
 
-# expect WHAT COMMAND...: WHAT holds when the command succeeds.
+# expect WHAT COMMAND...: WHAT is true if the command succeeds.
 expect() {
     local what=$1
     shift
@@ -21,21 +21,21 @@ expect() {
     fi
 }
 
-# same WHAT EXPECTED FOUND: two lists of words are the same.
+# same WHAT EXPECTED FOUND: the two lists of words are equal.
 same() {
     expect "$1: $(echo "$2" | tr '\n' ' ')" test "$2" = "$3"
     [ "$2" = "$3" ] || printf '          found: %s\n' "$(echo "$3" | tr '\n' ' ')"
 }
 
-# Of the functions of a library of this size some hundred keep text or blocks on the stack.
+# In a library of this size several hundred functions keep text or blocks on the stack.
 readonly least_guarded=300
 
-# guarded DISASSEMBLER LIBRARY: enough of its functions call what ends the process when their frame was overwritten.
+# guarded DISASSEMBLER LIBRARY: enough of its functions call the function that ends the process after a stack overflow.
 guarded() {
     test "$("$1" --disassemble "$2" | grep -cE 'call .*<__stack_chk_fail(@plt)?>')" -ge "$least_guarded"
 }
 
-# compiled_with OPTION BUILD: every file of the library. What is checked at compile time leaves no trace in the library.
+# compiled_with OPTION BUILD: every file of the library was. Checks at compile time leave no trace in the library itself.
 compiled_with() {
     python3 - "$@" << 'PYTHON'
 import json, re, sys
@@ -62,15 +62,15 @@ check_elf() {
     expect "no segment is both written and executed" has_not 'LOAD.* RWE ' "$headers"
     expect "no text relocations" has_not 'TEXTREL' "$dynamic"
     expect "stack protector" guarded objdump "$elf"
-    # Where the compiler knows the room it checks it; what it cannot check is not used.
+    # Where the compiler knows a buffer's size it checks it; functions that it cannot check are not used.
     expect "checked functions" compiled_with -D_FORTIFY_SOURCE=2 "$native"
-    expect "no function that writes text into unknown room" has_not ' (v?sn?printf|st[pr]n?cpy|strn?cat|gets)@' "$symbols"
+    expect "no function that writes text into a buffer of unknown size" has_not ' (v?sn?printf|st[pr]n?cpy|strn?cat|gets)@' "$symbols"
     expect "no search path of the build" has_not 'RPATH|RUNPATH' "$dynamic"
     same "exports" "$(sed -n '/global:/,/local:/s/^ *\([A-Za-z0-9_]*\);$/\1/p' library/module/MorquilAPI.map | sort)" \
         "$(awk 'NF == 3 { sub(/@.*/, "", $3); print $3 }' <<< "$symbols" | sort)"
 }
 
-# check_content: small, without streams, and nothing to set up when a host loads it.
+# check_content: the DLL is small, uses no streams, and loading it sets nothing up.
 check_content() {
     local stripped symbols
     stripped=$(mktemp)
@@ -94,7 +94,7 @@ check_dll() {
     for protection in HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT; do
         expect "$protection" has "^[[:space:]]+$protection" "$headers"
     done
-    expect "relocations, without which the address could not vary" has 'Base Relocation Directory|\.reloc' "$headers"
+    expect "relocations, which address randomisation needs" has 'Base Relocation Directory|\.reloc' "$headers"
     expect "stack protector" guarded x86_64-w64-mingw32-objdump "$dll"
     expect "checked functions" compiled_with -D_FORTIFY_SOURCE=2 "$windows"
     expect "a random guard for it" has 'CryptGenRandom' "$headers"

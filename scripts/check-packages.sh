@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Installs what scripts/package.sh has made, builds the examples against it as users would, runs them against the
-# packages' own simulated device, and compares what they print with their READMEs; follows the quick start.
-#   scripts/check-packages.sh debian     by find_package and pkg-config, in a root of its own; and by add_subdirectory,
+# Installs the packages from scripts/package.sh, builds the examples against them as users would, runs them against the
+# packaged simulated device, and compares what they print with their READMEs; follows the quick start.
+#   scripts/check-packages.sh debian     with find_package and pkg-config, in a separate root; and with add_subdirectory,
 #                                        from the sources. Needs root.
-#   scripts/check-packages.sh windows    by find_package; run beside the library, with manifests; and the registration
+#   scripts/check-packages.sh windows    with find_package, next to the library, with manifests; and the registration
 # Port 9800 of 127.0.0.1 must be free.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -17,7 +17,7 @@ build_with_cmake() {
     cmake -S "$1" -B "$2" -G Ninja "${@:3}" && cmake --build "$2"
 }
 
-# build_as_readme_says EXAMPLE FOLDER: the README's compiler line, in a copy of the example.
+# build_as_readme_says EXAMPLE FOLDER: runs the README's compiler line in a copy of the example.
 build_as_readme_says() {
     cp -r "$examples/$1" "$2"
     (cd "$2" && sh -ex -c "$(grep -E '^(c\+\+|cc) ' README.md)")
@@ -31,12 +31,12 @@ holds_no_path_of_the_build() { ! grep -rl -e "$PWD" "$1"; }
 readonly package_names="libmorquilapi1 libmorquilapi-dev morquilapi-tools morquilapi-doc"
 package_files() { printf "$PWD/build/packages/%s_*.deb " $package_names; }
 
-# in_own_root COMMAND...: runs in a root that is this machine's, and forgets what is changed there. build/ is the same.
+# in_own_root COMMAND...: runs in an overlay of this machine's root; changes are discarded, except those in build/.
 in_own_root() {
     local layers status
     layers=$(mktemp --directory)
     mkdir "$layers/changed" "$layers/work" "$layers/root"
-    # shellcheck disable=SC2016  # the inner shell's own words
+    # shellcheck disable=SC2016  # the inner shell expands these
     unshare --mount bash -euc '
         layers=$1
         tree=$2
@@ -72,7 +72,7 @@ check_debian() {
 
 files_of_packages() { dpkg --listfiles $package_names | sort -u | while read -r file; do [ -d "$file" ] || echo "$file"; done; }
 
-# purges: nothing that the packages have brought is left.
+# purges: no file of the packages is left.
 purges() {
     local files
     files=$(files_of_packages)
@@ -85,7 +85,7 @@ completes() {
         test "$(fish --command 'complete -C "morquilctl stat"' | cut -f1)" = status
 }
 
-# Where the packages are to be installed, found as the system finds what is installed.
+# Runs in the separate root; installed files are found in their standard places.
 check_installed() {
     local example examples=/usr/share/doc/morquilapi-doc/examples
     unset PKG_CONFIG_PATH LD_LIBRARY_PATH CMAKE_PREFIX_PATH
@@ -100,13 +100,13 @@ check_installed() {
             build_as_readme_says "$example" "$work/pkg-config-$example"
         expect_readme "$example" pkg-config morquil-sim "$work/pkg-config-$example/$(program_of "$example")"
     done
-    expect "Debian: what is purged has gone" debian-purge purges
+    expect "Debian: purging leaves no files" debian-purge purges
 }
 
 # ---- Windows -------------------------------------------------------------------------------------------------------
 
-# registered HIVE: what is registered of the library below a hive, without the hive's own name. The type library's flags
-# apart: Wine's regsvr32 also writes there that it was read from a file.
+# registered HIVE: the library's entries in a hive, without the hive's name. The type library's flags are left out: Wine's
+# regsvr32 also notes there that it was read from a file.
 registered() {
     local id ids
     mapfile -t ids < <(grep -ohE '(CLSID|TypeLib)\\\{[0-9A-F-]+\}' "$bin/register.cmd")
@@ -128,7 +128,7 @@ unregisters() {
 
 check_windows() {
     local root example program
-    # A blank in the name, as in the folders of many users.
+    # With spaces in the name, as in many users' folders.
     mkdir -p "$work/of a user" "$work/shipped"
     cmake -E chdir "$work/of a user" cmake -E tar xf "$(echo "$PWD"/build/packages/MorquilAPI-*-windows-x64.zip)"
     root=$(echo "$work/of a user"/MorquilAPI-*)

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Follows docs/quick-start.md to the letter, and compares what is printed with what the page says.
+"""Follows docs/quick-start.md to the letter, and compares what is printed with what the page shows.
 
-    scripts/check-quick-start.py packages          what is installed, as the environment finds it
+    scripts/check-quick-start.py packages          the installed packages, as the environment finds them
     scripts/check-quick-start.py clone FOLDER      a clone in FOLDER; it is built there
     scripts/check-quick-start.py windows FOLDER    the unpacked zip in FOLDER, under Wine
 
-Port 9800 of 127.0.0.1 must be free. Exit status 0: every block was done and printed what stands below it.
+Port 9800 of 127.0.0.1 must be free. Exit status 0: every block was run and printed the output shown after it.
 """
 import os
 import re
@@ -25,7 +25,7 @@ class Block:
 
 
 def section(heading):
-    """The blocks of a section; one without a language is what the one before it prints."""
+    """The blocks of a section; one without a language is the output of the one before it."""
     page = open(PAGE, encoding="utf-8").read()
     body = re.search(rf"^## {re.escape(heading)}\n(.*?)(?=^## |\Z)", page, re.M | re.S)[1]
     blocks = []
@@ -38,7 +38,7 @@ def section(heading):
 
 
 class Follower:
-    """Does what blocks say, in one folder."""
+    """Carries out blocks, in one folder."""
 
     def __init__(self, folder, command):
         self.folder, self.command = folder, command
@@ -67,13 +67,13 @@ class Follower:
         result = subprocess.run(self.command(block.text), cwd=self.folder, stdin=subprocess.DEVNULL, text=True,
                                 stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=LONGEST_SECONDS)
         printed = [line.rstrip() for line in result.stdout.splitlines()]
-        # Build tools say what they do, too: what counts stands at the end.
+        # Build tools print their progress, too: only the end of the output is compared.
         if result.returncode != 0 or printed[len(printed) - len(block.expected):] != block.expected:
             sys.exit("\n".join([block.text.strip(), f"exit status {result.returncode}, printed:", *printed[-40:],
                                 "instead of:", *block.expected]))
 
     def stop(self):
-        """The simulated device ends when it is told so on its standard input."""
+        """Ends the simulated device by a command on its standard input."""
         for process in self.running:
             try:
                 process.communicate("quit\n", timeout=20)
@@ -116,7 +116,7 @@ def clone(root):
 
 
 def windows(root):
-    """The compiler of MinGW-w64 is this system's own; what it makes runs under Wine."""
+    """Uses this system's MinGW-w64 compiler; the programs run under Wine."""
     def command(text):
         if text.startswith("g++ "):
             return ["bash", "-c", "x86_64-w64-mingw32-" + text.replace("\\", "/")]

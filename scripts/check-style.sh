@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Checks formatting, and runs the linter over what a build for Linux compiles.
-#   scripts/check-style.sh                  all of it; the linter takes an hour of processor time
+# Checks the formatting, and runs the linter on every file that a build for Linux compiles.
+#   scripts/check-style.sh                  both; the linter takes an hour of processor time
 #   scripts/check-style.sh format           formatting only
-#   scripts/check-style.sh lint [FILE...]   the linter only, over these files
+#   scripts/check-style.sh lint [FILE...]   the linter only, on these files
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/flavours.sh

@@ -1,8 +1,8 @@
-# Shared by the scripts that run the examples. To be sourced from the root folder.
+# Shared by the scripts that run the examples. Source it from the root folder.
 
 failures=0
 
-# expect WHAT LOG COMMAND...: WHAT holds when the command succeeds; what it says is kept in build/logs/LOG.log.
+# expect WHAT LOG COMMAND...: WHAT is true if the command succeeds; its output is kept in build/logs/LOG.log.
 expect() {
     local what=$1 log=build/logs/$2.log
     shift 2
@@ -16,9 +16,9 @@ expect() {
     fi
 }
 
-# expect_readme EXAMPLE WAY SIMULATOR PROGRAM...: an example prints what its README says.
+# expect_readme EXAMPLE WAY SIMULATOR PROGRAM...: the example prints what its README shows.
 expect_readme() {
-    expect "$1, $2: prints what its README says" "example-$1-${2// /-}" \
+    expect "$1, $2: prints what its README shows" "example-$1-${2// /-}" \
         scripts/run-example.py "examples/$1/README.md" "${@:3}"
 }
 

@@ -1,6 +1,6 @@
 # Shared by the scripts: builds presets, and starts Wine in a prefix of the build's own. To be sourced from the root folder.
 
-# run_logged LOG COMMAND...: keeps what a command says in a file, and shows the end of it only when the command fails.
+# run_logged LOG COMMAND...: keeps a command's output in a file, and shows errors from it only if the command fails.
 run_logged() {
     local log=$1
     shift
@@ -25,8 +25,8 @@ build() {
     run_logged "build/logs/build-$preset.log" cmake --build --preset "$built" "${@:2}"
 }
 
-# Wine without a desktop, without chatter, without the additions that it would offer to download, and with a UTF-8
-# locale for file names with accents.
+# Starts Wine without a desktop, without debug output, without the additions that it would offer to download, and with a
+# UTF-8 locale for non-ASCII file names.
 start_wine() {
     export WINEPREFIX="$PWD/build/wine" WINEDEBUG=-all LC_ALL=C.UTF-8
     export WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
@@ -36,14 +36,14 @@ start_wine() {
 
 has_wine() { [ "${WINEPREFIX:-}" = "$PWD/build/wine" ]; }
 
-# Ends the Wine of this prefix and no other.
+# Ends only the Wine of this prefix.
 stop_wine() {
     if has_wine; then
         wineserver -k > /dev/null 2>&1 || true
     fi
 }
 
-# Starts Wine for the rest of a script, unless the script that calls it has started it and will end it.
+# Starts Wine for the rest of a script, unless its caller has started it and will end it.
 use_wine() {
     if ! has_wine; then
         trap stop_wine EXIT

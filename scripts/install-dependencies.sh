@@ -1,10 +1,10 @@
 #!/bin/sh
-# Installs what is missing for a purpose, on Debian 12. Run it as root or as somebody who may use sudo.
-# What is there already is left alone: a second run asks nobody for anything.
+# Installs the packages that a purpose needs, on Debian 12. Run it as root or as a user who may use sudo.
+# Installed packages are left alone: a second run needs neither the network nor a password.
 #   scripts/install-dependencies.sh [PURPOSE...]
-# Without a purpose it installs for all of them:
+# Without a purpose it installs the packages for all of them:
 #   build     the library, the tools and the examples for Linux
-#   demo      ./demo.sh: that, for Windows too, and Wine
+#   demo      ./demo.sh: the same, for Windows too, and Wine
 #   test      ./test.sh: also what tests and the documentation need
 #   fuzz      fuzz/run.sh
 #   bench     bench/run.sh: also what the benchmarks measure with, and against
@@ -16,7 +16,7 @@ set -eu
 
 all_purposes=" build demo test fuzz bench coverage docs package lint"
 
-# The header and the type library are made by Wine's compiler of interface definitions, for Linux as well.
+# Wine's interface definition compiler makes the header and the type library, for Linux as well.
 compiling="g++ cmake ninja-build python3 mingw-w64-tools libwine-dev"
 tools="libasio-dev libcli11-dev nlohmann-json3-dev"
 windows="g++-mingw-w64-x86-64-posix wine wine64"
@@ -43,7 +43,7 @@ packages_for() {
         package) echo "$compiling $tools $windows $testing $documenting $packaging" ;;
         lint) echo "$compiling $tools $testing $clang $formatting $linting" ;;
         *)
-            echo "install-dependencies.sh: no such purpose: $1; there are:$all_purposes" >&2
+            echo "install-dependencies.sh: unknown purpose: $1; known are:$all_purposes" >&2
             return 2
             ;;
     esac
@@ -69,7 +69,7 @@ fi
 as_root=""
 if [ "$(id -u)" -ne 0 ]; then
     if ! command -v sudo >/dev/null; then
-        echo "install-dependencies.sh: root is needed to install:$missing" >&2
+        echo "install-dependencies.sh: run it as root to install:$missing" >&2
         exit 1
     fi
     as_root=sudo

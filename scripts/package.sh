@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes what is handed out, in build/packages: Debian packages and a Windows zip.
+# Makes the release packages, in build/packages: Debian packages and a Windows zip.
 #   scripts/package.sh            both
 #   scripts/package.sh debian     libmorquilapi1, libmorquilapi-dev, morquilapi-tools, morquilapi-doc
 #   scripts/package.sh windows    MorquilAPI-VERSION-windows-x64.zip
@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 
 readonly packages=$PWD/build/packages
 version=$(sed -n 's/^project(MorquilAPI VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
-# Two runs over the same sources give the same dates.
+# Two runs on the same sources produce the same dates.
 SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2> /dev/null || stat -c %Y CHANGELOG.md)}
 export SOURCE_DATE_EPOCH
 
@@ -19,7 +19,7 @@ write_debian_changelog() {
         "$(LC_ALL=C date --utc --date="@$SOURCE_DATE_EPOCH" '+%a, %d %b %Y %H:%M:%S +0000')"
 }
 
-# A copy of the sources, where debian/ may lie at the root. What was built there before is used again.
+# Builds in a copy of the sources, which can have debian/ at its root. Earlier build results there are reused.
 package_debian() {
     local tree=build/debian/morquilapi-$version
     mkdir -p "$tree" "$packages"

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Does what an example's README says, against a simulated device of its own, and compares what is printed.
+"""Runs an example as its README says, against its own simulated device, and compares what it prints with the README.
 
     scripts/run-example.py README SIMULATOR PROGRAM...
 
-SIMULATOR and PROGRAM... are commands; the program gets what the README's command has behind its name. Lines of the
-README's console blocks must appear in their order, and "Type `...` where morquil-sim runs" is typed there once all
-lines before it have appeared. Exit status 0: all of it came true.
+SIMULATOR and PROGRAM... are commands; the program gets the arguments of the README's command. Lines of the README's
+console blocks must appear in their order, and "Type `...` where morquil-sim runs" is typed there once all lines before
+it have appeared. Exit status 0: everything appeared.
 """
 import os
 import random
@@ -20,7 +20,7 @@ README_ADDRESS = "127.0.0.1"
 
 
 def steps_of(readme):
-    """The arguments of the command, and what is to be done in order: ("expect", line) and ("type", command)."""
+    """The arguments of the command, and the steps in order: ("expect", line) and ("type", command)."""
     arguments, steps, in_console = None, [], False
     for line in readme.splitlines():
         if line.startswith("```"):
@@ -37,13 +37,13 @@ def steps_of(readme):
 
 
 def start_simulator(command):
-    """A simulated device at an address that nobody else uses."""
+    """A simulated device at an address that is not in use."""
     for _ in range(20):
         address = "127." + ".".join(str(random.randint(2, 251)) for _ in range(3))
         process = subprocess.Popen([*shlex.split(command), "--address", address], stdin=subprocess.PIPE,
                                    stdout=subprocess.PIPE, text=True)
         if process.stdout.readline().startswith("listening on"):
-            # Nobody reads its front panel's answers, which are few; a full pipe would stop it.
+            # Discard the front panel's answers; a full pipe would block the device.
             threading.Thread(target=process.stdout.read, daemon=True).start()
             return process, address
         process.wait()
@@ -55,11 +55,11 @@ def normalised(line):
 
 
 def run(steps, program, simulator):
-    """Goes through the steps; returns what is wrong, or nothing."""
+    """Goes through the steps; returns the problem, or None."""
     remaining = list(steps)
     seen = []
 
-    def type_what_is_due():
+    def type_pending_commands():
         while remaining and remaining[0][0] == "type":
             simulator.stdin.write(remaining.pop(0)[1] + "\n")
             simulator.stdin.flush()
@@ -72,7 +72,7 @@ def run(steps, program, simulator):
         seen.append(line)
         if remaining and line == normalised(remaining[0][1]):
             remaining.pop(0)
-            type_what_is_due()
+            type_pending_commands()
         elif line.startswith("host:"):
             return f"not in the README at this place: {line}"
     if program.wait() != 0:

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Prints a page as Doxygen wants it; as it stands it is for the forges.
+"""Prints a page, which is written for code hosting sites, in the form that Doxygen needs.
 
     doxygen_page.py PAGE.md
 
-Mermaid diagrams become what Doxygen draws: flow charts dot, sequences mscgen. Of Mermaid it knows what the pages use;
-a line that it does not know is an error. Headings get names made of their words, as the forges give them, with the
-page's name before them, since Doxygen has one space of names for all pages.
+Mermaid diagrams become diagrams that Doxygen draws: flow charts dot, sequences mscgen. Only the parts of Mermaid that
+the pages use are supported; any other line is an error. Headings get anchors made of their words, as on code hosting
+sites, prefixed by the page's name, since all pages share one namespace in Doxygen.
 """
 
 import os
@@ -38,7 +38,7 @@ def flowchart(lines):
         elif line == "end":
             yield "}"
         else:
-            sys.exit(f"doxygen_page.py: a flow chart's line is not understood: {line}")
+            sys.exit(f"doxygen_page.py: unsupported line in a flow chart: {line}")
     yield "}"
     yield "\\enddot"
 
@@ -59,7 +59,7 @@ def sequence(lines):
         elif note:
             yield f"{note[1]} note {note[1]} [label={quoted(note[2])}];"
         else:
-            sys.exit(f"doxygen_page.py: a sequence's line is not understood: {line}")
+            sys.exit(f"doxygen_page.py: unsupported line in a sequence: {line}")
     yield "\\endmsc"
 
 
@@ -67,7 +67,7 @@ def drawn(match):
     first, *lines = [line.strip() for line in match[1].strip().split("\n")]
     kinds = {"flowchart TB": flowchart, "sequenceDiagram": sequence}
     if first not in kinds:
-        sys.exit(f"doxygen_page.py: a diagram of an unknown kind: {first}")
+        sys.exit(f"doxygen_page.py: unsupported kind of diagram: {first}")
     return "\n".join(kinds[first](line for line in lines if line))
 
 
@@ -80,16 +80,16 @@ def with_names(text, page):
         marks, heading = match.groups()
         name = page if marks == "#" else f"{page}-{slug(heading)}"
         return match[0] if heading.endswith("}") else f"{marks} {heading} {{#{name}}}"
-    # What stands between fences is no heading.
+    # Code between fences has no headings.
     parts = re.split(r"(^```.*?^```$)", text, flags=re.M | re.S)
     return "".join(part if part.startswith("```") else re.sub(r"^(#+) (.+)$", named, part, flags=re.M)
                    for part in parts)
 
 
 def with_links(text, page):
-    """Other pages by their names alone, wherever they lie, and headings by their names of above."""
+    """Links to other pages by name, without folders, and to headings by the anchors made above."""
     def in_page(match):
-        # Blocks and vocabularies have names of their own.
+        # Blocks and vocabularies have their own anchors.
         name = match[1]
         return f"](#{name})" if name.startswith(("words-", "block-")) else f"](#{page}-{name})"
 

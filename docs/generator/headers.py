@@ -1,4 +1,4 @@
-"""Writes the interfaces, and the C++ layer's part that is generated, as headers with documentation in them.
+"""Writes the interfaces, and the generated part of the C++ layer, as headers with documentation comments.
 
     headers.py DESCRIPTION.json MorquilAPI.idl interfaces.hpp FOLDER
 """
@@ -31,14 +31,14 @@ class Properties:
 
 
 def usual_comment(method):
-    """What the shape of a method says of it."""
+    """The comment that follows from a method's name and parameters."""
     outs = [p for p in method.parameters if p[0] == "out"]
     if not outs and method.name.startswith(("Set", "Reset", "Start", "Save", "Recall")):
-        return "Queues the change. The device's report, not this call, updates what the getter answers."
+        return "Queues the change. The getter answers the new value once the device has reported it."
     if not outs:
         return ""
     if method.name.startswith("Is"):
-        return "Whether the device offers it at present: 0 until the device has told."
+        return "Whether the device offers it now: 0 until the device has reported it."
     if len(outs) == 2:
         return "The limits, as the device has reported them."
     return "The value, as the device has reported it."
@@ -55,7 +55,7 @@ def signature(method):
 def interface_lines(interface, feature, properties):
     about = interface.help + ".\n\n" + interface.comment
     if feature:
-        about += "\n\nAsked for with QueryInterface on a device."
+        about += "\n\nGet it with QueryInterface on a device."
     yield as_comment(about)
     yield f"class {interface.name} : public IUnknown {{\npublic:"
     for method in interface.methods:
@@ -73,7 +73,7 @@ def words_of_constants(description):
 def value_comment(name, value, words):
     """The word of a value, or the four characters of an identifier."""
     if name in words:
-        return f"  ///< Its word is \"{words[name]}\"."
+        return f"  ///< Word \"{words[name]}\"."
     number = int(value, 0)
     return f"  ///< '{number.to_bytes(4, 'big').decode()}'" if number > 0xFFFF else ""
 
@@ -84,7 +84,7 @@ def interfaces_header(description, path):
     words = words_of_constants(description)
     properties = Properties(description)
     vocabularies = {row["enumeration"]: row["name"] for row in description["vocabularies"] if "enumeration" in row}
-    # The first words of each paragraph of the conventions are its heading.
+    # The first words of each paragraph of the conventions are its title.
     yield as_comment("\\file MorquilAPI.h\n\n" + re.sub(r"^(\w[\w ]{2,14}\.) ", r"**\1** ", conventions, flags=re.M))
     yield ""
     for enumeration in enumerations:
@@ -100,10 +100,10 @@ def interfaces_header(description, path):
 
 
 def layer_header(description, path):
-    """The generated header of the C++ layer; each function is told what it calls, and each value what its word is."""
+    """The generated header of the C++ layer, with the method that each function calls and the word of each value."""
     words = words_of_constants(description)
     interface = ""
-    # Of the tables of words Doxygen would make an empty page for each enumeration.
+    # Without the tables of words, for which Doxygen would make an empty page per enumeration.
     tables = r"(?:///[^\n]*\n)?template <>\nstruct Words<.*?\n};\n"
     header = re.sub(tables, "", open(path, encoding="utf-8").read(), flags=re.S)
     for line in header.split("\n"):
@@ -113,11 +113,11 @@ def layer_header(description, path):
         feature = re.match(r"    features::(\w+) \w+\(\) const", line)
         if opened:
             interface = opened[2]
-            yield f"/// The functions of {interface}, with results as values and failures as exceptions."
+            yield f"/// The functions of {interface}, which return values and throw exceptions."
         elif line.startswith("enum class"):
-            yield "/// The values of the enumeration of that name of the interfaces."
+            yield "/// The values of the interfaces' enumeration of the same name."
         elif value and value[1] in words:
-            line += f"  ///< Its word is \"{words[value[1]]}\"."
+            line += f"  ///< Word \"{words[value[1]]}\"."
         elif feature:
             yield f"    /// A feature of the device. It keeps the device alive."
         elif method and interface:

@@ -61,14 +61,14 @@ def read_constants(body):
 
 
 def read(path):
-    """Returns the conventions that stand at the head of the file, the enumerations and the interfaces."""
+    """Returns the conventions at the top of the file, the enumerations and the interfaces."""
     text = open(path, encoding="utf-8").read()
     conventions, enumerations, interfaces, comment = "", [], [], ""
     for part in PART.finditer(text):
         if part["comment"]:
             comment = comment_text(part["comment"])
             conventions = conventions or comment
-            # A line of dashes makes a heading of what follows, not a comment on it.
+            # A comment that starts with a line of dashes is a section heading, not a comment on what follows.
             comment = "" if comment.startswith("---") else comment
             continue
         if part["enumeration"]:

@@ -1,4 +1,4 @@
-"""Fills the tables into the pages of the reference: a line {{name}} is where the table of that name goes.
+"""Inserts the tables into the pages of the reference: a line {{name}} is replaced by the table of that name.
 
     pages.py DESCRIPTION.json FOLDER PAGE.md...
 """
@@ -27,7 +27,7 @@ def outcomes(rows, with_characters=False):
     def value(number):
         characters = number.to_bytes(4, "big").decode() if with_characters else ""
         return hexadecimal(number) + (f" '{characters}'" if characters else "")
-    return table(["Name", "Value", "What is behind it", "What to do"],
+    return table(["Name", "Value", "Cause", "What to do"],
                  [[code(row["name"]), value(row["value"]), row["cause"], row["cure"]] for row in rows])
 
 
@@ -40,13 +40,13 @@ def connection_failures(description):
 
 
 def kinds(description):
-    return table(["Kind", "What stands in a line"], description["kinds"].items())
+    return table(["Kind", "Value in a line"], description["kinds"].items())
 
 
 # ---- Properties ---------------------------------------------------------------------------------------------------
 
 def interface_methods(row):
-    """Getter, setter and what tells the limits, linked to the interface's reference."""
+    """Getter, setter and the getter of the range, linked to the interface's reference."""
     calls = [row[call].split("::") for call in ("getter", "setter", "range") if call in row]
     calls = [("IMorquilDevice" if owner == "Device" else row["interface"], method) for owner, method in calls]
     return "<br>".join(f"{owner}::{method}" for owner, method in calls)
@@ -63,7 +63,7 @@ def access(row):
 
 
 def merged(rows):
-    """Properties that differ in a number alone stand in one row."""
+    """Properties that differ only in a number share one row."""
     kept = []
     for row in rows:
         stem, _, number = row["name"].rpartition(".")
@@ -92,7 +92,7 @@ def properties(description):
         else:
             about += ", property set 'devc', block `MORQUIL DEVICE`"
         parts += [f"## {group}", about + ".",
-                  table(["Property", "What it is", "Access", "Values", "Methods"],
+                  table(["Property", "Meaning", "Access", "Values", "Methods"],
                         [[code(row["name"]), row["summary"], access(row), property_values(row), interface_methods(row)]
                          for row in merged(rows)])]
     return "\n\n".join(parts)
@@ -104,9 +104,9 @@ def anchor(name):
     return re.sub(r"[^a-z0-9]+", "-", name.lower())
 
 
-ROLES = {"announcement": "The device says it once, first of all.",
+ROLES = {"announcement": "The device sends it once, at the start.",
          "settings": "The device reports it; a host changes settings by sending their keys.",
-         "offer": "The device reports it when a host sends the empty block: what the settings can be set to."}
+         "offer": "What the settings can be set to. The device reports it when a host sends the empty block."}
 
 
 def key_name(row):
@@ -127,11 +127,11 @@ def key_notes(row):
     if row["needed"]:
         notes.append("needed to connect")
     if not row["read"]:
-        notes.append("only written: a report of it is passed over")
+        notes.append("only written: ignored in a report")
     if row["selects"]:
-        notes.append("tells what the lines after it belong to")
+        notes.append("selects what the following lines belong to")
     if "group" in row:
-        notes.append(f"for the {code(row['group'])} before it")
+        notes.append(f"for the preceding {code(row['group'])}")
     if "offeredBy" in row:
         notes.append("offered by " + ", ".join(code(key) for key in row["offeredBy"]))
     return "; ".join(notes)

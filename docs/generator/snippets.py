@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Takes the C++ programs out of the pages, so that they are compiled: every block that is marked as cpp is a source file
-of its own. Prints the names of the files; one that has not changed is left alone.
+"""Extracts the C++ programs from the pages, so that they are compiled: every block marked as cpp becomes a source file.
+Prints the names of the files; unchanged files are not rewritten.
 
     snippets.py FOLDER PAGE.md...
 """

@@ -18,7 +18,6 @@ public:
     void Wait(Lockable& lockable) REQUIRES(lockable);
 
     /// Wakes every thread that waits.
-
     /// Threads: any, with or without the lock.
     void WakeAll();
 

@@ -35,7 +35,6 @@ public:
     bool Load(const std::string& path);
 
     /// From here on no load waits for a pipe's writer; one that does ends.
-
     /// Threads: any. Returns at once.
     void Stop() { stopped_ = true; }
 

@@ -78,7 +78,6 @@ struct TargetFile {
 };
 
 /// Opens the file `path` for writing. Never waits: a pipe without a reader cannot be opened.
-
 /// Throws: std::bad_alloc.
 TargetFile OpenTarget(const NativePath& path);
 /// Opens a file to be read from its beginning. A pipe without a writer is at its end at once; a folder cannot be

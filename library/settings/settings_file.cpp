@@ -31,7 +31,6 @@ public:
     bool Fill(std::string_view text) { return file_.Write(text) && file_.Flush(); }
 
     /// Closes both files and gives this one the target's name.
-
     /// Returns: false when it cannot.
     bool TakePlaceOf(TargetFile& target) {
         file_.Close();

@@ -42,7 +42,6 @@ public:
     AbstractComms& operator=(const AbstractComms&) = delete;
 
     /// Makes the wake-ups; once, before anything else.
-
     /// Returns: false when the system has none to give.
     virtual bool Initialise() = 0;
 

@@ -21,7 +21,6 @@ public:
     };
 
     /// To be asked before each wait.
-
     /// Returns: for how many milliseconds to wait for an event.
     std::uint32_t NextWaitMs(Silence::Time now) { return silence_.RemainingMs(now); }
 

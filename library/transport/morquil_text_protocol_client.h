@@ -37,7 +37,6 @@ protected:
     void ForgetSentThrough(const std::string& text) { sentTexts_.ForgetThrough(text); }
 
     /// Drops whatever else arrives.
-
     /// Threads: any, also from inside a sink operation.
     void StopListening() { parser_.SetSink(nullptr); }
     bool IsListening() const { return parser_.HasSink(); }

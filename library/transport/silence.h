@@ -21,7 +21,6 @@ public:
     void Break() { isBroken_ = true; }
 
     /// To be asked before each wait.
-
     /// Returns: how many milliseconds of the limit are left, rounded up.
     std::uint32_t RemainingMs(Time now) {
         if (std::exchange(isBroken_, false)) {

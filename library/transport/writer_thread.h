@@ -22,7 +22,6 @@ public:
     explicit constexpr WriterThread(Write write) : write_(write) {}
 
     /// Has `piece` written, of up to `largestPiece` bytes.
-
     /// Threads: one at a time.
     /// Returns: how many bytes were written; all of them where the thread is still waiting for a reader; 0 while it is
     /// waiting with the piece before.

@@ -38,7 +38,6 @@ public:
     static constexpr std::size_t mostEvents = 16;
 
     /// Reads the property, and keeps what is new.
-
     /// Threads: any.
     void Look(const Property& property, const morquil::Device& device);
     /// Of more than `mostEvents` that nobody has taken the oldest are dropped.

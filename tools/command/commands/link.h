@@ -54,7 +54,6 @@ public:
     void CheckIsThere() const;
 
     /// Asks `condition` every few milliseconds until it holds or `end` has come.
-
     /// Returns: whether it holds.
     /// Throws: Failure, ConnectionLost; Interruption.
     template <class Condition>

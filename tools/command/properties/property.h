@@ -63,7 +63,6 @@ struct Property {
 const std::vector<Property>& AllProperties();
 
 /// The property `name`. Upper and lower case are the same.
-
 /// Throws: UsageFailure with the nearest name.
 const Property& FindProperty(std::string_view name);
 

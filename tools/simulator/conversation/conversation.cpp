@@ -53,7 +53,6 @@ std::string AllWords() {
 }
 
 /// Reads a line that is neither blank nor a comment.
-
 /// Returns: what is wrong with it, or nothing.
 std::string ReadEvent(std::string_view line, ConversationEvent& event) {
     std::string_view rest = line;

@@ -27,7 +27,6 @@ public:
     Program& operator=(const Program&) = delete;
 
     /// Reads the files, which may be pipes that keep it waiting.
-
     /// Returns: 0, or the exit status after it has been said
     /// why.
     int Prepare();

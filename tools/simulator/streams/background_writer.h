@@ -39,7 +39,6 @@ public:
     BackgroundWriter& operator=(const BackgroundWriter&) = delete;
 
     /// Never blocks.
-
     /// Returns: false when the piece was dropped.
     bool Write(OutputPiece piece);
 

@@ -8,7 +8,6 @@ namespace Morquil::Simulator {
 void IgnoreBrokenPipes();
 
 /// Writes all of `text`, however long that takes.
-
 /// Returns: whether that was possible.
 bool WriteCompletely(int descriptor, std::string_view text);
 

@@ -10,7 +10,6 @@ namespace Morquil::Simulator {
 std::string Escaped(std::string_view bytes);
 
 /// The bytes of what `Escaped` writes.
-
 /// Returns: nothing when it is no such string.
 std::optional<std::string> Unescaped(std::string_view quoted);
 

@@ -57,7 +57,7 @@ struct Naming<CMorquilPreset> {
 template <class FeatureClass>
 class NamedFeatures : public FeatureTest<FeatureClass> {
 protected:
-    using Naming = Naming<FeatureClass>;
+    using Naming = Testing::Naming<FeatureClass>;
 
     HRESULT SetName(const Utf16& name) { return Naming::Set(this->feature, OwnedBstr(name).Get()); }
     static std::string Line(const std::string& name) { return Naming::key + name + "\n"; }

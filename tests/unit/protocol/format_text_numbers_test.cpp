@@ -14,18 +14,12 @@
 #include <string>
 #include <string_view>
 
+#include "tests/unit/protocol/formatted.h"
+
 namespace Morquil {
 namespace {
 
-[[gnu::format(printf, 1, 2)]] std::string Formatted(const char* format, ...) {
-    std::array<char, 400> text{};
-    std::va_list arguments;
-    va_start(arguments, format);
-    const int length = FormatText(text.data(), text.size(), format, arguments);
-    va_end(arguments);
-    EXPECT_EQ(static_cast<std::size_t>(length), std::string_view(text.data()).size());
-    return text.data();
-}
+using Testing::Formatted;
 
 template <class Number>
 void ExpectAsPrintf(Number number, const char* format) {

@@ -15,18 +15,12 @@
 #include <string>
 
 #include "tests/unit/protocol/foreign_locale.h"
+#include "tests/unit/protocol/formatted.h"
 
 namespace Morquil {
 namespace {
 
-[[gnu::format(printf, 1, 2)]] std::string Formatted(const char* format, ...) {
-    std::array<char, 512> text{};
-    std::va_list arguments;
-    va_start(arguments, format);
-    FormatText(text.data(), text.size(), format, arguments);
-    va_end(arguments);
-    return text.data();
-}
+using Testing::Formatted;
 
 /// Compares length, text and the bytes after the text with the C library's output for the same arguments.
 [[gnu::format(printf, 2, 3)]] void ExpectAsTheLibrary(std::size_t capacity, const char* format, ...) {

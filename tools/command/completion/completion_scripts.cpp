@@ -10,9 +10,8 @@ _morquilctl() {
     while IFS= read -r line; do
         if [[ "$line" == ":files" ]]; then
             compopt -o default
-        else {
+        else
             COMPREPLY+=("$(printf '%q' "${line%%$'\t'*}")")
-        }
         fi
     done < <("$program" complete -- "${words[@]//\\/}" 2> /dev/null)
 }
@@ -36,9 +35,8 @@ _morquilctl() {
 # From a folder of $fpath this file runs as the function itself.
 if [[ "${funcstack[1]}" == "_morquilctl" ]]; then
     _morquilctl "$@"
-else {
+else
     compdef _morquilctl morquilctl
-}
 fi
 )sh";
 
@@ -49,9 +47,8 @@ function __morquilctl_candidates
     for line in ($words[1] complete -- $words[2..] "$current" 2> /dev/null)
         if test "$line" = ":files"
             __fish_complete_path "$current"
-        else {
+        else
             printf '%s\n' "$line"
-        }
         end
     end
 end

@@ -4,8 +4,8 @@
 
 namespace QRN::Core {
 
-/// Marks, as long as it stands on the stack, that its thread is inside a callback of the host. Scopes may nest.
-/// Allocates nothing and uses no thread-local storage, which a library that is loaded late had better do without.
+/// Marks its thread as being inside a callback of the host while the scope lasts. Scopes may nest. Allocates nothing.
+/// Uses no thread-local storage, which is best avoided in a library that may be loaded late.
 class CallbackScope {
 public:
     CallbackScope();

@@ -4,7 +4,7 @@
 
 namespace QRN::Core {
 
-/// A clock that nobody sets and that never goes back.
+/// A clock that cannot be set and never goes back.
 using Clock = std::chrono::steady_clock;
 
 Clock::time_point Now();

@@ -5,7 +5,7 @@
 
 namespace QRN::Core {
 
-/// Lets threads wait for a change of what a `Lockable` guards.
+/// A condition variable: threads wait on it for a change to the state that a `Lockable` guards.
 class Condition {
 public:
     Condition();
@@ -13,11 +13,11 @@ public:
     Condition(const Condition&) = delete;
     Condition& operator=(const Condition&) = delete;
 
-    /// Gives `lockable` up, waits to be woken and takes it again. May return early: test the condition in a loop.
-    /// Threads: the caller holds `lockable` exactly once; a second `Enter` would keep it from everyone while waiting.
+    /// Releases `lockable`, waits to be woken and reacquires it. May return early: test the condition in a loop.
+    /// Threads: the caller holds `lockable` exactly once. After a second `Enter` it would stay locked during the wait.
     void Wait(Lockable& lockable) REQUIRES(lockable);
 
-    /// Wakes every thread that waits.
+    /// Wakes every waiting thread.
     /// Threads: any, with or without the lock.
     void WakeAll();
 

@@ -6,7 +6,7 @@ Condition::Condition() {
     InitializeConditionVariable(&native_);
 }
 
-// The system keeps nothing for a condition that nobody waits on.
+// The system allocates nothing for a condition without waiters.
 Condition::~Condition() = default;
 
 void Condition::Wait(Lockable& lockable) {

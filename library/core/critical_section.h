@@ -6,17 +6,17 @@
 
 namespace QRN::Core {
 
-/// A bare recursive critical section: storage without a constructor, so that its owner decides when it begins and ends.
-/// Use `Lockable`, unless something must be set up before it can be constructed.
+/// A bare recursive critical section: storage without a constructor, so that its owner decides when it is initialised
+/// and deleted. Use `Lockable` unless something else must be set up before the lock can be initialised.
 struct CriticalSection {
     /// Makes the section usable.
     /// Returns: always 0.
     std::uint32_t Initialise();
-    /// Waits until this thread has the section; the thread that has it may enter again.
+    /// Waits until this thread owns the section. The owner may enter again.
     void Enter();
-    /// Gives one `Enter` of this thread back.
+    /// Undoes one `Enter` of this thread.
     void Leave();
-    /// Ends an initialised section that no thread is in.
+    /// Deletes an initialised section that no thread is in.
     void Delete();
 
     NativeCriticalSection native;

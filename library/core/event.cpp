@@ -32,7 +32,7 @@ std::uint32_t Event::Create() {
 
 std::uint32_t Event::Set(bool* wasSet) {
     std::uint32_t error = 0;
-    // Testing and signalling are one step, so that only the first of several callers learns that it was the first.
+    // Testing and signalling are one step, so that only the first of several callers sees the event not yet signalled.
     const Lock lock(*this, error);
     if (error == 0 && wasSet != nullptr) {
         bool timedOut = false;

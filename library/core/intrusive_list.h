@@ -2,7 +2,7 @@
 
 namespace QRN::Core {
 
-/// A doubly linked list of objects that live elsewhere, mostly on stacks: it allocates nothing. `Node` is a class with
+/// A doubly linked list of objects that live elsewhere, mostly on stacks. It allocates nothing. `Node` is a class with
 /// the public members `Node* previous` and `Node* next`.
 /// Threads: the owner's lock guards the list and every link.
 template <class Node>

@@ -7,16 +7,16 @@
 
 namespace QRN::Core {
 
-/// Holds a `Lockable` from its construction to the end of its scope.
+/// Holds a `Lockable` from construction to the end of the scope.
 class SCOPED_CAPABILITY Lock {
 public:
-    /// Enters `lockable` and tells the outcome in `error`: 0, the lock is held. Entering a critical section fails on no
-    /// system, so that is the only outcome; whoever has a result of its own for another gives it all the same.
+    /// Enters `lockable` and sets `error` to 0: the lock is held. Entering a critical section never fails on any
+    /// system, so 0 is the only outcome. A caller whose contract names a result for a failure still checks for one.
     Lock(Lockable& lockable, std::uint32_t& error) ACQUIRE(lockable) NO_THREAD_SAFETY_ANALYSIS : lockable_(&lockable),
                                                                                                  error_(&error) {
         Hold();
     }
-    /// For callers that have nobody to tell an error code.
+    /// For callers that cannot report an error code.
     explicit Lock(Lockable& lockable) ACQUIRE(lockable) NO_THREAD_SAFETY_ANALYSIS : lockable_(&lockable) { Hold(); }
     virtual ~Lock() RELEASE() NO_THREAD_SAFETY_ANALYSIS {
         if (owns_) {

@@ -5,8 +5,8 @@
 
 namespace QRN::Core {
 
-/// A recursive mutual-exclusion lock: the thread that holds it may enter it again and must leave it as often.
-/// Hold it through `Lock`; `Enter` and `Leave` are for the rare place where no scope fits.
+/// A recursive mutual-exclusion lock: the thread that holds it may enter it again and must leave it as many times. Hold
+/// it through `Lock`; `Enter` and `Leave` are for the rare place where no scope fits.
 class CAPABILITY("lock") Lockable {
 public:
     Lockable() { section_.Initialise(); }
@@ -18,7 +18,7 @@ public:
     void Leave() RELEASE() NO_THREAD_SAFETY_ANALYSIS { section_.Leave(); }
 
 private:
-    friend class Condition;  // gives the section up while it waits
+    friend class Condition;  // releases the section while it waits
 
     CriticalSection section_;
 };

@@ -4,8 +4,8 @@
 
 namespace QRN::Core {
 
-/// The system's manual-reset event behind `Event`. Every function but the first takes a handle that the first gave.
-/// Errors are the system's codes, 0 for none.
+/// The system's manual-reset event, which `Event` is built on. Every other function takes a handle that
+/// `CreateNativeEvent` returned. Errors are the system's codes, 0 for none.
 /// Returns: null on failure, with the reason in `error`.
 void* CreateNativeEvent(std::uint32_t& error);
 void CloseNativeEvent(void* handle);

@@ -9,7 +9,8 @@
 namespace QRN::Core {
 namespace {
 
-// A condition on the monotonic clock, so that a change of the time of day neither shortens nor prolongs a wait.
+// A condition variable on the monotonic clock, so that a change of the time of day neither shortens nor prolongs a
+// wait.
 struct NativeEvent {
     NativeEvent() {
         pthread_condattr_t attributes;
@@ -47,7 +48,7 @@ timespec Deadline(std::int32_t milliseconds) {
     return time;
 }
 
-// With the mutex held. Returns what made the wait end: 0 or an error number, ETIMEDOUT among them.
+// Called with the mutex held. Returns 0 once signalled, otherwise an error number; ETIMEDOUT is one of them.
 int WaitUntilSignalled(NativeEvent& event, std::int32_t milliseconds) {
     if (milliseconds < 0) {
         while (!event.signalled) {

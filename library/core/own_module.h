@@ -4,11 +4,13 @@
 
 namespace QRN::Core {
 
-/// Takes a reference to the module that this code is in, for a thread that is about to be started: it must not run a
-/// single instruction of a module that is being unloaded. The thread gives it back with `EndThreadOfOwnModule`.
+/// Takes a reference to the module that contains this code, for a thread that is about to be started. Without it the
+/// thread could run code of a module that is being unloaded. The thread drops the reference with
+/// `EndThreadOfOwnModule`.
 HMODULE HoldOwnModule();
 
-/// Gives the reference back and ends the thread in one step outside the module, which may be unmapped by it.
+/// Drops the reference and ends the thread in one step outside the module, since the module may be unmapped by that
+/// step.
 [[noreturn]] void EndThreadOfOwnModule(DWORD exitCode);
 
 }  // namespace QRN::Core

@@ -4,9 +4,9 @@
 
 namespace QRN::Core {
 
-/// Keeps the signals that the system raises for a failed write from the host: without a handler of its own they would
-/// end it. They are held back from this thread and taken away at the end of the scope; the host's handlers stay as they
-/// are.
+/// Shields the host from the signals that the system raises for a failed write: they would end a host that does not
+/// handle them. Blocks them on this thread and discards them at the end of the scope. Leaves the host's handlers
+/// unchanged.
 class RaisedSignals {
 public:
     RaisedSignals();
@@ -15,7 +15,7 @@ public:
     RaisedSignals& operator=(const RaisedSignals&) = delete;
 
 private:
-    /// Those that were not waiting for this thread before.
+    /// The signals that were not already pending.
     sigset_t raised_;
     sigset_t maskBefore_;
 };

@@ -5,8 +5,8 @@
 
 namespace QRN::Core {
 
-/// A lock that is ready before any constructor has run and never destroyed, for the few lists of the whole process.
-/// Not recursive; hold it for a few instructions only.
+/// A lock that is usable before any constructor has run and is never destroyed, for the few lists that the whole
+/// process shares. Not recursive. Hold it for a few instructions only.
 class CAPABILITY("lock") StaticLock {
 public:
     constexpr StaticLock() = default;

@@ -4,10 +4,10 @@
 
 namespace QRN::Core {
 
-/// Names a thread while it exists; 0 names none. The system may give an ended thread's id to a new one.
+/// Identifies a thread while it exists; 0 is no thread. The system may reuse the id of a thread that has ended.
 using ThreadId = std::uintptr_t;
 
-/// What a thread runs; the result is its exit code. No exception may leave it.
+/// A thread's function. Its result is the thread's exit code. It must not throw.
 using ThreadFunction = std::uint32_t (*)(void* argument);
 
 /// A started thread that has not been joined yet, or nothing.
@@ -17,22 +17,22 @@ struct ThreadHandle {
     std::uintptr_t native = 0;
 };
 
-/// The result of `StartThread` when the memory for handing the function over is missing.
+/// The result of `StartThread` when there is no memory to pass the function to the new thread.
 inline constexpr std::uint32_t noMemoryForThread = 0xC0000017;
 
 ThreadId CurrentThreadId();
 
 /// Starts a thread that runs `function(argument)`.
-/// Ownership: the caller gives the handle back with `JoinThread`. The thread keeps the module that its code is in
+/// Ownership: the caller releases the handle with `JoinThread`. The thread keeps the module that contains its code
 ///            mapped.
-/// Threads:   `thread` and `id` are written before this returns, maybe not before the new thread runs: that one
-///            asks `CurrentThreadId`.
+/// Threads:   `thread` and `id` are written before this returns, but perhaps not before the new thread runs. The new
+///            thread calls `CurrentThreadId` instead.
 /// Returns:   0, `noMemoryForThread`, or the system's error code; on failure nothing is written.
 std::uint32_t StartThread(ThreadHandle& thread, ThreadFunction function, void* argument, ThreadId* id = nullptr);
 
-/// Waits without limit for `thread` to end, tells its exit code if asked to, and empties the handle. The thread with
-/// the id `exemptId` does not wait (it would wait for itself): it only lets the handle go, and the exit code is 0.
-/// An empty handle is joined already.
+/// Waits without limit for `thread` to end, stores its exit code in `exitCode` if that is not null, and empties the
+/// handle. A caller whose own id is `exemptId` does not wait, since it would wait for itself: it only releases the
+/// handle, and the exit code is 0. An empty handle counts as joined.
 /// Returns: always 0.
 std::uint32_t JoinThread(ThreadHandle& thread, std::uint32_t* exitCode = nullptr, ThreadId exemptId = 0);
 

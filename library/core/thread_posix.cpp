@@ -36,7 +36,7 @@ std::uint32_t StartThread(ThreadHandle& thread, ThreadFunction function, void* a
     if (error != 0) {
         return static_cast<std::uint32_t>(error);
     }
-    static_cast<void>(start.release());  // now the new thread's
+    static_cast<void>(start.release());  // owned by the new thread from here on
     thread.native = static_cast<std::uintptr_t>(created);
     if (id != nullptr) {
         *id = static_cast<ThreadId>(created);

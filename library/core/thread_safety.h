@@ -1,7 +1,7 @@
 #pragma once
 
-// Names for clang's thread-safety attributes; every other compiler sees nothing. A member says which lock guards it, a
-// function says which lock it needs, and the clang build turns each contradiction into an error.
+// Names for clang's thread-safety attributes; they expand to nothing for other compilers. A member names the lock that
+// guards it, a function names the lock that it needs, and the clang build reports every violation as an error.
 
 #if defined(__clang__)
 #define QRN_THREAD_ATTRIBUTE(x) __attribute__((x))

@@ -41,7 +41,7 @@ std::uint32_t StartThread(ThreadHandle& thread, ThreadFunction function, void* a
         FreeLibrary(module);
         return error;
     }
-    static_cast<void>(start.release());  // now the new thread's
+    static_cast<void>(start.release());  // owned by the new thread from here on
     thread.native = reinterpret_cast<std::uintptr_t>(created);
     if (id != nullptr) {
         *id = createdId;

@@ -11,7 +11,7 @@ using Edge = JoinScope::Edge;
 constinit StaticLock edgesLock;
 constinit IntrusiveList<Edge> edges GUARDED_BY(edgesLock);  // the latest one first
 
-// Adds an edge and connects it with the others.
+// Adds an edge and links it to the others.
 void Add(Edge& added) REQUIRES(edgesLock) {
     for (Edge* edge = edges.First(); edge != nullptr; edge = edge->next) {
         if (edge->target == added.waiter) {
@@ -39,7 +39,7 @@ void Remove(Edge& removed) REQUIRES(edgesLock) {
     }
 }
 
-// The latest wait of a thread, or null. No edge is reached afterwards.
+// Marks every edge as not reached. Returns the thread's latest wait, or null.
 Edge* BeginSearch(ThreadId thread) REQUIRES(edgesLock) {
     Edge* latest = nullptr;
     for (Edge* edge = edges.First(); edge != nullptr; edge = edge->next) {
@@ -59,7 +59,7 @@ void Reach(Edge* edge, Edge*& pending) REQUIRES(edgesLock) {
     }
 }
 
-// Whether `from` is `to` or waits for it through any number of others. Looks at each edge once.
+// Whether `from` is `to` or waits for it through any number of others. Visits each edge once.
 bool WaitsFor(ThreadId from, ThreadId to) REQUIRES(edgesLock) {
     bool found = from == to;
     Edge* pending = nullptr;

@@ -6,10 +6,10 @@
 
 namespace Morquil {
 
-/// The IUnknown of an object with the interface `Interface`, which begins with one reference. `Object` derives from it
-/// and offers
-///   `void* FindInterface(REFIID iid)`  the interface `iid`, or null when it has none of that name
-/// and a Release that ends in `DropReference`: when and how it is destroyed is its own.
+/// The IUnknown of an object with the interface `Interface`. The object starts with one reference. `Object` derives
+/// from this class and provides
+///   `void* FindInterface(REFIID iid)`, which returns the interface `iid`, or null when the object does not have it,
+///   and a Release that calls `DropReference`. `Object` decides when and how it is destroyed.
 template <class Object, class Interface>
 class ComObject : public Interface {
 public:
@@ -30,7 +30,7 @@ protected:
     ComObject() = default;
     ~ComObject() = default;
 
-    /// Returns: how many references are left.
+    /// Returns: the number of references left.
     ULONG DropReference() { return --references_; }
 
 private:

@@ -8,7 +8,8 @@ namespace Morquil {
 bool OccupyStandardStreams() {
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
         const bool isOpen = fcntl(stream, F_GETFD) >= 0;
-        // The lowest free number is this one. Opened for what nobody does with it.
+        // This number is the lowest free one, so `open` returns it. Opened in the wrong direction, so that using it
+        // still fails.
         if (!isOpen && open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY) != stream) {
             return false;
         }

@@ -2,7 +2,7 @@
 
 namespace Morquil {
 
-/// The C library keeps these numbers for the standard streams, whether they are there or not.
+/// The C library reserves these numbers for the standard streams, whether or not they are open.
 bool OccupyStandardStreams() {
     return true;
 }

@@ -74,7 +74,7 @@ std::string ToUtf8(Utf16View text) {
     return result;
 }
 
-// Takes one character, or the malformed bytes that one U+FFFD stands for, from the front of `text`.
+// Takes one character, or the malformed bytes that one U+FFFD replaces, from the front of `text`.
 char32_t TakeCharacter(std::string_view& text) {
     const Utf8Character character = FirstUtf8Character(text);
     text.remove_prefix(character.size);
@@ -89,14 +89,14 @@ std::size_t Utf16Length(std::string_view text) {
     return length;
 }
 
-// How many units to cut from a text of `length` bytes that does not fit into `limit`: no more than must surely go,
-// since a unit is three bytes at the most.
+// How many units to cut from a text of `length` bytes that does not fit into `limit`. Never more than necessary, since
+// a unit is at most three bytes.
 std::size_t UnitsToCut(std::size_t length, std::size_t limit) {
     const std::size_t excess = length > limit ? length - limit - 1 : 0;
     return std::max<std::size_t>(excess / 4, 1);
 }
 
-// The first `length` units, less one where the cut would halve a pair.
+// The first `length` units, or one fewer if the cut would split a surrogate pair.
 Utf16View CutTo(Utf16View text, std::size_t length) {
     const bool halvesPair = length > 0 && IsLead(text[length - 1]) && IsTrail(text[length]);
     return text.substr(0, halvesPair ? length - 1 : length);

@@ -1,5 +1,5 @@
-// Text between the interface (BSTR, UTF-16) and everything inside (UTF-8). One implementation for every system, so
-// that malformed text comes out the same everywhere.
+// Converts text between the interface (BSTR, UTF-16) and the library's inside (UTF-8). All systems share one
+// implementation, so that malformed text is converted identically everywhere.
 #pragma once
 
 #include <cstddef>
@@ -10,19 +10,20 @@
 
 namespace Morquil {
 
-/// The whole of `text`, zero units included, as well-formed UTF-8; an unpaired surrogate becomes U+FFFD. Empty for
+/// The whole of `text`, including zero units, as well-formed UTF-8. An unpaired surrogate becomes U+FFFD. Empty for
 /// null.
 /// Throws: std::bad_alloc.
 std::string Utf8FromBstr(BSTR text);
 
-/// A new BSTR of exactly the length of `text`, never null for lack of characters. Each longest run of bytes that
-/// begins a character and does not finish it becomes one U+FFFD, and so does every byte that begins none.
+/// A new BSTR that holds all of `text`; an empty `text` gives an empty BSTR, not null. Each longest run of bytes that
+/// begins a character but does not finish it becomes one U+FFFD, and so does every byte that cannot begin a character.
 /// Ownership: the caller frees with SysFreeString.
-/// Returns:   null when memory is short.
+/// Returns:   null when out of memory.
 BSTR BstrFromUtf8(std::string_view text) noexcept;
 
-/// `text` as UTF-8 of less than `limit` bytes, cut at its end where it is longer: the text that a device's field of
-/// `limit` bytes, the terminating zero included, can hold. A cut never leaves half a character. Empty for null.
+/// `text` as UTF-8 of fewer than `limit` bytes, truncated at its end if it is longer: the text that fits into a
+/// device's field of `limit` bytes, including the terminating zero. Truncation never splits a character. Empty for
+/// null.
 /// Throws: std::bad_alloc.
 std::string ShortenedUtf8(BSTR text, std::size_t limit);
 

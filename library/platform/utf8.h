@@ -9,7 +9,7 @@ namespace Morquil {
 /// The character at the start of a text.
 struct Utf8Character {
     char32_t code;     ///< U+FFFD for malformed bytes
-    std::size_t size;  ///< its bytes, or as many malformed bytes as one U+FFFD stands for
+    std::size_t size;  ///< its length in bytes, or the number of malformed bytes that one U+FFFD replaces
     bool isWellFormed;
 };
 
@@ -25,7 +25,7 @@ constexpr Utf8Character FirstUtf8Character(std::string_view text) {
         return {replacement, 1, false};
     }
     const std::size_t size = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    // The second byte also rules out overlong forms, surrogates and what lies beyond U+10FFFF.
+    // The limits of the second byte also rule out overlong forms, surrogates and codes above U+10FFFF.
     unsigned lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
     unsigned highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
     char32_t code = lead & (0x7FU >> size);

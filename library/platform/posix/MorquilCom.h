@@ -14,7 +14,7 @@
  * Text literals are u"..." here and L"..." on Windows; OLESTR("...") is right on both.
  *
  * The identifiers (IID_IMorquilDevice, CLSID_CMorquilDiscovery, ...) are constants that MorquilAPI.h defines in place:
- * nothing has to be linked for them.
+ * no library has to be linked for them.
  */
 #ifndef MORQUIL_COM_H
 #define MORQUIL_COM_H
@@ -30,7 +30,7 @@
 #include <uchar.h>
 #endif
 
-/* Keeps the generated header from asking for <windows.h>. */
+/* Keeps the generated header from including <windows.h>. */
 #define COM_NO_WINDOWS_H
 
 /* ---- Numbers: as wide as on Windows, whatever `long` is here ---------------------------------------------------- */
@@ -81,12 +81,12 @@ typedef const OLECHAR* LPCOLESTR;
 #define OLESTR(literal) u##literal
 
 /*
- * Text that crosses an interface: points at the first unit; four bytes before it stand the length in bytes, without
- * the zero unit that always follows the text. It may hold zero units. A null BSTR is an empty text.
+ * Text that crosses an interface. Points at the first unit. The four bytes before it hold the length in bytes, without
+ * the zero unit that always follows the text. The text may contain zero units. A null BSTR is an empty text.
  */
 typedef OLECHAR* BSTR;
 
-/* ---- What the generated header is written with ------------------------------------------------------------------ */
+/* ---- Macros that the generated header uses ---------------------------------------------------------------------- */
 
 #ifdef __cplusplus
 #define EXTERN_C extern "C"
@@ -179,11 +179,12 @@ typedef IUnknown* LPUNKNOWN;
 #endif
 
 /*
- * The base of every interface: three virtual functions and nothing else. No virtual destructor, on purpose, since it
- * would take slots that the binary contract gives to methods; an object is destroyed by its last Release.
+ * The base of every interface: three virtual functions and nothing else. Deliberately no virtual destructor: it would
+ * take slots that the binary contract assigns to methods. An object is destroyed by its last Release.
  */
 interface IUnknown {
-    /* Gives `*object` with a new reference and S_OK, or null and E_NOINTERFACE. E_POINTER: `object` is null. */
+    /* Stores the interface in `*object` with a new reference, or null. Returns S_OK, E_NOINTERFACE when the object does
+       not have it, or E_POINTER when `object` is null. */
     virtual HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) = 0;
     /* Both return the new count. */
     virtual ULONG STDMETHODCALLTYPE AddRef() = 0;
@@ -231,11 +232,11 @@ interface IClassFactory {
 extern "C" {
 #endif
 
-/* A copy of the zero-terminated `text`. Null for a null `text` or when memory is short. Free with SysFreeString. */
+/* A copy of the zero-terminated `text`. Null for a null `text` or when out of memory. Free with SysFreeString. */
 MORQUIL_PUBLIC BSTR SysAllocString(const OLECHAR* text);
 
-/* A text of `length` units, copied from `text`, zero units included, and terminated by one more. A null `text` gives
-   the room for `length` units, not filled in. Null when memory is short. */
+/* A text of `length` units, copied from `text` including zero units, and a terminating zero. For a null `text` the
+   units are left uninitialised. Null when out of memory. */
 MORQUIL_PUBLIC BSTR SysAllocStringLen(const OLECHAR* text, UINT length);
 
 /* The length in UTF-16 units without the terminating zero; 0 for null. */
@@ -244,11 +245,11 @@ MORQUIL_PUBLIC UINT SysStringLen(BSTR text);
 /* Null is ignored. */
 MORQUIL_PUBLIC void SysFreeString(BSTR text);
 
-/* Gives a class factory for CLSID_CMorquilDiscovery, the only class; CLASS_E_CLASSNOTAVAILABLE for any other.
-   `object` is written only on success. */
+/* Stores a class factory for CLSID_CMorquilDiscovery, the only class, in `*object`. CLASS_E_CLASSNOTAVAILABLE for any
+   other class. `object` is written only on success. */
 MORQUIL_PUBLIC HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* object);
 
-/* S_OK when no class factory is alive, else S_FALSE. Discovery and device objects are not counted. */
+/* S_OK when no class factory exists, otherwise S_FALSE. Discovery and device objects are not counted. */
 MORQUIL_PUBLIC HRESULT STDAPICALLTYPE DllCanUnloadNow(void);
 
 #ifdef __cplusplus

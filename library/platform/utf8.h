@@ -41,7 +41,7 @@ constexpr Utf8Character FirstUtf8Character(std::string_view text) {
 }
 
 /// The length of the longest prefix of `text` with at most `limit` bytes that splits no character. A byte that belongs
-/// to no well-formed character counts as a character of its own.
+/// to no well-formed character counts as one character.
 constexpr std::size_t Utf8Prefix(std::string_view text, std::size_t limit) {
     if (text.size() <= limit) {
         return text.size();

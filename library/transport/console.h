@@ -4,9 +4,9 @@
 
 namespace Morquil {
 
-/// Prints text on standard output, after what the host has printed there, and never waits for whoever reads it: text
-/// that cannot be written at once is dropped, and a line says how many bytes were dropped when writing works again.
-/// Prints nothing where standard output was closed when the library was loaded: the host's next file would get it.
+/// Prints text on standard output, after what the host has printed there. Never waits for a reader: text that cannot be
+/// written at once is dropped, and when writing works again a line reports how many bytes were dropped. Prints nothing
+/// if standard output was closed when the library was loaded: the text would go into the next file that the host opens.
 /// Threads: any.
 void Print(std::string_view text);
 

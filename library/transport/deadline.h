@@ -5,17 +5,18 @@
 
 namespace Morquil {
 
-/// Stands for "without limit" where a time-out in milliseconds is asked for.
+/// Means "without limit" as a time-out in milliseconds.
 inline constexpr std::uint32_t unlimitedTimeout = 0xFFFFFFFF;
 
-/// The end of a wait, on a clock that nobody sets: waking for nothing does not prolong the wait.
+/// The end of a wait, on a clock that cannot be set: a spurious wake-up does not prolong the wait.
 class Deadline {
 public:
     explicit Deadline(std::uint32_t timeoutMs)
         : unlimited_(timeoutMs == unlimitedTimeout),
           end_(std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs)) {}
 
-    /// Whole milliseconds still to wait, rounded up so that a wait never ends early; `unlimitedTimeout` stays so.
+    /// Whole milliseconds still to wait, rounded up so that a wait never ends early; `unlimitedTimeout` for an
+    /// unlimited wait.
     std::uint32_t RemainingMs() const {
         if (unlimited_) {
             return unlimitedTimeout;

@@ -30,7 +30,7 @@ LinkRules::Action LinkRules::OnReceived(int result, int size) {
         return Action::Wait;
     }
     if (result <= 0) {
-        // After bytes the next wait reports the end, as of any connection.
+        // If bytes came first, the next wait reports the end, as for any connection.
         return isFirst ? Action::End : Action::Wait;
     }
     silence_.Break();

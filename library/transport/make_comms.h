@@ -6,7 +6,7 @@
 
 namespace Morquil {
 
-/// Makes this system's transport, not yet initialised.
+/// Creates this system's transport, not yet initialised.
 std::unique_ptr<AbstractComms> MakeComms();
 
 }  // namespace Morquil

@@ -9,14 +9,14 @@
 
 namespace Morquil {
 
-/// Takes messages for the device; all that a sender of messages knows of the client.
+/// Accepts messages for the device. It is the only part of the client that a sender of messages uses.
 class IMessageQueue {
 public:
     virtual ~IMessageQueue() = default;
 
-    /// Queues a message; merges it into a pending one of its type.
+    /// Queues a message, or merges it into a pending one of its type.
     /// Ownership: takes `message`.
-    /// Threads:   any. Returns at once; the connection thread writes it later.
+    /// Threads:   any. Returns at once; the connection thread sends the message later.
     /// Returns:   S_OK, or E_FAIL when the connection thread could not be woken.
     template <class Set>
     HRESULT Queue(std::unique_ptr<TextProtocolMessage<Set>> message) {

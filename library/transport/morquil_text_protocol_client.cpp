@@ -26,12 +26,12 @@ void MorquilTextProtocolClient::OnDataReceived(const char* bytes, std::size_t le
     parser_.Feed(bytes, length);
 }
 
-/// A refusal releases the next block exactly as an acknowledgement does: the mirror shows what the device made of it.
+/// A refusal releases the next block exactly as an acknowledgement does: the mirror shows the device's actual values.
 void MorquilTextProtocolClient::OnAcknowledge(bool /*positive*/) {
     Acknowledge();
 }
 
-/// Bad lines of a device are no news for a host; what it said stands on the console as it came.
+/// A host is not notified of a device's malformed lines. They appear on the console as received.
 void MorquilTextProtocolClient::OnProtocolError(const char* /*text*/) {}
 
 }  // namespace Morquil

@@ -14,8 +14,8 @@
 
 namespace Morquil {
 
-/// The client for this protocol's blocks: parses what arrives, keeps what waits to be sent and remembers what was sent,
-/// so that a device's answer can be told from a change made elsewhere. A derived class receives the blocks.
+/// The client for this protocol's blocks: parses received bytes, holds pending messages and remembers sent blocks, so
+/// that a device's answer can be distinguished from a change made elsewhere. A derived class receives the blocks.
 class MorquilTextProtocolClient : public TextProtocolClient, public IMorquilTextProtocolSink, public IMessageQueue {
 public:
     explicit MorquilTextProtocolClient(std::unique_ptr<AbstractComms> comms);
@@ -29,15 +29,15 @@ protected:
     std::unique_ptr<TextProtocolMessageBase> TakeNextMessage() override;
     void OnDataReceived(const char* bytes, std::size_t length) override;
 
-    /// Whether any sent text still waits for its echo. On the connection thread, like the two below.
+    /// Whether any sent text still awaits its echo. On the connection thread, like the next two.
     bool AwaitsEcho() const { return !sentTexts_.IsEmpty(); }
-    /// Whether the library itself has sent this very block.
+    /// Whether the library itself has sent exactly this block.
     bool IsSentText(const std::string& text) const { return sentTexts_.Contains(text); }
-    /// Forgets a block that was sent, and all that were sent before it.
+    /// Forgets a sent block and all blocks that were sent before it.
     void ForgetSentThrough(const std::string& text) { sentTexts_.ForgetThrough(text); }
 
-    /// Drops whatever else arrives.
-    /// Threads: any, also from inside a sink operation.
+    /// Drops everything that arrives from now on.
+    /// Threads: any, also inside a sink operation.
     void StopListening() { parser_.SetSink(nullptr); }
     bool IsListening() const { return parser_.HasSink(); }
 

@@ -7,26 +7,26 @@
 
 namespace Morquil {
 
-/// What one look at the socket has found.
+/// The result of one check of the socket.
 struct SocketState {
     bool readable = false;
     bool writable = false;
-    bool gone = false;  ///< closed, broken or not to be looked at
+    bool gone = false;  ///< closed, broken or impossible to check
 };
 
-/// Events that one wait found and that have not been told yet, oldest first.
+/// Events that one wait found and that have not been reported yet, oldest first.
 class PendingEvents {
 public:
     bool IsEmpty() const { return told_ == count_; }
     void Clear() { told_ = count_ = 0; }
 
-    /// To be called on an empty queue only.
+    /// Call it on an empty queue only.
     void AddOne(CommsEvent event) {
         Clear();
         events_[count_++] = event;
     }
 
-    /// To be called on an empty queue only. An end of the connection drops what was found with it.
+    /// Call it on an empty queue only. The end of the connection drops the events that were found with it.
     void AddSocket(const SocketState& state) {
         Clear();
         if (state.gone) {
@@ -41,7 +41,7 @@ public:
         }
     }
 
-    /// To be called on a queue that is not empty.
+    /// Call it on a non-empty queue only.
     CommsEvent TakeOldest() { return events_[told_++]; }
 
 private:

@@ -6,7 +6,7 @@ namespace Morquil {
 
 namespace {
 
-/// The slots that messages leave.
+/// The slots whose messages are sent.
 constexpr std::array<bool, PendingMessages::slotCount> scannedSlots = [] {
     std::array<bool, PendingMessages::slotCount> scanned{};
     ForEachBlock([&]<class Description>() {

@@ -12,20 +12,20 @@
 
 namespace Morquil {
 
-/// The messages that wait to be sent, at most one of each type: a later one merges into the one that waits, and its
-/// values replace those that wait.
+/// The messages that wait to be sent, at most one of each type. A later message merges into the pending one, and its
+/// values replace the pending values.
 class PendingMessages {
 public:
     static constexpr std::size_t slotCount = pendingSlotCount;
 
-    /// Returns whether the message took an empty slot; otherwise it was merged into the one that waits.
+    /// Returns whether the message was put into an empty slot; otherwise it was merged into the pending one.
     template <class Set>
     bool Add(std::unique_ptr<TextProtocolMessage<Set>> message) {
         return Add(PendingSlotOf<Set>(), std::move(message));
     }
     bool Add(PendingSlot slot, std::unique_ptr<TextProtocolMessageBase> message);
 
-    /// Takes the first message in slot order, or nothing.
+    /// Takes the first message in slot order; null when none is pending.
     std::unique_ptr<TextProtocolMessageBase> TakeNext();
 
 private:

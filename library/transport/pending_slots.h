@@ -1,4 +1,4 @@
-// Which messages wait where, as the block table says.
+// Which message waits in which slot, from the block table.
 #pragma once
 
 #include <algorithm>
@@ -15,13 +15,13 @@ inline constexpr std::size_t pendingSlotCount = [] {
     return last;
 }();
 
-/// Where the messages of one type wait, and how a later one joins the one that waits.
+/// The slot in which messages of one type wait, and how a later message merges into the pending one.
 struct PendingSlot {
     std::size_t index;
     void (*merge)(TextProtocolMessageBase& waiting, const TextProtocolMessageBase& later);
 };
 
-/// The slot of `TextProtocolMessage<Set>`. Does not compile for a message that has none.
+/// The slot of `TextProtocolMessage<Set>`. Does not compile for a message without a slot.
 template <class Set>
 constexpr PendingSlot PendingSlotOf() {
     static_assert(factsOf<Set>.slot != 0, "the message has no slot");

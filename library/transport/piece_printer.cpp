@@ -11,7 +11,7 @@ void PiecePrinter::Print(std::string_view piece) {
     droppedBytes_ += piece.size() - (isReady ? WritePiece(piece) : 0);
 }
 
-/// Returns: whether all of the notice has been written.
+/// Returns: whether the whole notice has been written.
 bool PiecePrinter::PrintNotice() {
     constexpr std::string_view before = "[MorquilAPI: ";
     constexpr std::string_view after = " bytes of output were dropped here]\n";

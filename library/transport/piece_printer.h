@@ -6,15 +6,15 @@
 
 namespace Morquil {
 
-/// Prints whole pieces or drops them. The first piece that can be printed again comes after a line that says how many
-/// bytes were dropped.
+/// Prints whole pieces or drops them. After a drop, a line with the number of dropped bytes is printed before the next
+/// piece.
 class PiecePrinter {
 public:
     /// Writes as much of `text` as can be written at once.
-    /// Returns: how many bytes that is.
+    /// Returns: the number of bytes written.
     using Write = std::size_t (*)(std::string_view text);
 
-    /// A pipe takes this much whole or not at all.
+    /// The largest write that a pipe accepts either whole or not at all.
     static constexpr std::size_t largestWrite = 4096;
 
     explicit constexpr PiecePrinter(Write write) : write_(write) {}

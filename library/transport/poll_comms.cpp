@@ -21,11 +21,11 @@
 namespace Morquil {
 namespace {
 
-// Places of what is waited for.
+// Indexes into the watched descriptors.
 constexpr std::size_t wakeUpPlace = 0;
 constexpr std::size_t socketPlace = 1;
 
-// poll leaves a negative descriptor out.
+// poll ignores a negative descriptor.
 constexpr int notWatched = -1;
 
 int PollTimeout(std::uint32_t timeoutMs) {
@@ -36,14 +36,15 @@ int PollTimeout(std::uint32_t timeoutMs) {
     return static_cast<int>(std::min(timeoutMs, longest));
 }
 
-// Polls until something is reported or the time is over; interruptions do not count. Returns what poll returns.
+// Polls until poll reports something or the time is up; an interruption does not end the wait. Returns what poll
+// returns.
 template <std::size_t count>
 int PollUntil(std::array<pollfd, count>& watched, const Deadline& deadline) {
     for (;;) {
         const int timeout = PollTimeout(deadline.RemainingMs());
         const int result = poll(watched.data(), count, timeout);
         const bool interrupted = result < 0 && errno == EINTR;
-        // A time-out that poll cannot hold ends early and goes on.
+        // A time-out too long for one poll ends early and is continued.
         const bool endedEarly = result == 0 && deadline.RemainingMs() > 0;
         if (!interrupted && !endedEarly) {
             return result;
@@ -72,9 +73,9 @@ void SendAtOnce(int socket) {
     setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof(on));
 }
 
-// Begins to connect. Returns: false when the attempt has failed at once.
+// Begins to connect. Returns: false when the attempt fails at once.
 bool BeginConnect(int socket, const sockaddr_in& address) {
-    // An interrupted attempt goes on by itself, as one in progress does.
+    // An interrupted attempt continues in the background, like one in progress.
     return connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0 || errno == EINPROGRESS ||
            errno == EINTR;
 }
@@ -85,14 +86,15 @@ bool HasPeer(int socket) {
     return getpeername(socket, reinterpret_cast<sockaddr*>(&peer), &size) == 0;
 }
 
-// Whether an attempt that poll has reported on has succeeded.
+// Whether the attempt has succeeded. Call it once poll has reported on it.
 bool HasConnected(int socket) {
     int error = 0;
     socklen_t size = sizeof(error);
     return getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size) == 0 && error == 0 && HasPeer(socket);
 }
 
-// Whether the system holds bytes that have not been received. poll cannot tell them from the end of a connection.
+// Whether the system holds bytes that have not been received. poll cannot distinguish them from the end of a
+// connection.
 bool HasUnreadBytes(int socket) {
     int count = 0;
     return ioctl(socket, FIONREAD, &count) == 0 && count > 0;
@@ -124,7 +126,7 @@ bool PollComms::Open(const std::string& host, std::uint32_t port, bool nonBlocki
     return true;
 }
 
-// Waits for the connection or for a stop, which wins. Other signals keep.
+// Waits for the connection or for a stop, which takes precedence. Other signals stay pending.
 bool PollComms::AwaitConnection(int socket) {
     const Deadline deadline(connectLimitMs);
     const Signals::Wait wait(signals_);
@@ -164,7 +166,7 @@ bool PollComms::Attach(SocketHandle socket, bool /*nonBlocking*/) {
     return true;
 }
 
-// From here on everything about the socket is told anew.
+// From here on every state of the socket is reported again.
 void PollComms::Arm(int socket) {
     if (socket != socket_) {
         readAhead_.Clear();
@@ -198,7 +200,7 @@ CommsEvent PollComms::WaitForEvent() {
     return pending_.TakeOldest();
 }
 
-// Queues a signal, or waits once and queues what it finds, which may be nothing. Further signals keep.
+// Queues a signal, or waits once and queues the events that it finds, which may be none. Other signals stay pending.
 void PollComms::Poll(const Deadline& deadline) {
     const Signals::Wait wait(signals_);
     if (TakeSignal()) {
@@ -233,8 +235,8 @@ bool PollComms::HasUnread() const {
     return !readAhead_.IsEmpty() || HasUnreadBytes(socket_);
 }
 
-// Whether there is something to tell that poll does not report: bytes that were read ahead, or the rest of a connection
-// that has ended.
+// Whether an event is due that poll does not report: bytes that were read ahead, or the rest of a connection that has
+// ended.
 bool PollComms::IsSocketEventDue() const {
     return readAhead_.IsUntold() || (hasEnded_ && (HasUnread() ? tellReadable_ : tellGone_));
 }
@@ -244,8 +246,8 @@ short PollComms::WatchedEvents() const {
     return static_cast<short>(events);
 }
 
-// What is told now is not told again before something new can have happened. The end is told after the bytes before it
-// have been received.
+// A state that is reported now is not reported again until it can have changed. The end is reported after the bytes
+// before it have been received.
 SocketState PollComms::Translate(short reported) {
     hasEnded_ = hasEnded_ || (reported & (POLLRDHUP | POLLHUP | POLLERR | POLLNVAL)) != 0;
     const bool hasUnread = hasEnded_ ? HasUnread() : (reported & POLLIN) != 0 || readAhead_.IsUntold();
@@ -300,8 +302,8 @@ bool PollComms::Signal(int which) {
     return !signals_.Give(static_cast<CommsSignal>(which)) || wakeUp_.Signal();
 }
 
-// A signal other than the stop wakes the wait once and keeps. An end that leaves the socket open for sending does not
-// end the wait: a send would still block.
+// A signal other than stop wakes the wait once and stays pending. If the other side has only closed its sending
+// direction, the wait goes on: a send would still block.
 void PollComms::WaitUntilWritable() {
     const Signals::Wait wait(signals_);
     std::array<pollfd, 2> watched{{{wakeUp_.Descriptor(), POLLIN, 0}, {socket_, POLLOUT, 0}}};

@@ -41,17 +41,17 @@ private:
     SocketState Translate(short reported);
 
     int socket_ = -1;
-    bool stands_ = false;    // the connection has been seen to stand
-    bool hasEnded_ = false;  // poll has reported the end; it is told when all bytes have been received
+    bool stands_ = false;    // the connection is known to be up
+    bool hasEnded_ = false;  // poll has reported the end, which is passed on once all bytes have been received
     std::uint32_t waitTimeoutMs_ = 0;
     bool includeSocket_ = false;
     Signals signals_;
-    WakeUp wakeUp_;  // of a wait, for a signal
+    WakeUp wakeUp_;  // wakes a wait for a signal
     PendingEvents pending_;
     ReadAhead readAhead_;
 
-    // poll reports a state for as long as it lasts, the client counts on being told of a change once: these say what it
-    // still has to be told of.
+    // poll reports a state as long as it lasts, but the client relies on being notified of each change once. These
+    // flags say what may still be reported.
     bool tellReadable_ = false;
     bool tellWritable_ = false;
     bool tellGone_ = false;

@@ -6,13 +6,13 @@
 
 namespace Morquil {
 
-/// Bytes taken from the system before they are asked for: a large read costs hardly more than a small one, and on some
-/// systems each is a round trip to another process.
+/// A buffer of bytes read from the system before the caller requests them. A large read costs hardly more than a small
+/// one, and on some systems each read is a round trip to another process.
 class ReadAhead {
 public:
-    /// Hands out up to `length` bytes, of what has been read ahead when there is any; `stay` leaves them there.
-    /// Otherwise `read(buffer, length, flags)` is asked for more; it returns a number of bytes, or a result of 0 or
-    /// less, which is then the result here. What the system is to do in a way of its own (`flags`) is not read ahead.
+    /// Copies up to `length` buffered bytes to `buffer` and, unless `stay` is set, removes them. When nothing is
+    /// buffered it calls `read(buffer, length, flags)`, which returns a number of bytes, or 0 or less; the latter is
+    /// then the result here too. With `flags` it does not read ahead.
     template <class Read>
     int Take(char* buffer, int length, int flags, bool stay, Read read) {
         if (IsEmpty()) {
@@ -34,19 +34,20 @@ public:
         return static_cast<int>(count);
     }
 
-    /// Whether bytes wait, here or behind, that nobody has been told of since the last `Take`.
+    /// Whether bytes, here or in the system, are available that have not been reported since the last `Take`.
     bool IsUntold() const { return untold_; }
 
-    /// They have been told of. `more`: the system has said that it has more, and says so once for each read.
+    /// Marks the available bytes as reported. `more`: the system has reported that it has more, which it does once for
+    /// each read.
     void Tell(bool more) {
         untold_ = false;
         more_ = more_ || more;
     }
 
-    /// Whether more than what is asked for may be read. Not of a socket that others read, too.
+    /// Sets whether more than the requested bytes may be read. Disable it for a socket that others read as well.
     void Enable(bool enabled) { isEnabled_ = enabled; }
 
-    /// What waits is to be told anew.
+    /// Marks the buffered bytes as not reported yet.
     void TellAgain() { untold_ = !IsEmpty(); }
 
     bool IsEmpty() const { return begin_ == end_; }

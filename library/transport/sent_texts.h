@@ -6,14 +6,14 @@
 
 namespace Morquil {
 
-/// The texts of blocks that were sent and whose echo has not come back yet, oldest first.
+/// The texts of sent blocks whose echo has not arrived yet, oldest first.
 class SentTexts {
 public:
     bool IsEmpty() const { return texts_.empty(); }
     void Append(std::string text);
     bool Contains(std::string_view text) const;
-    /// Removes everything from the oldest up to the first `text`: the device answers in order, so what was sent before
-    /// an answered block will not be answered any more. Unknown text removes nothing.
+    /// Removes everything from the oldest text through the first that equals `text`. The device answers in order, so
+    /// blocks sent before an answered block will not be answered any more. Does nothing if `text` is not in the list.
     void ForgetThrough(std::string_view text);
 
 private:

@@ -10,7 +10,7 @@ struct TakenAs {
     CommsEvent event;
 };
 
-// In the order in which they win.
+// In order of priority.
 constexpr std::array signalEvents{TakenAs{signalStop, CommsEvent::StopRequested},
                                   TakenAs{signalSend, CommsEvent::SendRequested},
                                   TakenAs{signalUser, CommsEvent::UserSignal}};

@@ -8,25 +8,25 @@
 
 namespace Morquil {
 
-/// The signals of a transport that were given and not taken yet, each once. Tells when a signal needs a system call to
-/// be heard, which is only while somebody waits.
-/// Threads: `Give` from any; everything else from the one that waits.
+/// The pending signals of a transport: given and not yet taken, each at most once. Also decides when a signal needs a
+/// system call, which is only during a wait.
+/// Threads: `Give` from any thread; everything else from the waiting thread.
 class Signals {
 public:
-    /// Returns: whether the wait has to be woken.
+    /// Returns: whether a wait has to be woken.
     bool Give(CommsSignal which);
 
-    /// Whether the signal `which` was given and not taken yet.
+    /// Whether the signal `which` is pending.
     bool Has(CommsSignal which) const;
 
-    /// Takes the first signal there is, of stop, send and user; the others stay.
+    /// Takes the first pending signal in the order stop, send, user. The others stay pending.
     std::optional<CommsEvent> TakeFirst();
-    /// Takes the signal `which` alone.
-    /// Returns: whether it was there.
+    /// Takes only the signal `which`.
+    /// Returns: whether it was pending.
     bool Take(CommsSignal which);
 
-    /// Says, as long as it stands on the stack, that a wait is on its way. Take what is there once it stands: what
-    /// comes later wakes. The wait may be woken for a signal that has been taken.
+    /// Marks a wait as in progress while the scope lasts. Take the pending signals after constructing it: a signal that
+    /// comes later wakes the wait. The wait may also be woken for a signal that has already been taken.
     class Wait {
     public:
         explicit Wait(Signals& signals) : waiting_(signals.waiting_) { waiting_ = true; }

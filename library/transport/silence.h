@@ -8,20 +8,20 @@
 
 namespace Morquil {
 
-/// How long a connection has been silent: from the first wait after the last byte, sent or received. A wake-up without
-/// a byte is no sign of life.
+/// How long a connection has been silent, counted from the first wait after the last byte sent or received. A wake-up
+/// without a byte does not end the silence.
 class Silence {
 public:
     using Time = QRN::Core::Clock::time_point;
 
-    /// How much silence a connection stands.
+    /// The longest permitted silence.
     static constexpr std::chrono::milliseconds limit{9000};
 
     /// A byte was sent or received.
     void Break() { isBroken_ = true; }
 
-    /// To be asked before each wait.
-    /// Returns: how many milliseconds of the limit are left, rounded up.
+    /// Call it before each wait.
+    /// Returns: the milliseconds left until the limit, rounded up.
     std::uint32_t RemainingMs(Time now) {
         if (std::exchange(isBroken_, false)) {
             began_ = now;

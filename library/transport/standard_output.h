@@ -5,13 +5,13 @@
 
 namespace Morquil {
 
-/// Whether standard output leads anywhere at present.
+/// Whether standard output is currently open.
 bool IsStandardOutputOpen();
 
-/// Writes `text`, of up to 4,096 bytes, to standard output after what the host's stream holds back, without waiting for
-/// a reader and without a signal to the host.
+/// Writes `text`, of up to 4,096 bytes, to standard output, after the text that the host's stream has buffered. Does
+/// not wait for a reader and raises no signal in the host.
 /// Threads: one at a time.
-/// Returns: how many bytes were written; for a pipe, all or none.
+/// Returns: the number of bytes written; for a pipe, all or none.
 std::size_t WriteAtOnce(std::string_view text);
 
 }  // namespace Morquil

@@ -19,7 +19,8 @@
 namespace Morquil {
 namespace {
 
-// Keeps other threads' text out of the stream, unless one of them is writing: it may be waiting for a reader.
+// Locks the stream against other threads if it can. A thread that is writing to it may be waiting for a reader, so this
+// never waits for the lock.
 class StreamHold {
 public:
     StreamHold() : isHeld_(ftrylockfile(stdout) == 0) {}
@@ -37,14 +38,15 @@ private:
     const bool isHeld_;
 };
 
-// Whether a pipe takes at least PIPE_BUF bytes, and has a reader.
+// Whether a pipe accepts at least PIPE_BUF bytes and has a reader.
 bool IsReady(int descriptor) {
     pollfd watched{descriptor, POLLOUT, 0};
     return poll(&watched, 1, 0) == 1 && watched.revents == POLLOUT;
 }
 
-// Writes what the host's stream holds back, so that the order stays that of the calls. A host that holds back more than
-// a pipe is sure to take is overtaken. Returns: false where a reader has to come first.
+// Writes the text that the host's stream has buffered, to keep the order of the calls. If more is buffered than a pipe
+// is certain to accept, it stays in the buffer and our text goes first. Returns: false when a reader has to make room
+// first.
 bool FlushStream(int descriptor, bool isFile) {
     const std::size_t heldBack = __fpending(stdout);
     if (heldBack == 0) {
@@ -59,8 +61,8 @@ bool FlushStream(int descriptor, bool isFile) {
     return true;
 }
 
-// The same pipe or terminal, opened anew: not to wait is a property of an open file, and that of the host stays as it
-// is. Nothing where the process may not open it, or there is no reader.
+// Opens the same pipe or terminal a second time: O_NONBLOCK belongs to the open file, and the host's must not change.
+// The result is not open if the process may not open it or it has no reader.
 FileDescriptor OpenWithoutWaiting(int descriptor) {
     std::array<char, 32> path;
     std::snprintf(path.data(), path.size(), "/proc/self/fd/%d", descriptor);
@@ -68,7 +70,7 @@ FileDescriptor OpenWithoutWaiting(int descriptor) {
         QRN::Core::AboveStandardStreams(open(path.data(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)));
 }
 
-// Terminals, and pipes before Linux 6.4, have no write that does not wait.
+// Terminals, and pipes before Linux 6.4, do not support a write that never waits.
 ssize_t WriteToReader(int descriptor, std::string_view text) {
     const iovec piece{const_cast<char*>(text.data()), text.size()};
     const ssize_t written = pwritev2(descriptor, &piece, 1, -1, RWF_NOWAIT);

@@ -10,13 +10,13 @@
 namespace Morquil {
 namespace {
 
-// Null where there is none.
+// Null when there is none.
 HANDLE StandardOutput() {
     const int descriptor = _fileno(stdout);
     return descriptor < 0 ? nullptr : reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
 }
 
-// As the C library writes text, after what the host's stream holds back.
+// Writes through the C library's text mode, after the text that the host's stream has buffered.
 std::size_t WriteText(std::string_view text) {
     std::fflush(stdout);
     const int written = _write(_fileno(stdout), text.data(), static_cast<unsigned>(text.size()));
@@ -31,7 +31,7 @@ bool IsStandardOutputOpen() {
     return GetFileType(StandardOutput()) != FILE_TYPE_UNKNOWN;
 }
 
-/// No question to the system tells whether a pipe or a console would wait, so that another thread does.
+/// The system cannot say whether a write to a pipe or a console would wait, so another thread does the writing.
 std::size_t WriteAtOnce(std::string_view text) {
     switch (GetFileType(StandardOutput())) {
         case FILE_TYPE_UNKNOWN:

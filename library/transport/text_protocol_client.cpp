@@ -24,7 +24,7 @@ TextProtocolClient::TextProtocolClient(std::unique_ptr<AbstractComms> comms)
 
 TextProtocolClient::~TextProtocolClient() {
     Stop();
-    // The thread that destroys its own client cannot wait for itself: it lets its handle go.
+    // A connection thread that destroys its own client cannot wait for itself: it only releases its handle.
     Lock lock(joinLock_);
     JoinThread(thread_, nullptr, threadId_);
 }
@@ -57,13 +57,13 @@ bool TextProtocolClient::Start() {
     return false;
 }
 
-/// A wake-up that the last connection did not take would end the next attempt at once.
+/// Takes a stop wake-up that the last connection left pending: it would end the next attempt at once.
 void TextProtocolClient::TakeLeftWakeUp() {
     if (!stopSignalled_.exchange(false)) {
         return;
     }
     comms_->SetWaitMode(false, 0);
-    comms_->Signal(signalStop);  // an attempt may have taken it: there is one now in any case, and never two
+    comms_->Signal(signalStop);  // an attempt may have taken it; now exactly one is pending
     bool sendWaits = false;
     CommsEvent event = comms_->WaitForEvent();
     while (event != CommsEvent::StopRequested && event != CommsEvent::Timeout && event != CommsEvent::WaitFailed) {
@@ -106,7 +106,7 @@ bool TextProtocolClient::StartThread() {
     return false;
 }
 
-/// The client is idle again; whoever counts on notices hears of it.
+/// Makes the client idle again and reports the end of the connection if notices are wanted.
 void TextProtocolClient::Disconnected() {
     running_ = false;
     comms_->Close();
@@ -115,11 +115,11 @@ void TextProtocolClient::Disconnected() {
     }
 }
 
-/// Waits for the thread, if there is one, to end. A stop that was requested meant that thread.
+/// Waits for the thread, if there is one, to end. A requested stop was meant for that thread and is cleared.
 void TextProtocolClient::LetThreadEnd() {
     Lock lock(joinLock_);
     if (thread_) {
-        // A thread that starts its own successor lets its handle go.
+        // A thread that starts its own successor only releases its handle.
         JoinThread(thread_, nullptr, threadId_);
         threadId_ = 0;
         stopRequested_ = false;
@@ -137,8 +137,8 @@ bool TextProtocolClient::RequestStop() {
         Lock lock(startLock_);
         stopRequested_ = true;
     }
-    // A wake-up that nobody takes would end the next connection: the thread itself looks at the request, and so does a
-    // start that has not begun to connect.
+    // No wake-up is needed here: the connection thread itself checks `stopRequested_`, and so does a start that has not
+    // begun to connect. A wake-up left pending would end the next connection.
     if (IsOnConnectionThread() || (!running_ && !opening_)) {
         return true;
     }
@@ -173,7 +173,7 @@ void TextProtocolClient::Run() {
             comms_->SetWaitMode(true, rules_.NextWaitMs(QRN::Core::Now()));
         } while (Do(NextAction()) && !stopRequested_);
     } catch (...) {
-        // Without memory for a block the mirror would be wrong from here on: the connection ends instead.
+        // Without memory for a block the mirror would be wrong from here on, so the connection ends.
         gathering_ = false;
     }
 }
@@ -187,7 +187,7 @@ LinkRules::Action TextProtocolClient::NextAction() {
     return rules_.OnEvent(event, wasInterrupted);
 }
 
-/// Returns whether the connection goes on.
+/// Returns whether the connection continues.
 bool TextProtocolClient::Do(LinkRules::Action action) {
     switch (action) {
         case LinkRules::Action::Wait:
@@ -222,7 +222,7 @@ void TextProtocolClient::SendNextMessage() {
     }
 }
 
-/// One send for the whole block: piece by piece it would wait for the device's delayed acknowledgements.
+/// Sends the whole block at once: sent piece by piece it would wait for the device's delayed acknowledgements.
 void TextProtocolClient::WriteMessage(const TextProtocolMessageBase& message) {
     gathered_.clear();
     gathering_ = true;
@@ -248,8 +248,8 @@ void TextProtocolClient::SendFormatted(const char* format, ...) {
     }
 }
 
-/// A device that does not read is waited for until it reads, the connection breaks or a stop is requested. Only the
-/// connection thread may wait; a piece of any other thread is tried again at once.
+/// If the device does not read, waits until it reads, the connection breaks or a stop is requested. Only the connection
+/// thread may wait; any other thread retries at once.
 void TextProtocolClient::SendAll(const char* text, std::size_t length) {
     while (length > 0 && !stopRequested_) {
         const int sent = comms_->Send(text, static_cast<int>(length), 0);
@@ -275,7 +275,7 @@ void TextProtocolClient::ReceiveAvailable() {
     while (next == LinkRules::Action::Receive && !stopRequested_) {
         const int received = comms_->Receive(receiveBuffer_.data(), receiveSize, 0);
         if (received > 0) {
-            // The console shows what the device says, as text: up to a zero byte.
+            // The console shows the received bytes as text, up to the first zero byte.
             const auto length = static_cast<std::size_t>(received);
             Print(UpToZero({receiveBuffer_.data(), length}));
             OnDataReceived(receiveBuffer_.data(), length);

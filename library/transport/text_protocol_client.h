@@ -16,34 +16,34 @@
 
 namespace Morquil {
 
-/// One connection to one device and the thread that serves it: waits, sends and receives as `LinkRules` say. Knows no
-/// block by name.
+/// One connection to one device and the thread that serves it. Waits, sends and receives as `LinkRules` decide. Knows
+/// no specific block.
 ///
-/// A derived class stops the client first thing in its destructor, before anything that the thread uses goes.
+/// A derived class must call `Stop` first in its destructor, before anything that the thread uses is destroyed.
 class TextProtocolClient : public IMessageSender {
 public:
-    /// `comms` has not been initialised yet.
+    /// `comms` must not be initialised yet.
     explicit TextProtocolClient(std::unique_ptr<AbstractComms> comms);
     ~TextProtocolClient() override;
     TextProtocolClient(const TextProtocolClient&) = delete;
     TextProtocolClient& operator=(const TextProtocolClient&) = delete;
 
-    /// Sets the address to connect to (host name or dotted address, UTF-8) and makes the client ready to start again
-    /// after a `Stop` that found nothing to stop.
-    /// Returns: false, and nothing changes, while it runs.
+    /// Sets the address to connect to (host name or dotted address, UTF-8). Also allows a new `Start` after a `Stop`
+    /// that found nothing to stop.
+    /// Returns: false while the client is running; nothing has changed.
     bool SetServer(std::string host, std::uint32_t port);
 
-    /// Connects, for 2 s at most, and starts the connection thread. Returns at once when it runs already.
-    /// Returns: false when there is no connection, also because `Stop` came meanwhile.
+    /// Connects, for at most 2 s, and starts the connection thread. Returns at once when it is already running.
+    /// Returns: false when there is no connection, also when `Stop` was called meanwhile.
     bool Start();
 
-    /// Ends the connection and waits for its thread; on the connection thread itself it only asks it to end. A `Start`
-    /// that is still connecting gives up.
-    /// Threads: any, several at once.
+    /// Ends the connection and waits for its thread to end. On the connection thread itself it only requests the end. A
+    /// `Start` that is still connecting gives up.
+    /// Threads: any, also several at once.
     void Stop();
 
     void BeginMessage() override {}
-    /// While a message writes itself its pieces are gathered and go out together; any other piece goes out at once.
+    /// The pieces of a message are gathered and sent together. Any other piece is sent at once.
     [[gnu::format(printf, 2, 3)]] void SendFormatted(const char* format, ...) override;
     bool EndMessage() override { return true; }
 
@@ -52,22 +52,22 @@ protected:
     virtual std::unique_ptr<TextProtocolMessageBase> TakeNextMessage() = 0;
     /// Bytes have arrived. On the connection thread.
     virtual void OnDataReceived(const char* bytes, std::size_t length) = 0;
-    /// The connection has come (on the thread that called `Start`) or gone (on the connection thread).
+    /// The connection is up (called on the thread that called `Start`) or has ended (called on the connection thread).
     virtual void OnConnectionChanged(bool connected) = 0;
-    /// A connection thread is about to be started. `OnThreadEnding` follows for certain.
+    /// A connection thread is about to be started. A call of `OnThreadEnding` always follows.
     virtual void OnThreadStarting() {}
-    /// The last call that the connection thread makes; it may destroy the client.
+    /// The connection thread's last call. It may destroy the client.
     virtual void OnThreadEnding() {}
 
-    /// The device has answered: the next message may go. On the connection thread.
+    /// The device has answered: sends the next message, if one is pending. On the connection thread.
     void Acknowledge();
-    /// Asks the connection thread, and a `Start` that is still connecting, to end.
-    /// Returns: whether it could be asked.
+    /// Requests the end of the connection thread and of a `Start` that is still connecting.
+    /// Returns: whether the request could be delivered.
     bool RequestStop();
     bool IsOnConnectionThread() const { return threadId_ == QRN::Core::CurrentThreadId(); }
     bool WakeSender() { return comms_->Signal(signalSend); }
 
-    /// Notices that the connection has gone are given only while this is not 0.
+    /// The end of the connection is reported only while this is not 0.
     std::atomic<std::uint32_t> disconnectNoticeCount_ = 0;
 
 private:
@@ -97,15 +97,15 @@ private:
     std::atomic<bool> running_ = false;
     std::atomic<bool> opening_ = false;
     std::atomic<bool> stopRequested_ = false;
-    std::atomic<bool> stopSignalled_ = false;  // and nobody has taken the wake-up yet
+    std::atomic<bool> stopSignalled_ = false;  // and the wake-up has not been taken yet
     std::atomic<QRN::Core::ThreadId> threadId_ = 0;
-    /// Makes "no stop was requested" and "the thread is started" one step.
+    /// Makes checking for a requested stop and starting the thread one step.
     QRN::Core::Lockable startLock_;
-    /// Held while the thread is waited for: whoever comes second waits for the first.
+    /// Held while waiting for the thread to end: a second caller waits for the first.
     QRN::Core::Lockable joinLock_;
     QRN::Core::ThreadHandle thread_ GUARDED_BY(joinLock_);
 
-    // The connection thread's own; `Start` prepares them before there is one.
+    // Used by the connection thread only; `Start` prepares them before the thread exists.
     LinkRules rules_;
     bool gathering_ = false;
     std::string gathered_;

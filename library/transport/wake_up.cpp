@@ -16,7 +16,7 @@ bool WakeUp::Create() {
 
 bool WakeUp::Signal() const {
     constexpr std::uint64_t one = 1;
-    // A counter that is full has been signalled.
+    // A full counter is already signalled.
     return write(counter_.Get(), &one, sizeof(one)) == sizeof(one) || errno == EAGAIN;
 }
 

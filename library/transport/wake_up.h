@@ -4,10 +4,11 @@
 
 namespace Morquil {
 
-/// A signal that poll can wait for; taking it resets it. Any thread may signal; signals that nobody took yet are one.
+/// A signal that poll can wait for. Taking it resets it. Any thread may signal. Several signals that have not been
+/// taken count as one.
 class WakeUp {
 public:
-    /// Returns: false when the system has no descriptor to give.
+    /// Returns: false when the system has no free descriptor.
     bool Create();
     /// Returns: false before `Create`.
     bool Signal() const;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <winsock2.h>
-// winsock2.h comes first: windows.h would bring the old one in.
+// winsock2.h comes first: windows.h would otherwise include the old winsock.h.
 #include <windows.h>
 
 #include <utility>

@@ -70,7 +70,7 @@ void WriterThread::Run() {
     isRunning_ = false;
 }
 
-/// Returns: false when there is nothing to write any more.
+/// Returns: false when there is nothing left to write.
 bool WriterThread::AwaitPiece() {
     bool isIdle = false;
     while (length_ == 0 && !isIdle) {

@@ -33,7 +33,7 @@ void SendAtOnce(SOCKET socket) {
     setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on), sizeof(on));
 }
 
-// Begins to connect. Returns: false when the attempt has failed at once.
+// Begins to connect. Returns: false when the attempt fails at once.
 bool BeginConnect(SOCKET socket, const sockaddr_in& address) {
     return connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0 ||
            WSAGetLastError() == WSAEWOULDBLOCK;
@@ -45,7 +45,7 @@ bool HasPeer(SOCKET socket) {
     return getpeername(socket, reinterpret_cast<sockaddr*>(&peer), &size) == 0;
 }
 
-// Whether the event that was selected for FD_CONNECT says that the attempt has succeeded.
+// Whether `connectEvent`, selected for FD_CONNECT, reports that the attempt has succeeded.
 bool HasConnected(SOCKET socket, HANDLE connectEvent) {
     WSANETWORKEVENTS found{};
     return WSAEnumNetworkEvents(socket, connectEvent, &found) == 0 && (found.lNetworkEvents & FD_CONNECT) != 0 &&
@@ -87,7 +87,7 @@ bool WSAComms::Open(const std::string& host, std::uint32_t port, bool nonBlockin
     if (!IsConnectable(host, port) || !Resolve(host, port, address)) {
         return false;
     }
-    // Not for child processes: they would keep the connection open.
+    // Child processes must not inherit the socket: they would keep the connection open.
     constexpr DWORD flags = WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT;
     WindowsSocket attempt(WSASocketW(AF_INET, SOCK_STREAM, IPPROTO_TCP, nullptr, 0, flags));
     if (!attempt.IsOpen()) {
@@ -106,8 +106,8 @@ bool WSAComms::Open(const std::string& host, std::uint32_t port, bool nonBlockin
     return true;
 }
 
-// Connects and waits for the connection or for a stop, which wins. A plain blocking connect could take minutes and
-// nothing could end it.
+// Connects and waits for the connection or for a stop, which takes precedence. A plain blocking connect could take
+// minutes and could not be ended.
 bool WSAComms::Connect(SOCKET socket, const sockaddr_in& address) {
     const WindowsHandle connectEvent(WSACreateEvent());
     if (!connectEvent.IsOpen() || WSAEventSelect(socket, connectEvent.Get(), FD_CONNECT) != 0 ||
@@ -152,7 +152,7 @@ bool WSAComms::Attach(SocketHandle socket, bool nonBlocking) {
     return true;
 }
 
-// From here on everything about the socket is told anew. Selecting events makes it non-blocking as well.
+// From here on every state of the socket is reported again. Selecting events also makes the socket non-blocking.
 void WSAComms::Arm(SOCKET socket) {
     if (socket != socket_) {
         endWaits_ = false;
@@ -189,8 +189,8 @@ CommsEvent WSAComms::WaitForEvent() {
     return pending_.TakeOldest();
 }
 
-// Queues a signal, or waits once and queues what it finds, which may be nothing. A wait that failed counts as one that
-// found nothing, but cannot outlast the time-out.
+// Queues a signal, or waits once and queues the events that it finds, which may be none. A failed wait counts as one
+// that found nothing, but cannot outlast the time-out.
 void WSAComms::Wait(const Deadline& deadline) {
     const Signals::Wait wait(signals_);
     if (TakeSignal()) {
@@ -217,7 +217,8 @@ bool WSAComms::TakeSignal() {
     return signal.has_value();
 }
 
-// The system tells each event once. The wait has reset the event object. Returns: nothing when the system cannot tell.
+// The system reports each event once. The wait has already reset the event object. Returns: no value when the system
+// cannot report.
 std::optional<long> WSAComms::TakeNetworkEvents() {
     WSANETWORKEVENTS found{};
     if (WSAEnumNetworkEvents(socket_, nullptr, &found) != 0) {
@@ -233,7 +234,7 @@ SocketState WSAComms::EnumerateSocket() {
     const bool failed = !events.has_value();
     const bool more = (found & FD_READ) != 0;
     const bool ended = endWaits_ || (found & FD_CLOSE) != 0;
-    // The system tells the end, once, when it has no more bytes; those that were read ahead come before it.
+    // The system reports the end once, when it has no more bytes. Bytes that were read ahead are reported before it.
     endWaits_ = ended && !more && !readAhead_.IsEmpty();
     state.readable = more || readAhead_.IsUntold();
     state.writable = (found & FD_WRITE) != 0;
@@ -271,7 +272,7 @@ bool WSAComms::Signal(CommsSignal which, const WindowsHandle& event) {
     return event.IsOpen() && (!signals_.Give(which) || SetEvent(event.Get()) != 0);
 }
 
-// A wake-up for another signal stays with the signal; what the socket has to tell is collected for the next wait.
+// A wake-up for another signal stays pending. Events of the socket are collected for the next wait.
 void WSAComms::WaitUntilWritable() {
     const Signals::Wait wait(signals_);
     const std::array<HANDLE, 2> handles{stopEvent_.Get(), networkEvent_.Get()};

@@ -43,20 +43,20 @@ private:
 
     SOCKET socket_ = INVALID_SOCKET;
     bool started_ = false;
-    bool stands_ = false;  // the connection has been seen to stand: the system reports that once only
+    bool stands_ = false;  // the connection is known to be up; the system reports that only once
     std::uint32_t waitTimeoutMs_ = 0;
     Signals signals_;
-    // Wake a wait for a signal.
+    // Each wakes a wait for its signal.
     WindowsHandle stopEvent_;
     WindowsHandle sendEvent_;
     WindowsHandle userEvent_;
     WindowsHandle networkEvent_;
-    std::array<HANDLE, 4> waitHandles_{};  // stop, send, user, network: the first that is signalled wins
+    std::array<HANDLE, 4> waitHandles_{};  // stop, send, user, network: in order of priority
     DWORD waitCount_ = 0;
     PendingEvents pending_;
     long collected_ = 0;  // network events that were found while waiting to send
     ReadAhead readAhead_;
-    bool endWaits_ = false;  // the connection has ended; bytes that were read ahead are told first
+    bool endWaits_ = false;  // the connection has ended, but bytes that were read ahead are reported first
 };
 
 }  // namespace Morquil

@@ -18,7 +18,7 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* object) {
     void* found = nullptr;
     const HRESULT result = factory->QueryInterface(iid, &found);
     factory->Release();
-    // The factory nulls its out-pointer on failure; the caller of this function keeps what it had.
+    // The factory sets its out-pointer to null on failure, but this function's caller must keep its old value.
     if (SUCCEEDED(result)) {
         *object = found;
     }

@@ -14,7 +14,7 @@ constexpr std::string_view threadingModel = "Both";
 constexpr std::size_t keyNameSize = 256;
 constexpr int guidTextSize = 39;  // with braces and a terminating zero
 
-// The path of a module as the system's narrow text, and as much of it as fits.
+// The path of a module in the system's narrow encoding, truncated if it does not fit.
 struct ModulePath {
     char text[MAX_PATH] = "";
     DWORD length = 0;
@@ -29,7 +29,7 @@ struct ClassKeys {
     char classKey[keyNameSize] = "";
     char serverKey[keyNameSize] = "";
 
-    // False when the class has no name.
+    // Returns false when the class id cannot be formatted.
     bool Format() noexcept {
         wchar_t clsid[guidTextSize];
         if (StringFromGUID2(CLSID_CMorquilDiscovery, clsid, guidTextSize) == 0) {

@@ -9,7 +9,7 @@ HRESULT CObservablePropertySet::RemoveObserver(IMorquilPropertyObserver* observe
 }
 
 void CObservablePropertySet::NotifyObservers() {
-    // A round takes a while, and most sets are observed by nobody.
+    // A round is expensive, and most sets have no observers.
     if (observers_.IsEmpty()) {
         return;
     }

@@ -3,26 +3,26 @@
 #include "MorquilAPI.h"
 #include "observers/observer_list.h"
 
-/// One property set's observers. Its owner decides when something has changed; this class tells.
+/// The observers of one property set. Its owner decides when something has changed; this class notifies them.
 class CObservablePropertySet {
 public:
-    /// `propertySet` is what every observer is told.
+    /// `propertySet` is the id that every observer receives.
     explicit CObservablePropertySet(_MorquilPropertySetId propertySet) : propertySet_(propertySet) {}
     virtual ~CObservablePropertySet() = default;
     CObservablePropertySet(const CObservablePropertySet&) = delete;
     CObservablePropertySet& operator=(const CObservablePropertySet&) = delete;
 
-    /// Adds `observer` at the end and a reference to it. Waits for calls on their way, unless called from one.
-    /// Returns: S_OK, S_FALSE when it is there already, E_POINTER for null, E_OUTOFMEMORY, E_ACCESSDENIED.
+    /// Adds `observer` at the end and takes a reference to it. Waits for calls in progress, unless called from one.
+    /// Returns: S_OK, S_FALSE when it is already in the list, E_POINTER for null, E_OUTOFMEMORY, E_ACCESSDENIED.
     virtual HRESULT AddObserver(IMorquilPropertyObserver* observer);
-    /// Takes `observer` and its reference away. Waits for calls on their way, unless called from one.
-    /// Returns: S_OK, S_FALSE when it is not there, E_ACCESSDENIED.
+    /// Removes `observer` and releases its reference. Waits for calls in progress, unless called from one.
+    /// Returns: S_OK, S_FALSE when it is not in the list, E_ACCESSDENIED.
     virtual HRESULT RemoveObserver(IMorquilPropertyObserver* observer);
-    /// Calls `PropertyChanged` on every observer, in order of addition. On the connection thread.
+    /// Calls `PropertyChanged` on every observer in the order of addition. On the connection thread.
     virtual void NotifyObservers();
 
     _MorquilPropertySetId PropertySet() const { return propertySet_; }
-    /// Nobody is told any more; a notification on its way ends after the call that it is in.
+    /// Stops all notifications. One in progress ends after its current call.
     void Silence() { observers_.Silence(); }
 
 private:

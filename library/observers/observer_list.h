@@ -16,19 +16,19 @@
 
 namespace Morquil {
 
-/// The observers of one kind, in order of addition, each once; every entry holds one reference.
+/// The observers of one kind in the order of addition, each once. Every entry holds one reference.
 ///
-/// Observers are called in rounds, and no lock is held meanwhile. A thread that is in no callback waits with its change
-/// until the rounds on their way are over. A thread inside a callback, whose waiting could never end, changes the list
-/// at once: entries that it removes are not called any more, entries that it appends are. An observer is called once in
-/// a round, however often it is removed and appended meanwhile. A removed observer is let go when its call has returned
-/// and the list has been left.
+/// Observers are called in rounds, and no lock is held during a call. A thread outside any callback waits for the
+/// rounds in progress before it changes the list. A thread inside a callback could wait forever, so it changes the list
+/// at once: entries that it removes are not called any more, and entries that it appends are. An observer is called
+/// once in a round, however often it is removed and appended meanwhile. A removed observer is released after its call
+/// has returned, and outside the list's lock.
 template <class Observer>
 class ObserverList {
     struct Entry {
-        Observer* observer;       // null once it has been removed and let go
-        const Observer* name;     // the same, for good
-        std::uint64_t lastRound;  // the round that called it last
+        Observer* observer;       // null once it has been removed and released
+        const Observer* name;     // the same pointer, kept after the release for comparison only
+        std::uint64_t lastRound;  // the last round that called it
         bool removed = false;
         unsigned calls = 0;
     };
@@ -43,8 +43,8 @@ public:
         }
     }
 
-    /// Returns: S_OK; S_FALSE when `observer` is in the list already; E_POINTER for null; E_OUTOFMEMORY;
-    ///          E_ACCESSDENIED when the lock cannot be taken.
+    /// Returns: S_OK; S_FALSE when `observer` is already in the list; E_POINTER for null; E_OUTOFMEMORY; E_ACCESSDENIED
+    ///          when the lock cannot be acquired.
     HRESULT Add(Observer* observer) {
         if (observer == nullptr) {
             return E_POINTER;
@@ -60,7 +60,7 @@ public:
         return result;
     }
 
-    /// Returns: S_OK; S_FALSE when `observer` is not in the list; E_ACCESSDENIED when the lock cannot be taken.
+    /// Returns: S_OK; S_FALSE when `observer` is not in the list; E_ACCESSDENIED when the lock cannot be acquired.
     HRESULT Remove(Observer* observer) {
         Observer* released = nullptr;
         const HRESULT result = Unlink(observer, released);
@@ -70,27 +70,27 @@ public:
         return result;
     }
 
-    /// Whether nobody is there to be told.
+    /// Whether the list has no observers.
     bool IsEmpty() {
         QRN::Core::Lock lock(lock_);
         return entries_.empty();
     }
 
-    /// Ends the rounds on their way after the call that each is in.
+    /// Ends each round in progress after its current call.
     void CancelRounds() {
         QRN::Core::Lock lock(lock_);
         MarkCancelled();
     }
 
-    /// Ends the rounds on their way likewise, and lets no other call anybody.
+    /// Ends each round in progress after its current call, and prevents all later calls.
     void Silence() {
         QRN::Core::Lock lock(lock_);
         silenced_ = true;
         MarkCancelled();
     }
 
-    /// One round of calls. From its construction on it holds changes and other rounds off, so rounds are told in the
-    /// order in which they were begun. One that is begun inside a callback cannot wait: it cancels the others.
+    /// One round of calls. Changes and other rounds wait until it is destroyed, so rounds run in the order in which
+    /// they began. A round that begins inside a callback cannot wait: it cancels the others.
     class Round {
     public:
         explicit Round(ObserverList& list) : list_(list) { list_.Begin(*this); }
@@ -113,14 +113,14 @@ public:
     private:
         friend class ObserverList;
         ObserverList& list_;
-        // Guarded by the list's lock; seen from the list that lock has another name, so clang cannot be told.
+        // Guarded by the list's lock. The list itself knows that lock by another name, so clang cannot check this.
         Entry* current_ = nullptr;
         std::uint64_t number_ = 0;
         bool cancelled_ = false;
     };
 
 private:
-    /// What the last user of a removed entry has to release, if it is the last.
+    /// The observer of a removed entry that the caller must release, or null while a call is still using it.
     static Observer* LetGo(Entry& entry) {
         return entry.removed && entry.calls == 0 ? std::exchange(entry.observer, nullptr) : nullptr;
     }
@@ -129,7 +129,7 @@ private:
         std::uint32_t error = 0;
         QRN::Core::Lock lock(lock_, error);
         if (error != 0) {
-            return E_ACCESSDENIED;  // GCOVR_EXCL_LINE: the contract's answer to a refusal, which no system gives
+            return E_ACCESSDENIED;  // GCOVR_EXCL_LINE: the contract's result for a failure that no system reports
         }
         AwaitTurn();
         if (Find(observer) != entries_.end()) {
@@ -149,8 +149,8 @@ private:
         return Find(observer) != entries_.end();
     }
 
-    /// The round on its way that has called `observer` already, under an entry that was removed since; 0 for none.
-    /// Such entries go, unless a call is still in them.
+    /// Returns the last round that has already called `observer` under an entry that has been removed since, or 0.
+    /// Erases such entries, unless a call is still using them.
     std::uint64_t TakeLastRound(const Observer* observer) REQUIRES(lock_) {
         std::uint64_t last = 0;
         for (const Entry& entry : entries_) {
@@ -164,7 +164,7 @@ private:
         std::uint32_t error = 0;
         QRN::Core::Lock lock(lock_, error);
         if (error != 0) {
-            return E_ACCESSDENIED;  // GCOVR_EXCL_LINE: the contract's answer to a refusal, which no system gives
+            return E_ACCESSDENIED;  // GCOVR_EXCL_LINE: the contract's result for a failure that no system reports
         }
         AwaitTurn();
         const auto found = Find(observer);
@@ -184,7 +184,7 @@ private:
                             [&](const Entry& entry) { return entry.observer == observer && !entry.removed; });
     }
 
-    /// Waits until no round is on its way, unless the thread is inside a callback.
+    /// Waits until no round is in progress, unless the thread is inside a callback.
     void AwaitTurn() REQUIRES(lock_) {
         if (QRN::Core::CallbackScope::OnThisThread()) {
             return;
@@ -202,7 +202,7 @@ private:
         if (QRN::Core::CallbackScope::OnThisThread()) {
             MarkCancelled();
         } else {
-            // Changes that wait go first, or a flood of rounds would never let them in.
+            // Waiting changes go first; otherwise a flood of rounds would block them forever.
             while (rounds_.First() != nullptr || waitingChanges_ != 0) {
                 roundsEnded_.Wait(lock_);
             }
@@ -221,7 +221,7 @@ private:
         roundsEnded_.WakeAll();
     }
 
-    /// Finishes the call that `round` was in and opens the next. Returns its observer, or null at the end.
+    /// Ends the current call of `round` and begins the next. Returns the next observer, or null at the end.
     Observer* Next(Round& round) {
         Observer* released = nullptr;
         Observer* next = nullptr;

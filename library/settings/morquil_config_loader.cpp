@@ -22,7 +22,7 @@ bool MorquilConfigLoader::Load(const std::string& path) {
     }
 }
 
-/// Every line gets its line feed, also a last one that lacks it.
+/// Ends every line with a line feed, even if the last line of the file lacks it.
 void MorquilConfigLoader::Play(SettingsFileReader& file) {
     std::array<char, 4096> piece;
     char last = '\n';
@@ -43,7 +43,7 @@ void MorquilConfigLoader::Play(SettingsFileReader& file) {
     }
 }
 
-/// The last line may have been cut inside its value.
+/// The last line may have been cut off inside its value.
 void MorquilConfigLoader::DropUnfinishedBlock() {
     parser_.SetSink(nullptr);
     parser_.Feed("\n\n", 2);

@@ -18,23 +18,24 @@ namespace Morquil {
 class SettingsFileReader;
 
 /// Plays a settings file back: queues its blocks on a client, as if a host had set all of their fields. The block table
-/// says which; anything else that a file may hold is no setting to play back.
+/// says which blocks are played back; everything else in a file is ignored.
 ///
-/// A file's input configuration is not played back: it would take the device off the signal that it is given now.
+/// A file's input configuration is deliberately not played back: it would switch the device away from its current input
+/// signal.
 class MorquilConfigLoader final : private EveryBlockSink<MorquilConfigLoader> {
 public:
-    /// No more bytes of a file are read. Its last block is left out if it is not complete by then.
+    /// The most bytes read from a file. A block that is incomplete at this limit is dropped.
     static constexpr std::size_t longestFile = std::size_t{16} << 20;
 
-    /// `client` outlives the loader.
+    /// `client` must outlive the loader.
     explicit MorquilConfigLoader(MorquilTextProtocolClient& client) : client_(client) { parser_.SetSink(this); }
 
-    /// Reads the file `path` (UTF-8) to its end. A block that the file does not finish waits for the next file.
+    /// Reads the file `path` (UTF-8) to its end. A block that the file does not finish is continued by the next file.
     /// Threads: any; a second load waits for the first, so that their lines do not mix.
-    /// Returns: whether the file could be opened. A block for which memory is short is left out.
+    /// Returns: whether the file could be opened. A block for which there is no memory is dropped.
     bool Load(const std::string& path);
 
-    /// From here on no load waits for a pipe's writer; one that does ends.
+    /// Ends a load that is waiting for a pipe's writer. From now on no load waits for one.
     /// Threads: any. Returns at once.
     void Stop() { stopped_ = true; }
 
@@ -44,7 +45,8 @@ private:
     void Play(SettingsFileReader& file) REQUIRES(lock_);
     void DropUnfinishedBlock() REQUIRES(lock_);
 
-    /// The device's answers to these are no echoes of a setter: they are told like changes made elsewhere.
+    /// The device's answers to these messages do not count as echoes of a setter: hosts are notified of them as of
+    /// changes made elsewhere.
     template <class Set>
     void Queue(const Set& set) {
         try {
@@ -53,7 +55,8 @@ private:
             message->recordSentText = false;
             client_.Queue(std::move(message));
         } catch (const std::bad_alloc&) {
-            // The rest of the file may still fit; leaving the parser inside a block would spoil that too.
+            // The rest of the file may still fit into memory. Throwing would leave the parser inside a block and spoil
+            // the rest.
         }
     }
 

@@ -9,7 +9,7 @@
 
 namespace Morquil {
 
-/// A path as the system takes it, and the characters that may precede a file's own name.
+/// A path in the system's own form, and the characters that may precede the file name in it.
 #ifdef _WIN32
 using NativePath = std::wstring;
 inline constexpr wchar_t pathSeparators[] = L"\\/:";
@@ -18,11 +18,12 @@ using NativePath = std::string;
 inline constexpr char pathSeparators[] = "/";
 #endif
 
-/// The system's form of `path` (UTF-8). Empty, which names no file, when it is malformed or holds a zero character.
+/// Converts `path` (UTF-8) to the system's form. Empty, which names no file, when `path` is malformed or contains a
+/// zero character.
 /// Throws: std::bad_alloc.
 NativePath ToNativePath(const std::string& path);
 
-/// An open file. Nothing here throws or kills the process, not even writing to a pipe without a reader.
+/// An open file. No operation throws or kills the process, not even a write to a pipe without a reader.
 class NativeFile {
 public:
     NativeFile() = default;
@@ -39,17 +40,17 @@ public:
     std::intptr_t Get() const { return handle_; }
     void Close();
 
-    /// Reads up to `capacity` bytes, after the `offset` bytes that were read before. Waits for a pipe's writer until
+    /// Reads up to `capacity` bytes; `offset` is the number of bytes read before. Waits for a pipe's writer until
     /// `stopped` is set.
-    /// Returns: their number; 0 at the end, also when reading fails.
+    /// Returns: the number of bytes read; 0 at the end of the file or when reading fails.
     std::size_t Read(char* buffer, std::size_t capacity, std::uint64_t offset, const std::atomic<bool>& stopped);
-    /// Writes all of `text` next.
-    /// Returns: false when some of it was not taken.
+    /// Writes all of `text` at the current position.
+    /// Returns: false when some of it could not be written.
     bool Write(std::string_view text);
-    /// Returns when the disk has what was written.
+    /// Waits until the written data is on the disk.
     bool Flush();
 
-    // Of regular files only.
+    // For regular files only.
     std::uint64_t Size() const;
     bool SetSize(std::uint64_t size);
     bool Seek(std::uint64_t offset);
@@ -60,36 +61,37 @@ private:
     std::intptr_t handle_ = none;
 };
 
-/// A file that is to get a new content, opened for writing; nothing of it has changed yet.
+/// A file whose content is to be replaced, opened for writing. It has not been changed yet.
 struct TargetFile {
     // clang-format off
     enum class Kind : std::uint8_t {
-        Unopenable,  ///< it cannot be written
-        Missing,     ///< there is none yet
+        Unopenable,  ///< it cannot be opened for writing
+        Missing,     ///< it does not exist yet
         Regular,
-        Stream,      ///< no regular file: a pipe, a device
+        Stream,      ///< not a regular file: a pipe, a device
     };
     // clang-format on
 
     Kind kind = Kind::Unopenable;
     NativeFile file;
-    /// The name of a missing or regular file, at the end of all links; empty when no other file can be given that name.
+    /// The name of a missing or regular file after following all links; empty when no other file can get that name.
     NativePath name;
 };
 
 /// Opens the file `path` for writing. Never waits: a pipe without a reader cannot be opened.
 /// Throws: std::bad_alloc.
 TargetFile OpenTarget(const NativePath& path);
-/// Opens a file to be read from its beginning. A pipe without a writer is at its end at once; a folder cannot be
+/// Opens a file for reading from its beginning. A pipe without a writer is at its end at once. A folder cannot be
 /// opened.
 NativeFile OpenForReading(const NativePath& path);
 
-/// Makes a file that does not exist yet, with the mode of `model` if that is open. `exists` says that there is one.
+/// Creates a new file, with the mode of `model` if that is open. `exists` becomes true when a file of that name exists
+/// already.
 NativeFile MakeFile(const NativePath& name, const NativeFile& model, bool& exists);
 void RemoveFile(const NativePath& name);
-/// Gives the closed file `from` the name `to` in one step, whether or not another file has it, and returns when the
-/// disk has that.
-/// Returns: false when it cannot; nothing has changed.
+/// Renames the closed file `from` to `to` in one step, replacing a file that has that name, and waits until the change
+/// is on the disk.
+/// Returns: false on failure; nothing has changed.
 bool MoveFileOver(const NativePath& from, const NativePath& to);
 std::uint64_t ProcessId();
 

@@ -24,7 +24,7 @@ int DescriptorOf(const NativeFile& file) {
     return static_cast<int>(file.Get());
 }
 
-// A signal handler of the host's must not end a transfer.
+// A signal handled by the host must not end a transfer.
 template <class Call>
 auto Repeat(Call call) {
     auto result = call();
@@ -39,13 +39,14 @@ NativeFile OpenFile(const NativePath& path, int flags, mode_t mode = 0) {
         Repeat([&] { return open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, mode); })));
 }
 
-// The links of the process file system stand for open files: their text is a name that the file had once.
+// The links in /proc represent open files: their text is a name that the file once had.
 bool IsLinkToOpenFile(const std::filesystem::path& link) {
     struct statfs system {};
     return statfs((link.parent_path() / ".").c_str(), &system) == 0 && system.f_type == PROC_SUPER_MAGIC;
 }
 
-// The name at the end of all links, also when no file has it. Empty when that is not the name of an open file.
+// The name after following all links, even if no file has it. Empty when a link represents an open file, since its text
+// may not be that file's name.
 NativePath FollowLinks(const NativePath& path) {
     constexpr int mostLinks = 40;
     std::error_code error;
@@ -72,7 +73,7 @@ void NativeFile::Close() {
     }
 }
 
-/// The file does not block, so that a wait can look at `stopped` now and then.
+/// The file is non-blocking, so that a wait can check `stopped` regularly.
 std::size_t NativeFile::Read(char* buffer, std::size_t capacity, std::uint64_t /*offset*/,
                              const std::atomic<bool>& stopped) {
     constexpr int lookIntervalMs = 50;
@@ -139,7 +140,7 @@ NativeFile OpenForReading(const NativePath& path) {
     return isFolder ? NativeFile() : std::move(file);
 }
 
-/// A file that is to take a private file's place is private from its first moment on.
+/// A file that will replace a private file is private from the moment it exists.
 NativeFile MakeFile(const NativePath& name, const NativeFile& model, bool& exists) {
     struct stat status {};
     const bool hasModel = model.IsOpen() && fstat(DescriptorOf(model), &status) == 0;
@@ -155,9 +156,9 @@ void RemoveFile(const NativePath& name) {
     unlink(name.c_str());
 }
 
-/// There is nothing to do about a disk that cannot flush a folder.
+/// A failure to flush the folder is ignored: some disks cannot do it.
 bool MoveFileOver(const NativePath& from, const NativePath& to) {
-    // Whatever takes memory comes first: after the step nothing may fail any more.
+    // Allocate first: after the rename nothing may fail.
     const NativePath folderName = to.substr(0, to.find_last_of(pathSeparators) + 1) + ".";
     if (rename(from.c_str(), to.c_str()) != 0) {
         return false;

@@ -9,14 +9,14 @@ HANDLE HandleOf(const NativeFile& file) {
     return reinterpret_cast<HANDLE>(file.Get());
 }
 
-// Others may do with the file what they like meanwhile.
+// Others may read, write, rename or delete the file meanwhile.
 NativeFile OpenFile(const NativePath& path, DWORD access, DWORD disposition, DWORD flags) {
     constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     return NativeFile(reinterpret_cast<std::intptr_t>(
         CreateFileW(path.c_str(), access, shareAll, nullptr, disposition, flags, nullptr)));
 }
 
-// The name at the end of all links; empty when the system knows none.
+// The name after following all links; empty when the system knows none.
 NativePath OwnName(const NativeFile& file) {
     constexpr DWORD kind = FILE_NAME_NORMALIZED | VOLUME_NAME_DOS;
     NativePath name(GetFinalPathNameByHandleW(HandleOf(file), nullptr, 0, kind), L'\0');
@@ -25,7 +25,7 @@ NativePath OwnName(const NativeFile& file) {
     return name;
 }
 
-// A link that leads nowhere has a name that must stay its own.
+// A broken link must keep its name, so it cannot be a target.
 TargetFile MissingTarget(const NativePath& path) {
     const bool isLink = GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
     return isLink || path.empty() ? TargetFile() : TargetFile{TargetFile::Kind::Missing, {}, path};
@@ -53,7 +53,7 @@ void NativeFile::Close() {
     }
 }
 
-/// The read is overlapped, so that a wait can look at `stopped` now and then.
+/// The read is overlapped, so that a wait can check `stopped` regularly.
 std::size_t NativeFile::Read(char* buffer, std::size_t capacity, std::uint64_t offset,
                              const std::atomic<bool>& stopped) {
     constexpr DWORD lookIntervalMs = 50;
@@ -96,7 +96,7 @@ bool NativeFile::Seek(std::uint64_t offset) {
     return SetFilePointerEx(HandleOf(*this), place, nullptr, FILE_BEGIN) != FALSE;
 }
 
-/// An administrator may get a file opened for writing that is marked as read-only.
+/// Checks the read-only attribute too: an administrator may be able to open a read-only file for writing.
 TargetFile OpenTarget(const NativePath& path) {
     using Kind = TargetFile::Kind;
     NativeFile file = OpenFile(path, GENERIC_WRITE, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
@@ -129,7 +129,7 @@ void RemoveFile(const NativePath& name) {
     DeleteFileW(name.c_str());
 }
 
-/// Refused while another process has the file `to` open.
+/// Fails while another process has the file `to` open.
 bool MoveFileOver(const NativePath& from, const NativePath& to) {
     return MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
 }

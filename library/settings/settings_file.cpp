@@ -7,7 +7,7 @@ namespace {
 
 using Kind = TargetFile::Kind;
 
-/// A new file beside a target. Removed at the end of the scope unless it has taken the target's place.
+/// A new file in the target's folder. Deleted at the end of the scope unless it has replaced the target.
 class Replacement {
 public:
     explicit Replacement(const TargetFile& target) {
@@ -30,8 +30,8 @@ public:
     bool IsMade() const { return isMade_; }
     bool Fill(std::string_view text) { return file_.Write(text) && file_.Flush(); }
 
-    /// Closes both files and gives this one the target's name.
-    /// Returns: false when it cannot.
+    /// Closes both files and renames this one to the target's name.
+    /// Returns: false when the rename fails.
     bool TakePlaceOf(TargetFile& target) {
         file_.Close();
         target.file.Close();
@@ -53,14 +53,14 @@ private:
     bool isMade_ = false;
 };
 
-// Returns: false when no file beside the target can take its place. One that the text does not fit into is no reason to
-// try another way: that would find no more room.
+// Returns: false when no new file can replace the target. Returns true when the disk has no room for the text: another
+//          way would find no more room either.
 bool Replace(TargetFile& target, std::string_view text) {
     Replacement replacement(target);
     return replacement.IsMade() && (!replacement.Fill(text) || replacement.TakePlaceOf(target));
 }
 
-// What the file grows by goes first: where there is no room for it, nothing is lost.
+// Writes the part that extends the file first: if the disk has no room for it, nothing is lost.
 void Overwrite(NativeFile file, std::string_view text) {
     const std::uint64_t oldSize = file.Size();
     if (text.size() > oldSize && !(file.Seek(oldSize) && file.Write(text.substr(static_cast<std::size_t>(oldSize))))) {
@@ -70,7 +70,8 @@ void Overwrite(NativeFile file, std::string_view text) {
     file.Seek(0) && file.Write(text) && file.SetSize(text.size()) && file.Flush();
 }
 
-// Two texts must not be written over one file at once, nor one thread's open file keep another's from its place.
+// Two threads must not overwrite one file at the same time, and one thread's open file must not prevent another's
+// rename.
 constinit QRN::Core::StaticLock regularFilesLock;
 
 }  // namespace
@@ -91,7 +92,7 @@ bool WriteSettingsFile(const std::string& path, std::string_view text) {
             return true;
         }
     }
-    // A pipe's reader may take its time.
+    // Outside the lock, since a pipe's reader may be slow.
     return target.kind == Kind::Stream && (target.file.Write(text), true);
 }
 

@@ -5,18 +5,18 @@
 
 namespace Morquil::Command {
 
-/// What the program tells whoever started it. Scripts rely on the numbers.
+/// The program's exit codes. Scripts rely on the numbers.
 enum class ExitCode : int {
     Done = 0,
-    Usage = 1,           // the command line, a value or a local file is not good
-    Unreachable = 2,     // no connection came about
-    TimedOut = 3,        // nothing was decided within the time
+    Usage = 1,           // a bad command line, value or local file
+    Unreachable = 2,     // could not connect
+    TimedOut = 3,        // no result within the time limit
     NotApplied = 4,      // the device does not report the value
-    ConnectionLost = 5,  // a connection that was there has ended
-    Interrupted = 130,   // ended from outside before the work was done; what shells report for Ctrl-C
+    ConnectionLost = 5,  // an established connection was lost
+    Interrupted = 130,   // stopped from outside before the work was done; what shells report for Ctrl-C
 };
 
-/// Why a command ends without having done its work, in one line for people.
+/// Why a command failed, in one line for people.
 class Failure : public std::runtime_error {
 public:
     Failure(ExitCode code, const std::string& text) : std::runtime_error(text), code_(code) {}
@@ -27,13 +27,13 @@ private:
     ExitCode code_;
 };
 
-/// The command line, or something that it names, is not good.
+/// The command line is wrong, or something that it names is.
 class UsageFailure : public Failure {
 public:
     explicit UsageFailure(const std::string& text) : Failure(ExitCode::Usage, text) {}
 };
 
-/// The user has ended the command, and knows: no line says so.
+/// The user stopped the command, so no message is needed.
 class Interruption : public Failure {
 public:
     Interruption() : Failure(ExitCode::Interrupted, "interrupted") {}

@@ -10,7 +10,7 @@
 namespace Morquil::Command {
 namespace {
 
-// What the scripts of shells call; no help shows it.
+// Called by the shell completion scripts; not shown in any help.
 constexpr const char* hiddenCommand = "complete";
 constexpr const char* hiddenGroup = "";
 
@@ -28,7 +28,7 @@ constexpr const char* footer =
     "130 interrupted.\n"
     "`morquilctl list` shows all properties.";
 
-/// The command line as the parser knows it, and where it puts what it finds.
+/// The command line as the parser defines it, and where it stores the results.
 struct Line {
     CLI::App app{"Reads, sets and watches a Morquil converter.", "morquilctl"};
     Options options;
@@ -100,7 +100,7 @@ struct Line {
         return command;
     }
 
-    /// The words behind "--", which may begin with hyphens, are no business of the parser's.
+    /// Words after "--" may begin with hyphens and bypass the parser.
     void Take(const std::vector<std::string>& further) {
         options.words.insert(options.words.end(), further.begin(), further.end());
         const CLI::App* chosen = &app;

@@ -8,7 +8,7 @@ namespace Morquil::Command {
 
 /// What the command line asks for.
 struct Options {
-    /// Which command, by its name; empty when all has been said already, as by --help.
+    /// The name of the command. Empty if the parser has already produced the answer, for example for --help.
     std::string command;
 
     std::string address;
@@ -17,18 +17,18 @@ struct Options {
     bool isTraced = false;
     bool reconnects = false;
 
-    std::vector<std::string> words;  // what follows the command: names, values, the file, the shell
+    std::vector<std::string> words;  // what follows the command: names, values, a file, a shell
 };
 
-/// An option, for the completion of shells.
+/// An option, described for shell completion.
 struct OptionForm {
     std::string name;  // "--device"
     std::string summary;
-    std::string letter;       // its short name without the hyphen, or empty
+    std::string letter;       // its short name without the hyphen; may be empty
     bool takesValue = false;  // the next word is its value
 };
 
-/// The program or one of its commands: what may follow its name.
+/// The program or one of its commands, and what may follow its name.
 struct Grammar {
     std::string name;
     std::string summary;
@@ -38,14 +38,15 @@ struct Grammar {
 
 struct ParsedLine {
     Options options;
-    std::string said;  // what was asked for instead of a command, for standard output
+    std::string said;  // text for standard output if help or the version was asked for instead of a command
 };
 
-/// `arguments` without the program's name. `defaultAddress` is where the device is if the line does not say.
+/// Parses `arguments`, which exclude the program's name. `defaultAddress` is the device's address if the line does not
+/// give one.
 /// Throws: UsageFailure.
 ParsedLine ParseCommandLine(std::vector<std::string> arguments, const std::string& defaultAddress);
 
-/// All that the command line knows. The program's own options may follow each command, too.
+/// Everything that the command line accepts. The program's own options may also follow each command.
 Grammar CommandLineGrammar();
 
 }  // namespace Morquil::Command

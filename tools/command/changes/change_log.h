@@ -13,22 +13,22 @@ namespace Morquil::Command {
 /// A property that has changed since it was last shown.
 struct ValueChange {
     const Property* property = nullptr;
-    std::optional<Value> before;      // as it was last shown
-    std::optional<Value> now;         // the latest
-    WallClock::time_point time = {};  // of the latest
-    std::size_t skipped = 0;          // how many values came between the two and are shown nowhere
+    std::optional<Value> before;      // as last shown
+    std::optional<Value> now;         // the latest value
+    WallClock::time_point time = {};  // of the latest value
+    std::size_t skipped = 0;          // how many values in between are never shown
 };
 
-/// What has changed and is not shown yet. However much changes, it holds one change per property: the latest value
-/// replaces those before it, which are counted.
+/// Changes that are not shown yet. Holds at most one change per property: a new value replaces the previous one and is
+/// counted.
 /// Threads: one at a time.
 class ChangeLog {
 public:
-    /// What `property` holds at `time`. Its first value is no change.
+    /// Records the value of `property` at `time`. Its first value is not a change.
     void Note(const Property& property, const std::optional<Value>& value, WallClock::time_point time);
 
     bool IsEmpty() const { return changed_.empty(); }
-    /// The changes in the order of their times; none of them is left.
+    /// Returns the changes ordered by time, and clears the log.
     std::vector<ValueChange> Take();
 
 private:

@@ -5,13 +5,13 @@
 namespace Morquil::Command {
 namespace {
 
-// A user's interruption comes by a flag, since a signal handler may do no more.
+// A signal handler can only set a flag, so a user's interruption must be polled.
 constexpr std::chrono::milliseconds longestWait{50};
 
 }  // namespace
 
 void WatchFeed::Look(const Property& property, const morquil::Device& device) {
-    // Read under the lock: of two threads that look, the later one has the later value.
+    // Read under the lock: of two threads that read, the later one has the later value.
     const std::lock_guard lock(mutex_);
     log_.Note(property, ReadValue(property, device), WallClock::now());
     if (!log_.IsEmpty()) {
@@ -20,7 +20,7 @@ void WatchFeed::Look(const Property& property, const morquil::Device& device) {
 }
 
 void WatchFeed::Add(Event event) {
-    Event dropped;  // what it holds goes after the lock has been released
+    Event dropped;  // destroyed after the lock is released
     const std::lock_guard lock(mutex_);
     if (events_.size() == mostEvents) {
         ++dropped_;

@@ -16,7 +16,7 @@ namespace Morquil::Command {
 
 enum class EventKind { Connected, Lost, Failed };
 
-/// What has become of a connection.
+/// A change in the state of a connection.
 struct Event {
     EventKind kind = EventKind::Lost;
     morquil::ConnectFailure reason = morquil::ConnectFailure::NoResponse;
@@ -31,22 +31,22 @@ struct News {
     std::optional<Event> event;
 };
 
-/// Brings what happens on the library's threads to the command's own, which may be slower, or held up by its output.
+/// Passes events from the library's threads to the command's thread, which may be slower or blocked by its output.
 /// Holds one change per property, and the latest events.
 class WatchFeed {
 public:
     static constexpr std::size_t mostEvents = 16;
 
-    /// Reads the property, and keeps what is new.
+    /// Reads the property and stores its value if it is new.
     /// Threads: any.
     void Look(const Property& property, const morquil::Device& device);
-    /// Of more than `mostEvents` that nobody has taken the oldest are dropped.
+    /// Once `mostEvents` are unread, the oldest are dropped.
     /// Threads: any.
     void Add(Event event);
 
-    /// Waits for news, but not longer than a moment after which the caller had better look at its own flags.
+    /// Waits for news, but only briefly, so that the caller can check its own flags.
     News Next();
-    /// What there is without waiting.
+    /// Returns what is available without waiting.
     News Take();
 
 private:

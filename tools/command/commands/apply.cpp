@@ -9,7 +9,8 @@
 namespace Morquil::Command {
 namespace {
 
-// How long a command that has no value is given to go out, and a device to keep a name as it was written before.
+// How long to wait for a command without a value to be sent, and for a device that keeps a name as it was written
+// before.
 constexpr std::chrono::milliseconds grace{300};
 
 struct Change {
@@ -25,7 +26,7 @@ Value ParseFor(const Property& property, const std::string& text) {
     }
 }
 
-// Names and their values, in turn; what takes no value has its name alone.
+// Names and values in turn; a property without a value has its name alone.
 std::vector<Change> ParseChanges(const std::vector<std::string>& words) {
     std::vector<Change> changes;
     for (std::size_t at = 0; at < words.size(); ++at) {
@@ -51,7 +52,7 @@ void CheckRange(const Change& change, const Link& link) {
     }
 }
 
-// Says what a setter's failure means for the change.
+// Sends the change, and reports what a setter's failure means for it.
 void Send(const Change& change, const Link& link) {
     try {
         change.property->write(link.Device(), change.property->number, change.value);
@@ -65,7 +66,7 @@ void Send(const Change& change, const Link& link) {
     }
 }
 
-// Nothing says when a command has gone out, but a change that it brings about says so early.
+// The library does not report when a command was sent, but a resulting change shows it early.
 void SendCommand(const Change& change, const Link& link) {
     const auto isTold = std::make_shared<std::atomic<bool>>(false);
     const morquil::Subscription told =
@@ -107,7 +108,7 @@ void SendSetting(const Change& change, const Link& link) {
     }
 }
 
-/// What has become of the changes so far.
+/// The outcome of the changes so far.
 class Report {
 public:
     explicit Report(const Context& context) : context_(context) {}
@@ -145,7 +146,7 @@ void Apply(const Change& change, const Link& link) {
     change.property->IsReadable() ? SendSetting(change, link) : SendCommand(change, link);
 }
 
-// One after the other: a change of the mode changes what else the device takes.
+// One after the other: a change of mode changes what else the device accepts.
 void ApplyAll(const Context& context, const std::vector<Change>& changes) {
     const Link link(context);
     Report report(context);
@@ -166,7 +167,7 @@ std::string NameOfPreset(const std::string& number) {
     return "preset.name." + number;
 }
 
-// Numbers of presets are small; the device's range is asked for later.
+// Preset numbers are small; the device's own range is checked later.
 const Property& FindPresetName(const std::string& number) {
     const std::string name = NameOfPreset(number);
     if (!IsExactName(name)) {

@@ -9,28 +9,28 @@
 
 namespace Morquil::Command {
 
-/// What a command works with. Each throws Failure when it cannot do its work.
+/// What a command works with. Every command throws Failure when it cannot do its work.
 struct Context {
     const Options& options;
     const Terminal& terminal;
     const Deadline deadline;
-    /// Set from outside when the command is to end: by the user, or because its output cannot be written.
+    /// Set from outside to end the command: by the user, or because its output cannot be written.
     const std::atomic<bool>& isInterrupted;
 };
 
-// What the device has reported, and what the table holds.
+// Show what the device has reported, and what the property table holds.
 void ShowStatus(const Context& context);
 void ShowValues(const Context& context);
 void ShowRanges(const Context& context);
 void ShowList(const Context& context);
 
-// What is sent to the device.
+// Send to the device.
 void SetValues(const Context& context);
 void SavePreset(const Context& context);
 void RecallPreset(const Context& context);
 void NamePreset(const Context& context);
 
-// Settings as files.
+// Save and load settings as files.
 void SaveSettings(const Context& context);
 void LoadSettings(const Context& context);
 

@@ -44,7 +44,7 @@ Link::Link(const Context& context)
 
 void Link::AwaitDecision() {
     std::unique_lock lock(state_->mutex);
-    // A signal handler cannot notify, so its flag is looked at now and then.
+    // A signal handler cannot notify, so its flag is polled.
     while (!state_->connected && !state_->ended && !isInterrupted_ && !deadline_.IsOver()) {
         state_->changed.wait_until(lock, std::min(Clock::now() + interruptionInterval, deadline_.time));
     }
@@ -92,7 +92,7 @@ void Link::Pause() const {
 }
 
 void LeaveToTheProcess(std::shared_ptr<void> left) {
-    // Never destroyed, and still in reach of who looks for leaks.
+    // Never destroyed, but still reachable, so leak checkers do not report it.
     static std::mutex& mutex = *new std::mutex;
     static std::vector<std::shared_ptr<void>>& all = *new std::vector<std::shared_ptr<void>>;
     const std::lock_guard lock(mutex);

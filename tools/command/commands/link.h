@@ -15,7 +15,7 @@ namespace Morquil::Command {
 
 using Clock = std::chrono::steady_clock;
 
-/// Until when a command must have ended.
+/// The time by which a command must end.
 struct Deadline {
     explicit Deadline(std::chrono::milliseconds timeout) : time(Clock::now() + timeout), length(timeout) {}
 
@@ -23,7 +23,7 @@ struct Deadline {
     std::chrono::milliseconds length;
 
     bool IsOver() const { return Clock::now() >= time; }
-    /// "5 s", for messages.
+    /// The time limit for messages: "5 s".
     std::string Text() const;
 };
 
@@ -33,10 +33,10 @@ struct Context;
 class Link {
 public:
     /// Connects.
-    /// Throws: Failure, Unreachable with the reason or TimedOut; Interruption. An attempt that is given up is
-    /// left to the end of the process: taking it back could take its time.
+    /// Throws: Failure with Unreachable and the reason, or with TimedOut; Interruption. An abandoned attempt is left
+    /// running until the process ends, because cancelling it could take its full time.
     explicit Link(const Context& context);
-    /// Disconnects; after the time is over the connection is left to the end of the process instead.
+    /// Disconnects. Once the time is up, the connection is left open until the process ends instead.
     ~Link();
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
@@ -45,17 +45,17 @@ public:
     const std::string& Address() const { return address_; }
     const Command::Deadline& Until() const { return deadline_; }
 
-    /// From here on the command may take any time.
+    /// Removes the time limit from here on.
     void BecomeOpenEnded() { isOpenEnded_ = true; }
 
     /// Whether the connection has ended.
     bool IsLost() const;
-    /// Throws: Failure, ConnectionLost, once the connection has ended.
+    /// Throws: Failure with ConnectionLost, if the connection has ended.
     void CheckIsThere() const;
 
-    /// Asks `condition` every few milliseconds until it holds or `end` has come.
+    /// Checks `condition` every few milliseconds until it holds or `end` is reached.
     /// Returns: whether it holds.
-    /// Throws: Failure, ConnectionLost; Interruption.
+    /// Throws: Failure with ConnectionLost; Interruption.
     template <class Condition>
     bool Await(Clock::time_point end, Condition condition) const {
         while (!condition()) {
@@ -79,7 +79,7 @@ private:
 
     void AwaitDecision();
     void CheckIsNotInterrupted() const;
-    /// Until the next look, or until the connection ends.
+    /// Waits until the next check, or until the connection ends.
     void Pause() const;
 
     const std::string address_;
@@ -90,7 +90,7 @@ private:
     bool isOpenEnded_ = false;
 };
 
-/// Keeps what belongs to the library from being taken back, to the end of the process.
+/// Keeps an object of the library alive until the process ends.
 void LeaveToTheProcess(std::shared_ptr<void> left);
 
 }  // namespace Morquil::Command

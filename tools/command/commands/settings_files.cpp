@@ -10,9 +10,9 @@
 namespace Morquil::Command {
 namespace {
 
-// The library makes the file anew for each look, so not too often.
+// The library writes a new file for each check, so not too often.
 constexpr std::chrono::milliseconds saveInterval{40};
-// The library reads no more of a settings file either; a device such as /dev/zero has no end.
+// The library reads no more of a settings file either. A device such as /dev/zero has no end.
 constexpr std::size_t mostBytes = std::size_t{16} * 1024 * 1024;
 
 std::filesystem::path PathOf(const std::string& text) {
@@ -42,7 +42,7 @@ std::string ReadFile(const std::string& name) {
     return content;
 }
 
-/// A file name of this process's own; the file goes at the end.
+/// A file name unique to this process; the file is removed at the end.
 class TemporaryFile {
 public:
     TemporaryFile() {
@@ -63,7 +63,8 @@ private:
     std::filesystem::path path_;
 };
 
-/// Throws: Failure, ConnectionLost, or Usage when the file cannot be written; an old file is as it was.
+/// Throws: Failure with ConnectionLost, or with Usage if the file cannot be written; an existing file is then
+/// unchanged.
 void SaveTo(const std::string& file, const Link& link) {
     try {
         link.Device().SaveSettingsFile(file);
@@ -97,7 +98,7 @@ void TellUnplayedBlocks(const Context& context, const std::vector<SettingsLine>&
     }
 }
 
-// Looks at what the device has reported until nothing is missing or the time is over.
+// Checks what the device has reported until nothing is missing or the time is up.
 std::vector<SettingsLine> AwaitLines(const Link& link, const std::vector<SettingsLine>& wanted) {
     std::vector<SettingsLine> missing = MissingLines(wanted, PresentSettings(link));
     while (!missing.empty() && !link.Until().IsOver()) {

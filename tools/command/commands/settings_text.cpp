@@ -19,7 +19,7 @@ std::string_view Trimmed(std::string_view text) {
                                            : text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
-/// Cuts a file into lines and blocks as the library does, whether it knows them or not.
+/// Splits a file into lines and blocks as the library does, whether they are known or not.
 class LineCollector final : public TextProtocolParser {
 public:
     std::vector<SettingsLine> lines;
@@ -44,7 +44,7 @@ private:
     std::string block_;
 };
 
-/// What the library makes of a line, in its own words: lines with the same value have the same text.
+/// A line as the library understands it, in its own text: lines with the same value have the same text.
 class LineReader final : private EveryBlockSink<LineReader> {
 public:
     LineReader() { parser_.SetSink(this); }
@@ -80,7 +80,7 @@ bool IsSameValue(const SettingsLine& left, const SettingsLine& right) {
     return left.value == right.value || (!read.empty() && read == reader.Read(right));
 }
 
-/// Whether a row's key is the one that a line names, with its number if it is one of several.
+/// Whether a line's key is the row's key, followed by a number if the key is indexed.
 bool IsNamed(const KeyName& name, std::string_view key) {
     if (name.indexCount == 0) {
         return EqualsIgnoringCase(name.text, key);
@@ -90,7 +90,7 @@ bool IsNamed(const KeyName& name, std::string_view key) {
            key.find_first_not_of("0123456789", stem) == std::string_view::npos;
 }
 
-/// Whether what a host sends under this key stands in a settings file afterwards.
+/// Whether a value that a host sends under this key appears in a settings file afterwards.
 template <class KeyRow>
 bool IsSeen(const KeyRow& key) {
     using Kind = std::remove_cvref_t<decltype(key.kind)>;
@@ -121,7 +121,7 @@ bool IsKeyOf(const SettingsLine& line, const SettingsLine& other) {
 std::vector<SettingsLine> ParseSettings(std::string_view text) {
     LineCollector collector;
     collector.Feed(text.data(), text.size());
-    collector.Feed("\n", 1);  // a last line need not have its line feed
+    collector.Feed("\n", 1);  // the last line may lack its line feed
     return std::move(collector.lines);
 }
 

@@ -12,7 +12,7 @@ namespace {
 
 struct StatusLine {
     const char* title;
-    std::array<const char*, 6> names;  // the properties whose values stand side by side
+    std::array<const char*, 6> names;  // the properties whose values are shown side by side
 };
 
 // clang-format off
@@ -72,7 +72,7 @@ void RefuseCommands(const std::vector<std::string>& names) {
     }
 }
 
-// What was asked for by its whole name has to be there.
+// A property that was requested by its full name must be available.
 void RefuseUnknown(const std::vector<std::string>& names, const morquil::Device& device) {
     for (const std::string& name : names) {
         if (IsExactName(name) && !ReadValue(FindProperty(name), device)) {

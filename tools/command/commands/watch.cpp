@@ -11,12 +11,12 @@
 namespace Morquil::Command {
 namespace {
 
-/// The properties to watch, and the device that they are watched on at present.
+/// The watched properties, and the current device.
 class Watch {
 public:
     Watch(const Context& context, Selection selection) : context_(context), selection_(std::move(selection)) {}
 
-    /// Subscribes to a device and takes its values. What differs from the last device's is a change.
+    /// Subscribes to a device and reads its values. A value that differs from the previous device's is a change.
     void Begin(const morquil::Device& device) {
         subscriptions_.clear();
         std::map<morquil::PropertySet, Selection> sets;
@@ -36,7 +36,7 @@ public:
     void End() { subscriptions_.clear(); }
 
     WatchFeed& Feed() const { return *feed_; }
-    /// What handlers keep, which may still run when the watch has gone.
+    /// The feed that handlers share; they may still run after the watch is destroyed.
     std::shared_ptr<WatchFeed> SharedFeed() const { return feed_; }
 
     void TellBeginning() const {
@@ -70,7 +70,7 @@ private:
     std::vector<morquil::Subscription> subscriptions_;
 };
 
-// Until the connection is lost or the user has seen enough.
+// Runs until the connection is lost or the user stops the watch.
 void WatchOneConnection(const Context& context, Watch& watch) {
     Link link(context);
     link.BecomeOpenEnded();
@@ -89,7 +89,7 @@ void WatchOneConnection(const Context& context, Watch& watch) {
 class SessionEnd {
 public:
     explicit SessionEnd(std::shared_ptr<morquil::Session> session) : session_(std::move(session)) {}
-    /// An attempt to connect that is on its way is left to the end of the process.
+    /// A connection attempt in progress is left running until the process ends.
     ~SessionEnd() {
         const bool isConnected = session_->Current().has_value();
         session_->Stop();
@@ -104,9 +104,9 @@ private:
     std::shared_ptr<morquil::Session> session_;
 };
 
-// Failed attempts count until the first connection only.
+// Failed attempts only count before the first connection.
 std::shared_ptr<morquil::Session> OpenSession(const std::string& address, const std::shared_ptr<WatchFeed>& feed) {
-    const auto wasConnected = std::make_shared<bool>(false);  // handlers run one after the other
+    const auto wasConnected = std::make_shared<bool>(false);  // handlers run one at a time
     return std::make_shared<morquil::Session>(
         address,
         morquil::SessionHandlers{
@@ -125,7 +125,7 @@ std::shared_ptr<morquil::Session> OpenSession(const std::string& address, const 
                 }});
 }
 
-/// What the events of a session mean for a watch. Before the device has been there once, a failure is final.
+/// Decides what the events of a session mean for a watch. Until the first connection, a failure is final.
 class SessionWatch {
 public:
     SessionWatch(const Context& context, Watch& watch) : context_(context), watch_(watch) {}

@@ -15,7 +15,7 @@ namespace {
 using Candidates = std::vector<Candidate>;
 using Words = std::vector<std::string>;
 
-/// The finished words of a line, as far as they say what may follow.
+/// The finished words of a line, parsed far enough to know what may follow.
 class TypedLine {
 public:
     explicit TypedLine(const Words& words) {
@@ -25,19 +25,19 @@ public:
     }
 
     const Grammar& Program() const { return program_; }
-    /// The command that has been named, or the program itself.
+    /// The command named so far, or the program itself.
     const Grammar& Command() const { return *command_; }
     const std::string& CommandName() const { return name_; }
-    /// What follows the command, without options.
+    /// The words after the command, without options.
     const Words& Operands() const { return operands_; }
-    /// Whether the next word is the value of an option, of which nothing is known.
+    /// Whether the next word is the value of an option. No candidates are known for it.
     bool AwaitsOptionValue() const { return awaitsOptionValue_; }
     bool MayHaveOptions() const { return !isAfterMark_; }
 
 private:
     void Add(const std::string& word) {
         if (awaitsOptionValue_) {
-            awaitsOptionValue_ = word == "=";  // which bash makes a word of its own
+            awaitsOptionValue_ = word == "=";  // bash splits it off as a word of its own
         } else if (!isAfterMark_ && word == "--") {
             isAfterMark_ = true;
         } else if (!isAfterMark_ && IsOption(word)) {
@@ -59,7 +59,7 @@ private:
         name_ += (name_.empty() ? "" : " ") + word;
     }
 
-    // Numbers may begin with a hyphen, too.
+    // Numbers may also begin with a hyphen.
     static bool IsOption(const std::string& word) {
         return word.size() > 1 && word[0] == '-' && word.find_first_of("0123456789.", 1) != 1;
     }
@@ -110,9 +110,9 @@ Candidates ValuesOf(const Property& property) {
     return values;
 }
 
-// Names and their values, in turn; what takes no value has its name alone.
+// Names and values in turn; a property without a value has its name alone.
 Candidates SettableNamesOrValues(const Words& operands) {
-    const Property* named = nullptr;  // what the last name means; null when it is unknown
+    const Property* named = nullptr;  // the property that the last name means; null if unknown
     bool isValueDue = false;
     for (const std::string& word : operands) {
         if (!isValueDue) {
@@ -152,7 +152,7 @@ struct Rule {
     Candidates (*offer)(const Words& operands);
 };
 
-// What follows the other commands is known to the device alone, or nothing does.
+// For the other commands, only the device knows what may follow, or nothing does.
 // clang-format off
 constexpr Rule rules[] = {
     {"get",         &ReadableNames},
@@ -174,7 +174,7 @@ Candidates CommandsOf(const Grammar& parent) {
     return commands;
 }
 
-// Options of the command stand before those of the same name that the program has.
+// The command's options hide the program's options of the same name.
 Candidates OptionsFor(const TypedLine& line) {
     Candidates options;
     for (const Grammar* const grammar : {&line.Command(), &line.Program()}) {

@@ -6,17 +6,17 @@
 
 namespace Morquil::Command {
 
-/// What may stand in place of a word that is not finished, and what it is good for.
+/// A candidate for the unfinished word, and its description.
 struct Candidate {
     std::string word;
     std::string about = {};
 };
 
-/// Stands for the names of files.
+/// Stands for file names.
 inline constexpr std::string_view filesCandidate = ":files";
 
-/// What the last of `words`, the words of a command line after the program's name, may become. None for a line that
-/// nobody understands. No device is asked.
+/// The candidates for the last of `words`, the words of a command line after the program's name. Empty for a line that
+/// cannot be parsed. Does not contact a device.
 std::vector<Candidate> Complete(std::vector<std::string> words);
 
 }  // namespace Morquil::Command

@@ -4,9 +4,9 @@
 
 namespace Morquil::Command {
 
-/// A shell, and what it reads to complete the command line: it calls `morquilctl complete -- WORD...` for candidates,
-/// one in a line, each with a tabulator and what it is good for, if that is known. The line ":files" asks for names of
-/// files, which shells know better.
+/// A shell and its completion script. The script calls `morquilctl complete -- WORD...`, which prints one candidate on
+/// each line, followed by a tab and its description if there is one. The line ":files" asks the shell to complete file
+/// names itself.
 struct CompletionScript {
     std::string_view shell;
     std::string_view text;

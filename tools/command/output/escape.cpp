@@ -14,8 +14,8 @@ struct Span {
     char32_t last;
 };
 
-// C0, DEL and C1; line and paragraph separators; marks, embeddings, overrides and isolates of directions; fillers that
-// hide text from the eye.
+// C0, DEL and C1; line and paragraph separators; direction marks, embeddings, overrides and isolates; invisible
+// fillers.
 constexpr std::array<Span, 7> hidden = {{
     {0x00, 0x1f},
     {0x7f, 0x9f},

@@ -5,11 +5,12 @@
 
 namespace Morquil::Command {
 
-/// `text` without anything that could steer a terminal or reorder its line: control characters (also line ends), marks
-/// that change the direction of writing, and bytes that are no UTF-8 are shown as escapes such as \x1b and \u202e.
+/// Returns `text` with everything escaped that could steer a terminal or reorder its line. Control characters
+/// (including line ends), marks that change the writing direction, and bytes that are not UTF-8 become escapes such as
+/// \x1b and \u202e.
 std::string Escaped(std::string_view text);
 
-/// How many characters of `text` a terminal shows side by side, at one column each.
+/// How many columns `text` takes up in a terminal, at one column for each character.
 std::size_t WidthOf(std::string_view text);
 
 }  // namespace Morquil::Command

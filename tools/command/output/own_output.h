@@ -5,11 +5,12 @@
 
 namespace Morquil::Command {
 
-/// What has become of a piece of output.
+/// The result of writing a piece of output.
 enum class Written { All, NoReader, Failed };
 
-/// Standard output and the library: it prints what it has to say, and what it receives, on the process's standard
-/// output. This one is given to the program alone, and the library's words go nowhere or, escaped, to standard error.
+/// Separates the program's standard output from the library's. The library prints messages and the lines that it
+/// receives on the process's standard output. This class reserves standard output for the program; the library's lines
+/// are discarded or, escaped, go to standard error.
 class OwnOutput {
 public:
     OwnOutput();
@@ -17,17 +18,17 @@ public:
     OwnOutput(const OwnOutput&) = delete;
     OwnOutput& operator=(const OwnOutput&) = delete;
 
-    /// From here on the library's words are shown.
+    /// Shows the library's lines from here on.
     void Trace();
 
-    /// Writes to standard output, as it was.
+    /// Writes to the original standard output.
     Written Write(std::string_view text);
-    /// Whether what is written may still be read. Windows says so only after a write has failed.
+    /// Whether standard output still has a reader. Windows reports this only after a write has failed.
     bool HasReader() const;
-    /// Whether a terminal is on the other side that understands colours.
+    /// Whether standard output is a terminal that understands colours.
     bool IsTerminal() const;
 
-    /// Shows the rest of the library's words.
+    /// Shows the rest of the library's lines.
     void Finish();
 
 private:

@@ -71,7 +71,7 @@ private:
         }
     }
 
-    // Until nobody can write any more.
+    // Runs until the last writer has closed the pipe.
     static void Show(int from) {
         TracedLines lines;
         std::array<char, 4096> piece{};

@@ -31,7 +31,7 @@ bool WriteAll(int file, std::string_view text) {
     return true;
 }
 
-// The C library has no single number of its own for these.
+// The C library has no single error number for these.
 bool IsOfBrokenPipe(unsigned long error) {
     return error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA || error == ERROR_PIPE_NOT_CONNECTED;
 }
@@ -70,7 +70,7 @@ public:
     }
     bool HasReader() const { return hasReader_; }
 
-    /// A console shows colours only where it can be told to.
+    /// A console shows colours only if that mode can be enabled.
     bool IsTerminal() const {
         const auto console = reinterpret_cast<HANDLE>(_get_osfhandle(own_));
         DWORD mode = 0;
@@ -89,7 +89,7 @@ public:
 private:
     static int OpenNull() { return _open("NUL", _O_WRONLY | _O_BINARY); }
 
-    // The library may have a C runtime of its own, which goes by the system's handle.
+    // The library may have its own C runtime, which uses the system's handle.
     static void SendLibraryTo(int file) {
         if (file >= 0 && file != standardOutput) {
             _dup2(file, standardOutput);
@@ -98,7 +98,7 @@ private:
         }
     }
 
-    // Until nobody can write any more.
+    // Runs until the last writer has closed the pipe.
     static void Show(int from) {
         TracedLines lines;
         std::array<char, 4096> piece{};

@@ -3,7 +3,7 @@
 namespace Morquil::Command {
 namespace {
 
-// Nothing but ASCII, so that no text of a device can steer a terminal.
+// ASCII only, so that no text of a device can steer a terminal.
 std::string AsText(const Json& json, int indent) {
     return json.dump(indent, ' ', true, Json::error_handler_t::replace) + '\n';
 }

@@ -9,14 +9,14 @@
 
 namespace Morquil::Command {
 
-/// A value that may not have been reported, for people: "-" then.
+/// A value for people; "-" if it has not been reported.
 Cell ValueAsCell(const Property& property, const std::optional<Value>& value);
 std::string ValueAsText(const Property& property, const std::optional<Value>& value);
 
-/// The same for programs: null then.
+/// The same for programs; null if it has not been reported.
 Json ValueAsJson(const Property& property, const std::optional<Value>& value);
 
-/// "-60 to 60", or the words; empty when the device has not told.
+/// "-60 to 60", or the words; empty if the device has not reported it.
 std::string OfferAsText(const Property& property, const Offer& offer);
 
 /// "gain  0 -> 12  (3 values skipped)", with its time.
@@ -26,9 +26,9 @@ Json ChangeAsJson(const ValueChange& change);
 /// "(3 values skipped)"; empty for none.
 Cell SkippedAsCell(std::size_t count, const std::string& noun);
 
-/// One document, indented.
+/// Prints one document, indented.
 void PrintJson(const Terminal& terminal, const Json& document);
-/// One object on a line of its own.
+/// Prints one object on a line of its own.
 void PrintJsonLine(const Terminal& terminal, const Json& object);
 
 }  // namespace Morquil::Command

@@ -30,7 +30,7 @@ std::string Painted(const Terminal& terminal, const std::string& text, Style sty
 
 std::string LineOf(const Terminal& terminal, const Row& cells, const std::vector<std::size_t>& widths) {
     std::string line;
-    std::size_t missing = 0;  // blanks that are only written when something follows
+    std::size_t missing = 0;  // blanks that are written only if something follows
     for (std::size_t column = 0; column < cells.size(); ++column) {
         const std::string text = Escaped(cells[column].text);
         if (!text.empty()) {

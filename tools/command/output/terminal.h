@@ -9,14 +9,14 @@ namespace Morquil::Command {
 
 enum class Style { Plain, Faint, Good, Bad };
 
-/// Where a command's words go: its answers and, apart from them, what it has to say about itself.
+/// Where a command writes: its answers, and its own messages apart from them.
 struct Terminal {
     std::function<void(std::string_view)> out;
     std::function<void(std::string_view)> err;
-    bool isColoured = false;  // of what goes to `out`
+    bool isColoured = false;  // applies to `out`
 };
 
-/// A piece of text and how it looks. Shown escaped.
+/// A piece of text and its style. Escaped when printed.
 struct Cell {
     std::string text;
     Style style = Style::Plain;
@@ -27,13 +27,13 @@ struct Cell {
 
 using Row = std::vector<Cell>;
 
-/// One line: the cells, two blanks apart.
+/// Prints one line: the cells, separated by two blanks.
 void PrintLine(const Terminal& terminal, const Row& cells);
 
-/// Rows whose cells begin at the same columns. The last cell of a row may be of any length.
+/// Prints rows with aligned columns. The last cell of a row may be of any length.
 void PrintTable(const Terminal& terminal, const std::vector<Row>& rows);
 
-/// One line on standard error that begins with the program's name. Escaped.
+/// Prints one line on standard error, escaped, after the program's name.
 void Tell(const Terminal& terminal, std::string_view text);
 
 }  // namespace Morquil::Command

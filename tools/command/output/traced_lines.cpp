@@ -5,7 +5,7 @@
 namespace Morquil::Command {
 namespace {
 
-// Where a line that does not end is taken apart.
+// Where an endless line is split.
 constexpr std::size_t longestLine = 4096;
 
 std::string Marked(std::string_view line) {

@@ -5,12 +5,12 @@
 
 namespace Morquil::Command {
 
-/// Makes lines of the library's words, which come in pieces. Nothing in them can steer a terminal.
+/// Assembles the library's output, which arrives in pieces, into lines that cannot steer a terminal.
 class TracedLines {
 public:
-    /// Returns: the lines that are complete now, each marked and with its line end.
+    /// Returns: the lines that are now complete, each with its mark and line end.
     std::string Add(std::string_view piece);
-    /// Returns: what has no line end.
+    /// Returns: the unfinished line.
     std::string Rest();
 
 private:

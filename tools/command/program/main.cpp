@@ -20,8 +20,8 @@ namespace {
 using namespace Morquil::Command;
 using namespace std::chrono_literals;
 
-// How much later than its time the program ends when something of the system does not come back, and how long it may
-// take to clean up after an interruption.
+// How long after its time limit the program ends if a system call hangs, and how long it may take to clean up after an
+// interruption.
 constexpr auto patience = 150ms;
 constexpr auto interruptionPatience = 500ms;
 constexpr auto lookInterval = 50ms;
@@ -32,17 +32,17 @@ std::atomic<bool> isInterrupted{false};
     if (code == ExitCode::Interrupted) {
         EndInterrupted();
     }
-    // Without what belongs to the library: an attempt to connect may still be in progress in another thread.
+    // Skips the library's clean-up: a connection attempt may still be in progress in another thread.
     std::_Exit(static_cast<int>(code));
 }
 
-// Some systems collect what goes to standard error.
+// Some systems buffer standard error.
 void WriteError(std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stderr);
     std::fflush(stderr);
 }
 
-/// Writes to standard error, but does not wait for one that nobody reads.
+/// Writes to standard error, but does not wait long if it has no reader.
 void SayBriefly(const char* text) {
     std::promise<void> said;
     std::future<void> hasBeenSaid = said.get_future();
@@ -53,8 +53,7 @@ void SayBriefly(const char* text) {
     hasBeenSaid.wait_for(patience);
 }
 
-/// Ends the program when a call of the system holds it up: a file that is a pipe, a name that is not found, an output
-/// that nobody reads.
+/// Ends the program when a system call blocks it: a file that is a pipe, a name lookup, an output without a reader.
 class Guard {
 public:
     Guard(const OwnOutput& output, const Options& options)
@@ -94,7 +93,7 @@ void Begin(OwnOutput& output, const Options& options) {
     std::thread([guard = Guard(output, options)]() mutable { guard.Run(); }).detach();
 }
 
-/// What the program writes, and whether it could.
+/// Writes the program's output, and remembers whether that failed.
 class Output {
 public:
     explicit Output(OwnOutput& own) : own_(own) {}
@@ -102,7 +101,7 @@ public:
     void Write(std::string_view text) {
         const Written written = own_.Write(text);
         if (written != Written::All) {
-            isInterrupted = true;  // what has no end of its own ends here
+            isInterrupted = true;  // ends commands that would otherwise run on
         }
         hasFailed_ = hasFailed_ || written == Written::Failed;
     }
@@ -119,7 +118,7 @@ int main(int count, char** words) {
     if (!Morquil::OccupyStandardStreams()) {
         return static_cast<int>(ExitCode::Usage);
     }
-    // Where the library is registered it comes through COM, which threads must have asked for.
+    // If the library is registered, it is loaded through COM, which each thread must initialize.
     [[maybe_unused]] const morquil::Apartment apartment;
     OwnOutput own;
     IgnoreBrokenPipes();

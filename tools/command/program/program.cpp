@@ -53,7 +53,7 @@ ExitCode RunProgram(const std::vector<std::string>& arguments, const Surrounding
         }
         return failure.Code();
     } catch (const morquil::Error& error) {
-        // What a command does not expect of the library comes of a connection that has just gone.
+        // An error that the command does not expect means that the connection has just been lost.
         Tell(surroundings.terminal, error.what());
         return ExitCode::ConnectionLost;
     } catch (const std::exception& error) {

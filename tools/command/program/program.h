@@ -11,17 +11,17 @@
 
 namespace Morquil::Command {
 
-/// What the program has around it.
+/// The program's environment.
 struct Surroundings {
     Terminal terminal;
     std::string defaultAddress = "127.0.0.1";
-    /// Called once it is clear what is to be done, before the library is.
+    /// Called once the command line is parsed, before the library is loaded.
     std::function<void(const Options&)> begin = [](const Options&) {};
     /// See Context.
     const std::atomic<bool>& isInterrupted;
 };
 
-/// Does what `arguments` (UTF-8, without the program's name) say. A failure is told in one line on standard error.
+/// Carries out `arguments` (UTF-8, without the program's name). A failure is printed as one line on standard error.
 ExitCode RunProgram(const std::vector<std::string>& arguments, const Surroundings& surroundings);
 
 }  // namespace Morquil::Command

@@ -34,7 +34,7 @@ void NoteInterruption(std::atomic<bool>& flag) {
 
 void EndInterrupted() {
     if (lastSignal != 0) {
-        std::raise(lastSignal);  // its handler was reset when it came
+        std::raise(lastSignal);  // its handler was reset on delivery
     }
     std::_Exit(static_cast<int>(ExitCode::Interrupted));
 }

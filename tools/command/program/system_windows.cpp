@@ -20,7 +20,7 @@ BOOL WINAPI HandleControl(DWORD /*event*/) {
 
 }  // namespace
 
-// The narrow words have lost what the code page does not know.
+// The narrow words have lost the characters that the code page lacks.
 std::vector<std::string> CommandLineWords(int /*count*/, char** /*words*/) {
     int count = 0;
     wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
@@ -41,7 +41,7 @@ void EndInterrupted() {
     std::_Exit(static_cast<int>(ExitCode::Interrupted));
 }
 
-// There is no signal of pipes here.
+// Windows has no signal for broken pipes.
 void IgnoreBrokenPipes() {}
 
 std::string EnvironmentVariable(const char* name) {

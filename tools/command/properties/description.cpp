@@ -18,7 +18,7 @@ void AddWords(Json& row, const ValueType& type) {
     }
 }
 
-/// What the type alone allows; what a device takes is less, and is asked for with `range`.
+/// What the type alone allows. A device accepts less; `range` asks for that.
 void AddLimits(Json& row, const ValueType& type) {
     if (type.kind == Kind::Number || type.kind == Kind::Bits) {
         row["min"] = type.smallest;

@@ -4,10 +4,10 @@
 
 namespace Morquil::Command {
 
-/// A row of the table of properties as programs read it: its name, its interface and methods, what it can hold.
+/// A row of the property table for programs: its name, its interface and methods, and the values that it can hold.
 Json DescribeProperty(const Property& property);
 
-/// All of the table. Listing, completion and the description file are made of it.
+/// The whole table. Listing, completion and the description file are generated from it.
 Json DescribeProperties();
 
 }  // namespace Morquil::Command

@@ -2,7 +2,7 @@
 
 namespace Morquil::Command {
 
-/// Of ASCII letters, whatever the locale.
+/// Converts an ASCII letter to lower case, in any locale.
 constexpr char Lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }

@@ -4,7 +4,7 @@
 
 namespace Morquil::Command {
 
-/// How many lines of a frame hold picture, as the ranges that depend on it are asked for.
+/// The number of picture lines in a frame, used to request the ranges that depend on it.
 constexpr unsigned FrameHeight(morquil::VideoMode mode) {
     using Mode = morquil::VideoMode;
     if (mode == Mode::NTSC || mode == Mode::NTSCp) {
@@ -26,14 +26,14 @@ inline morquil::VideoMode OutputMode(const morquil::Device& device) {
     return device.OutputConfiguration().GetVideoMode();
 }
 
-/// A range that the device has per frame height.
+/// A range that depends on the frame height.
 template <auto range, auto presentMode>
 Offer RangeOfHeight(const morquil::Device& device) {
     const auto feature = Open<typename Call<decltype(range)>::Feature>(device);
     return AsLimits((feature.*range)(FrameHeight(presentMode(device))));
 }
 
-/// A range that the device has per output mode.
+/// A range that depends on the output mode.
 template <auto range>
 Offer RangeOfOutputMode(const morquil::Device& device) {
     const auto feature = Open<typename Call<decltype(range)>::Feature>(device);

@@ -1,4 +1,4 @@
-// What travels beside the picture: timecode, captions, format description.
+// What accompanies the picture: timecode, captions, format description.
 #include "command/properties/present_mode.h"
 #include "command/properties/property_rows.h"
 #include "command/properties/property_table.h"

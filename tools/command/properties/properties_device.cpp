@@ -1,4 +1,4 @@
-// The device itself, its place in the network, its files and presets.
+// The device itself, its network settings, files and presets.
 #include "command/properties/property_rows.h"
 #include "command/properties/property_table.h"
 
@@ -7,9 +7,9 @@ namespace {
 
 using morquil::PropertySet;
 
-// The device keeps no more names, whatever the range of its presets.
+// The device stores no more names, whatever the range of its presets.
 constexpr int presetNames = 6;
-// Longer texts would be cut.
+// Longer texts would be truncated.
 constexpr std::size_t nameBytes = 49;
 
 void AddDevice(std::vector<Property>& all) {
@@ -44,7 +44,7 @@ void AddFiles(std::vector<Property>& all) {
         .AtMost(nameBytes);
 }
 
-// The API takes some numbers above the range that devices report.
+// The API accepts some numbers above the range that devices report.
 template <std::int64_t above>
 Offer PresetNumbers(const morquil::Device& device) {
     const morquil::Range<int> range = device.Preset().GetPresetRange();

@@ -1,4 +1,4 @@
-// Where the picture goes in the frame, and what fills the rest.
+// Where the picture is placed in the frame, and what fills the rest.
 #include "command/properties/property_rows.h"
 #include "command/properties/property_table.h"
 

@@ -1,4 +1,4 @@
-// What is done to the picture.
+// Picture processing.
 #include "command/properties/property_rows.h"
 #include "command/properties/property_table.h"
 

@@ -1,4 +1,4 @@
-// What the device takes in and puts out.
+// The device's inputs and outputs.
 #include "command/properties/present_mode.h"
 #include "command/properties/property_rows.h"
 #include "command/properties/property_table.h"

@@ -34,7 +34,7 @@ bool Matches(std::string_view pattern, std::string_view name) {
            Matches(pattern.substr(1), name.substr(1));
 }
 
-// Several stars in a row mean what one means; left as they are they would take time beyond measure.
+// Several stars in a row mean the same as one; left in place, they would make matching far too slow.
 std::string WithoutDoubleStars(std::string pattern) {
     const auto bothStars = [](char left, char right) { return left == '*' && right == '*'; };
     pattern.erase(std::unique(pattern.begin(), pattern.end(), bothStars), pattern.end());

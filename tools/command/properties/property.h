@@ -17,38 +17,39 @@ struct Limits {
     Value smallest;
     Value largest;
 };
-/// What a device takes: a range, some of the words (as numbers), or nothing that it has told.
+/// What a device accepts: a range, a list of words (as numbers), or nothing if it has not reported it.
 using Offer = std::variant<std::monostate, Limits, std::vector<std::int64_t>>;
 
-/// One row of the table that everything is made of: what can be read, set, watched, listed and completed.
+/// One row of the property table, from which reading, setting, watching, listing and completion are derived.
 struct Property {
     std::string name;
     std::string_view summary;
     ValueType type = {};
-    morquil::PropertySet set{};           // which is told when it changes
-    int number = 0;                       // of one of several, counted from 1; 0 when there is just one
+    morquil::PropertySet set{};           // the set that notifies of its changes
+    int number = 0;                       // its number if there are several, counted from 1; 0 if there is only one
     std::string_view interfaceName = {};  // "IMorquilVideoProcAmp"
-    // The calls behind it, as in "VideoProcAmp::GetGain"; empty where there is none. `range` tells what a device takes.
+    // The underlying calls, such as "VideoProcAmp::GetGain"; empty if there is none. `range` reports what a device
+    // accepts.
     std::string getter = {};
     std::string setter = {};
     std::string range = {};
 
-    // All three throw morquil::Error; `read` and `offer` throw morquil::NotKnown before the device has told.
+    // All three throw morquil::Error. `read` and `offer` throw morquil::NotKnown before the device has reported.
     Value (*read)(const morquil::Device& device, int number) = nullptr;
     void (*write)(const morquil::Device& device, int number, const Value& value) = nullptr;
     Offer (*offer)(const morquil::Device& device) = nullptr;
 
     bool IsReadable() const { return read != nullptr; }
     bool IsWritable() const { return write != nullptr; }
-    /// What is done once and has no value afterwards.
+    /// A one-time action that has no value afterwards.
     bool IsCommand() const { return IsWritable() && !IsReadable(); }
 
-    // For the table: what the types of the calls do not tell.
+    // For the table: what the types of the calls do not say.
     Property& As(Kind kind) {
         type.kind = kind;
         return *this;
     }
-    /// The call that tells what the device takes, where it is not the offer itself.
+    /// The call that reports what the device accepts, if it is not the offer itself.
     Property& AskedWith(std::string call) {
         range = std::move(call);
         return *this;
@@ -62,24 +63,25 @@ struct Property {
 /// The table, feature by feature.
 const std::vector<Property>& AllProperties();
 
-/// The property `name`. Upper and lower case are the same.
+/// Finds the property `name`, ignoring case.
 /// Throws: UsageFailure with the nearest name.
 const Property& FindProperty(std::string_view name);
 
 using Selection = std::vector<const Property*>;
 
-/// The properties that `patterns` mean, in their order, each once; all when there is none. A pattern is a name, the
-/// beginning of names up to a point ("proc-amp"), or a name with * for any letters and ? for one.
-/// Throws: UsageFailure for a pattern that means nothing.
+/// The properties that match `patterns`, in the order of the patterns, each once; all properties if there are no
+/// patterns. A pattern is a name, the part of names before a point ("proc-amp"), or a name in which * stands for any
+/// letters and ? for one.
+/// Throws: UsageFailure for a pattern that matches nothing.
 Selection SelectProperties(const std::vector<std::string>& patterns);
 
-/// Whether `pattern` is the whole name of a property.
+/// Whether `pattern` is the full name of a property.
 bool IsExactName(const std::string& pattern);
 
-/// What the device has reported; nothing when it has not.
+/// What the device has reported; nothing if it has not.
 std::optional<Value> ReadValue(const Property& property, const morquil::Device& device);
 
-/// What the device takes at present.
+/// What the device accepts now.
 Offer ReadOffer(const Property& property, const morquil::Device& device);
 
 }  // namespace Morquil::Command

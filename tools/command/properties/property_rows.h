@@ -1,5 +1,5 @@
-// How a row of the table of properties comes out of the calls of the C++ layer: their types tell the kind of value, and
-// their names are the compiler's own.
+// Derives a row of the property table from calls of the C++ layer: their types give the kind of value, and the compiler
+// gives their names.
 #pragma once
 
 #include <limits>
@@ -13,7 +13,7 @@
 
 namespace Morquil::Command {
 
-/// What a member function of a feature looks like.
+/// The signature of a feature's member function.
 template <class Function>
 struct Call;
 template <class Owner, class Answer, class... Arguments>
@@ -32,11 +32,11 @@ struct Call<Answer (Owner::*)(Arguments...) const> {
     static constexpr std::size_t count = sizeof...(Arguments);
 };
 
-/// "VideoProcAmp::SetGain", from how the compiler writes the instance of this function.
+/// "VideoProcAmp::SetGain", taken from the compiler's name for this template instance.
 template <auto member>
 std::string CallName() {
     std::string name(LastTwoNames(__PRETTY_FUNCTION__));
-    // A device's own calls stand in a base of the class that hosts know.
+    // A device's own calls are declared in a base of the class that hosts use.
     constexpr std::string_view base = "DeviceCalls::";
     return name.starts_with(base) ? "Device::" + name.substr(base.size()) : name;
 }
@@ -45,7 +45,7 @@ constexpr std::string_view TypeName() {
     return LastName(__PRETTY_FUNCTION__);
 }
 
-/// The interface under a feature of the C++ layer.
+/// The API interface that a feature of the C++ layer wraps.
 template <class Feature>
 constexpr std::string_view InterfaceName() {
     return TypeName<std::remove_pointer_t<decltype(std::declval<Feature>().Raw())>>();
@@ -61,7 +61,7 @@ Feature Open(const morquil::Device& device) {
     }
 }
 
-/// A value of the API as the table has it, and back.
+/// Converts between a value of the API and a value of the table.
 template <class Raw>
 Value FromRaw(const Raw& raw) {
     if constexpr (std::is_same_v<Raw, bool> || std::is_same_v<Raw, double> || std::is_same_v<Raw, std::string>) {
@@ -121,7 +121,7 @@ void Write(const morquil::Device& device, int number, const Value& value) {
     } else if constexpr (Setter::count == 1) {
         (feature.*set)(ToRaw<typename Setter::Last>(value));
     } else {
-        // The API takes whole numbers of either sign here, both of which hold these few.
+        // The API uses integers of either sign here; both can hold these few values.
         (feature.*set)({static_cast<unsigned char>(number - 1)}, ToRaw<typename Setter::Last>(value));
     }
 }
@@ -135,7 +135,7 @@ Offer WordsWith(Condition isOffered) {
             offered.push_back(static_cast<std::int64_t>(word.value));
         }
     }
-    // No word at all means that the device has not told.
+    // No words at all means that the device has not reported them.
     return offered.empty() ? Offer() : Offer(offered);
 }
 
@@ -170,22 +170,22 @@ public:
     FeatureRows(std::vector<Property>& all, std::string feature, morquil::PropertySet set)
         : all_(all), feature_(std::move(feature)), set_(set) {}
 
-    /// Can be read and set.
+    /// A property that can be read and set.
     template <auto get, auto set, auto offer = nullptr>
     Property& Setting(std::string_view name, std::string_view summary) {
         return AddCalls<get, set, offer>(Add(name, summary));
     }
-    /// Can be read.
+    /// A property that can only be read.
     template <auto get>
     Property& Reading(std::string_view name, std::string_view summary) {
         return AddCalls<get, nullptr, nullptr>(Add(name, summary));
     }
-    /// Is done once.
+    /// A one-time action.
     template <auto set, auto offer = nullptr>
     Property& Command(std::string_view name, std::string_view summary) {
         return AddCalls<nullptr, set, offer>(Add(name, summary));
     }
-    /// Can be read and set, for each of `count`.
+    /// A property that can be read and set for each of `count`.
     template <auto get, auto set, auto offer = nullptr>
     void Settings(int count, std::string_view name, std::string_view summary, std::size_t mostBytes = 0) {
         for (int number = 1; number <= count; ++number) {

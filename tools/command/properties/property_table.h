@@ -6,8 +6,8 @@
 
 namespace Morquil::Command {
 
-// The parts of the table. Names are lower case, with a point between feature and property and hyphens between words;
-// what there are several of has its number behind another point, counted from 1 as on the front panel.
+// The parts of the table. Names are lower case, with a point between feature and property and hyphens between words. If
+// there are several of a kind, their number follows after another point, counted from 1 as on the front panel.
 
 void AddDeviceRows(std::vector<Property>& all);
 void AddSignalRows(std::vector<Property>& all);

@@ -5,7 +5,7 @@
 
 namespace Morquil::Command {
 
-/// The last name in what a compiler writes of a template's argument: "... = a::b::Name]" or "... = a::b::Name; ...]".
+/// The last name in the compiler's text for a template argument: "... = a::b::Name]" or "... = a::b::Name; ...]".
 constexpr std::string_view QualifiedName(std::string_view instance) {
     instance.remove_prefix(instance.find(" = ") + 3);
     return instance.substr(0, instance.find_first_of(";]"));
@@ -15,7 +15,7 @@ constexpr std::string_view LastName(std::string_view instance) {
     const std::size_t scope = name.rfind("::");
     return scope == std::string_view::npos ? name : name.substr(scope + 2);
 }
-/// The same, with the name before it: "Type::Member".
+/// The same, together with the name before it: "Type::Member".
 constexpr std::string_view LastTwoNames(std::string_view instance) {
     const std::string_view name = QualifiedName(instance);
     return name.substr(name.rfind("::", name.rfind("::") - 1) + 2);

@@ -8,7 +8,8 @@
 
 namespace Morquil::Command {
 std::size_t EditDistance(std::string_view left, std::string_view right) {
-    // One row of the table at a time: row[n] is the distance of what has been read of `left` to n letters of `right`.
+    // Holds one row of the distance table: row[n] is the distance between the part of `left` read so far and n letters
+    // of `right`.
     std::vector<std::size_t> row(right.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
     for (const char letter : left) {

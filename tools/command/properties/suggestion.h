@@ -6,11 +6,11 @@
 
 namespace Morquil::Command {
 
-/// How many letters must be put in, left out or replaced to make one text of the other. Upper and lower case of ASCII
-/// letters are the same.
+/// How many letters must be inserted, removed or replaced to turn one text into the other. Ignores the case of ASCII
+/// letters.
 std::size_t EditDistance(std::string_view left, std::string_view right);
 
-/// The candidate that takes the fewest edits, the first of several; empty when there is none that resembles `text`.
+/// The candidate with the smallest edit distance, the first if there are several; empty if none is similar to `text`.
 std::string_view Nearest(std::string_view text, std::span<const std::string_view> candidates);
 
 }  // namespace Morquil::Command

@@ -27,14 +27,14 @@ std::string LowerCase(std::string_view text) {
     return lower;
 }
 
-// "an SDI mode", "a video mode": acronyms go by the name of their first letter.
+// "an SDI mode", "a video mode": for acronyms, the name of the first letter decides.
 std::string WithArticle(const std::string& noun) {
     const bool isAcronym = noun.size() > 1 && noun[1] >= 'A' && noun[1] <= 'Z';
     const std::string_view vowels = isAcronym ? "AEFHILMNORSX" : "aeiouAEIOU";
     return (vowels.find(noun.front()) != std::string_view::npos ? "an " : "a ") + noun;
 }
 
-// The words to choose from, unless they are too many for a line.
+// The words to choose from, unless there are too many for one line.
 std::string Choice(const std::vector<std::string_view>& words) {
     constexpr std::size_t most = 8;
     std::string choice;
@@ -119,7 +119,7 @@ Value ParseText(const ValueType& type, std::string_view text) {
     return std::string(text);
 }
 
-// Two digits in each of four places; anything may stand between them.
+// Two digits in each of four places, with any separator between them.
 Value ParseTimecode(std::string_view text) {
     constexpr std::array<int, 4> beyond = {24, 60, 60, 60};
     const auto digit = [&](std::size_t at) { return text[at] - '0'; };
@@ -142,7 +142,7 @@ Value ParseAddress(std::string_view text) {
     std::int64_t packed = 0;
     std::string_view rest = text;
     for (int place = 0; place < 4; ++place) {
-        const std::size_t end = place < 3 ? rest.find('.') : rest.size();  // without a point: past every number
+        const std::size_t end = place < 3 ? rest.find('.') : rest.size();  // without a point: beyond any number
         const std::optional<std::int64_t> byte = end > 3 ? std::nullopt : ReadWhole(rest.substr(0, end), 10);
         if (!byte || *byte < 0 || *byte > 255) {
             throw UsageFailure(Quoted(text) + " is not an address such as 192.168.1.10");
@@ -177,7 +177,7 @@ std::string FormatBits(std::int64_t bits) {
     return "0x" + std::string(digits.data(), end);
 }
 
-// Without the zeros at its end, but for one after the point, and deaf to the locale.
+// Without trailing zeros, except one after the point, and independent of the locale.
 std::string FormatDecimal(double value) {
     std::array<char, 400> digits{};
     const auto [end, error] =
@@ -253,7 +253,7 @@ Json ToJson(const ValueType& type, const Value& value) {
 
 bool IsSame(const Value& wanted, const Value& reported) {
     if (std::holds_alternative<double>(wanted) && std::holds_alternative<double>(reported)) {
-        // The wire rounds to the last decimal: the difference is at most half of one.
+        // The protocol rounds to the last decimal, so the difference is at most half of one.
         return std::abs(std::get<double>(wanted) - std::get<double>(reported)) <= 0.51 * std::pow(10, -decimals);
     }
     return wanted == reported;

@@ -13,23 +13,23 @@
 
 namespace Morquil::Command {
 
-/// Keeps the order in which members are written.
+/// Keeps members in the order in which they are written.
 using Json = nlohmann::ordered_json;
 
-/// How the values of a property look.
+/// The kind of value that a property has.
 enum class Kind {
     Nothing,  // a command without a value
     Number,
-    Bits,  // a number that is written in hexadecimal
+    Bits,  // a number written in hexadecimal
     Decimal,
     YesNo,
-    Word,  // one of an enumeration
+    Word,  // one of an enumeration's words
     Text,
     Timecode,  // HH:MM:SS:FF; the number has two decimal digits in each byte
     Address,   // four numbers and points; the number has the first in its top byte
 };
 
-/// Words, whole numbers, timecodes and addresses are numbers; a command without a value has an empty text.
+/// Words, whole numbers, timecodes and addresses are stored as numbers. A command without a value has an empty text.
 using Value = std::variant<std::int64_t, double, bool, std::string>;
 
 struct NamedValue {
@@ -37,14 +37,14 @@ struct NamedValue {
     std::int64_t value;
 };
 
-/// What a property can hold at all, whatever device it is of.
+/// What a property can hold on any device.
 struct ValueType {
     Kind kind = Kind::Nothing;
     std::string noun = {};  // what one value is called: "video mode"
     std::int64_t smallest = 0;
     std::int64_t largest = 0;
     std::span<const NamedValue> words = {};
-    std::size_t mostBytes = 0;  // of a text; 0: any number
+    std::size_t mostBytes = 0;  // for texts; 0 means no limit
 };
 
 /// The words of an enumeration.
@@ -58,20 +58,21 @@ inline constexpr auto namedValues = [] {
     return values;
 }();
 
-/// The value that `text` means.
-/// Throws: UsageFailure, which says what it is not, and what would be right.
+/// Parses `text` as a value of `type`.
+/// Throws: UsageFailure, which says what is wrong and what would be accepted.
 Value ParseValue(const ValueType& type, std::string_view text);
 
-/// As people write it; reads back with `ParseValue`. Not escaped.
+/// The value as people write it. `ParseValue` reads it back. Not escaped.
 std::string FormatValue(const ValueType& type, const Value& value);
 
-/// Numbers, truths and texts as JSON knows them; everything else as `FormatValue` has it.
+/// Numbers, booleans and texts become JSON values; everything else is formatted by `FormatValue`.
 Json ToJson(const ValueType& type, const Value& value);
 
-/// Whether a device that reports `reported` has been given `wanted`: decimals travel with six decimals.
+/// Whether `reported` confirms `wanted`. Decimals are sent with six decimal places.
 bool IsSame(const Value& wanted, const Value& reported);
 
-/// Whether two texts differ in the case of ASCII letters alone. Devices and the library's copies may keep the old one.
+/// Whether two texts differ only in the case of ASCII letters. Devices and the library's copies may keep the old
+/// spelling.
 bool IsSameButForCase(const Value& wanted, const Value& reported);
 
 /// The name of the kind: "number", "word".

@@ -1,4 +1,4 @@
-// Fields that order something instead of holding a value, and what follows from them.
+// Fields that are commands instead of values, and their effects.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace Morquil::Simulator {
 
-/// The fields of `factory` that `bits` selects: bit 0 stands for the first key of the block, bit 1 for the second.
+/// The fields of `factory` selected by `bits`: bit 0 selects the first key of the block, bit 1 the second.
 template <class Set>
 Set SelectedValues(const Set& factory, std::uint32_t bits) {
     Set selected;
@@ -22,8 +22,8 @@ Set SelectedValues(const Set& factory, std::uint32_t bits) {
     return selected;
 }
 
-/// The settings that the commands to reset in `received` lead to; nothing when it holds none. `factory` is the block as
-/// it was when the device left the factory.
+/// The settings that result from the reset commands in `received`; empty if there are none. `factory` holds the block's
+/// factory settings.
 template <class Set>
 Set ResetSettings(const Set& received, const Set& factory) {
     Set result;
@@ -41,7 +41,7 @@ Set ResetSettings(const Set& received, const Set& factory) {
     return result;
 }
 
-/// Commands are carried out, not kept.
+/// Commands are carried out, not stored.
 template <class Set>
 void ForgetCommands(Set& set) {
     ForEachKey<Set>([&](const auto& key) {

@@ -7,7 +7,7 @@
 
 namespace Morquil::Simulator {
 
-/// The values of every block of a device, settings and offers alike. A copy is a device's memory of a moment.
+/// The values of all blocks of a device, settings and offers alike. A copy is a snapshot.
 class DeviceBlocks {
 public:
     /// The values of one block.
@@ -21,7 +21,7 @@ public:
     }
 
 private:
-    // Two blocks share a change set: it takes the description to tell them apart.
+    // Two blocks share a change set; only the description tells them apart.
     template <class Description>
     struct Stored {
         ChangeSetOf<Description> set;
@@ -36,7 +36,7 @@ private:
     AllStored<BlockTable>::Type blocks_;
 };
 
-/// The video modes that a device converts from and to, as rows of `VideoModes`.
+/// The device's input and output video modes, as rows of `VideoModes`.
 inline std::size_t InputMode(const DeviceBlocks& device) {
     return static_cast<std::size_t>(device.Of<VideoInputChangeSet>().videoMode.Get());
 }

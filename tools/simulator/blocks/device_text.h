@@ -7,7 +7,7 @@
 
 namespace Morquil::Simulator {
 
-/// A whole block as a device sends it.
+/// A whole block in the form in which a device sends it.
 template <class Description>
 std::string DeviceText(const ChangeSetOf<Description>& set) {
     MessageToString text;
@@ -15,7 +15,7 @@ std::string DeviceText(const ChangeSetOf<Description>& set) {
     return std::string(text.GetText());
 }
 
-/// Whether the device would send the header of the block and nothing else.
+/// Whether the device would send only the header of the block.
 template <class Description>
 bool HoldsNothing(const ChangeSetOf<Description>& set) {
     const std::string text = DeviceText<Description>(set);

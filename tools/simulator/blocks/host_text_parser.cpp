@@ -29,7 +29,7 @@ void HostTextParser::TakeLine() {
         return;
     }
     if (tooLong_) {
-        line_ = "A header that is too long";  // which names no block
+        line_ = "A header that is too long";  // matches no block
     }
     line_ += '\n';
     parser_.Feed(line_.data(), line_.size());

@@ -7,11 +7,11 @@
 
 namespace Morquil::Simulator {
 
-/// Reads as a device does what hosts send. Any split of the stream gives the same calls. A line that is too long is
-/// reported as an error and not read: no part of it counts as a line of its own.
+/// Parses what hosts send, as a device does. The calls are the same however the stream is split. A line that is too
+/// long is reported as an error and skipped: no part of it counts as a line of its own.
 class HostTextParser {
 public:
-    /// `sink` outlives the parser.
+    /// `sink` must outlive the parser.
     explicit HostTextParser(IMorquilTextProtocolSink& sink);
 
     void Feed(std::string_view bytes);
@@ -20,7 +20,7 @@ private:
     void TakeLine();
 
     MorquilTextProtocolParser parser_;
-    std::string line_;  // the part of the present line that has come
+    std::string line_;  // the part of the current line received so far
     bool tooLong_ = false;
 };
 

@@ -1,4 +1,4 @@
-// Walks the members of change sets, and the elements of those that are arrays.
+// Walks the members of change sets, and the elements of array members.
 #pragma once
 
 #include <array>
@@ -13,7 +13,8 @@ void ForEachMemberOf(Visit visit) {
     std::apply([&](const auto&... row) { (row.ForEachMember(visit), ...); }, Set::block.rows);
 }
 
-/// Calls `visit` with a field of each of two like change sets; for arrays, with each pair of elements.
+/// Calls `visit` with a field from each of two change sets of the same type. For arrays, calls it with each pair of
+/// elements.
 template <class FieldType, class Visit>
 void ForEachPair(FieldType& one, const FieldType& other, Visit visit) {
     visit(one, other);
@@ -25,7 +26,7 @@ void ForEachPair(std::array<FieldType, count>& one, const std::array<FieldType, 
     }
 }
 
-/// Calls `visit` with the fields that belong together of two change sets of one block.
+/// Calls `visit` with each pair of corresponding fields of two change sets of one block.
 template <class Set, class Visit>
 void ForEachPairOfFields(Set& one, const Set& other, Visit visit) {
     ForEachMemberOf<Set>([&](auto member) { ForEachPair(one.*member, other.*member, visit); });

@@ -1,4 +1,4 @@
-// What a device finds out for itself, and nobody sets from afar.
+// Values that a device observes itself, and that cannot be set remotely.
 #pragma once
 
 #include "protocol/table/block.h"
@@ -7,8 +7,8 @@ namespace Morquil::Simulator {
 
 class DeviceBlocks;
 
-/// Hosts send observations all the same, because a settings file holds whole blocks: they are passed over, not refused.
-/// Remote lock is one of them, or a host could lock itself out.
+/// Removes observations. Hosts send them all the same, because a settings file holds whole blocks: they are ignored,
+/// not refused. Remote lock is one of them, because a host could otherwise lock itself out.
 template <class Set>
 void ForgetObservations(Set& set) {
     ForEachKey<Set>([&](const auto& key) {
@@ -18,7 +18,7 @@ void ForgetObservations(Set& set) {
     });
 }
 
-/// Writes down what follows from the video modes: the sizes of the pictures that come in and go out.
+/// Derives the sizes of the input and output pictures from the video modes.
 void ObservePictureSizes(DeviceBlocks& device);
 
 }  // namespace Morquil::Simulator

@@ -1,4 +1,4 @@
-// Values for keys that the factory's settings do not mention, so that a new key is there as soon as its table has it.
+// Default values for keys missing from the factory settings, so that a new key works as soon as its table has it.
 #pragma once
 
 #include <array>
@@ -12,7 +12,7 @@
 
 namespace Morquil::Simulator {
 
-// Settings are at zero and off, as far as their limits allow; offers allow everything.
+// Settings are zero and off, as far as their limits allow; offers allow everything.
 
 template <class FieldType>
 void SetPlainly(FieldType& field, const char* /*key*/, BlockRole /*role*/) {
@@ -31,7 +31,7 @@ void SetPlainly(SetField<Vocabulary>& field, const char* /*key*/, BlockRole /*ro
         field.Add(word);
     }
 }
-/// A line needs a value.
+/// A line needs a value, so the text must not be empty.
 template <std::size_t capacity, Compare comparison>
 void SetPlainly(TextField<capacity, comparison>& field, const char* key, BlockRole /*role*/) {
     field.Set(key);
@@ -45,7 +45,7 @@ void SetPlainly(std::array<FieldType, count>& fields, const char* key, BlockRole
     }
 }
 
-/// Fills every absent field that the device reports and that is no command.
+/// Fills every absent field that the device reports and that is not a command.
 template <class Description>
 void FillPlainly(ChangeSetOf<Description>& set) {
     const auto fillRow = [&](const auto& row) {

@@ -52,8 +52,8 @@ std::string AllWords() {
     return words;
 }
 
-/// Reads a line that is neither blank nor a comment.
-/// Returns: what is wrong with it, or nothing.
+/// Parses a line that is neither blank nor a comment.
+/// Returns: what is wrong with it, or an empty text.
 std::string ReadEvent(std::string_view line, ConversationEvent& event) {
     std::string_view rest = line;
     std::uint32_t time = 0;  // 49 days
@@ -79,10 +79,10 @@ std::string ReadEvent(std::string_view line, ConversationEvent& event) {
     return {};
 }
 
-/// Watches that times do not go back, and that each host says and hears something only while it is connected.
+/// Checks that times do not go back, and that each host sends and receives only while it is connected.
 class OrderWatch {
 public:
-    /// Returns: what is wrong, or nothing.
+    /// Returns: what is wrong, or an empty text.
     std::string Problem(const ConversationEvent& event) {
         if (event.time < latest_) {
             return "times must not go back";

@@ -9,10 +9,10 @@
 
 namespace Morquil::Simulator {
 
-/// Writes down all that happens between hosts and another station, as it passes.
+/// Records every event between hosts and another station as it happens.
 class Recorder final : public Station {
 public:
-    /// `station` is not owned. `write` gets the heading, then a line for each event.
+    /// `station` is not owned. `write` receives the heading, then one line for each event.
     Recorder(Station& station, std::function<void(const std::string&)> write);
 
     void Connect(HostId host, Moment now) override;
@@ -29,7 +29,7 @@ private:
 
     Station& station_;
     std::function<void(const std::string&)> write_;
-    HostId hungUpOn_ = 0;  // whose going is the device's doing
+    HostId hungUpOn_ = 0;  // the host that the device hung up on
 };
 
 }  // namespace Morquil::Simulator

@@ -68,7 +68,7 @@ void Replay::PassHostEvents(HostId host, Progress& progress) {
         next = progress.Next();
     }
     if (next == nullptr || next->kind == Kind::HostLeaves) {
-        progress.unread.clear();  // nothing depends on it any more
+        progress.unread.clear();  // no event depends on it any more
     }
 }
 
@@ -87,7 +87,7 @@ Delivery Replay::Take(HostId host, Moment now) {
     }
     Progress& progress = hosts_.at(host);
     const ConversationEvent& event = *progress.Next();
-    // Counted from when it was due, so that delays do not add up.
+    // Counted from its due time, so that delays do not add up.
     progress.Pass(*due);
     PassHostEvents(host, progress);
     return {.bytes = event.text, .hangUp = event.kind == Kind::DeviceHangsUp};

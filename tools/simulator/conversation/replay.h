@@ -10,12 +10,12 @@
 
 namespace Morquil::Simulator {
 
-/// Plays the device's side of recorded conversations: the same bytes in the same pieces, each as long after the event
-/// before it as it was. Waits for as many bytes of the host as had come at that point. The first host that connects
-/// gets the conversation of the first that is recorded, and so on; after the last they start over.
+/// Replays the device's side of recorded conversations: the same bytes in the same pieces, each as long after the
+/// previous event as recorded. Waits until the host has sent as many bytes as it had in the recording. The first host
+/// to connect gets the first recorded host's conversation, and so on; after the last one, they start over.
 class Replay final : public Station {
 public:
-    /// `onDifference` is told, once for each host, when a host says something else than is recorded.
+    /// `onDifference` is called once for each host whose bytes differ from the recording.
     Replay(const std::vector<ConversationEvent>& events, std::function<void(const std::string&)> onDifference);
 
     void Connect(HostId host, Moment now) override;
@@ -30,16 +30,16 @@ public:
 private:
     using Conversation = std::vector<ConversationEvent>;
 
-    /// A host that says this much more than is recorded is let go: memory has an end.
+    /// A host that sends this much more than is recorded is disconnected: memory is limited.
     static constexpr std::size_t unheardLimit = std::size_t{4} * 1024 * 1024;
 
     struct Progress {
-        const Conversation* conversation = nullptr;  // none when nothing is recorded
-        std::size_t next = 0;                        // the event that comes next
-        Moment happened{0};                          // the event before it, now
-        Moment recorded{0};                          // and when it was recorded
-        Moment heard{0};                             // when the host last said something
-        std::string unread;                          // of what the host said; compared up to here
+        const Conversation* conversation = nullptr;  // null if nothing is recorded
+        std::size_t next = 0;                        // the index of the next event
+        Moment happened{0};                          // when the previous event happened in this replay
+        Moment recorded{0};                          // when it happened in the recording
+        Moment heard{0};                             // when the host last sent something
+        std::string unread;                          // bytes of the host that are not compared yet
         bool differs = false;
 
         const ConversationEvent* Next() const;

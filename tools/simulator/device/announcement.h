@@ -6,8 +6,8 @@
 
 namespace Morquil::Simulator {
 
-/// What hosts are told when a device has come from `before` to `after`: a block for each block that has changed, with
-/// the fields that have. The fields that `mentioned` holds are told in any case.
+/// The text sent to hosts when a device has changed from `before` to `after`: one block for each changed block, with
+/// its changed fields. The fields that `mentioned` holds are always included.
 std::string Announcement(const DeviceBlocks& before, const DeviceBlocks& after, const DeviceBlocks& mentioned);
 
 }  // namespace Morquil::Simulator

@@ -8,14 +8,14 @@
 
 namespace Morquil::Simulator {
 
-/// What a device says about itself. Everything else about it is in its factory settings.
+/// How a device identifies itself. Everything else about it is in its factory settings.
 struct DeviceIdentity {
     std::string modelName = "Morquil Simulator";
     std::uint32_t softwareVersion = 0x20417;
     std::uint32_t fpgaVersion = 0x1c;
     ProtocolVersion protocolVersion{2, 22};
     bool remoteLock = false;
-    /// How long the device takes to store a still frame, or to show one.
+    /// How long the device takes to store or show a still frame.
     std::chrono::milliseconds stillFrameTime{300};
 };
 

@@ -12,8 +12,8 @@ namespace Morquil::Simulator {
 
 namespace {
 
-/// What follows from the modes of `device` before any of its settings is judged: an output mode to which the input mode
-/// can be converted, the offers for the two, and what is observed.
+/// Updates what follows from the modes of `device` before any of its settings is checked: an output mode to which the
+/// input mode can be converted, the offers for these two modes, and the observations.
 void FollowModes(DeviceBlocks& device) {
     auto& output = device.Of<VideoOutputChangeSet>().videoMode;
     if (!IsConvertible(device, OutputMode(device))) {
@@ -82,7 +82,7 @@ ChangeOutcome DeviceState::Change(const DeviceBlocks& changes) {
 
 ChangeOutcome DeviceState::Load(const DeviceBlocks& settings) {
     DeviceBlocks taken = WithoutCommands(settings);
-    // The settings of another device do not make this device that one, nor lock its hosts out.
+    // Another device's settings change neither this device's identity nor its locks, so they cannot lock out its hosts.
     ForgetObservations(taken.Of<MorquilDeviceChangeSet>());
     DeviceBlocks next = present_;
     MergeSettings(next, taken);

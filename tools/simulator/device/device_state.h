@@ -13,25 +13,25 @@
 
 namespace Morquil::Simulator {
 
-/// Who changes something.
+/// Who makes a change.
 enum class Hand {
-    Host,    // cannot set what the device observes: such lines are passed over
-    Device,  // somebody at the device, or the world around it
+    Host,    // cannot set what the device observes: such lines are ignored
+    Device,  // a person at the device, or its environment
 };
 
-/// What came of a change.
+/// The result of a change.
 struct ChangeOutcome {
-    /// Why it was refused, for people; empty when it was carried out. A refused change leaves everything as it was.
+    /// Why it was refused, for people; empty if it was carried out. A refused change has no effect.
     std::string complaint;
-    /// What all hosts are told: a block of exactly the fields that were taken over, and behind it everything that
-    /// follows from them. Nothing when nothing was taken over.
+    /// The text to send to all hosts: a block with exactly the accepted fields, followed by everything that results
+    /// from them. Empty if nothing was accepted.
     std::string report;
 };
 
-/// Every block of a device with its present values, and the rules by which they hang together.
+/// The current values of all blocks of a device, and the rules that connect them.
 class DeviceState {
 public:
-    /// A device as it leaves the factory.
+    /// Creates a device with its factory settings.
     explicit DeviceState(const DeviceIdentity& identity);
 
     /// The values of one block.
@@ -43,7 +43,7 @@ public:
     /// The values of all blocks.
     const DeviceBlocks& Blocks() const { return present_; }
 
-    /// Takes over the fields of a block of settings and carries out its commands: all of it or nothing.
+    /// Applies the fields of a block of settings and carries out its commands: all or nothing.
     template <class Description>
     ChangeOutcome Change(const ChangeSetOf<Description>& received, Hand hand) {
         ChangeSetOf<Description> taken = received;
@@ -62,25 +62,25 @@ public:
         return outcome;
     }
 
-    /// Takes over the settings of several blocks at once: all or nothing. Commands among them are passed over.
-    /// Returns the complaint, and a report of what is now different.
+    /// Applies the settings of several blocks at once: all or nothing. Commands among them are ignored. Returns the
+    /// complaint, and a report of what is different now.
     ChangeOutcome Load(const DeviceBlocks& settings);
 
-    /// Lets what is due happen. Time never runs backwards. Returns what all hosts are told.
+    /// Completes what is due. Time never runs backwards. Returns the text to send to all hosts.
     std::string Advance(std::chrono::milliseconds now);
-    /// When something is due; nothing while nothing is under way.
+    /// When the next action is due; nothing if no action is in progress.
     std::optional<std::chrono::milliseconds> NextDue() const { return stills_.NextDue(); }
 
-    /// What the device tells a host that has just connected: who it is, and all its settings.
+    /// What the device sends to a newly connected host: its identity and all its settings.
     std::string Greeting() const;
 
-    /// Every block, settings and offers.
+    /// All blocks, settings and offers.
     std::string CompleteDump() const;
 
 private:
     ChangeOutcome Change(const DeviceBlocks& changes);
-    /// Makes `next` the present state once all hangs together, unless a value of `judged` is not offered then. Reports
-    /// how it differs from `told`, and the fields that `mentioned` holds in any case.
+    /// Makes `next` the current state after adjusting dependent settings, unless a value in `judged` is not offered
+    /// then. Reports the differences from `told`, and in any case the fields that `mentioned` holds.
     ChangeOutcome Adopt(DeviceBlocks next, const DeviceBlocks& judged, const DeviceBlocks& told,
                         const DeviceBlocks& mentioned);
 

@@ -22,7 +22,7 @@ public:
         Merge(device_.Of<Description>(), set);
     }
 
-    // The text is this program's own, and a test sees to it that all of it can be read.
+    // The text is the program's own; a test checks that all of it can be parsed.
     void OnPing() override {}
     void OnAcknowledge(bool /*positive*/) override {}
     void OnUnknownBlock() override {}

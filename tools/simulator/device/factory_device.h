@@ -5,7 +5,7 @@
 
 namespace Morquil::Simulator {
 
-/// Every block of a device as it leaves the factory.
+/// All blocks of a device with its factory settings.
 DeviceBlocks FactoryDevice(const DeviceIdentity& identity);
 
 }  // namespace Morquil::Simulator

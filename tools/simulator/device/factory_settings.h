@@ -6,10 +6,10 @@
 
 namespace Morquil::Simulator {
 
-/// The settings of a new device, as protocol text. Who the device is and its audio stand elsewhere.
+/// The settings of a new device, as protocol text. Its identity and its audio settings are defined elsewhere.
 std::string_view FactorySettings();
 
-/// What can be set, as protocol text, as far as it can be written down; the rest is in offers.h.
+/// What can be set, as protocol text, as far as it is fixed; the rest is in offers.h.
 std::string_view FactoryOffers();
 
 /// The audio settings of a new device: every channel straight through.

@@ -11,20 +11,20 @@ namespace Morquil::Simulator {
 
 namespace {
 
-/// A command taken apart; all three refer into it.
+/// The parts of a command; all three refer into its text.
 struct Setting {
     std::string_view header;
     std::string_view key;
     std::string_view value;
 };
 
-/// The length of `name` when `text` starts with it and a blank follows, else 0.
+/// The length of `name` if `text` starts with it and a blank follows, else 0.
 std::size_t LeadingName(std::string_view text, std::string_view name) {
     const bool leads = StartsIgnoringCase(text, name) && text.size() > name.size() && text[name.size()] == ' ';
     return leads ? name.size() : 0;
 }
 
-/// The same for a name that one or two digits follow, as in "AudioOut12".
+/// The same for a name followed by one or two digits, as in "AudioOut12".
 std::size_t LeadingIndexedName(std::string_view text, std::string_view stem) {
     if (!StartsIgnoringCase(text, stem)) {
         return 0;
@@ -34,7 +34,7 @@ std::size_t LeadingIndexedName(std::string_view text, std::string_view stem) {
     return indexed ? end : 0;
 }
 
-/// The longest block name that `text` starts with; empty when there is none.
+/// The longest block name that `text` starts with; empty if there is none.
 std::string_view LeadingHeader(std::string_view text) {
     std::size_t length = 0;
     ForEachBlock<BlockRole::Settings>(
@@ -58,7 +58,7 @@ std::size_t LeadingKeyOf(std::string_view text) {
     return length;
 }
 
-/// The longest key of the block that `text` starts with; empty when there is none.
+/// The longest key of the block that `text` starts with; empty if there is none.
 std::string_view LeadingKey(std::string_view header, std::string_view text) {
     std::size_t length = 0;
     ForEachBlock<BlockRole::Settings>([&]<class Description>() {
@@ -69,12 +69,12 @@ std::string_view LeadingKey(std::string_view header, std::string_view text) {
     return text.substr(0, length);
 }
 
-/// Reads a setting as the device reads a host's block, and hands it to `Derived::TakeSettings`, which answers why it
-/// cannot be, or nothing.
+/// Parses a setting as the device parses a host's block, and passes it to `Derived::TakeSettings`, which returns the
+/// reason why it is invalid, or an empty text.
 template <class Derived>
 class SettingSink : public EveryBlockSink<SettingSink<Derived>> {
 public:
-    /// Returns: why the setting cannot be read; empty when it can.
+    /// Returns: why the setting cannot be parsed; empty if it can.
     std::string Read(const Setting& setting) {
         const std::string line = std::string(setting.key) + ": " + std::string(setting.value);
         parser_.Feed(std::string(setting.header) + ":\n" + line + "\n\n");
@@ -132,7 +132,7 @@ public:
     }
 };
 
-/// What a command says, or why it cannot be read.
+/// A parsed command, or why it cannot be parsed.
 struct SettingReading {
     Setting setting;
     std::string refusal;

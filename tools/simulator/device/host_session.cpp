@@ -27,7 +27,7 @@ void HostSession::Refuse() {
 
 template <class Description>
 void HostSession::TellOffer(const ChangeSetOf<Description>& request) {
-    // A host asks with the header alone; what the device offers is not for hosts to change.
+    // A host requests an offer with the header alone. Hosts cannot change what the device offers.
     if (IsEmpty(request)) {
         answer_.toSender += acknowledged;
         answer_.toSender += DeviceText<Description>(state_.Of<Description>());

@@ -9,11 +9,11 @@
 
 namespace Morquil::Simulator {
 
-/// The device's end of the conversation with one host. Knows no socket.
+/// The device's side of the conversation with one host. Has no socket.
 ///
-/// Every block gets an answer of its own: "ACK" and what came of it; or "NACK" when the device does not know the block,
-/// cannot read one of its lines or does not offer one of its values. A refused block changes nothing, and its present
-/// values are told to its sender.
+/// Each block is answered on its own. "ACK" is followed by the results of the block. "NACK" means that the device does
+/// not know the block, cannot parse one of its lines or does not offer one of its values. A refused block changes
+/// nothing, and its current values are sent back to its sender.
 class HostSession final : public EveryBlockSink<HostSession> {
 public:
     /// `state` is not owned and is shared by all hosts.
@@ -27,14 +27,14 @@ public:
         std::string toOthers;
     };
 
-    /// Takes the next bytes of the host. Returns what they lead to.
+    /// Processes the next bytes of the host. Returns the resulting text.
     Answer Receive(std::string_view bytes);
 
     template <class Description>
     void OnBlock(const ChangeSetOf<Description>& set);
 
     void OnPing() override;
-    void OnAcknowledge(bool /*positive*/) override {}  // a host confirms nothing
+    void OnAcknowledge(bool /*positive*/) override {}  // a host has nothing to acknowledge
     void OnUnknownBlock() override;
     void OnProtocolError(const char* text) override;
 
@@ -48,7 +48,7 @@ private:
 
     DeviceState& state_;
     HostTextParser parser_{*this};
-    bool unreadableLine_ = false;  // in the block that is being received
+    bool unreadableLine_ = false;  // in the block being received
     Answer answer_;
 };
 

@@ -7,13 +7,13 @@
 
 namespace Morquil::Simulator {
 
-/// The settings that were saved under numbers.
+/// The settings saved as numbered presets.
 class Presets {
 public:
     void Save(std::int32_t number, const DeviceBlocks& device) { saved_[number] = device; }
 
-    /// Gives `device` the settings that were saved under the number, or those of `factory` when there are none. Who the
-    /// device is, its locks, its place in the network, the names of the presets and what it observes stay as they are.
+    /// Gives `device` the settings saved under the number, or those of `factory` if there are none. The device's
+    /// identity, locks, network settings, preset names and observations do not change.
     void Recall(std::int32_t number, const DeviceBlocks& factory, DeviceBlocks& device) const;
 
 private:

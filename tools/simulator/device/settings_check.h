@@ -10,7 +10,7 @@
 
 namespace Morquil::Simulator {
 
-/// The block in which the device offers what the settings of another can be; for one without limits, itself.
+/// The block whose offers limit the settings of another block; for a block without limits, itself.
 template <class Description>
 struct OffersOf {
     using Type = Description;
@@ -33,7 +33,7 @@ void ForEachLimitedKey(Visit visit) {
     });
 }
 
-/// Names block, key and value of a block that holds just one field.
+/// The block, key and value of a change set that holds exactly one field, for messages.
 template <class Description>
 std::string SettingInWords(const ChangeSetOf<Description>& set) {
     const std::string block = DeviceText<Description>(set);
@@ -41,8 +41,8 @@ std::string SettingInWords(const ChangeSetOf<Description>& set) {
     return std::string(Description::block.header.name) + ", " + block.substr(line, block.find('\n', line) - line);
 }
 
-/// What is wrong with the first value in `received` that a device with these modes and offers does not take; empty when
-/// it takes all.
+/// What is wrong with the first value in `received` that a device with these modes and offers does not accept; empty if
+/// it accepts all of them.
 template <class Description>
 std::string FirstComplaint(const ChangeSetOf<Description>& received, const DeviceBlocks& device) {
     std::string complaint;
@@ -59,7 +59,7 @@ std::string FirstComplaint(const ChangeSetOf<Description>& received, const Devic
     return complaint;
 }
 
-/// Gives every setting of the block that has lost its offer the nearest value that there is.
+/// Changes every setting of the block whose value is no longer offered to the nearest offered value.
 template <class Description>
 void Settle(DeviceBlocks& device) {
     ForEachLimitedKey<Description>([&](const auto& key) {
@@ -74,7 +74,7 @@ void Settle(DeviceBlocks& device) {
     });
 }
 
-/// What is wrong with the first of these settings. Blocks are judged in the order in which they are told.
+/// What is wrong with the first of these settings. Blocks are checked in the order in which they are sent.
 inline std::string FirstComplaint(const DeviceBlocks& received, const DeviceBlocks& device) {
     std::string complaint;
     ForEachBlock<BlockRole::Settings>([&]<class Description>() {

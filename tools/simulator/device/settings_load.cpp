@@ -10,7 +10,7 @@ namespace Morquil::Simulator {
 
 namespace {
 
-/// Collects blocks of settings, and the first thing that is wrong with them.
+/// Collects blocks of settings, and the first problem in them.
 class SettingsReader final : public EveryBlockSink<SettingsReader> {
 public:
     void Read(std::string_view text) {
@@ -19,7 +19,7 @@ public:
             parser_.Feed(line);
             parser_.Feed("\n");
         });
-        parser_.Feed("\n");  // a last block need not have its empty line
+        parser_.Feed("\n");  // the last block may lack its empty line
     }
 
     template <class Description>
@@ -42,7 +42,7 @@ public:
     std::string complaint;
 
 private:
-    /// Keeps where the reader is, in words.
+    /// Describes the reader's position in words.
     void Locate(std::string_view line) {
         if (line.empty()) {
             block_.clear();

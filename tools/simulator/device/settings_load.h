@@ -7,8 +7,8 @@
 
 namespace Morquil::Simulator {
 
-/// Takes over the settings in `text`, blocks as in a settings file or in a device's complete dump: all or nothing.
-/// Passed over are commands, what the device offers, and who the device is. The complaint names block and key.
+/// Applies the settings in `text`, blocks as in a settings file or in a device's complete dump: all or nothing.
+/// Commands, offers and the device's identity are ignored. The complaint names block and key.
 ChangeOutcome LoadSettings(DeviceState& device, std::string_view text);
 
 }  // namespace Morquil::Simulator

@@ -14,40 +14,40 @@ namespace Morquil::Simulator {
 
 class HostSession;
 
-/// A device and the hosts that are connected to it. Knows no socket: it is told what arrives, and asked what to send.
+/// A device and its connected hosts. Has no socket: the caller passes in what arrives, and requests what is to be sent.
 /// Threads: one at a time.
 class SimulatedDevice {
 public:
-    /// Whoever owns the connections numbers the hosts.
+    /// Assigned by the owner of the connections.
     using HostId = unsigned;
 
     explicit SimulatedDevice(const DeviceIdentity& identity);
     ~SimulatedDevice();
 
-    /// A host has connected: it is greeted with the complete settings.
+    /// A host has connected: it is sent the complete settings.
     void Connect(HostId host);
-    /// A host has gone; what was meant for it is dropped.
+    /// A host has disconnected; text pending for it is dropped.
     void Disconnect(HostId host);
-    /// Bytes of a connected host, split in any way.
+    /// Bytes from a connected host, split in any way.
     void Receive(HostId host, std::string_view bytes);
 
-    /// A command at the front panel. All hosts are told what it changed.
+    /// Carries out a command at the front panel. All hosts are notified of what it changed.
     PanelOutcome UsePanel(std::string_view command);
 
-    /// Lets what is due happen; all hosts are told. Time is the device's own, since it was switched on; whoever owns
-    /// the connections tells it.
+    /// Completes what is due and notifies all hosts. `now` is the time since the device was switched on; the owner of
+    /// the connections supplies it.
     void Advance(std::chrono::milliseconds now);
-    /// When `Advance` has something to do next; nothing while nothing is under way.
+    /// When `Advance` has something to do next; nothing if no action is in progress.
     std::optional<std::chrono::milliseconds> NextDue() const;
 
-    /// Every block, settings and offers, as one text.
+    /// All blocks, settings and offers, as one text.
     std::string CompleteDump() const;
 
-    /// Takes over settings, given as blocks of protocol text; all hosts are told.
-    /// Returns:   nothing, or the first complaint, which names block and key; then nothing has changed.
+    /// Applies settings, given as blocks of protocol text; all hosts are notified.
+    /// Returns: an empty text, or the first complaint, which names block and key; then nothing has changed.
     std::string LoadSettings(std::string_view text);
 
-    /// What is to be sent to a connected host now; each text is given once.
+    /// The text to send to a connected host now; each text is returned once.
     std::string TakeTextFor(HostId host);
 
 private:

@@ -6,14 +6,14 @@ namespace Morquil::Simulator {
 
 namespace {
 
-/// The flags that an action raises when it is done.
+/// The flags that an action sets when it is complete.
 VideoOutputChangeSet CompletionFlags(std::int32_t action, bool complete) {
     VideoOutputChangeSet flags;
     if (action == morquilAPIStillFrameCapture) {
         flags.stillStoreComplete.Set(complete);
     }
     if (action == morquilAPIStillFramePreview) {
-        flags.stillLoadComplete.Set(complete);  // what is shown has been loaded
+        flags.stillLoadComplete.Set(complete);  // a displayed frame counts as loaded
         flags.stillPreviewComplete.Set(complete);
     }
     return flags;

@@ -9,26 +9,26 @@
 
 namespace Morquil::Simulator {
 
-/// The memory for one still frame. What is ordered takes its time.
+/// The memory for one still frame. Its actions take time.
 class StillStore {
 public:
     using Time = std::chrono::milliseconds;
 
     explicit StillStore(Time duration) : duration_(duration) {}
 
-    /// Begins a still frame action. Returns the flags as they are from now on.
+    /// Starts a still frame action. Returns the new flags.
     VideoOutputChangeSet Begin(std::int32_t action);
 
-    /// Lets time pass. Returns the flags of what has come to its end.
+    /// Moves the clock on to `now`. Returns the flags of the completed actions.
     VideoOutputChangeSet Advance(Time now);
 
-    /// When the next action comes to its end; nothing while none is under way.
+    /// When the next action completes; nothing if none is in progress.
     std::optional<Time> NextDue() const;
 
 private:
     Time duration_;
     Time now_{0};
-    // By action: one that is ordered again while it is under way begins anew.
+    // By action. An action that is requested again while in progress restarts.
     std::array<std::optional<Time>, StillFrameActions::words.Size()> due_;
 };
 

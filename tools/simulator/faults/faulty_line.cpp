@@ -15,7 +15,7 @@ constexpr std::size_t floodBurst = 16384;
 constexpr std::chrono::milliseconds floodPause{1};
 constexpr std::size_t longestRandomPiece = 32;
 
-/// Takes the first block off `text`.
+/// Removes the first block from `text` and returns it.
 std::string_view TakeBlock(std::string_view& text) {
     const std::size_t end = text.find(blockEnd);
     const std::string_view block = end == std::string_view::npos ? text : text.substr(0, end + blockEnd.size());
@@ -119,7 +119,7 @@ Delivery FaultyLine::Take(Moment now) {
         Flood(now);
     }
     const std::optional<Moment> due = outbox_.NextDue();
-    // Only what is sent uses up random numbers: how often somebody asks must not make a difference.
+    // Only sent text uses up random numbers, so the result does not depend on how often `Take` is called.
     return due && *due <= now ? outbox_.Take(now, PieceSize()) : Delivery();
 }
 

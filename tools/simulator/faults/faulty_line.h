@@ -12,8 +12,8 @@
 
 namespace Morquil::Simulator {
 
-/// The line between a device and one host, with all that may go wrong on it. Knows no socket and no clock: whoever has
-/// them tells it what arrives and what time it is, and asks what is to be sent.
+/// The line between a device and one host, with all its possible faults. Has no socket and no clock: the caller passes
+/// in what arrives and the current time, and requests what is to be sent.
 ///
 ///     FaultyLine line(faults);
 ///     line.FromDevice(greeting, now);
@@ -22,30 +22,30 @@ class FaultyLine {
 public:
     using Moment = std::chrono::milliseconds;
 
-    /// What a host may leave unread at most: a device's memory has an end.
+    /// The most that a host may leave unread: a device's memory is limited.
     static constexpr std::size_t unreadLimit = std::size_t{4} * 1024 * 1024;
 
     /// `faults` is not owned and may change at any time.
     explicit FaultyLine(const Faults& faults) : faults_(faults), noise_(faults.seed) {}
 
-    /// What the device gets to read of the host's bytes.
+    /// Returns what the device receives of the host's bytes.
     std::string FromHost(std::string_view bytes);
-    /// The device says whole blocks, the preamble first.
+    /// Adds text from the device, in whole blocks. The preamble comes first.
     void FromDevice(std::string_view text, Moment now);
 
-    /// Nonsense, once.
+    /// Sends garbage once.
     void SayGarbage(Moment now);
-    /// Hangs up on the host. What is still on its way is lost.
+    /// Hangs up on the host. Text that has not arrived yet is lost.
     void HangUp(Moment now);
     /// Hangs up in the middle of the next block.
     void HangUpMidBlock() { cutNextBlock_ = true; }
 
-    /// What the host gets next, in the pieces in which it is to be sent. Nothing when nothing is due.
+    /// Returns the next text for the host, in the pieces in which it is to be sent. Empty if nothing is due.
     Delivery Take(Moment now);
-    /// When `Take` has something to give; nothing while nothing is on its way.
+    /// When `Take` next has something to return; nothing if nothing is pending.
     std::optional<Moment> NextDue() const;
 
-    /// Whether the host has left so much unread that it is to be let go.
+    /// Whether the host has left so much unread that it must be disconnected.
     bool IsUnread() const { return outbox_.ByteCount() > unreadLimit; }
 
 private:

@@ -7,18 +7,18 @@
 
 namespace Morquil::Simulator {
 
-/// Nonsense that is the same on every system for the same seed.
+/// Random garbage that is the same on every system for the same seed.
 class Noise {
 public:
     explicit Noise(std::uint32_t seed) : numbers_(seed) {}
 
     /// A number from 1 to `most`.
     std::size_t UpTo(std::size_t most) {
-        // The generator's numbers are laid down by the language, those of its distributions are not.
+        // The standard fixes the generator's numbers, but not those of its distributions.
         return 1 + numbers_() % most;
     }
 
-    /// Bytes of any value, then an empty line: what follows can be read again.
+    /// Bytes of any value, then an empty line, so that the following text can be parsed again.
     std::string Garbage() {
         constexpr std::size_t most = 80;
         std::string text;
@@ -26,7 +26,7 @@ public:
             const char byte = static_cast<char>(static_cast<unsigned char>(numbers_() % 256));
             text += byte == '\n' ? '?' : byte;
         }
-        // In front of the line's end, so that a lone carriage return does not make the line an empty one.
+        // The "?" keeps a lone carriage return from making the line empty.
         return text + "?\n\n";
     }
 

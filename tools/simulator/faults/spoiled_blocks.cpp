@@ -30,7 +30,7 @@ std::string SpoiledBlocks::Pass(std::string_view bytes, bool spoil) {
 void SpoiledBlocks::EndLine(std::string& passed, bool spoil) {
     if (lineLength_ == 0) {
         if (insideBlock_ && spoil) {
-            // A carriage return of the empty line has passed already; it does no harm in front of another line.
+            // The empty line's carriage return may already have passed; it does no harm before another line.
             passed += unknownLine;
         }
         insideBlock_ = false;

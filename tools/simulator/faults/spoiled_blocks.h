@@ -6,11 +6,11 @@
 
 namespace Morquil::Simulator {
 
-/// Makes every block of a host one that its device has to refuse: puts a line that no device knows at its end. Pings,
-/// which are no blocks, stay as they are. Any split of the stream gives the same text.
+/// Makes the device refuse every block of a host: appends a line to it that no device knows. Pings are not blocks and
+/// do not change. The text is the same however the stream is split.
 class SpoiledBlocks {
 public:
-    /// Follows the stream; spoils the blocks that end here if they are to be spoiled.
+    /// Passes the stream on. With `spoil`, spoils the blocks that end in these bytes.
     std::string Pass(std::string_view bytes, bool spoil);
 
 private:
@@ -18,7 +18,7 @@ private:
 
     bool insideBlock_ = false;
     std::size_t lineLength_ = 0;  // without carriage returns
-    std::string lineStart_;       // as much of it as tells a ping
+    std::string lineStart_;       // enough of it to recognize a ping
 };
 
 }  // namespace Morquil::Simulator

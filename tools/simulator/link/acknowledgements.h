@@ -4,7 +4,7 @@
 
 namespace Morquil::Simulator {
 
-// What a device says of each block of a host, before anything else.
+// A device's answer to each block of a host, sent before anything else.
 inline constexpr std::string_view acknowledged = "ACK\n\n";
 inline constexpr std::string_view refused = "NACK\n\n";
 

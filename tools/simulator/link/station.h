@@ -8,12 +8,12 @@
 
 namespace Morquil::Simulator {
 
-/// Whoever is at the device's end of the connections. Knows no socket and no clock: it is told what happens and when,
-/// and asked what is to be sent. Moments count from the start of the program and never go back.
+/// The device's end of the connections. Has no socket and no clock: the caller passes in what happens and when, and
+/// requests what is to be sent. Moments count from the start of the program and never go back.
 /// Threads: one at a time.
 class Station {
 public:
-    /// Whoever owns the connections numbers the hosts: 1 is the first that came, and no number is used again.
+    /// Assigned by the owner of the connections. 1 is the first host, and numbers are never reused.
     using HostId = unsigned;
     using Moment = std::chrono::milliseconds;
 
@@ -23,23 +23,23 @@ public:
     virtual ~Station() = default;
 
     virtual void Connect(HostId host, Moment now) = 0;
-    /// A connected host has gone, or has been hung up on.
+    /// A connected host has disconnected, or was disconnected by the station.
     virtual void Disconnect(HostId host, Moment now) = 0;
-    /// Bytes of a connected host, split in any way.
+    /// Bytes from a connected host, split in any way.
     virtual void Receive(HostId host, std::string_view bytes, Moment now) = 0;
 
-    /// What a connected host gets next; nothing when nothing is due.
+    /// What is sent next to a connected host; empty if nothing is due.
     virtual Delivery Take(HostId host, Moment now) = 0;
-    /// When `Take` has something for this host.
+    /// When `Take` next has something for this host.
     virtual std::optional<Moment> NextDelivery(HostId host) const = 0;
 
-    /// Whether the connection is to end at once, whatever is still on its way: the host leaves too much unread, or
-    /// says too much that nobody wants to hear.
+    /// Whether the connection must end at once and drop pending text: the host leaves too much unread, or sends too
+    /// much that is not expected.
     virtual bool GivesUp(HostId host) const = 0;
 
-    /// Lets happen what is due without anybody's doing.
+    /// Completes what is due at `now`.
     virtual void Advance(Moment now) = 0;
-    /// When `Advance` has something to do.
+    /// When `Advance` next has something to do.
     virtual std::optional<Moment> NextDue() const = 0;
 };
 

@@ -8,7 +8,7 @@ namespace Morquil::Simulator {
 
 namespace {
 
-/// How unlike two modes are to somebody who watches: the frame size counts most, then the scan, then the rate.
+/// How different two modes look to a viewer: the frame size counts most, then the scan, then the rate.
 std::int32_t Distance(const VideoModeDetails& one, const VideoModeDetails& other) {
     constexpr std::int32_t otherScan = 10;
     constexpr std::int32_t perPixel = 100;
@@ -30,7 +30,7 @@ bool IsConvertible(const DeviceBlocks& device, std::size_t output) {
 
 std::size_t NearestConvertible(const DeviceBlocks& device, std::size_t output) {
     const VideoModeDetails& wanted = VideoModes::rows[output].details;
-    std::size_t nearest = InputMode(device);  // what comes in can always go out as it is
+    std::size_t nearest = InputMode(device);  // the input mode is always a possible output mode
     for (std::size_t mode = 0; mode < ConversionTable::modes; ++mode) {
         const bool nearer =
             Distance(wanted, VideoModes::rows[mode].details) < Distance(wanted, VideoModes::rows[nearest].details);

@@ -1,7 +1,7 @@
-// How a device holds its settings to the limits of their keys. For each kind of limit:
+// How a device keeps its settings within the limits of their keys. For each kind of limit:
 //   `Allows(limit, device, offers, value)`   whether the setting can have the value,
-//   `Nearest(limit, device, offers, value)`  the value that comes closest; only asked about one that is not allowed.
-// `device` has the modes for which this is asked, and `offers` the block that belongs to the setting's.
+//   `Nearest(limit, device, offers, value)`  the nearest allowed value; only called for a value that is not allowed.
+// `device` has the modes to check against, and `offers` is the block that belongs to the setting's.
 #pragma once
 
 #include <algorithm>
@@ -16,7 +16,7 @@
 
 namespace Morquil::Simulator {
 
-/// What an offer says about one value. An offer that the device does not make limits nothing.
+/// Whether an offer includes a value. An absent offer does not limit anything.
 template <class T>
 bool IsOffered(const Field<Range<T>>& offer, const T& value, std::int32_t beyond = 0) {
     return !offer.IsPresent() ||
@@ -31,12 +31,12 @@ bool IsOffered(const Field<std::array<bool, count>>& offer, std::int32_t word, s
     const auto index = static_cast<std::size_t>(word);
     return !offer.IsPresent() || (index < count && offer.Get()[index]);
 }
-/// An ability: without it a setting can only be off.
+/// A capability: without it a setting can only be off.
 inline bool IsOffered(const Field<bool>& offer, bool value, std::int32_t /*beyond*/ = 0) {
     return !offer.IsPresent() || offer.Get() || !value;
 }
 
-/// The offered word whose place in the vocabulary is the nearest; `word` itself when none is offered.
+/// The offered word nearest in the vocabulary; `word` itself if none is offered.
 template <std::size_t words, class Offer>
 std::int32_t NearestWord(const Offer& offer, std::int32_t word) {
     for (std::int32_t distance = 0; distance < static_cast<std::int32_t>(words); ++distance) {
@@ -64,7 +64,7 @@ inline bool NearestOffered(const Field<bool>& /*offer*/, bool /*value*/) {
     return false;
 }
 
-/// Which of the offers that a device makes for each mode or frame height holds now.
+/// The current one of the offers that a device makes for each mode or frame height.
 std::size_t SlotNow(OfferSlot slot, const DeviceBlocks& device);
 
 template <class Offer, class Offers, class Value>
@@ -110,7 +110,7 @@ bool Allows(ConvertibleShape /*limit*/, const DeviceBlocks& device, const Offers
     return device.Of<SupportedConversionsChangeSet>().aspectRatio.Has(InputMode(device), OutputMode(device),
                                                                       static_cast<std::size_t>(ratio));
 }
-/// The picture is squeezed when it cannot be fitted in any other way.
+/// The picture is squeezed if no other way of fitting it is possible.
 template <class Offers>
 std::int32_t Nearest(ConvertibleShape /*limit*/, const DeviceBlocks& /*device*/, const Offers& /*offers*/,
                      std::int32_t /*ratio*/) {

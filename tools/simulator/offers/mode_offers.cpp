@@ -9,7 +9,7 @@ namespace Morquil::Simulator {
 
 namespace {
 
-/// The two modes of a conversion.
+/// The input and output mode of a conversion.
 struct Conversion {
     const VideoModeDetails& from;
     const VideoModeDetails& to;
@@ -19,17 +19,17 @@ bool IsUltraHighDefinition(const VideoModeDetails& mode) {
     return mode.height > 1080;
 }
 
-/// Whether a picture takes more than what one link of high definition carries: 1080 lines, more than 30 frames.
+/// Whether the picture needs more than one HD link carries: 1080 lines at more than 30 frames.
 bool NeedsTwiceTheRate(const VideoModeDetails& mode) {
     return mode.height >= 1080 && mode.timeScale > 30 * mode.frameDuration;
 }
 
-/// Whether as many pictures go out in a second as come in, the two fields of a frame counting as two.
+/// Whether the number of pictures per second changes. The two fields of a frame count as two pictures.
 bool ChangesPictureRate(const Conversion& conversion) {
     return conversion.from.frameRateIndex != conversion.to.frameRateIndex;
 }
 
-/// Whether as many whole frames go out in a second as come in.
+/// Whether the number of whole frames per second changes.
 bool ChangesFrameRate(const Conversion& conversion) {
     return conversion.from.timeScale * conversion.to.frameDuration !=
            conversion.to.timeScale * conversion.from.frameDuration;
@@ -47,7 +47,7 @@ void Offer(SetField<Vocabulary>& list, std::initializer_list<typename Vocabulary
     }
 }
 
-/// What the output connectors carry in this mode.
+/// What the output connectors can carry in this mode.
 void OfferLinks(VideoOutputAvailabilityChangeSet& offers, const VideoModeDetails& output) {
     if (IsUltraHighDefinition(output)) {
         Offer(offers.videoDemuxModes, {morquilAPIDemuxQuadLink});
@@ -63,7 +63,7 @@ void OfferLinks(VideoOutputAvailabilityChangeSet& offers, const VideoModeDetails
     }
 }
 
-/// Four links carry every sampling; one carries the full colour resolution of slow high definition only.
+/// Four links carry every sampling. One link carries full colour resolution only for slow HD.
 void OfferPixelFormats(VideoOutputAvailabilityChangeSet& offers, const VideoModeDetails& output) {
     const bool fast = NeedsTwiceTheRate(output) && !IsUltraHighDefinition(output);
     if (fast || IsStandardDefinition(output)) {
@@ -74,8 +74,8 @@ void OfferPixelFormats(VideoOutputAvailabilityChangeSet& offers, const VideoMode
     }
 }
 
-/// Noise is told from movement by comparing pictures, which has to be done before pictures are made up. Where pictures
-/// come from is of interest only to a converter that takes frames apart.
+/// Noise is distinguished from motion by comparing pictures, which must happen before new pictures are interpolated.
+/// The source of the pictures matters only to a converter that takes frames apart.
 void OfferProcessing(DeviceBlocks& device, const Conversion& conversion) {
     device.Of<NoiseReductionAvailabilityChangeSet>().noiseReductionAvailable.Set(!ChangesPictureRate(conversion));
     auto& advanced = device.Of<VideoAdvancedAvailabilityChangeSet>();
@@ -90,7 +90,7 @@ void OfferProcessing(DeviceBlocks& device, const Conversion& conversion) {
     }
 }
 
-/// Test patterns move in whole lines per frame, the faster the more lines there are; standard definition is too coarse.
+/// Test patterns move in whole lines per frame, faster the more lines there are. Standard definition is too coarse.
 void OfferMotion(TestPatternAvailabilityChangeSet& offers, const VideoModeDetails& output) {
     constexpr std::int32_t linesPerStep = 135;
     const bool moves = !IsStandardDefinition(output);
@@ -99,15 +99,15 @@ void OfferMotion(TestPatternAvailabilityChangeSet& offers, const VideoModeDetail
     offers.motionRange.Set({-fastest, fastest});
 }
 
-/// Limits that survive being written with few decimals.
+/// A range whose limits are still exact when written with few decimals.
 Range<double> UpTo(double limit) {
     constexpr double steps = 1000;
     const double rounded = std::floor(limit * steps) / steps;
     return {-rounded, rounded};
 }
 
-/// A picture can be moved until it has left a part of the frame, and be cut by a part of the frame. Positions count in
-/// widths and heights of the picture that comes in.
+/// A picture can be moved until part of the frame is empty, and cropped by part of the frame. Positions count in widths
+/// and heights of the input picture.
 void OfferGeometry(GeometryRangeFields& offers, const Conversion& conversion, double moved, std::int32_t cutDivisor) {
     offers.posXRange.Set(UpTo(moved * conversion.to.width / conversion.from.width));
     offers.posYRange.Set(UpTo(moved * conversion.to.height / conversion.from.height));
@@ -115,7 +115,7 @@ void OfferGeometry(GeometryRangeFields& offers, const Conversion& conversion, do
     offers.trimYRange.Set({0, static_cast<std::uint32_t>(conversion.to.height / cutDivisor)});
 }
 
-/// Captions stand in the same lines as timecode.
+/// Captions use the same lines as timecode.
 void OfferCaptionLines(AncillaryDataAvailabilityChangeSet& offers, const Conversion& conversion) {
     const auto lines = [&](const VideoModeDetails& mode) {
         return offers.timecodeLineRange[FrameHeightSlot(static_cast<std::uint32_t>(mode.height))];

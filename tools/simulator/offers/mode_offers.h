@@ -4,7 +4,7 @@
 
 namespace Morquil::Simulator {
 
-/// Fills in what a device offers in its present input mode and output mode. Offers that no mode changes stay as they
+/// Updates what a device offers in its current input and output modes. Offers that do not depend on a mode stay as they
 /// are.
 void OfferForModes(DeviceBlocks& device);
 

@@ -15,12 +15,12 @@ const VideoModeDetails& Details(std::size_t mode) {
     return VideoModes::rows[mode].details;
 }
 
-/// Whether frames come 1000 times in 1001 units of the nominal rate, as in 29.97.
+/// Whether the rate is the nominal rate times 1000/1001, as 29.97 is.
 bool IsFractional(const VideoModeDetails& mode) {
     return mode.frameDuration == 1001;
 }
 
-/// Whether a second holds a whole number of `rate` / 1000 frames, rounding 29.97 to 30.
+/// Whether a second holds a whole number of `rate` / 1000 frames, with 29.97 rounded to 30.
 bool CountsIn(const VideoModeDetails& mode, std::int32_t rate) {
     return mode.timeScale % rate == 0;
 }
@@ -30,7 +30,7 @@ bool RatesBelongTogether(const VideoModeDetails& from, const VideoModeDetails& t
     return IsFractional(from) == IsFractional(to) && CountsIn(from, 25000) == CountsIn(to, 25000);
 }
 
-/// Words that hold a space cannot stand in a list of words.
+/// A list of words cannot contain words that have a space in them.
 bool FitsIntoList(std::size_t mode) {
     return VideoModes::words[mode].find(' ') == std::string_view::npos;
 }

@@ -6,14 +6,14 @@
 
 namespace Morquil::Simulator {
 
-/// Splits bytes, as they come, into lines without their line feeds. Of a line that is longer than a script accepts only
-/// so much is kept that whoever reads it sees that it is too long.
+/// Splits bytes, as they arrive, into lines without their line feeds. If a line is longer than a script accepts, only
+/// enough of it is kept to show that it is too long.
 class InputLines {
 public:
     explicit InputLines(std::function<void(std::string)> onLine) : onLine_(std::move(onLine)) {}
 
     void Feed(std::string_view bytes);
-    /// Bytes after the last line feed are a line, too.
+    /// Ends the input. Bytes after the last line feed are also a line.
     void End();
 
 private:

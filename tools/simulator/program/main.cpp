@@ -16,13 +16,14 @@ int main(int argumentCount, char** arguments) {
     if (!options) {
         return exitStatus;
     }
-    // Shared with the thread that reads standard input, which may still hand over a line while the program ends.
+    // Shared with the thread that reads standard input, which may still pass on a line while the program ends.
     const auto program = std::make_shared<Program>(*options);
     exitStatus = program->Prepare();
     if (exitStatus != 0) {
         return exitStatus;
     }
-    // A signal ends a wait for a file, too. From here on it ends `Run`, even one that comes before that is called.
+    // Until here, a signal ends the process, even while it waits for a file. From here on, a signal ends `Run`, even if
+    // it arrives before `Run` is called.
     program->EndOnSignals();
     exitStatus = program->Listen();
     if (exitStatus != 0) {

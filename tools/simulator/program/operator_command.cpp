@@ -35,7 +35,7 @@ constexpr std::array<CommandWord, 16> commandWords{{
 }};
 // clang-format on
 
-/// With single blanks between the words and none at the ends.
+/// Reduces blanks to one between words, and removes those at the ends.
 std::string Tidied(std::string_view text) {
     std::string tidied;
     for (const char character : Trimmed(text)) {

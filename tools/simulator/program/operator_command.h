@@ -28,23 +28,23 @@ enum class CommandKind {
     Quit
 };
 
-/// What somebody orders who looks after the device, by a script or by hand.
+/// A command of the operator, from a script or typed in.
 struct OperatorCommand {
     CommandKind kind = CommandKind::Help;
-    std::string text;  // as it was written
+    std::string text;  // as written
 };
 
-/// A command, or why the text is none.
+/// A parsed command, or why the text is not a command.
 struct CommandReading {
     std::optional<OperatorCommand> command;
     std::string complaint;
 };
 CommandReading ReadCommand(std::string_view text);
 
-/// All commands, for people: a line for each.
+/// A list of all commands for people, one on each line.
 std::string CommandHelp();
 
-/// Carries out a command that concerns the device and its lines. Waiting, helping and ending are the program's.
+/// Carries out a command that concerns the device and its lines. The program itself handles waiting, help and ending.
 PanelOutcome CarryOut(const OperatorCommand& command, Simulation& simulation, std::chrono::milliseconds now);
 
 }  // namespace Morquil::Simulator

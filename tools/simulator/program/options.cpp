@@ -35,7 +35,7 @@ constexpr const char* examples =
     "  morquil-sim --script scenario.txt --record conversation.txt\n"
     "      plays a scenario and writes down what is said; --replay conversation.txt says it again\n";
 
-/// What the command line gives as words and the options hold in another form.
+/// Options that the command line gives as words, and that are stored in another form.
 struct Words {
     std::string protocolVersion = {};
     std::string fragmentation = {};
@@ -51,7 +51,7 @@ CLI::Validator Expect(std::string expected, Condition condition) {
     return {check, ""};
 }
 
-/// A whole number, also a hexadecimal one that begins with 0x.
+/// Accepts a whole number, or a hexadecimal one that begins with 0x.
 CLI::Validator ExpectNumber(std::uint64_t most) {
     return Expect("a number from 0 to " + std::to_string(most), [most](const std::string& text) {
         const bool isHex = text.starts_with("0x") || text.starts_with("0X");
@@ -171,7 +171,7 @@ void AddScenarioOptions(CLI::App& app, Options& options) {
         ->group(group);
 }
 
-/// What is replayed says and does just what is recorded: of the other options only these mean anything then.
+/// A replay sends exactly what was recorded, so only these options can be combined with it.
 void RefuseMixtures(const CLI::App& app) {
     constexpr std::array<std::string_view, 4> allowed{"--address", "--port", "--record", "--replay"};
     if (app.count("--replay") == 0) {

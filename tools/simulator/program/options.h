@@ -14,18 +14,18 @@ struct Options {
     std::uint16_t port = 9800;
     DeviceIdentity identity = {};
     Faults faults = {};
-    // Files; an empty name stands for none.
+    // Files; an empty name means none.
     std::string settingsFile = {};
     std::string scriptFile = {};
     std::string recordFile = {};
     std::string replayFile = {};
 };
 
-/// The exit status for a wrong command line, or a file that it names and that is of no use.
+/// The exit status for a wrong command line, or an unusable file that it names.
 inline constexpr int usageError = 2;
 
-/// Reads the command line. Without a result the program is to end with `exitStatus`: help or the version was asked for
-/// and has been printed (0), or the command line was wrong and it has been said why (`usageError`).
+/// Parses the command line. If the result is empty, the program must end with `exitStatus`: 0 if help or the version
+/// was printed, `usageError` if the command line was wrong and the reason was printed.
 std::optional<Options> ReadOptions(int argumentCount, const char* const* arguments, int& exitStatus);
 
 }  // namespace Morquil::Simulator

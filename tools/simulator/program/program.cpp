@@ -18,10 +18,10 @@ constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
 constexpr std::size_t longestTextFile = 4 * mebibyte;
 constexpr std::size_t longestRecording = 64 * mebibyte;
 
-/// So many lines of standard input wait to be carried out; then it is not read.
+/// When this many lines of standard input are pending, reading pauses.
 constexpr std::size_t pendingLinesLimit = 1000;
 
-/// So many commands in a row; then it is the hosts' turn, and that of a signal to end.
+/// After this many commands in a row, hosts and end signals get a turn.
 constexpr int commandsInARow = 64;
 
 }  // namespace
@@ -141,7 +141,7 @@ int Program::Listen() {
         return listeningFailure;
     }
     start_ = std::chrono::steady_clock::now();
-    // Scripts wait for this line instead of guessing when hosts may connect.
+    // Scripts wait for this line, so that they know when hosts can connect.
     console_.Print("listening on " + options_.address + ":" + std::to_string(Endpoint().port()) + "\n");
     return 0;
 }

@@ -17,8 +17,8 @@
 
 namespace Morquil::Simulator {
 
-/// The whole program but for its command line and its standard input: a device on the network, or the recording of
-/// one, and what somebody orders meanwhile. It prints what it has to say.
+/// The whole program except its command line and standard input: a device on the network, or a replayed one, and the
+/// operator's commands. It prints its own messages.
 class Program {
 public:
     explicit Program(Options options);
@@ -26,14 +26,13 @@ public:
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    /// Reads the files, which may be pipes that keep it waiting.
-    /// Returns: 0, or the exit status after it has been said
-    /// why.
+    /// Reads the files. Blocks while one of them is a pipe without data.
+    /// Returns: 0, or the exit status, after printing the reason.
     int Prepare();
     /// Starts to listen.
-    /// Returns: likewise.
+    /// Returns: as `Prepare` does.
     int Listen();
-    /// Both.
+    /// Calls `Prepare`, then `Listen`.
     int Start() {
         const int status = Prepare();
         return status == 0 ? Listen() : status;
@@ -41,15 +40,15 @@ public:
     /// Serves hosts until it is stopped.
     /// Returns: the exit status.
     int Run();
-    /// Ends `Run` when somebody wants the program to end.
+    /// Makes the signals that end a program end `Run`.
     void EndOnSignals();
 
-    /// The address and port that hosts can connect to, once started.
+    /// The address and port that hosts can connect to, once the program has started.
     asio::ip::tcp::endpoint Endpoint() const { return server_->Endpoint(); }
 
     /// Threads: any.
     void Stop();
-    /// A line of a script, which is carried out after all that came before it. Waits while 1000 lines are pending.
+    /// Adds a line of a script, to be carried out after all earlier lines. Waits while 1000 lines are pending.
     /// Threads: any but the one in `Run`.
     void Obey(std::string line);
 
@@ -68,7 +67,7 @@ private:
     Moment Now() const;
     void TakeLine(const std::string& line);
     void RunScripts();
-    /// Returns: whether the script has nothing more to do now.
+    /// Returns: whether the script has nothing left to do now.
     bool RunSome(ScriptRunner& script);
     void AwaitScripts();
     void CarryOutNow(const OperatorCommand& command);
@@ -85,11 +84,11 @@ private:
     std::optional<RecordFile> record_;
     std::optional<Recorder> recorder_;
     std::optional<Server> server_;
-    // A script of a file does not wait for one that somebody types, nor the other way round.
+    // A script file and a typed script do not wait for each other.
     ScriptRunner fileScript_;
     ScriptRunner typedScript_;
     PendingLines pendingLines_;
-    std::size_t typedLines_ = 0;  // of the pending lines, those in the typed script
+    std::size_t typedLines_ = 0;  // how many of the pending lines belong to the typed script
 };
 
 }  // namespace Morquil::Simulator

@@ -14,7 +14,7 @@ namespace {
 constexpr double longestMs = 24.0 * 3600 * 1000;
 constexpr const char* timeExpected = "a time such as 500 ms or 2 s (up to a day) is expected behind \"";
 
-/// Takes a word and the blanks behind it off `rest`.
+/// Removes a word and the blanks after it from `rest`, and returns the word.
 std::string_view TakeWord(std::string_view& rest) {
     const std::size_t end = std::min(rest.find_first_of(" \t"), rest.size());
     const std::string_view word = rest.substr(0, end);
@@ -22,7 +22,7 @@ std::string_view TakeWord(std::string_view& rest) {
     return word;
 }
 
-/// Takes a time, with or without a blank in front of its unit, off `rest`.
+/// Removes a time from `rest`, with or without a blank before its unit, and returns it.
 std::optional<std::chrono::milliseconds> TakeTime(std::string_view& rest) {
     double number = 0;
     const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), number, std::chars_format::fixed);
@@ -136,8 +136,8 @@ std::optional<OperatorCommand> ScriptRunner::Next(Moment now, std::size_t hostCo
         if (waitsForHosts_) {
             return std::nullopt;
         }
-        // What follows a wait counts from its end, anything else from when it was due: times do not add up their
-        // delays.
+        // The line after a wait counts from the end of the wait, any other line from the previous line's due time, so
+        // that delays do not add up.
         latest_ = isWait ? now : DueOf(waiting_.front());
         OperatorCommand command = std::move(waiting_.front().line.command);
         waiting_.pop_front();

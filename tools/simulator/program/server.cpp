@@ -10,19 +10,19 @@ namespace Morquil::Simulator {
 namespace {
 
 #ifdef _WIN32
-// There it would let two programs listen at the same address.
+// On Windows this would let two programs listen on the same address.
 constexpr bool reusesAddresses = false;
 #else
-// Connections of a program that has just ended do not keep the next one from listening.
+// Connections of a program that has just ended do not prevent the next one from listening.
 constexpr bool reusesAddresses = true;
 #endif
 
-/// Between attempts to accept hosts while that fails.
+/// The pause between attempts to accept hosts while that fails.
 constexpr std::chrono::milliseconds acceptPause{100};
 
 }  // namespace
 
-/// The socket of one host. Operations that are on the way keep it alive; once closed it does nothing more.
+/// The socket of one host. Pending operations keep it alive; once closed it does nothing more.
 class Server::Connection : public std::enable_shared_from_this<Connection> {
 public:
     Connection(Server& server, asio::ip::tcp::socket socket, Station::HostId host)
@@ -37,7 +37,7 @@ public:
                                 });
     }
 
-    /// Sends what is due. What the host does not read stays with the station.
+    /// Sends what is due. Text that the host does not read stays with the station.
     void Send() {
         if (closed_) {
             return;
@@ -86,7 +86,7 @@ private:
         asio::async_write(socket_, asio::buffer(sent_),
                           [self = shared_from_this()](asio::error_code error, std::size_t /*length*/) {
                               self->writing_ = false;
-                              // A failed write needs no answer: the read fails as well and drops the host.
+                              // A failed write needs no handling: the read also fails and drops the host.
                               if (!error && !self->closed_) {
                                   self->Send();
                               }
@@ -188,7 +188,7 @@ void Server::Welcome(asio::ip::tcp::socket socket) {
 }
 
 void Server::SendAll() {
-    // Sending may end connections: the list does not change while it is walked.
+    // Sending may end connections, so the list is copied before it is walked.
     std::vector<std::shared_ptr<Connection>> connections;
     for (const auto& [host, connection] : connections_) {
         connections.push_back(connection);

@@ -9,15 +9,16 @@
 
 namespace Morquil::Simulator {
 
-/// Puts a station on the network. Everything runs on the thread that runs the `io_context`.
+/// Connects a station to the network. Everything runs on the thread that runs the `io_context`.
 class Server {
 public:
     struct Surroundings {
-        /// What time it is for the station.
+        /// The station's current time.
         std::function<Station::Moment()> now;
-        /// Told when a host has come or gone.
+        /// Called when a host has connected or disconnected.
         std::function<void()> onHostsChanged;
-        /// Called when hosts cannot be accepted, for lack of descriptors for example; once until it works again.
+        /// Called when hosts cannot be accepted, for example for lack of descriptors. Called once until accepting works
+        /// again.
         std::function<void(asio::error_code)> onAcceptFailed;
     };
 
@@ -33,7 +34,7 @@ public:
 
     std::size_t HostCount() const { return connections_.size(); }
 
-    /// Sends what the station has to say. To be called after everything that may have changed it.
+    /// Sends the station's pending text. Call it after everything that may have changed the station.
     void SendAll();
 
 private:

@@ -16,7 +16,7 @@ void Simulation::Disconnect(HostId host, Moment /*now*/) {
 }
 
 void Simulation::Receive(HostId host, std::string_view bytes, Moment now) {
-    // The device's own clock is right before anything is asked of it.
+    // Bring the device's clock up to date before it receives anything.
     Advance(now);
     device_.Receive(host, lines_.at(host).FromHost(bytes));
     SendAll(now);

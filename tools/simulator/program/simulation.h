@@ -25,16 +25,16 @@ public:
     void Advance(Moment now) override;
     std::optional<Moment> NextDue() const override { return device_.NextDue(); }
 
-    /// A command at the front panel. All hosts are told what it changed.
+    /// Carries out a command at the front panel. All hosts are notified of what it changed.
     PanelOutcome UsePanel(std::string_view command, Moment now);
-    /// Takes over settings, given as blocks of protocol text.
-    /// Returns: nothing, or the first complaint.
+    /// Applies settings, given as blocks of protocol text.
+    /// Returns: an empty text, or the first complaint.
     std::string LoadSettings(std::string_view text, Moment now);
 
-    /// What goes wrong from now on.
+    /// The faults that apply from now on.
     Faults& PresentFaults() { return faults_; }
 
-    // What goes wrong once, on every line.
+    // One-time faults, on every line.
 
     void HangUp(Moment now);
     void HangUpMidBlock();

@@ -15,7 +15,7 @@ namespace {
 void ReadLines(std::function<void(std::string)> onLine) {
     std::array<char, 4096> piece{};
     InputLines lines(std::move(onLine));
-    // Not the buffered stream: its lock, which a waiting reader holds, is wanted when the program ends.
+    // Not the buffered stream: a waiting reader holds its lock, which the program needs when it ends.
     for (auto length = read(STDIN_FILENO, piece.data(), piece.size()); length > 0;
          length = read(STDIN_FILENO, piece.data(), piece.size())) {
         lines.Feed({piece.data(), static_cast<std::size_t>(length)});

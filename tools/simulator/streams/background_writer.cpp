@@ -10,7 +10,7 @@
 
 namespace Morquil::Simulator {
 
-/// Shared with the thread, which goes with the program when it is still blocked at the end.
+/// Shared with the thread, which may still be blocked when the program ends.
 class BackgroundWriter::Queue {
 public:
     Queue(Actions actions, std::size_t limit) : actions_(std::move(actions)), limit_(limit) {}
@@ -44,7 +44,7 @@ public:
         return isDone_;
     }
 
-    /// The thread.
+    /// The body of the thread.
     void WriteAll() {
         IgnoreBrokenPipes();
         std::optional<OutputPiece> piece = AwaitNext();
@@ -58,7 +58,7 @@ public:
     }
 
 private:
-    /// Nothing when everything is written and no more will come.
+    /// Returns nothing once everything is written and no more will come.
     std::optional<OutputPiece> AwaitNext() {
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [this] { return !pieces_.empty() || dropped_ > 0 || isFinishing_; });
@@ -77,7 +77,7 @@ private:
     std::condition_variable changed_;
     std::deque<OutputPiece> pieces_;
     std::size_t pendingBytes_ = 0;
-    std::size_t dropped_ = 0;  // pieces after those in the queue
+    std::size_t dropped_ = 0;  // pieces dropped after those in the queue
     bool isFinishing_ = false;
     bool hasFailed_ = false;
     bool isDone_ = false;

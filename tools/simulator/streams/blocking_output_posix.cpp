@@ -11,10 +11,10 @@ namespace Morquil::Simulator {
 
 namespace {
 
-/// After a write that has failed: whether another attempt makes sense. Waits until it does.
+/// Called after a failed write: returns whether to try again. Waits until that makes sense.
 bool CanRetry(int descriptor, int error) {
     if (error == EAGAIN) {
-        // Somebody who shares the descriptor has made it non-blocking.
+        // Another user of the descriptor has made it non-blocking.
         pollfd writable{.fd = descriptor, .events = POLLOUT, .revents = 0};
         return poll(&writable, 1, -1) >= 0 || errno == EINTR;
     }

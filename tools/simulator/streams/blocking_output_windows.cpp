@@ -5,7 +5,7 @@
 namespace Morquil::Simulator {
 
 void IgnoreBrokenPipes() {
-    // No system call ends a program here.
+    // On Windows a broken pipe does not end a program.
 }
 
 bool WriteCompletely(int descriptor, std::string_view text) {

@@ -16,7 +16,7 @@ Console::Console()
     : writer_({.write =
                    [](const OutputPiece& piece) {
                        WriteCompletely(piece.stream, piece.text);
-                       return true;  // a closed stream does not silence the other
+                       return true;  // a closed stream does not silence the other one
                    },
                .noteDropped =
                    [](std::size_t count) {

@@ -6,27 +6,27 @@
 
 namespace Morquil::Simulator {
 
-/// Standard output and standard error. When nobody reads them the program goes on, and lines are dropped; a line says
-/// so when somebody reads again.
+/// Standard output and standard error. If they have no reader, the program carries on and drops lines. A line says so
+/// once there is a reader again.
 class Console {
 public:
-    /// How many bytes wait for a reader, besides those in a pipe of the system.
+    /// How many bytes may wait for a reader, besides those in the system's pipe.
     static constexpr std::size_t pendingLimit = 65536;
 
     Console();
 
-    /// Whole lines on standard output.
+    /// Prints whole lines on standard output.
     void Print(std::string lines) { writer_.Write({std::move(lines), standardOutput}); }
-    /// A line on standard error.
+    /// Prints a line on standard error.
     void Complain(const std::string& text);
-    /// Waits until everything is written, at most until `deadline`.
+    /// Waits until everything is written, but not beyond `deadline`.
     void Finish(BackgroundWriter::TimePoint deadline) { writer_.Finish(deadline); }
 
 private:
     static constexpr int standardOutput = 1;
     static constexpr int standardError = 2;
 
-    // One writer for both streams: on a terminal people see their lines in order.
+    // One writer for both streams, so that a terminal shows their lines in order.
     BackgroundWriter writer_;
 };
 

@@ -5,7 +5,7 @@
 
 namespace Morquil::Simulator {
 
-/// The content of a file, or why it is of no use.
+/// The content of a file, or why it is unusable.
 struct FileReading {
     std::string content;
     std::string complaint;

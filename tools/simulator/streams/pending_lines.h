@@ -6,17 +6,17 @@
 
 namespace Morquil::Simulator {
 
-/// Counts lines that have been read and not yet carried out, and holds up their reader at a limit.
+/// Counts lines that have been read but not carried out, and blocks their reader at a limit.
 /// Threads: any.
 class PendingLines {
 public:
     explicit PendingLines(std::size_t limit) : limit_(limit) {}
 
-    /// Counts a line; waits first while the limit is reached.
+    /// Counts a line. Waits first while the limit is reached.
     /// Returns: false, at once, after `Close`.
     bool Add();
     void Remove(std::size_t count);
-    /// Ends all waits; nothing is added any more.
+    /// Ends all waits. Nothing can be added any more.
     void Close();
 
 private:

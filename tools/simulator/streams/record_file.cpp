@@ -7,7 +7,7 @@ RecordFile::RecordFile(const std::string& name) {
     if (*stream) {
         writer_.emplace(
             BackgroundWriter::Actions{
-                // Flushed each time: the file lacks little, however the program ends.
+                // Flushed each time, so that the file lacks little, however the program ends.
                 .write = [stream](const OutputPiece& piece) { return bool(*stream << piece.text << std::flush); },
                 .noteDropped =
                     [](std::size_t) {

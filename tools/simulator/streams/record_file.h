@@ -9,8 +9,8 @@
 
 namespace Morquil::Simulator {
 
-/// The file that `--record` names. A pipe that nobody reads holds up nothing: the recording ends there, with a comment
-/// that says so, since what lacks a part cannot be replayed.
+/// The file that `--record` names. A pipe without a reader does not block the program: the recording ends there, with a
+/// comment that says so, because an incomplete recording cannot be replayed.
 class RecordFile {
 public:
     /// How many bytes may wait for the file.
@@ -19,9 +19,9 @@ public:
     explicit RecordFile(const std::string& name);
 
     bool IsOpen() const { return writer_.has_value(); }
-    /// Returns: false, once, when the recording ends because this text does not get into the file.
+    /// Returns: false, once, if the recording ends because this text could not be written.
     bool Write(const std::string& text);
-    /// Waits until everything is written, at most until `deadline`.
+    /// Waits until everything is written, but not beyond `deadline`.
     /// Returns: whether the file is complete.
     bool Finish(BackgroundWriter::TimePoint deadline);
 

@@ -14,7 +14,7 @@ struct Escape {
 constexpr std::array<Escape, 5> escapes{
     {{'\n', 'n'}, {'\r', 'r'}, {'\t', 't'}, {'"', '"'}, {'\\', '\\'}},
 };
-// Other bytes are written in octal: three digits at most belong to it, so that a digit may follow.
+// Other bytes are written in octal. An octal escape has at most three digits, so a digit may follow it.
 constexpr std::size_t octalDigits = 3;
 
 void AppendEscaped(std::string& text, char byte) {
@@ -45,7 +45,7 @@ std::optional<char> OctalByte(std::string_view digits) {
     return isByte ? std::optional(static_cast<char>(static_cast<unsigned char>(number))) : std::nullopt;
 }
 
-/// Takes what follows a backslash off `rest`.
+/// Removes what follows a backslash from `rest`, and returns the character.
 std::optional<char> TakeEscape(std::string_view& rest) {
     for (const Escape& escape : escapes) {
         if (rest.starts_with(escape.letter)) {

@@ -6,11 +6,11 @@
 
 namespace Morquil::Simulator {
 
-/// Any bytes as a string of the C language, in quotes and on one line.
+/// Returns any bytes as a C string literal, quoted and on one line.
 std::string Escaped(std::string_view bytes);
 
-/// The bytes of what `Escaped` writes.
-/// Returns: nothing when it is no such string.
+/// The reverse of `Escaped`.
+/// Returns: nothing if `quoted` is not such a string.
 std::optional<std::string> Unescaped(std::string_view quoted);
 
 }  // namespace Morquil::Simulator

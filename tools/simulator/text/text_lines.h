@@ -6,7 +6,7 @@
 
 namespace Morquil::Simulator {
 
-/// Calls `visit` with every line of `text`, without its line feed. Text behind the last line feed is a line, too.
+/// Calls `visit` with every line of `text`, without its line feed. Text after the last line feed is also a line.
 template <class Visit>
 void ForEachLine(std::string_view text, Visit visit) {
     while (!text.empty()) {
@@ -21,7 +21,7 @@ constexpr bool StartsIgnoringCase(std::string_view text, std::string_view start)
     return text.size() >= start.size() && EqualsIgnoringCase(text.substr(0, start.size()), start);
 }
 
-/// `text` without blanks and carriage returns at its ends.
+/// `text` without leading and trailing blanks and carriage returns.
 constexpr std::string_view Trimmed(std::string_view text) {
     constexpr std::string_view blanks = " \t\r";
     const std::size_t first = text.find_first_not_of(blanks);

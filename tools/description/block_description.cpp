@@ -52,7 +52,7 @@ std::string_view KeyOf(Member wanted) {
     return key;
 }
 
-/// The keys by which the device tells what a limit allows; none for a limit that no block offers.
+/// The keys with which the device reports what a limit allows; empty for a limit that no block offers.
 template <class Offers, class Limit>
 void AddOffers(std::vector<std::string_view>& keys, const Limit& limit) {
     if constexpr (requires { limit.first; }) {

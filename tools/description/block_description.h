@@ -1,4 +1,4 @@
-// The protocol as plain data, for everybody who does not want to walk the tables: the documentation, the description
+// The protocol as plain data, for everything that does not walk the tables itself: the documentation, the description
 // file, the fuzzers' dictionary.
 #pragma once
 
@@ -12,7 +12,7 @@
 
 namespace Morquil::Description {
 
-/// A word of the protocol and the constant of the API that has its value; empty where the API has none.
+/// A word of the protocol and the API constant with its value; empty if the API has none.
 struct WordDescription {
     std::string_view word;
     std::string_view constant;
@@ -20,19 +20,19 @@ struct WordDescription {
 
 struct VocabularyDescription {
     std::string_view name;         // "VideoSources"
-    std::string_view enumeration;  // "_MorquilAPIVideoSource"; empty where the API has none
+    std::string_view enumeration;  // "_MorquilAPIVideoSource"; empty if the API has none
     std::vector<WordDescription> words;
 };
 
 struct KeyDescription {
     std::string_view key;
-    std::size_t count = 0;        // of an indexed key: how many there are, counted from 0 behind the key
+    std::size_t count = 0;        // of an indexed key: how many there are; the number after the key counts from 0
     std::string_view kind;        // "signed", "word", ...; see ValueKinds()
     std::string_view vocabulary;  // of a word or a list of words
-    bool isRead = true;           // whether a line with this key is understood when it arrives
-    bool isSelector = false;      // its value tells what the keys of its group after it belong to
+    bool isRead = true;           // whether a line with this key is understood when it is received
+    bool isSelector = false;      // its value selects what the following keys of its group apply to
     std::string_view group;       // the selector that this key belongs to
-    bool isNeeded = false;        // whether a connection waits for it, if maybe only while there is a signal
+    bool isNeeded = false;        // whether a connection waits for it, even if only while there is a signal
     KeyUse use = KeyUse::Setting;
     std::vector<std::string_view> offeredBy;  // the keys of the block's offers that limit it
     std::string example;  // a line as it is written, without its line feed; empty for a key without one
@@ -42,15 +42,15 @@ struct BlockDescription {
     std::string_view header;
     BlockRole role = BlockRole::Settings;
     bool isSentByLibrary = false;
-    std::size_t savedPlace = 0;  // in a settings file, counted from 1; 0 when no file holds it
+    std::size_t savedPlace = 0;  // in a settings file, counted from 1; 0 if it is not saved
     bool isPlayedBack = false;   // whether loading a settings file sends it
     std::vector<KeyDescription> keys;
 };
 
-/// All blocks, in the order of their numbers.
+/// All blocks, in numerical order.
 std::vector<BlockDescription> DescribeBlocks();
 
-/// All vocabularies that blocks use, in the order of their first use.
+/// All vocabularies that blocks use, in the order of first use.
 std::vector<VocabularyDescription> DescribeVocabularies();
 
 struct ValueKind {
@@ -58,7 +58,7 @@ struct ValueKind {
     std::string meaning;
 };
 
-/// The kinds of value that keys have.
+/// The kinds of value that keys can have.
 const std::vector<ValueKind>& ValueKinds();
 
 }  // namespace Morquil::Description

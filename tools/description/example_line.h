@@ -1,4 +1,4 @@
-// How a line looks: sample values, written by the rows themselves.
+// Example lines: sample values, written by the rows themselves.
 #pragma once
 
 #include <array>
@@ -12,7 +12,7 @@
 
 namespace Morquil::Description {
 
-/// A value of each kind that shows what it looks like in a line.
+/// A sample value for each kind, to show how it looks in a line.
 template <class Kind, class FieldType>
 void PutSample(const Kind& /*kind*/, FieldType& field) {
     field.Set({});
@@ -67,7 +67,7 @@ void PutSample(const Kind& kind, std::array<FieldType, count>& fields) {
     PutSample(kind, fields.front());
 }
 
-/// What a row writes of sample values.
+/// What a row writes for sample values.
 template <class Set, class Row>
 std::string SampleLines(const Row& row) {
     Set set;
@@ -81,7 +81,7 @@ std::string SampleLines(const Row& row) {
     return std::string(text.GetText());
 }
 
-/// The line of one key; empty when the row writes none.
+/// The line of one key; empty if the row does not write one.
 template <class Set, class Row>
 std::string ExampleLine(const Row& row, const KeyPlace& place) {
     const std::string lines = "\n" + SampleLines<Set>(row);

@@ -1,4 +1,4 @@
-// What is known of the features follows from their types.
+// The description of the features is derived from their types.
 #include "description/features_description.h"
 
 #include <tuple>

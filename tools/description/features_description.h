@@ -10,21 +10,21 @@
 
 namespace Morquil::Description {
 
-/// What a feature interface is about.
+/// What a feature interface covers.
 struct FeatureDescription {
     std::string_view interfaceName;
     _MorquilPropertySetId propertySet;
     std::string_view block;         // its header
-    std::string_view availability;  // its header; empty where there is none
+    std::string_view availability;  // its header; empty if there is none
 };
 
 /// The interfaces that a device hands out, in the order of their definition.
 std::vector<FeatureDescription> DescribeFeatures();
 
-/// The blocks, by their headers, without which a device is not connected.
+/// The headers of the blocks that must be received before a device counts as connected.
 std::set<std::string_view> BlocksOfTheInitialState();
 
-/// Four characters of an identifier: "vpap".
+/// An identifier as four characters: "vpap".
 std::string FourCharacters(std::uint32_t code);
 
 }  // namespace Morquil::Description

@@ -1,4 +1,4 @@
-// The keys of a block's table one by one, whatever kinds of rows they stand in.
+// Walks the keys of a block's table one by one, whatever their kinds of rows.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 namespace Morquil::Description {
 
-/// Where a key stands.
+/// A key, and its place in the table.
 struct KeyPlace {
     std::string_view key;
     std::size_t count = 0;

@@ -1,4 +1,4 @@
-// What the kinds of value are called.
+// The names of the kinds of value.
 #pragma once
 
 #include <string_view>

@@ -12,7 +12,7 @@ constexpr std::string_view TypeName() {
     return Command::LastName(__PRETTY_FUNCTION__);
 }
 
-/// The name of a constant of an enumeration; empty for a value that has none.
+/// The name of an enumeration's constant; empty for a value without one.
 template <auto constant>
 constexpr std::string_view ConstantName() {
     const std::string_view name = Command::LastName(__PRETTY_FUNCTION__);

@@ -6,7 +6,7 @@
 
 namespace Morquil::Description {
 
-/// A result of the interfaces, or a reason why there is no connection: what is behind it, and what to do.
+/// A result of the interfaces, or a reason why there is no connection: its cause, and what to do about it.
 struct Outcome {
     std::string_view name;
     std::uint32_t code;

@@ -19,8 +19,8 @@ struct ValueChange {
     std::size_t skipped = 0;          // how many values in between are never shown
 };
 
-/// Changes that are not shown yet. Holds at most one change per property: a new value replaces the previous one and is
-/// counted.
+/// Changes that are not shown yet. Holds at most one change per property: a new value replaces the previous one,
+/// which is counted.
 /// Threads: one at a time.
 class ChangeLog {
 public:

@@ -9,8 +9,8 @@
 namespace Morquil::Command {
 namespace {
 
-// How long to wait for a command without a value to be sent, and for a device that keeps a name as it was written
-// before.
+// How long to wait for a command without a value to be sent, and before accepting that a device keeps the old spelling
+// of a name.
 constexpr std::chrono::milliseconds grace{300};
 
 struct Change {

@@ -19,8 +19,8 @@ std::vector<SettingsLine> ParseSettings(std::string_view text);
 
 /// What happens to a line when the file is played back.
 enum class Playback {
-    Applied,  // the device receives it, and a saved file shows it afterwards
-    Unseen,   // the device may receive it, but it is a command, observed by the device itself, or not in a saved file
+    Applied,      // the device receives it, and a saved file shows it afterwards
+    Unseen,       // the device may receive it, but it is a command, an observation, or not in a saved file
     NeverPlayed,  // is in a block that is never played back
 };
 Playback PlaybackOf(const SettingsLine& line);

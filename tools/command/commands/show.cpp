@@ -72,7 +72,7 @@ void RefuseCommands(const std::vector<std::string>& names) {
     }
 }
 
-// A property that was requested by its full name must be available.
+// A property that was requested by its full name must have been reported.
 void RefuseUnknown(const std::vector<std::string>& names, const morquil::Device& device) {
     for (const std::string& name : names) {
         if (IsExactName(name) && !ReadValue(FindProperty(name), device)) {

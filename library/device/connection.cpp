@@ -48,7 +48,7 @@ HRESULT CMorquilDevice::Connect(BSTR address, IMorquilConnectionObserver* observ
 bool CMorquilDevice::SetAddress(BSTR address) {
     try {
         std::string host = Utf8FromBstr(address);
-        // What a resolver reads ends at a zero byte; what is printed does, too.
+        // A resolver reads up to the first zero byte, so no more than that is printed.
         Print("Connecting to " + host.substr(0, host.find('\0')) + '\n');
         return SetServer(std::move(host), devicePort);
     } catch (const std::bad_alloc&) {
@@ -57,11 +57,11 @@ bool CMorquilDevice::SetAddress(BSTR address) {
 }
 
 HRESULT CMorquilDevice::ConnectAsynchronously(IMorquilConnectionObserver* observer) {
-    // A host that cannot be told of the outcome would wait for it for ever.
+    // A host that cannot be notified of the outcome would wait for it forever.
     if (FAILED(AddConnectionObserver(observer))) {
         return E_FAIL;
     }
-    AddRef();  // the attempt's own, before its thread can give it back
+    AddRef();  // the attempt's own reference, taken before its thread can release it
     QRN::Core::ThreadHandle timerThread;
     if (QRN::Core::StartThread(timerThread, &ConnectionTimerMain, this) != 0) {
         Print("Error creating connection timer thread!\n");
@@ -70,7 +70,7 @@ HRESULT CMorquilDevice::ConnectAsynchronously(IMorquilConnectionObserver* observ
         Release();
         return E_FAIL;
     }
-    // Nobody waits for this thread: its reference keeps what it works on.
+    // No one waits for this thread; its reference keeps the object alive.
     QRN::Core::JoinThread(timerThread, nullptr, CurrentThreadId());
     return S_FALSE;
 }
@@ -93,8 +93,8 @@ HRESULT CMorquilDevice::WaitForConnection() {
     return ConcludeConnecting();
 }
 
-/// Turns Connecting into Connected, or ends the attempt. When somebody else has ended it meanwhile that is no failure,
-/// unless the device is one that cannot be used.
+/// Moves from Connecting to Connected, or ends the attempt. An attempt that another call has ended meanwhile is not a
+/// failure, unless the device is unusable.
 HRESULT CMorquilDevice::ConcludeConnecting() {
     std::optional<ConnectionRound> connectedRound;
     {
@@ -105,7 +105,7 @@ HRESULT CMorquilDevice::ConcludeConnecting() {
         }
         if (isUsable && initialStateReceived_) {
             state_ = ConnectionState::Connected;
-            // Begun here, so that a loss that follows at once is told after it.
+            // Begun under the lock, so that an immediate loss is reported after it.
             connectedRound.emplace(connectionObservers_);
         }
     }
@@ -145,8 +145,8 @@ HRESULT CMorquilDevice::Disconnect() {
     return S_OK;
 }
 
-/// Where this runs inside a callback others may be about to come, of the round at hand and of bytes that have been
-/// received: from here on none does.
+/// From here on no property observer is called. Inside a callback more calls may be pending: the rest of the current
+/// round, and those for bytes already received.
 void CMorquilDevice::SilenceProperties() {
     StopListening();
     Silence();
@@ -184,7 +184,7 @@ void CMorquilDevice::CheckInitialState() {
     }
 }
 
-/// Looks at the feature first that was missing last: it mostly still is, and this is asked after every block.
+/// First checks the feature that was incomplete last time: it usually still is, and this runs after every block.
 bool CMorquilDevice::IsInitialStateComplete() {
     if (!handedOut_[missingFeature_]->IsCacheComplete()) {
         return false;

@@ -24,7 +24,7 @@ CMorquilDevice::CMorquilDevice(std::unique_ptr<AbstractComms> comms, std::int32_
 }
 
 CMorquilDevice::~CMorquilDevice() {
-    // Before anything goes that the connection thread uses.
+    // Before anything that the connection thread uses is destroyed.
     Stop();
 }
 
@@ -41,7 +41,7 @@ void* CMorquilDevice::FindInterface(REFIID iid) {
 }
 
 STDMETHODIMP_(ULONG) CMorquilDevice::Release() {
-    // A callback on another thread may take and give back a reference of its own meanwhile.
+    // Meanwhile a callback on another thread may take and release a reference of its own.
     const Hold hold(*this);
     const ULONG remaining = DropReference();
     if (remaining == 0 && !lastReferenceGone_.exchange(true)) {
@@ -50,7 +50,7 @@ STDMETHODIMP_(ULONG) CMorquilDevice::Release() {
     return remaining;
 }
 
-/// Ends the connection; nobody is left to be told of it. The holds of those who are still on their way keep the memory.
+/// Ends the connection; no one is left to notify. Routines that are still running keep the memory with their holds.
 void CMorquilDevice::LastReferenceGone() {
     disconnectNoticeCount_ = 0;
     settingsLoader_.Stop();
@@ -88,7 +88,7 @@ STDMETHODIMP CMorquilDevice::RemovePropertyObserver(IMorquilPropertyObserver* ob
     return set != nullptr ? set->RemoveObserver(observer) : E_FAIL;
 }
 
-/// The set with this id, or null. The alignment is not among them.
+/// The set with this id, or null. The alignment's set is never found.
 CObservablePropertySet* CMorquilDevice::FindPropertySet(_MorquilPropertySetId propertySet) {
     if (propertySet == PropertySet()) {
         return this;
@@ -143,7 +143,7 @@ STDMETHODIMP CMorquilDevice::GetRemoteLock(LONG* lock) {
     return ReadDevice(lock, &MorquilDeviceChangeSet::remoteLock);
 }
 
-/// Hosts test for the bit itself: the answer is 2, not 1, where updating is supported.
+/// The answer is 2, not 1, where updating is supported: hosts test for the bit itself.
 STDMETHODIMP CMorquilDevice::GetNetworkUpdateSupported(LONG* supported) {
     if (supported == nullptr) {
         return E_POINTER;
@@ -163,7 +163,8 @@ STDMETHODIMP CMorquilDevice::IsConversionSupported(_MorquilAPIVideoMode input, _
     return S_OK;
 }
 
-/// The device's answer is told to observers like any other change of its locks: nobody asks whether it is an echo.
+/// Observers are notified of the device's answer as of any other change of its locks: it is not checked for being an
+/// echo.
 STDMETHODIMP CMorquilDevice::SetPanelLock(LONG lock) {
     try {
         auto message = std::make_unique<MorquilDeviceMessage>();
@@ -175,7 +176,7 @@ STDMETHODIMP CMorquilDevice::SetPanelLock(LONG lock) {
     }
 }
 
-/// The block as it stands in a settings file: the copy of the first feature that keeps it. The device's own block is
+/// The block as a settings file holds it: the copy of the first feature that keeps the block. The device's own block is
 /// kept here.
 template <class Description>
 std::string CMorquilDevice::SettingsTextOf() {
@@ -195,7 +196,7 @@ std::string CMorquilDevice::SettingsTextOf() {
     }
 }
 
-/// All that was known at one moment of a connection or, after its end, nothing.
+/// Everything that was known at one moment of a connection, or nothing after its end.
 std::string CMorquilDevice::SettingsText() {
     Lock wholeMirror(wholeMirrorLock_);
     std::string text;
@@ -203,14 +204,14 @@ std::string CMorquilDevice::SettingsText() {
     return text;
 }
 
-/// The path as the system takes it; longer ones than any system's do not name a file.
+/// The path in the form that the system accepts. A path longer than any system allows names no file.
 static std::string NarrowPath(BSTR path) {
     constexpr std::size_t longestPath = 1023;
     std::string narrow = Utf8FromBstr(path);
     return narrow.size() <= longestPath ? narrow : std::string();
 }
 
-/// S_FALSE says that the file was written, S_OK that it could not be opened; hosts rely on it.
+/// S_FALSE means that the file was written, S_OK that it could not be opened; hosts rely on this.
 STDMETHODIMP CMorquilDevice::SaveSettingsFile(BSTR path) {
     if (path == nullptr) {
         return E_INVALIDARG;
@@ -222,7 +223,7 @@ STDMETHODIMP CMorquilDevice::SaveSettingsFile(BSTR path) {
     }
 }
 
-/// S_FALSE whatever the file held; hosts rely on it.
+/// Returns S_FALSE whatever the file holds; hosts rely on this.
 STDMETHODIMP CMorquilDevice::LoadSettingsFile(BSTR path) {
     if (path == nullptr) {
         return E_INVALIDARG;
@@ -231,7 +232,7 @@ STDMETHODIMP CMorquilDevice::LoadSettingsFile(BSTR path) {
     try {
         settingsLoader_.Load(NarrowPath(path));
     } catch (const std::bad_alloc&) {
-        // Nothing could be loaded, which is not told either.
+        // Nothing could be loaded; that is not reported either.
     }
     return S_FALSE;
 }

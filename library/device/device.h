@@ -20,17 +20,17 @@
 #include "transport/make_comms.h"
 #include "transport/morquil_text_protocol_client.h"
 
-/// One device: the object that the host holds, the client that speaks to the device, the mirror of its state and the
-/// owner of the feature objects. Serves one connection attempt; connecting again takes a new object.
+/// One device: the object that the host holds, the client that talks to the device, the mirror of its state, and the
+/// owner of the feature objects. Serves one connection attempt; to connect again, make a new object.
 ///
-/// Threads. The host's threads read the mirror and queue messages. The connection thread alone receives blocks, merges
-/// them and tells property observers. With an asynchronous connect the connection timer thread waits for the initial
-/// state and tells `Connected`. Observers are called with no lock held.
+/// Threads. The host's threads read the mirror and queue messages. Only the connection thread receives blocks, merges
+/// them and notifies property observers. During an asynchronous connect the connection timer thread waits for the
+/// initial state and then calls `Connected`. No lock is held while an observer is called.
 ///
-/// Lifetime. References count what the host (and a connection attempt on its way) holds. Beside them a hold keeps the
-/// memory: all references together are one hold, and so are the connection thread and every routine that calls
-/// observers. The last reference stops the connection; whoever gives the last hold back destroys the object, so it
-/// outlives the callback in which the host lets it go.
+/// Lifetime. The reference count covers the host and a pending connection attempt. A separate count of holds keeps the
+/// memory: all references together count as one hold, and the connection thread and every routine that calls observers
+/// take one each. Releasing the last reference stops the connection; giving back the last hold destroys the object. The
+/// object therefore outlives the callback in which the host releases it.
 class CMorquilDevice final : public Morquil::ComObject<CMorquilDevice, IMorquilDevice>,
                              public CObservablePropertySet,
                              public Morquil::EveryBlockSink<CMorquilDevice, Morquil::MorquilTextProtocolClient> {
@@ -42,14 +42,14 @@ public:
                             std::int32_t initialStateWait = initialStateLimit);
     ~CMorquilDevice() override;
 
-    /// Connects to `address`; once per object. With an `observer` it returns at once and the observer is told how the
-    /// attempt ends, maybe before this returns; without one it waits for the end.
-    /// Returns: not negative on success. `failReason` holds the reason of a failure, and in the synchronous case
-    ///          `morquilConnectToFailureNoResponse` after success, too.
+    /// Connects to `address`; call it once per object. With an `observer` it returns at once and the observer is
+    /// notified of the outcome, possibly before this returns. Without one it waits for the outcome.
+    /// Returns: not negative on success. `failReason` holds the reason for a failure; a synchronous success also leaves
+    ///          `morquilConnectToFailureNoResponse` in it.
     HRESULT Connect(BSTR address, IMorquilConnectionObserver* observer, _MorquilConnectToFailure* failReason);
 
-    /// Ends the connection, or the attempt. Forgets the mirror and tells the connection observers. Does nothing when
-    /// there is nothing to end or somebody else is ending it.
+    /// Ends the connection or the attempt, clears the mirror and notifies the connection observers. Does nothing when
+    /// there is nothing to end or another call is already ending it.
     /// Threads: any, also inside a callback.
     /// Returns: 0.
     HRESULT Disconnect();
@@ -77,7 +77,7 @@ protected:
     void OnThreadStarting() override { TakeHold(); }
     void OnThreadEnding() override { GiveHoldBack(); }
 
-    // Blocks that mean more than new values for the features that keep them.
+    // Blocks that need more than storing their values in the features.
     void OnProtocolPreamble(const Morquil::ProtocolPreambleChangeSet& set) override;
     void OnMorquilDevice(const Morquil::MorquilDeviceChangeSet& set) override;
     void OnVideoInput(const Morquil::VideoInputChangeSet& set) override;
@@ -87,7 +87,7 @@ protected:
     void OnGenlock(const Morquil::GenlockChangeSet& set) override;
 
 private:
-    /// Of the protocol version's flags: the device can be updated over the network.
+    /// The flag of the protocol version that says that the device can be updated over the network.
     static constexpr std::uint32_t networkUpdateFlag = 2;
 
     enum class ConnectionState : std::uint32_t { Disconnected = 0, Connecting = 1, Connected = 2, Disconnecting = 3 };
@@ -97,7 +97,7 @@ private:
     class Hold;
     using ConnectionRound = Morquil::ObserverList<IMorquilConnectionObserver>::Round;
 
-    // device.cpp: identity, lifetime and what the device itself answers
+    // device.cpp: identity, lifetime and the device's own methods
     void TakeHold() { ++holds_; }
     void GiveHoldBack();
     void LastReferenceGone();
@@ -138,13 +138,13 @@ private:
 
     Morquil::FeatureSet<Morquil::Features> features_{*this, *this};
     Morquil::FeatureSet<Morquil::HiddenFeatures> hiddenFeatures_{*this, *this};
-    /// The features that the host is handed.
+    /// The features that are handed out to hosts.
     std::array<Morquil::FeatureBase*, Morquil::FeatureSet<Morquil::Features>::size> handedOut_;
 
     Morquil::MorquilConfigLoader settingsLoader_{*this};
 
-    /// Held while the whole mirror is cleared, and while all of it is read for a file, so that no file holds a part of
-    /// it. Taken before the lock of any part.
+    /// Held while the whole mirror is cleared or read for a settings file, so that no file holds only part of it. Taken
+    /// before the lock of any single part.
     QRN::Core::Lockable wholeMirrorLock_;
     QRN::Core::Lockable mirrorLock_;
     Morquil::MorquilDeviceChangeSet deviceCache_ GUARDED_BY(mirrorLock_);
@@ -152,15 +152,15 @@ private:
     bool deviceReceived_ GUARDED_BY(mirrorLock_) = false;
     bool conversionsReceived_ GUARDED_BY(mirrorLock_) = false;
 
-    /// The connection thread's own.
+    /// Used only by the connection thread.
     Morquil::ProtocolPreambleChangeSet preamble_;
-    std::size_t missingFeature_ = 0;  ///< the place in `handedOut_` of one that a connection waited for last
+    std::size_t missingFeature_ = 0;  ///< index in `handedOut_` of a feature that was incomplete at the last check
     std::atomic<std::uint32_t> protocolVersionFlags_ = 0;
     std::atomic<std::uint32_t> protocolVersionMinor_ = 0;
 
     std::atomic<bool> initialStateReceived_ = false;
     std::atomic<_MorquilConnectToFailure> connectFailReason_ = morquilConnectToFailureNoResponse;
-    /// Ends the wait for the initial state: it is complete, cannot come any more or is not wanted any more.
+    /// Ends the wait for the initial state: the state is complete, can no longer arrive or is no longer wanted.
     QRN::Core::Event connectEvent_;
     const std::int32_t initialStateWait_;
 
@@ -169,7 +169,7 @@ private:
     Morquil::ObserverList<IMorquilConnectionObserver> connectionObservers_;
 };
 
-/// Keeps the device's memory to the end of a scope.
+/// Keeps the device's memory until the end of a scope.
 class CMorquilDevice::Hold {
 public:
     explicit Hold(CMorquilDevice& device) : device_(device) { device_.TakeHold(); }

@@ -12,7 +12,8 @@ using QRN::Core::StaticLockHold;
 
 namespace {
 
-/// Serialises making the object, its last release and forgetting it: nobody is handed one that is going.
+/// Serialises making the object, its last release and forgetting it, so that no caller receives one that is being
+/// destroyed.
 StaticLock singletonLock;
 CMorquilDiscovery* singleton GUARDED_BY(singletonLock) = nullptr;
 
@@ -26,7 +27,7 @@ HRESULT ConnectNewDevice(BSTR address, IMorquilDevice** device, IMorquilConnecti
     try {
         connecting = new CMorquilDevice();
     } catch (...) {
-        // Neither memory nor wake-ups to be had: there is no device object to give.
+        // Out of memory or wake-ups: no device object can be made.
         return E_FAIL;
     }
     if (FAILED(connecting->Connect(address, observer, failReason))) {

@@ -3,8 +3,8 @@
 #include "MorquilAPI.h"
 #include "platform/com_object.h"
 
-/// The host's way in: makes device objects and connects them by address. One per process at a time; keeps no list of
-/// devices, which live on without it.
+/// The host's entry point: makes device objects and connects them by address. A process has at most one at a time. It
+/// keeps no list of devices, and they outlive it.
 class CMorquilDiscovery final : public Morquil::ComObject<CMorquilDiscovery, IMorquilDiscovery> {
 public:
     void* FindInterface(REFIID iid);
@@ -13,6 +13,6 @@ public:
     STDMETHODIMP ConnectAsync(BSTR deviceAddress, IMorquilDevice** device,
                               IMorquilConnectionObserver* observer) override;
     STDMETHODIMP Disconnect(IMorquilDevice* device) override;
-    /// There is no device search: succeeds and gives no list.
+    /// Device search is not supported: succeeds and returns no list.
     STDMETHODIMP FindDevices(IMorquilIterator** deviceList) override;
 };

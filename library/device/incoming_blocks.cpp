@@ -1,4 +1,4 @@
-// The blocks that mean more than new values for the features that keep them.
+// The blocks that need more than storing their values in the features.
 #include "device/incoming_blocks.h"
 
 #include <memory>
@@ -11,10 +11,10 @@ using QRN::Core::Lock;
 
 namespace {
 
-/// The one version of the protocol that this library speaks.
+/// The only version of the protocol that this library speaks.
 constexpr std::uint32_t supportedVersionMinor = 22;
 
-/// Whether a block carries a value other than the one that the getter answers. Unknown differs from known.
+/// Whether a block carries a value other than the getter's. An unknown value differs from every known one.
 template <class Face, class Out, class FieldType>
 bool Differs(Face& face, HRESULT (STDMETHODCALLTYPE Face::*getter)(Out*), const FieldType& incoming) {
     Out current{};
@@ -23,7 +23,7 @@ bool Differs(Face& face, HRESULT (STDMETHODCALLTYPE Face::*getter)(Out*), const 
 
 }  // namespace
 
-/// Asks the device for a block. Its answer is no echo, so nothing is remembered.
+/// Requests a block from the device. The answer is not an echo, so the sent text is not recorded.
 template <class Set>
 void CMorquilDevice::Request() {
     auto message = std::make_unique<TextProtocolMessage<Set>>();
@@ -93,7 +93,8 @@ void CMorquilDevice::OnVideoInput(const VideoInputChangeSet& set) {
     ApplySettings(set);
 }
 
-/// Output changes are told even when they are the echo of a setter: hosts learn from them that the output has changed.
+/// Observers are notified of output changes even when they echo a setter: hosts learn from them that the output has
+/// changed.
 void CMorquilDevice::OnVideoOutput(const VideoOutputChangeSet& set) {
     using Output = CMorquilOutputConfiguration;
     auto& output = features_.Of<Output>();

@@ -6,7 +6,7 @@
 
 #include "device/device.h"
 
-/// Every feature that follows the device, handed out or not.
+/// Every feature that mirrors the device, handed out or not.
 template <class Visit>
 void CMorquilDevice::ForEachFeature(Visit visit) {
     features_.ForEach(visit);
@@ -22,14 +22,15 @@ void CMorquilDevice::OnBlock(const Morquil::ChangeSetOf<Description>& set) {
     }
 }
 
-/// The features that keep the block take it over, and tell of it unless it is only the echo of a setter.
+/// Merges the block into the features that keep it and notifies their observers, unless it is only the echo of a
+/// setter.
 template <class Set>
 void CMorquilDevice::ApplySettings(const Set& set) {
     const std::string text = AwaitsEcho() ? Morquil::BlockText<Set>(set) : std::string();
     const bool notify = !IsSentText(text);
     ForEachFeature([&]<class FeatureClass>(FeatureClass& feature) {
         if constexpr (std::is_same_v<typename FeatureClass::SettingsBlock, Set>) {
-            // An observer may disconnect: the features after it then keep their cleared mirrors.
+            // An observer may disconnect; the remaining features then keep their cleared mirrors.
             if (IsListening()) {
                 feature.ApplyChangeSet(set, notify);
             }

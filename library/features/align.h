@@ -3,8 +3,9 @@
 #include "features/feature.h"
 #include "protocol/blocks/align.h"
 
-/// The alignment of the two pictures of a 3D pair. Every method means the left one of the block's two sides.
-/// No host is handed this object, and what it queues is never sent; it keeps the settings for the settings file.
+/// The alignment of the two pictures of a 3D pair. The block has a left and a right side; every method applies to the
+/// left one.
+/// This object is never handed out, and what it queues is never sent; it keeps the settings for the settings file.
 class CMorquilAlign final
     : public Morquil::Feature<IMorquilAlign, Morquil::AlignChangeSet, Morquil::AlignAvailabilityBlock> {
 public:

@@ -25,15 +25,15 @@
 
 namespace Morquil {
 
-/// The features that a host is handed, in the order of their interfaces. Of those that share a block, the first one's
-/// copy goes into a settings file.
+/// The features that are handed out to hosts, in the order of their interfaces. Where several share a block, the copy
+/// of the first goes into a settings file.
 using Features = std::tuple<CMorquilInputConfiguration, CMorquilOutputConfiguration, CMorquilVideoProcAmp,
                             CMorquilColorCorrection, CMorquilVideoClip, CMorquilAspectFill, CMorquilNoiseReduction,
                             CMorquilTestPattern, CMorquilVideoAdvanced, CMorquilTimecode, CMorquilClosedCaption,
                             CMorquilVideoIndex, CMorquilReference, CMorquilVariableAspectRatio, CMorquilAudioMapping,
                             CMorquil3dMode, CMorquilNetworkConfig, CMorquilDeviceFilenames, CMorquilPreset>;
 
-/// Follow the device, but are handed to nobody.
+/// Features that mirror the device but are never handed out.
 using HiddenFeatures = std::tuple<CMorquilAlign>;
 
 }  // namespace Morquil

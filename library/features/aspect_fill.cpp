@@ -17,7 +17,7 @@ STDMETHODIMP CMorquilAspectFill::GetCrRange(unsigned int* min, unsigned int* max
 STDMETHODIMP CMorquilAspectFill::ResetValues(unsigned int values) { return Send(&Settings::resetValues, values); }
 // clang-format on
 
-/// The block also serves other features, whose values are no news here. The command belongs to none.
+/// Other features share this block; changes to their values are not reported here. The command belongs to no feature.
 bool CMorquilAspectFill::MergeSettings(Settings& copy, const Settings& incoming) {
     return MergeShared(copy, incoming, &Settings::aspectFillLuma, &Settings::aspectFillCb, &Settings::aspectFillCr);
 }

@@ -3,7 +3,7 @@
 #include "features/feature.h"
 #include "protocol/blocks/video_adjust.h"
 
-/// The colour of what the picture leaves free.
+/// The colour of the area that the picture does not fill.
 class CMorquilAspectFill final : public Morquil::Feature<IMorquilAspectFill, Morquil::VideoAdjustChangeSet,
                                                          Morquil::VideoAdjustAvailabilityChangeSet> {
 public:

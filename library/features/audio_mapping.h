@@ -3,7 +3,7 @@
 #include "features/feature.h"
 #include "protocol/blocks/audio.h"
 
-/// Audio routing. One gain and one delay stand for all channels: setting sets all, getting gives the first.
+/// Audio routing. One gain and one delay apply to all channels: a setter sets them all, a getter returns the first.
 class CMorquilAudioMapping final
     : public Morquil::Feature<IMorquilAudioMapping, Morquil::AudioChangeSet, Morquil::AudioAvailabilityChangeSet> {
 public:

@@ -22,7 +22,8 @@ STDMETHODIMP CMorquilClosedCaption::GetService2Language(_MorquilAPICCServiceLang
 STDMETHODIMP CMorquilClosedCaption::ResetValues(unsigned int values) { return Send(&Settings::resetValues, values); }
 // clang-format on
 
-/// The block also serves other features, whose values are no news here. The reset and the last height belong to none.
+/// Other features share this block; changes to their values are not reported here. The reset and the last height belong
+/// to no feature.
 bool CMorquilClosedCaption::MergeSettings(Settings& copy, const Settings& incoming) {
     return MergeShared(copy, incoming, &Settings::ccEnabled, &Settings::ccInputLine, &Settings::ccOutputLine,
                        &Settings::ccService2Source, &Settings::ccService1Language, &Settings::ccService2Language);

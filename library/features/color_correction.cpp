@@ -17,7 +17,7 @@ STDMETHODIMP CMorquilColorCorrection::GetBlueRange(int* min, int* max) { return 
 STDMETHODIMP CMorquilColorCorrection::ResetValues(unsigned int values) { return Send(&Settings::resetValues, values); }
 // clang-format on
 
-/// The block also serves other features, whose values are no news here. The command belongs to none.
+/// Other features share this block; changes to their values are not reported here. The command belongs to no feature.
 bool CMorquilColorCorrection::MergeSettings(Settings& copy, const Settings& incoming) {
     return MergeShared(copy, incoming, &Settings::red, &Settings::green, &Settings::blue);
 }

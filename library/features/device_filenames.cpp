@@ -3,7 +3,7 @@
 using namespace Morquil;
 using Settings = DeviceFilenamesChangeSet;
 
-// Bytes of UTF-8, the terminating zero included.
+// In bytes of UTF-8, including the terminating zero.
 static constexpr std::size_t stillFrameNameLimit = 51;
 
 // clang-format off

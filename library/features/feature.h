@@ -23,17 +23,19 @@
 
 namespace Morquil {
 
-/// Stands for the availability block of a feature that has none.
+/// Placeholder for the availability block of a feature that has none.
 struct NoAvailability {};
 
 enum class AvailabilityChange { IsTold, IsSilent };
 
-/// One feature of the device: a COM face over its own copy of a settings block and of an availability block.
+/// One feature of the device: a COM interface to its own copies of a settings block and an availability block.
 ///
 /// The host's threads read the copies and queue messages; the connection thread keeps the copies up to date. The
-/// device's answer, not the setter, updates the copy. The face counts references for the device that owns the object.
+/// device's answer, not the setter, updates the copy. References to the interface are counted by the device that owns
+/// the object.
 ///
-/// A derived class holds one line per interface method; each rule of reading, checking and sending stands here once.
+/// A derived class needs one line per interface method; each rule for reading, checking and sending is written once,
+/// here.
 template <class Interface, class Set, class AvailabilityDescription = NoAvailability>
 class Feature : public Interface, public FeatureBase {
     using AvailabilitySet = ChangeSetOf<AvailabilityDescription>;
@@ -44,7 +46,7 @@ public:
     using AvailabilityBlock = AvailabilityDescription;
     static constexpr bool hasAvailability = !std::is_same_v<AvailabilityDescription, NoAvailability>;
 
-    /// `owner` counts for the object, `queue` takes what it sends; both outlive it.
+    /// `owner` counts the references, `queue` accepts the messages; both must outlive the object.
     Feature(IUnknown& owner, IMessageQueue& queue, REFIID iid, _MorquilPropertySetId propertySet,
             AvailabilityChange availabilityChange = AvailabilityChange::IsTold)
         : FeatureBase(iid, propertySet), owner_(owner), queue_(queue), availabilityChange_(availabilityChange) {}
@@ -53,7 +55,7 @@ public:
     STDMETHODIMP_(ULONG) AddRef() override { return owner_.AddRef(); }
     STDMETHODIMP_(ULONG) Release() override { return owner_.Release(); }
 
-    /// Merges a received block; tells the observers if that changed something of this feature's and `notify` is set.
+    /// Merges a received block. Notifies the observers if `notify` is set and one of this feature's values has changed.
     void ApplyChangeSet(const Set& incoming, bool notify) {
         bool changed = false;
         {
@@ -99,7 +101,7 @@ public:
     }
 
 protected:
-    /// Merges `incoming` into `copy`. Returns whether the observers care.
+    /// Merges `incoming` into `copy`. Returns whether to notify the observers.
     virtual bool MergeSettings(Set& copy, const Set& incoming) { return Merge(copy, incoming); }
     virtual bool MergeAvailability(AvailabilitySet& copy, const AvailabilitySet& incoming) {
         if constexpr (hasAvailability) {
@@ -109,7 +111,7 @@ protected:
         }
     }
 
-    /// Merges all of a block that several features share. Returns whether one of the named members changed.
+    /// Merges the whole of a block that several features share. Returns whether one of the named members changed.
     template <class SharedSet, class... Members>
     static bool MergeShared(SharedSet& copy, const SharedSet& incoming, Members... ownMembers) {
         const bool ownChanged = MergeMembers(copy, incoming, ownMembers...);
@@ -122,7 +124,7 @@ protected:
         return settings_;
     }
 
-    // Getters. E_POINTER for a null out-pointer, E_FAIL while the value is not known; nothing is written then.
+    // Getters. E_POINTER for a null out-pointer, E_FAIL while the value is unknown; nothing is written in either case.
 
     template <class Out, class Owner, class FieldType>
     HRESULT Read(Out* out, FieldType Owner::*member) const {
@@ -145,7 +147,7 @@ protected:
         return Give(out, (settings_.*member)[index]);
     }
 
-    /// Ownership: the caller frees the new text. E_FAIL also when it could not be made; `*out` is null then.
+    /// Ownership: the caller frees the new text. E_FAIL also when it could not be allocated; `*out` is then null.
     template <class Owner, class TextFieldType>
     HRESULT ReadText(BSTR* out, TextFieldType Owner::*member) const {
         if (out == nullptr) {
@@ -155,7 +157,7 @@ protected:
         return GiveText(out, settings_.*member);
     }
 
-    /// One text of many; E_FAIL for an index outside them.
+    /// One text of an array; E_FAIL for an index outside it.
     template <class Owner, class TextFieldType, std::size_t count>
     HRESULT ReadTextElement(BSTR* out, std::array<TextFieldType, count> Owner::*member, std::size_t index) const {
         if (out == nullptr) {
@@ -174,7 +176,7 @@ protected:
         return GiveRange(min, max, availability_.*member);
     }
 
-    /// One range of many; E_FAIL for an index outside them.
+    /// One range of an array; E_FAIL for an index outside it.
     template <class Out, class Owner, class Limit, std::size_t count>
     HRESULT ReadRange(Out* min, Out* max, std::array<Field<Range<Limit>>, count> Owner::*member,
                       std::size_t index) const {
@@ -185,7 +187,7 @@ protected:
         return index < count ? GiveRange(min, max, (availability_.*member)[index]) : E_FAIL;
     }
 
-    // Availability. Before the device has reported it everything reads as 0 with S_OK.
+    // Availability. Until the device has reported it, every query answers 0 with S_OK.
 
     /// E_INVALIDARG for a value at or above the number of words, E_POINTER for a null out-pointer.
     template <class Vocabulary, class Owner, class Value>
@@ -201,7 +203,7 @@ protected:
         return S_OK;
     }
 
-    /// One list of many, which `which` picks; it is bounded like the value.
+    /// One list of an array, selected by `which`; both indices are bounded alike.
     template <class Vocabulary, class Owner, std::size_t count, class Which, class Value>
     HRESULT QueryList(std::array<SetField<Vocabulary>, count> Owner::*member, Which which, Value value,
                       LONG* isAvailable) const {
@@ -227,10 +229,10 @@ protected:
         return S_OK;
     }
 
-    // Setters. Each queues a message with just what it changes; the copy stays as it is.
-    // E_INVALIDARG as the setter says, E_OUTOFMEMORY, else what the queue returns.
+    // Setters. Each queues a message with only what it changes and leaves the copy as it is.
+    // They return E_INVALIDARG as each one says, E_OUTOFMEMORY, or the result of the queue.
 
-    /// Any value. A number, or an enumeration whose values nobody checks.
+    /// Sends any value: a number, or an enumeration whose values are not checked.
     template <class Owner, class FieldType, class Value>
     HRESULT Send(FieldType Owner::*member, Value value) {
         return QueueMessage([&](Set& set) {
@@ -245,7 +247,7 @@ protected:
         return Send(member, value != 0);
     }
 
-    /// E_INVALIDARG for a value at or above the number of words. A negative one passes, and writes no line.
+    /// E_INVALIDARG for a value at or above the number of words. A negative one is accepted and writes no line.
     template <class Vocabulary, class Owner, class FieldType, class Value>
     HRESULT SendWord(FieldType Owner::*member, Value value) {
         return IsOutOfBounds<Vocabulary>(value) ? E_INVALIDARG : Send(member, value);
@@ -263,7 +265,7 @@ protected:
         });
     }
 
-    /// The one value to every element, in one message.
+    /// Sends one value to every element, in one message.
     template <class Owner, class FieldType, std::size_t count, class Value>
     HRESULT SendAllElements(std::array<FieldType, count> Owner::*member, Value value) {
         return QueueMessage([&](Set& set) {
@@ -274,7 +276,7 @@ protected:
         });
     }
 
-    /// E_INVALIDARG for a number so large that its line would be cut, and with it the line feed that ends it.
+    /// E_INVALIDARG for a number so large that its line would be cut and lose its line feed.
     template <class Owner>
     HRESULT SendDecimal(Field<double> Owner::*member, double value) {
         return QueueMessage([&](Set& set) {
@@ -285,14 +287,14 @@ protected:
         });
     }
 
-    /// Text, cut at its end to less than `limit` bytes of UTF-8. E_INVALIDARG for null, and for a line feed, a carriage
-    /// return or a zero, each of which would end the line.
+    /// Sends text, cut at its end to less than `limit` bytes of UTF-8. E_INVALIDARG for null, and for a line feed, a
+    /// carriage return or a zero, each of which would end the line.
     template <class Owner, class TextFieldType>
     HRESULT SendText(TextFieldType Owner::*member, BSTR text, std::size_t limit) {
         return QueueText(text, limit, [&](Set& set, const std::string& cut) { (set.*member).Set(cut); });
     }
 
-    /// An index outside the array gives a message without a field.
+    /// An index outside the array queues a message without a field.
     template <class Owner, class TextFieldType, std::size_t count>
     HRESULT SendTextElement(std::array<TextFieldType, count> Owner::*member, std::size_t index, BSTR text,
                             std::size_t limit) {
@@ -315,7 +317,7 @@ protected:
     }
 
 private:
-    /// A firmware that lacks a key must not make a connection hang, so few keys are needed besides the blocks.
+    /// Firmware that lacks a key must not make a connection hang, so few keys are required besides the blocks.
     bool HasAllAvailability() const REQUIRES(mirrorLock_) {
         if constexpr (hasAvailability) {
             return availabilityReceived_ && HasAllNeeded(availability_);
@@ -355,7 +357,7 @@ private:
     static bool IsOutOfBounds(Value value) {
         return static_cast<std::int32_t>(value) >= static_cast<std::int32_t>(Vocabulary::words.Size());
     }
-    /// Makes a message, lets `fill` put its fields in and queues it, unless `fill` objects.
+    /// Makes a message, has `fill` set its fields and queues it, unless `fill` returns a failure.
     template <class Fill>
     HRESULT QueueMessage(Fill fill) {
         try {
@@ -387,7 +389,7 @@ private:
     IMessageQueue& queue_;
     const AvailabilityChange availabilityChange_;
 
-    /// Held for a copy or a comparison only: a getter never waits for the network or an observer.
+    /// Held only for a copy or a comparison: a getter never waits for the network or an observer.
     mutable QRN::Core::Lockable mirrorLock_;
     Set settings_ GUARDED_BY(mirrorLock_);
     AvailabilitySet availability_ GUARDED_BY(mirrorLock_);

@@ -7,20 +7,20 @@
 
 namespace Morquil {
 
-/// What the device needs of every feature object, whatever its blocks are.
+/// What the device needs from every feature object, whatever its blocks.
 class FeatureBase : public CObservablePropertySet {
 public:
     FeatureBase(REFIID iid, _MorquilPropertySetId propertySet) : CObservablePropertySet(propertySet), iid_(iid) {}
 
-    /// What a host asks for to get the interface.
+    /// The identifier by which a host queries for the interface.
     REFIID Iid() const { return iid_; }
-    /// The interface that the host sees; it counts references for the device.
+    /// The interface that the host sees; its references are counted by the device.
     virtual IUnknown* Face() = 0;
     /// Whether everything that a connection waits for has been reported.
     virtual bool IsCacheComplete() const = 0;
     /// Forgets everything that was reported.
     virtual void ClearCache() = 0;
-    /// The protocol text of the settings as they were reported.
+    /// The protocol text of the settings as reported.
     virtual std::string GetSettingsText() const = 0;
 
 private:

@@ -14,7 +14,7 @@ struct FeatureHolder {
     FeatureClass feature;
 };
 
-/// One object of each of several classes of features; `List` is a tuple of the classes.
+/// One object of each feature class in `List`, a tuple of the classes.
 template <class List>
 class FeatureSet;
 template <class... Classes>
@@ -22,7 +22,7 @@ class FeatureSet<std::tuple<Classes...>> : private FeatureHolder<Classes>... {
 public:
     static constexpr std::size_t size = sizeof...(Classes);
 
-    /// `owner` counts for all objects, `queue` takes what they send; both outlive the set.
+    /// `owner` counts the references to all objects, `queue` accepts their messages; both must outlive the set.
     FeatureSet(IUnknown& owner, IMessageQueue& queue) : FeatureHolder<Classes>(owner, queue)... {}
 
     template <class FeatureClass>

@@ -29,7 +29,7 @@ STDMETHODIMP CMorquilInputConfiguration::GetPixelFormat(_MorquilAPIPixelFormat* 
 STDMETHODIMP CMorquilInputConfiguration::GetPCIeMode(_MorquilAPIPCIeMode* mode) { return Read(mode, &Settings::pcieMode); }
 // clang-format on
 
-/// Observers hear of flags that change, not of a first list that grants nothing.
+/// Observers are notified when a flag changes, not of a first list that offers nothing.
 bool CMorquilInputConfiguration::MergeAvailability(Availability& copy, const Availability& incoming) {
     const Availability before = copy;
     Merge(copy, incoming);

@@ -3,7 +3,7 @@
 #include "features/feature.h"
 #include "protocol/blocks/video_input.h"
 
-/// The input: what is chosen, and what the device finds there.
+/// The input: its settings, and what the device detects there.
 class CMorquilInputConfiguration final
     : public Morquil::Feature<IMorquilInputConfiguration, Morquil::VideoInputChangeSet,
                               Morquil::VideoInputAvailabilityChangeSet> {

@@ -3,7 +3,7 @@
 #include "features/feature.h"
 #include "protocol/blocks/network_config.h"
 
-/// The device's place in the network. Only its name can be set.
+/// The device's network settings. Only its name can be set.
 class CMorquilNetworkConfig final : public Morquil::Feature<IMorquilNetworkConfig, Morquil::NetworkConfigChangeSet> {
 public:
     CMorquilNetworkConfig(IUnknown& owner, Morquil::IMessageQueue& queue)

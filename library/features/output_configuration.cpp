@@ -42,7 +42,7 @@ STDMETHODIMP CMorquilOutputConfiguration::GetHDMIOutput(_MorquilAPIPixelFormat* 
 STDMETHODIMP CMorquilOutputConfiguration::IsHDMIOutputAvailable(_MorquilAPIPixelFormat format, LONG* isAvailable) { return QueryList(&Availability::hdmiOutputs, format, isAvailable); }
 // clang-format on
 
-/// Which ratio goes with which modes is a question of the conversions, so that every ratio counts as available here.
+/// The conversions decide which ratio goes with which modes, so every ratio counts as available here.
 STDMETHODIMP CMorquilOutputConfiguration::IsAspectRatioAvailable(_MorquilAPIAspectRatio /*aspectRatio*/,
                                                                  LONG* isAvailable) {
     if (isAvailable == nullptr) {

@@ -3,7 +3,7 @@
 #include "features/feature.h"
 #include "protocol/blocks/video_output.h"
 
-/// The output: what is chosen, and the still store.
+/// The output settings and the still store.
 class CMorquilOutputConfiguration final
     : public Morquil::Feature<IMorquilOutputConfiguration, Morquil::VideoOutputChangeSet,
                               Morquil::VideoOutputAvailabilityChangeSet> {

@@ -6,7 +6,7 @@ using namespace Morquil;
 using Settings = PresetChangeSet;
 using Availability = PresetAvailabilityChangeSet;
 
-// Bytes of UTF-8, the terminating zero included.
+// In bytes of UTF-8, including the terminating zero.
 static constexpr std::size_t presetNameLimit = 1024;
 
 // clang-format off
@@ -19,7 +19,7 @@ STDMETHODIMP CMorquilPreset::SetPresetName(int preset, BSTR name) { return Accep
 
 bool CMorquilPreset::Accepts(int preset, int minimumOffset, int maximumOffset) const {
     const auto range = CopyAvailability().presetRange;
-    // In 64 bits: the range may end at the last number of 32.
+    // In 64 bits: the range may end at the largest 32-bit number.
     return !range.IsPresent() || (preset >= std::int64_t{range.Get().minimum} + minimumOffset &&
                                   preset <= std::int64_t{range.Get().maximum} + maximumOffset);
 }

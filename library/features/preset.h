@@ -3,9 +3,9 @@
 #include "features/feature.h"
 #include "protocol/blocks/preset.h"
 
-/// Presets: commands and names.
-/// Their numbers are judged by the range that the device reported, each method with a span of its own, and not at all
-/// before the device has reported one.
+/// Preset commands and names.
+/// Each method checks the preset number against its own span around the range that the device reported. Before the
+/// device has reported a range, nothing is checked.
 class CMorquilPreset final
     : public Morquil::Feature<IMorquilPreset, Morquil::PresetChangeSet, Morquil::PresetAvailabilityChangeSet> {
 public:
@@ -19,6 +19,6 @@ public:
     STDMETHODIMP SetPresetName(int preset, BSTR name) override;
 
 private:
-    /// Whether `preset` lies in the reported range, whose ends are moved by the two offsets first.
+    /// Whether `preset` lies in the reported range after the two offsets have moved its ends.
     bool Accepts(int preset, int minimumOffset, int maximumOffset) const;
 };

@@ -17,13 +17,13 @@ STDMETHODIMP CMorquilReference::GetPixelOffset(int* offset) { return Read(offset
 STDMETHODIMP CMorquilReference::GetSignalLocked(LONG* locked) { return Read(locked, &Settings::signalLocked); }
 // clang-format on
 
-/// Hosts read the flag and rely on the failure: the answer is E_FAIL also where the flag is good.
+/// Returns E_FAIL even when the flag is valid: hosts read the flag and rely on the failure.
 STDMETHODIMP CMorquilReference::IsGenRefAvailable(_MorquilAPIGenReference genReference, LONG* isAvailable) {
     const HRESULT result = QueryList(&Availability::genReferences, genReference, isAvailable);
     return result == S_OK ? E_FAIL : result;
 }
 
-/// A mode counts as reported by its line offsets alone; pixel offsets that have not come read as 0 to 0.
+/// The line offsets alone decide whether a mode counts as reported; missing pixel offsets read as 0 to 0.
 STDMETHODIMP CMorquilReference::GetPixelOffsetRange(_MorquilAPIVideoMode mode, int* min, int* max) {
     const HRESULT result = ReadRange(min, max, &Availability::lineOffsetRange, IndexOf(mode));
     if (result == S_OK && ReadRange(min, max, &Availability::pixelOffsetRange, IndexOf(mode)) != S_OK) {

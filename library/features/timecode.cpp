@@ -31,7 +31,8 @@ STDMETHODIMP CMorquilTimecode::GetStartSource(_MorquilAPITimecodeStartSource* so
 STDMETHODIMP CMorquilTimecode::StartTimecode() { return Send(&Settings::timecodeStart, true); }
 // clang-format on
 
-/// The block also serves other features, whose values are no news here. The reset and the last height belong to none.
+/// Other features share this block; changes to their values are not reported here. The reset and the last height belong
+/// to no feature.
 bool CMorquilTimecode::MergeSettings(Settings& copy, const Settings& incoming) {
     return MergeShared(copy, incoming, &Settings::timecodeMode, &Settings::timecodeInputLine,
                        &Settings::timecodeOutputLine, &Settings::timecodeDropFrameMode, &Settings::timecodeSource,

@@ -3,7 +3,7 @@
 #include "features/feature.h"
 #include "protocol/blocks/ancillary_data.h"
 
-/// Timecode: where it comes from, where it goes, and the generator.
+/// Timecode: source, destination and generator.
 class CMorquilTimecode final : public Morquil::Feature<IMorquilTimecode, Morquil::AncillaryDataChangeSet,
                                                        Morquil::AncillaryDataAvailabilityChangeSet> {
 public:

@@ -3,7 +3,7 @@
 #include "features/feature.h"
 #include "protocol/blocks/variable_aspect_ratio.h"
 
-/// Size and position of the picture. Every method means the left one of the block's two sides.
+/// Size and position of the picture. The block has a left and a right side; every method applies to the left one.
 class CMorquilVariableAspectRatio final
     : public Morquil::Feature<IMorquilVariableAspectRatio, Morquil::VariableAspectRatioChangeSet,
                               Morquil::VariableAspectRatioAvailabilityChangeSet> {

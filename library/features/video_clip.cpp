@@ -20,7 +20,7 @@ STDMETHODIMP CMorquilVideoClip::GetChromaHighRange(unsigned int* min, unsigned i
 STDMETHODIMP CMorquilVideoClip::ResetValues(unsigned int values) { return Send(&Settings::resetValues, values); }
 // clang-format on
 
-/// The block also serves other features, whose values are no news here. The command belongs to none.
+/// Other features share this block; changes to their values are not reported here. The command belongs to no feature.
 bool CMorquilVideoClip::MergeSettings(Settings& copy, const Settings& incoming) {
     return MergeShared(copy, incoming, &Settings::lumaLow, &Settings::lumaHigh, &Settings::chromaLow,
                        &Settings::chromaHigh);

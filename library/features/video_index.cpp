@@ -17,7 +17,8 @@ STDMETHODIMP CMorquilVideoIndex::GetAFDOutputLine(unsigned int* line) { return R
 STDMETHODIMP CMorquilVideoIndex::GetAFDOutputLineRange(unsigned int frameHeight, unsigned int* min, unsigned int* max) { return ReadRange(min, max, &Availability::afdOutputLineRange, FrameHeightSlot(frameHeight)); }
 // clang-format on
 
-/// The block also serves other features, whose values are no news here. The reset and the last height belong to none.
+/// Other features share this block; changes to their values are not reported here. The reset and the last height belong
+/// to no feature.
 bool CMorquilVideoIndex::MergeSettings(Settings& copy, const Settings& incoming) {
     return MergeShared(copy, incoming, &Settings::indexReaction, &Settings::afdInsertType, &Settings::afdOutputLine);
 }

@@ -30,7 +30,7 @@ STDMETHODIMP CMorquilVideoProcAmp::ResetAll() { return Send(&Settings::reset, tr
 STDMETHODIMP CMorquilVideoProcAmp::ResetValues(unsigned int values) { return Send(&Settings::resetValues, values); }
 // clang-format on
 
-/// A device that has gone back to its own levels sends them in a block of their own: until then none is known.
+/// A device that has reset its levels sends the new ones in a separate block; until then no level is known.
 bool CMorquilVideoProcAmp::MergeSettings(Settings& copy, const Settings& incoming) {
     if (!incoming.reset.IsPresent()) {
         return Merge(copy, incoming);

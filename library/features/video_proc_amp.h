@@ -3,7 +3,7 @@
 #include "features/feature.h"
 #include "protocol/blocks/video_proc_amp.h"
 
-/// The video processing amplifier: levels of the picture.
+/// The video processing amplifier: picture levels.
 class CMorquilVideoProcAmp final : public Morquil::Feature<IMorquilVideoProcAmp, Morquil::VideoProcAmpChangeSet,
                                                            Morquil::VideoProcAmpAvailabilityChangeSet> {
 public:

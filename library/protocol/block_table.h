@@ -9,7 +9,7 @@
 
 namespace Morquil {
 
-/// One block of the protocol: its own table, and what there is to know of the block as a whole.
+/// One block of the protocol: its own table, and the facts about the block as a whole.
 template <class BlockDescription, BlockFacts blockFacts>
 struct BlockEntry {
     using Description = BlockDescription;
@@ -17,8 +17,8 @@ struct BlockEntry {
 };
 
 // clang-format off
-/// All blocks; a block's number is its place here, counted from 1. A sink receives them in operations of this order.
-/// The blocks' own tables are declared only: a feature includes no more of them than it keeps.
+/// All blocks. A block's number is its place here, counted from 1; the operations of a sink have the same order. The
+/// blocks' own tables are only declared here, so that a feature includes only those that it keeps.
 using BlockTable = std::tuple<
     BlockEntry<struct ProtocolPreambleChangeSet,                AnnouncedBlock()>,
     BlockEntry<struct MorquilDeviceChangeSet,                   SettingsBlock().Slot(1).Saved(14)>,
@@ -43,7 +43,7 @@ using BlockTable = std::tuple<
     BlockEntry<struct GenlockAvailabilityChangeSet,             OffersBlock().Slot(20)>,
     BlockEntry<struct VariableAspectRatioChangeSet,             SettingsBlock().Slot(21).Saved(11)>,
     BlockEntry<struct VariableAspectRatioAvailabilityChangeSet, OffersBlock().Slot(22)>,
-    // The device takes alignment from its own panel only.
+    // The device accepts alignment only from its own panel.
     BlockEntry<struct AlignChangeSet,                           SettingsBlock().Slot(27).NeverSent().Saved(12)>,
     BlockEntry<struct AlignAvailabilityBlock,                   OffersBlock().Slot(28).NeverSent()>,
     BlockEntry<struct AudioChangeSet,                           SettingsBlock().Slot(23).Saved(13)>,
@@ -87,7 +87,7 @@ constexpr void ForEachBlock(Visit visit) {
     });
 }
 
-/// The same for the blocks that a settings file holds, in the order in which it does.
+/// The same for the blocks that a settings file holds, in the order of the file.
 template <class Visit>
 constexpr void ForEachSavedBlock(Visit visit) {
     [&]<std::size_t... earlier>(std::index_sequence<earlier...>) {

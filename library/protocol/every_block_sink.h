@@ -9,9 +9,9 @@
 
 namespace Morquil {
 
-/// A sink that treats all blocks alike: hands each to `Derived::OnBlock<Description>(set)`. What is no block (pings,
-/// acknowledgements, unknown blocks, errors) stays with the derived class, and so do the blocks whose operations it
-/// overrides. `Base` is the sink itself, or a class that leaves the blocks to others.
+/// A sink that handles all blocks alike: passes each to `Derived::OnBlock<Description>(set)`. The derived class handles
+/// everything else itself (pings, acknowledgements, unknown blocks, errors), and also the blocks whose operations it
+/// overrides. `Base` is the sink interface, or a class that leaves the blocks to its derived classes.
 template <class Derived, class Base = IMorquilTextProtocolSink>
 class EveryBlockSink : public Base {
 protected:

@@ -27,13 +27,13 @@ struct BlockOperations {
 /// Reads the other side's blocks into change sets and delivers each at its empty line.
 class MorquilTextProtocolParser final : public TextProtocolParser {
 public:
-    /// Reads as hosts do what a device sends.
+    /// Reads, as a host, what a device sends.
     MorquilTextProtocolParser();
     /// `operations`: what to do with each block, by its place in the table.
     explicit MorquilTextProtocolParser(const BlockOperations* operations) : operations_(operations) {}
 
     /// `sink` is not owned; without one, blocks and errors are dropped.
-    /// Threads: any, also from inside a sink operation; an operation that is on its way is not waited for.
+    /// Threads: any, also inside a sink operation. Does not wait for an operation that is running.
     void SetSink(IMorquilTextProtocolSink* sink) { sink_ = sink; }
     bool HasSink() const { return sink_ != nullptr; }
 

@@ -10,7 +10,7 @@ namespace Morquil {
 
 class IMorquilTextProtocolSink;
 
-/// What a parser has to tell besides blocks.
+/// What a parser reports besides blocks.
 class ProtocolEventSink {
 public:
     virtual ~ProtocolEventSink() = default;
@@ -26,7 +26,7 @@ protected:
     ProtocolEventSink(const ProtocolEventSink&) = default;
     ProtocolEventSink& operator=(const ProtocolEventSink&) = default;
 
-    /// What an operation does that nobody overrides.
+    /// What an operation does when it is not overridden.
     template <class Description>
     void Pass(const ChangeSetOf<Description>& set);
 };
@@ -38,9 +38,9 @@ struct BlockSink : std::tuple_element_t<count - 1, BlockTable>::Description::tem
 template <>
 struct BlockSink<0> : ProtocolEventSink {};
 
-/// Receives what the parser reads: after the events of `ProtocolEventSink` one operation per block, in the order of the
-/// block table, each named in the block's own description (`OnVideoInput`). Each block arrives with the parser's own
-/// change set, which lives on until the next header of that block: a sink copies what it keeps.
+/// Receives what the parser reads. The events of `ProtocolEventSink` come first, then one operation per block in the
+/// order of the block table, each named in the block's own description (`OnVideoInput`). A block is delivered in the
+/// parser's own change set, which is valid until the next header of that block; a sink copies what it keeps.
 class IMorquilTextProtocolSink : public BlockSink<blockCount> {
 protected:
     friend class ProtocolEventSink;

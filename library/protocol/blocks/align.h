@@ -9,7 +9,7 @@
 
 namespace Morquil {
 
-/// The ranges of the alignment: another block for the same fields as the variable aspect ratio's. Devices only.
+/// The ranges of the alignment: another block with the same fields as the variable aspect ratio's. Devices only.
 struct AlignAvailabilityBlock {
     using ChangeSet = VariableAspectRatioAvailabilityChangeSet;
 

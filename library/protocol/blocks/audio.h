@@ -7,7 +7,7 @@
 
 namespace Morquil {
 
-/// The ranges of audio levels and delays, and the channels on offer.
+/// The ranges of audio levels and delays, and the available channels.
 struct AudioAvailabilityChangeSet {
     Field<Range<std::int32_t>> audioLevelRange;
     Field<Range<std::int32_t>> analogInputRefLevelRange;

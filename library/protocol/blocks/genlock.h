@@ -7,7 +7,7 @@
 
 namespace Morquil {
 
-/// The references on offer and the offset ranges of every video mode.
+/// The available references and the offset ranges of every video mode.
 struct GenlockAvailabilityChangeSet {
     using RangePerMode = std::array<Field<Range<std::int32_t>>, VideoModes::words.Size()>;
 

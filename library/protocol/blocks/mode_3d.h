@@ -49,7 +49,7 @@ struct Mode3DChangeSet {
     WordField<Types3D> output3D;
     WordField<Types3D> input3D;
 
-    /// Numbers are read before their key is looked at, and reported under this name.
+    /// Numbers are read before their key is checked, and reported under this name.
     static constexpr Signed number{"Mode 3D"};
     static bool ReadsNumber(const LineContext& line) {
         std::int32_t value = 0;
@@ -70,7 +70,7 @@ struct Mode3DChangeSet {
         Key{"3D toeIn right", &Mode3DChangeSet::toeInRight,    number}.LimitedBy(&Offers::toeInRange),
         Key{"3D flip left",   &Mode3DChangeSet::flipLeft,      WordOf<Flips3D>{"Failed to parse %s string \"%s\"\n"}},
         Key{"3D flip right",  &Mode3DChangeSet::flipRight,     WordOf<Flips3D>{"Failed to parse %s string \"%s\"\n"}},
-        // The output goes before the input: devices take the two in this order.
+        // The output comes before the input: devices expect this order.
         Key{"3D output",      &Mode3DChangeSet::output3D,      WordOf<Types3D>{"Failed to parse %s string \"%s\"\n"}},
         Key{"3D input",       &Mode3DChangeSet::input3D,       WordOf<Types3D>{"Failed to parse %s string \"%s\"\n"}}};
     // clang-format on

@@ -5,7 +5,7 @@
 
 namespace Morquil {
 
-/// Who the device is, and its locks.
+/// The device's identity and its locks.
 struct MorquilDeviceChangeSet {
     TextField<> modelName;
     Field<std::uint32_t> softwareVersion;

@@ -5,7 +5,7 @@
 
 namespace Morquil {
 
-/// The device's place in the network. Addresses are whole 32-bit numbers, in decimal on the wire.
+/// The device's network settings. Addresses are whole 32-bit numbers, in decimal on the wire.
 struct NetworkConfigChangeSet {
     TextField<49, Compare::AnyCase> friendlyName;
     Field<bool> dhcpEnabled;

@@ -5,7 +5,7 @@
 
 namespace Morquil {
 
-/// Whether noise reduction can be had in the present mode, and its range.
+/// Whether noise reduction is available in the current mode, and its range.
 struct NoiseReductionAvailabilityChangeSet {
     Field<Range<std::int32_t>> biasRange;
     Field<bool> noiseReductionAvailable;

@@ -22,7 +22,7 @@ struct PresetAvailabilityChangeSet {
 struct PresetChangeSet {
     using Offers = PresetAvailabilityChangeSet;
 
-    /// A preset above the range has no name; the one above that is the factory's and cannot be saved.
+    /// A preset above the range has no name; the one above that is the factory preset and cannot be saved.
     static constexpr std::int32_t namelessPresets = 1;
     static constexpr std::int32_t recallablePresets = 2;
 

@@ -85,7 +85,7 @@ private:
         }
     }
 
-    /// One "Input" line heads all the outputs of an input that has any.
+    /// One "Input" line precedes all the outputs of an input that has any.
     void WriteInput(IMessageSender& sender, const ConversionTable& table, std::size_t from) const {
         bool inputWritten = false;
         for (std::size_t to = 0; to < ConversionTable::modes; ++to) {

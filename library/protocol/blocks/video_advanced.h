@@ -5,12 +5,12 @@
 
 namespace Morquil {
 
-/// What advanced video processing offers in the present mode.
+/// What advanced video processing offers in the current mode.
 struct VideoAdvancedAvailabilityChangeSet {
     SetField<SourceTypes> availableSourceTypes;
     Field<Range<std::int32_t>> frcApertureRange;
     Field<bool> frcApertureAvailable;
-    /// The words hold spaces, so a written list does not read back; a device sends what the list can carry.
+    /// The words contain spaces, so a written list does not read back; a device sends what the list can carry.
     SetField<ProcessingModes> availableProcessingModes;
 
     // clang-format off

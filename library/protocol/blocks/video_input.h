@@ -22,7 +22,7 @@ struct VideoInputAvailabilityChangeSet {
     MORQUIL_DELIVERED_BY(OnVideoInputAvailability, VideoInputAvailabilityChangeSet);
 };
 
-/// What the device does with its input, and what it finds there.
+/// The input settings, and what the device detects there.
 struct VideoInputChangeSet {
     using Offers = VideoInputAvailabilityChangeSet;
 
@@ -49,7 +49,7 @@ struct VideoInputChangeSet {
         Key{"Video mode",                &VideoInputChangeSet::videoMode,               WordOf<VideoModes>{"Received invalid Video Input %s string \"%s\"\n"}}.NeededWhile(&VideoInputChangeSet::signalPresent),
         Key{"Audio source",              &VideoInputChangeSet::audioSource,             WordOf<AudioSources>{"Received invalid %s string \"%s\"\n"}}.Needed().LimitedBy(&Offers::audioSources),
         Key{"Signal present",            &VideoInputChangeSet::signalPresent,           YesNo{}}.Needed().Observed(),
-        // Firmware invents new words for these two; they are no error.
+        // Firmware adds new words for these two; they are not an error.
         Key{"Timecode present",          &VideoInputChangeSet::timecodePresent,         WordOf<TimecodePresence>{}}.Needed().Observed(),
         Key{"Closed captioning present", &VideoInputChangeSet::closedCaptioningPresent, WordOf<ClosedCaptionPresence>{}}.Needed().Observed(),
         Key{"Wide SD aspect",            &VideoInputChangeSet::wideSDAspect,            YesNo{}}.Needed(),

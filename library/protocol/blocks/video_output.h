@@ -11,7 +11,7 @@ struct VideoOutputAvailabilityChangeSet {
     SetField<PixelFormats> videoPixelFormats;
     SetField<SdiLevels> outputSdiModes;
     SetField<QuadSdiOutputs> quadSdiOutputs;
-    /// The analogue outputs on offer.
+    /// The available analogue outputs.
     SetField<VideoSources> videoSources;
     SetField<OutputOptions> availableOutputOption;
     SetField<PixelFormats> hdmiOutputs;
@@ -33,7 +33,7 @@ struct VideoOutputAvailabilityChangeSet {
     MORQUIL_DELIVERED_BY(OnVideoOutputAvailability, VideoOutputAvailabilityChangeSet);
 };
 
-/// What the device puts out, and its still store.
+/// What the device outputs, and its still store.
 struct VideoOutputChangeSet {
     using Offers = VideoOutputAvailabilityChangeSet;
 

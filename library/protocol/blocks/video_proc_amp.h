@@ -15,7 +15,7 @@ struct VideoProcAmpAvailabilityChangeSet {
     Field<Range<std::int32_t>> byRange;
     Field<Range<std::int32_t>> sharpRange;
 
-    /// Ranges are read before their key is looked at, and reported under this name.
+    /// Ranges are read before their key is checked, and reported under this name.
     static constexpr SignedRange limits{"VideoProcAmpAvailability"};
     static bool ReadsLimits(const LineContext& line) {
         Range<std::int32_t> range;
@@ -51,7 +51,7 @@ struct VideoProcAmpChangeSet {
     Field<std::uint32_t> resetValues;
     Field<bool> reset;
 
-    /// Levels are read before their key is looked at, and reported under this name.
+    /// Levels are read before their key is checked, and reported under this name.
     static constexpr Signed level{"VideoProcAmp"};
     static bool ReadsLevel(const LineContext& line) {
         std::int32_t value = 0;

@@ -20,11 +20,12 @@ namespace Morquil {
 /// What a block has besides its keys.
 struct BlockHeader {
     const char* name;
-    /// Reported with the key of a line that is none of the block's.
+    /// Reported with a key that the block does not have.
     const char* unknownKeyText;
-    /// Whether its writer says where the message begins and ends; text of one that does not joins what is there.
+    /// Whether its writer marks where the message begins and ends; without the marks its text is appended to what is
+    /// already there.
     bool bracketed = true;
-    /// Some blocks read the value before they look at the key: a line with an unknown key and a bad value is then
+    /// Some blocks read the value before they check the key: a line with an unknown key and a bad value is then
     /// reported for its value. Returns whether the value was good.
     bool (*readsValueFirst)(const LineContext& line) = nullptr;
 };
@@ -39,7 +40,7 @@ struct Block {
     constexpr Block(BlockHeader blockHeader, std::tuple<Rows...> tableRows) : header(blockHeader), rows(tableRows) {}
 };
 
-/// The change set of a block: the type that carries the table, unless that names another.
+/// The change set of a block: the type that carries the table, unless that type names another one.
 template <class Description>
 struct ChangeSetOfBlock {
     using Type = Description;
@@ -150,7 +151,7 @@ private:
         }
     }
 
-    /// Takes a key apart into name and index; the index has no leading zeros.
+    /// Splits a key into name and index; the index has no leading zeros.
     static std::size_t FindIndexed(const std::string_view& key, std::size_t& index) {
         std::size_t digits = 0;
         std::size_t number = 0;
@@ -199,7 +200,7 @@ constexpr void ForEachKey(Visit visit) {
     std::apply([&](const auto&... row) { (row.ForEachKey(visit), ...); }, Description::block.rows);
 }
 
-/// Whether everything is present that a connection waits for.
+/// Whether everything that a connection waits for is present.
 template <class Set>
 bool HasAllNeeded(const Set& set) {
     bool hasAll = true;
@@ -222,8 +223,8 @@ void ClearUnsaved(Set& set) {
     });
 }
 
-/// Merges what a device has reported: takes over every field that `source` has and `target` lacks or holds differently.
-/// Returns whether there was any. Nothing ever becomes absent.
+/// Merges what a device has reported: copies every field that `source` has and that `target` lacks or holds with
+/// another value. Returns whether any field was copied. No field ever becomes absent.
 template <class Set>
 bool Merge(Set& target, const Set& source) {
     bool changed = false;
@@ -232,7 +233,7 @@ bool Merge(Set& target, const Set& source) {
     return changed;
 }
 
-/// Merges what is to be sent: takes over every field that `source` has, whatever `target` holds. Nothing ever becomes
+/// Merges what is to be sent: copies every field that `source` has, whatever `target` holds. No field ever becomes
 /// absent.
 template <class Set>
 void Overwrite(Set& target, const Set& source) {
@@ -259,7 +260,7 @@ bool IsEmpty(const Set& set) {
 template <class Set>
 inline constexpr Set emptySet{};
 
-/// Makes every field absent: a copy, which takes less time than to do so field by field.
+/// Makes every field absent by copying an empty set, which is faster than clearing field by field.
 template <class Set>
 void Clear(Set& set) {
     static_assert(std::is_trivially_copyable_v<Set>);

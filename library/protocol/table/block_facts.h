@@ -10,19 +10,19 @@ enum class BlockRole {
     Offers,        // what settings can be set to; the device reports it when a host asks with an empty block
 };
 
-/// What there is to know of a block besides its keys.
+/// The facts about a block besides its keys.
 struct BlockFacts {
     BlockRole role;
-    /// The place of its messages in the order of sending, counted from 1; 0 when there are none.
+    /// The place of its messages in the order of sending, counted from 1; 0 when it has no messages.
     std::size_t slot = 0;
-    /// Whether messages leave the slot; otherwise they wait there forever.
+    /// Whether messages are sent from the slot; otherwise they stay there forever.
     bool isSent = false;
     /// Its place in a settings file, counted from 1; 0 when no file holds it.
     std::size_t savedPlace = 0;
     /// Whether loading a settings file sends it to the device.
     bool isPlayedBack = false;
 
-    // For the table.
+    // Used by the table.
     consteval BlockFacts Slot(std::size_t place) const { return {role, place, true, savedPlace, isPlayedBack}; }
     consteval BlockFacts NeverSent() const { return {role, slot, false, savedPlace, isPlayedBack}; }
     consteval BlockFacts Saved(std::size_t place) const { return {role, slot, isSent, place, true}; }
@@ -35,7 +35,7 @@ consteval BlockFacts AnnouncedBlock() {
 consteval BlockFacts SettingsBlock() {
     return {BlockRole::Settings};
 }
-/// A connection asks for all offers that are ever sent as soon as the device has said who it is.
+/// A connection requests all offers that are ever sent as soon as the device has identified itself.
 consteval BlockFacts OffersBlock() {
     return {BlockRole::Offers};
 }

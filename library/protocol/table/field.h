@@ -22,7 +22,7 @@ struct Range {
 };
 
 /// One value of a change set with its own presence mark.
-/// Not-a-number differs from everything, itself included, so that such a report always counts as a change.
+/// Not-a-number differs from everything, itself included, so reporting it always counts as a change.
 template <class T>
 class Field {
 public:
@@ -42,7 +42,7 @@ private:
     bool present_ = false;
 };
 
-/// One value of a change set that has no presence mark: it is absent while it holds `absent`.
+/// One value of a change set without a presence mark: it is absent while it holds `absent`.
 template <class T, T absent>
 class ReservedField {
 public:
@@ -140,7 +140,7 @@ bool MergeField(std::array<FieldType, count>& target, const std::array<FieldType
     return changed;
 }
 
-/// Unlike `MergeField` it takes over values that count as the same, such as a name in other letter case.
+/// Unlike `MergeField` it also copies a value that counts as the same, such as a name in another letter case.
 template <class FieldType>
 void OverwriteField(FieldType& target, const FieldType& source) {
     if (source.IsPresent()) {

@@ -8,17 +8,17 @@ namespace Morquil {
 
 enum class KeyUse : std::uint8_t {
     Setting,   // a host sets it, and the device reports it
-    Observed,  // the device finds it out; what a host sends is ignored
+    Observed,  // the device detects it; what a host sends is ignored
     Command,   // carried out once when a host sends it; it has no value to read back
 };
 
-/// What a block's table says of a key besides how it is read and written. Reading a line looks at none of this.
+/// What a block's table says about a key besides how it is read and written. Reading a line uses none of this.
 template <class Owner>
 struct KeyFacts {
     KeyUse use = KeyUse::Setting;
     /// Whether a connection waits until the device has reported it.
     bool isNeeded = false;
-    /// It is needed only while this is true; null when it is needed in any case.
+    /// It is needed only while this flag is true; null when that depends on no flag.
     Field<bool> Owner::*neededWhile = nullptr;
     /// Whether a settings file holds it, given that it holds the block.
     bool isSaved = true;

@@ -7,20 +7,20 @@
 
 namespace Morquil {
 
-/// Every value that can be written is taken.
+/// Every value that can be written is accepted.
 struct NoLimit {};
 
-/// A range, a list of words or an ability. What the device does not offer at all limits nothing.
+/// An offer as a limit: a range, a list of words or an ability. An offer that the device does not make limits nothing.
 template <class Offer>
 struct OfferLimit {
     Offer offer{};
-    std::int32_t beyond = 0;  // how many numbers above the range are taken as well
+    std::int32_t beyond = 0;  // how many numbers above the range are accepted as well
 };
 
-/// What an offer that is made for each mode or frame height is looked up with.
+/// What selects an offer that is made for each mode or frame height.
 enum class OfferSlot { InputHeight, OutputHeight, OutputMode };
 
-/// An array of offers, of which one holds at a time.
+/// An array of offers, of which one applies at a time.
 template <class Offers>
 struct SlotLimit {
     OfferSlot slot{};

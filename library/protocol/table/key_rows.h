@@ -17,8 +17,8 @@
 #include "protocol/text/message_sender.h"
 #include "protocol/words/vocabularies.h"
 
-/// The rows of a block's table. Reading, writing, merging and clearing all walk these rows, and so does whatever else
-/// needs to know something of a key. A row offers
+/// The rows of a block's table. Reading, writing, merging and clearing all walk these rows, and so does everything else
+/// that needs facts about a key. A row offers
 ///   `Names<side>()`                        the keys that this side reads,
 ///   `Read<which, side>(line, set, index)`  reads the value of its key number `which`,
 ///   `Write<side>(sender, set)`             writes the lines of what is present,
@@ -26,7 +26,7 @@
 ///   `ForEachKey(visit)`                    visits its keys with their facts and limits, where it has any.
 namespace Morquil {
 
-/// A key as the reader knows it. A name that stands for indexed keys ("AudioOut" for "AudioOut0" ...) says how many.
+/// A key as the reader knows it. A name that stands for indexed keys ("AudioOut" for "AudioOut0" ...) has their number.
 struct KeyName {
     std::string_view text;
     std::size_t indexCount = 0;
@@ -71,7 +71,7 @@ struct Key {
         return Needed().With(&KeyFacts<Owner>::neededWhile, flag);
     }
 
-    /// One of the limits of key_limits.h; on top of one that the key has already.
+    /// Adds one of the limits of key_limits.h to any that the key already has.
     template <class Added>
     constexpr Key<Owner, FieldType, Kind, JointLimit<Limit, Added>> LimitedBy(Added added) const {
         return {name, member, kind, facts, Join(limit, added)};
@@ -117,7 +117,7 @@ private:
     }
 };
 
-/// A row that hosts write and devices read, never the other way round: devices take the key and do not report it.
+/// A row that hosts write and devices read, never the other way round: devices accept the key and do not report it.
 template <class Row>
 struct WriteOnly {
     Row row;
@@ -132,7 +132,7 @@ struct WriteOnly {
             return std::array<KeyName, 0>{};
         }
     }
-    /// A device does not pass over a value that it cannot read: nothing would show that it was lost.
+    /// A device reports a value that it cannot read: nothing else would show that it was lost.
     template <std::size_t which, Side side, class Set>
     void Read(const LineContext& line, Set& set, std::size_t index) const {
         row.template Read<which, side>(line, set, index);
@@ -156,7 +156,7 @@ struct WriteOnly {
     }
 };
 
-/// Keys that differ only in an index from 0 behind their common stem; one array member.
+/// Keys that differ only in an index, counted from 0, after their common stem; one array member.
 template <class Owner, class FieldType, std::size_t count, class Kind, class Limit = NoLimit>
 struct IndexedKey {
     const char* stem;
@@ -206,7 +206,7 @@ struct IndexedKey {
     }
 };
 
-/// Two indexed keys that take turns on the wire: first 0, second 0, first 1, second 1, ...
+/// Two indexed keys that alternate on the wire: first 0, second 0, first 1, second 1, ...
 template <class First, class Second>
 struct Alternating;
 
@@ -310,7 +310,8 @@ struct GroupKey {
     }
 };
 
-/// A selector line and the keys whose values it files. An entry is written only when every key holds something for it.
+/// A selector line and the keys whose values it assigns to an entry. An entry is written only when every key holds
+/// something for it.
 template <class Selector, class... GroupKeys>
 struct Group {
     Selector selector;

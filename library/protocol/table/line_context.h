@@ -15,7 +15,7 @@ struct Selections {
     static constexpr std::size_t noMode = VideoModes::words.Size();
 
     /// At the end of a block the modes are forgotten. The frame height stays: a range in the device's next block
-    /// belongs to the height that it named last.
+    /// belongs to the height that the device named last.
     void EndBlock() { inputMode = outputMode = noMode; }
 
     std::size_t inputMode = noMode;
@@ -23,7 +23,8 @@ struct Selections {
     std::uint32_t frameHeight = 0;
 };
 
-/// One line of a block on its way into a change set: where errors go, what earlier lines selected, and the value.
+/// One line of a block that is being read into a change set: where errors go, what earlier lines selected, and the
+/// value.
 struct LineContext {
     TextProtocolParser& errors;
     Selections& selections;
@@ -42,9 +43,9 @@ struct ReportedKey {
     std::size_t index = noIndex;
 };
 
-// Reports are rare, and kept out of the functions that read.
+// Reports are rare, so they are kept out of the functions that read.
 
-/// Reports a line's value in the words of its block. `format` holds two %s, for key and value in this order.
+/// Reports a line's value with the failure text of its block. `format` holds two %s, for key and value in this order.
 [[gnu::cold]] void ReportValue(const LineContext& line, const char* format, ReportedKey key);
 
 /// Reports a piece of a line. `format` holds one %s.
@@ -52,7 +53,7 @@ struct ReportedKey {
 
 inline constexpr const char* unreadableValue = "Failed to parse \"%s\" value string \"%s\"\n";
 
-/// Reads one number or truth value; reports under `name` and leaves `result` alone when there is none.
+/// Reads one number or truth value; reports under `name` and leaves `result` unchanged when there is none.
 template <class T>
 bool ParseValue(const LineContext& line, ReportedKey name, T& result) {
     if (ValueReader(line.value).Read(result)) {
@@ -62,7 +63,7 @@ bool ParseValue(const LineContext& line, ReportedKey name, T& result) {
     return false;
 }
 
-/// Reads two numbers, minimum then maximum; reports under `name` and leaves `result` alone when either is missing.
+/// Reads two numbers, minimum then maximum; reports under `name` and leaves `result` unchanged when either is missing.
 template <class RangeType>
 bool ParseRange(const LineContext& line, ReportedKey name, RangeType& result) {
     RangeType range;

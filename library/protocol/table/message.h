@@ -7,7 +7,7 @@
 
 namespace Morquil {
 
-/// A block on its way to a device. Made on the heap by its sender; the client owns it from the moment it is queued.
+/// A block to be sent to a device. Made on the heap by its sender; the client owns it from the moment it is queued.
 class TextProtocolMessageBase {
 public:
     TextProtocolMessageBase() = default;
@@ -15,14 +15,14 @@ public:
     TextProtocolMessageBase& operator=(const TextProtocolMessageBase&) = default;
     virtual ~TextProtocolMessageBase() = default;
 
-    /// Writes the whole block. Returns what the sender says of the complete message.
+    /// Writes the whole block. Returns the sender's result for the complete message.
     virtual bool WriteTo(IMessageSender& sender) const = 0;
 
     /// Whether the client remembers the text, so that the device's answer is recognised as an echo.
     bool recordSentText = true;
 };
 
-/// A message carries one change set directly.
+/// A message that carries one change set directly.
 template <class Set>
 class TextProtocolMessage final : public TextProtocolMessageBase, public Set {
 public:
@@ -40,7 +40,7 @@ std::string BlockText(const ChangeSetOf<Description>& set) {
     return std::string(collector.GetText());
 }
 
-/// The whole protocol text of a message; two messages are the same when these texts are.
+/// The whole protocol text of a message; two messages are the same when their texts are.
 inline std::string TextOf(const TextProtocolMessageBase& message) {
     MessageToString collector;
     message.WriteTo(collector);

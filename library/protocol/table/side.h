@@ -2,8 +2,8 @@
 
 namespace Morquil {
 
-/// Whose reader and writer: hosts and devices word a few keys differently. A row or a kind of value that is the same on
-/// both sides knows nothing of it.
+/// The side that reads and writes: hosts and devices spell a few keys differently. A row or a kind of value that is the
+/// same on both sides ignores it.
 enum class Side { Host, Device };
 
 }  // namespace Morquil

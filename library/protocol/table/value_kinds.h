@@ -11,9 +11,9 @@
 #include "protocol/text/timecode.h"
 
 /// The kinds of value that a key can carry. A kind reads *and* writes, so that the two cannot drift apart:
-/// `Read(line, key, field)` puts the line's value into the field, or reports it and leaves the field as it is;
+/// `Read(line, key, field)` puts the line's value into the field, or reports it and leaves the field unchanged;
 /// `Write(sender, key, field)` writes the whole line of a field that is present;
-/// `ReadAtDevice` and `WriteAtDevice` are the device's ends of the line, where they differ from the host's.
+/// `ReadAtDevice` and `WriteAtDevice` are the device's versions, where they differ from the host's.
 namespace Morquil {
 
 inline void WriteLine(IMessageSender& sender, const char* key, std::int32_t value) {
@@ -41,7 +41,7 @@ inline void WriteLine(IMessageSender& sender, const char* key, const Range<doubl
 /// A number or a truth value.
 template <class T>
 struct Single {
-    /// The name under which a bad value is reported, where it is not the key.
+    /// The name under which a bad value is reported, if it is not the key.
     const char* reportName = nullptr;
 
     template <class FieldType>
@@ -51,7 +51,7 @@ struct Single {
             field.Set(value);
         }
     }
-    /// A device does not take the number by which a field says that it holds none.
+    /// A device refuses the number that marks a field as absent.
     template <class FieldType>
     void ReadAtDevice(const LineContext& line, ReportedKey key, FieldType& field) const {
         FieldType read;
@@ -79,7 +79,7 @@ using YesNo = Single<bool>;
 /// Two limits, minimum then maximum.
 template <class T>
 struct Limits {
-    /// The name under which a bad range is reported, where it is not the key.
+    /// The name under which a bad range is reported, if it is not the key.
     const char* reportName = nullptr;
 
     void Read(const LineContext& line, ReportedKey key, Field<Range<T>>& field) const {
@@ -106,7 +106,7 @@ struct UnsignedAsSigned {
     }
 };
 
-/// A version number in hexadecimal. A malformed one is known to be 0; 0 is never written.
+/// A version number in hexadecimal. A malformed one reads as a known 0; 0 is never written.
 struct HexVersion {
     void Read(const LineContext& line, ReportedKey /*key*/, Field<std::uint32_t>& field) const {
         field.Set(ParseHexVersion(line.value));
@@ -118,7 +118,7 @@ struct HexVersion {
     }
 };
 
-/// A command that is given by its presence: "false" is no command, and none is written.
+/// A command that is given by its presence: "false" is no command and is never written.
 struct OneShot {
     void Read(const LineContext& line, ReportedKey key, Field<bool>& field) const {
         bool value = false;
@@ -131,8 +131,8 @@ struct OneShot {
     }
 };
 
-/// An audio phase: hosts write a word, devices report a number. A device takes both; a host does not read what it
-/// writes.
+/// An audio phase: hosts write a word, devices report a number. A device accepts both; a host does not read the form
+/// that it writes.
 struct Phase {
     void Read(const LineContext& line, ReportedKey key, Field<bool>& field) const {
         std::int32_t value = 0;
@@ -158,7 +158,7 @@ struct Phase {
 /// One word of a vocabulary.
 template <class Vocabulary>
 struct WordOf {
-    /// Reported with key and word when the word is unknown; without it an unknown word passes in silence.
+    /// Reported with key and word when the word is unknown; without it an unknown word is silently ignored.
     const char* failureText = nullptr;
 
     template <class FieldType>
@@ -183,7 +183,7 @@ struct WordOf {
 /// The longest line that the other side reads whole, without its line feed.
 inline constexpr std::size_t longestLine = 255;
 
-/// Words separated by white space; unknown ones are dropped in silence. Reading only ever adds words.
+/// Words separated by white space; unknown ones are silently dropped. Reading only ever adds words.
 template <class Vocabulary>
 struct WordList {
     void Read(const LineContext& line, ReportedKey /*key*/, SetField<Vocabulary>& field) const {
@@ -205,7 +205,8 @@ struct WordList {
         }
         sender.SendFormatted("\n");
     }
-    /// A list that does not fit into a line goes on in another of the same key: reading adds the words of all.
+    /// A list that does not fit into one line continues in another with the same key: reading adds the words of all of
+    /// them.
     void WriteAtDevice(IMessageSender& sender, const char* key, const SetField<Vocabulary>& field) const {
         sender.SendFormatted("%s:", key);
         const std::size_t start = std::string_view(key).size() + 1;
@@ -226,12 +227,13 @@ struct WordList {
     }
 };
 
-/// One truth value per position, in order. Further words are dropped; a word that is none leaves its position as it is.
+/// One truth value per position, in order. Extra words are dropped; a word that is not a truth value leaves its
+/// position unchanged.
 template <std::size_t count>
 struct TruthList {
     using FieldType = Field<std::array<bool, count>>;
 
-    /// Reads as far as there are truth values; a line without any leaves the field alone.
+    /// Reads up to the first word that is not a truth value; a line without any leaves the field unchanged.
     void Read(const LineContext& line, ReportedKey key, FieldType& field) const {
         std::array<bool, count> values = field.Get();
         std::size_t read = 0;
@@ -254,7 +256,7 @@ struct TruthList {
     }
 };
 
-/// The most bytes that are kept of a received text.
+/// The maximum number of bytes that are kept of a received text.
 inline constexpr std::size_t receivedTextLimit = 49;
 
 /// Free text.
@@ -269,7 +271,7 @@ struct Text {
     }
 };
 
-/// Free text that is written only when there is any.
+/// Free text that is written only when it is not empty.
 struct NonEmptyText : Text {
     template <class FieldType>
     void Write(IMessageSender& sender, const char* key, const FieldType& field) const {
@@ -279,7 +281,7 @@ struct NonEmptyText : Text {
     }
 };
 
-/// A timecode, held as eight BCD digits, hours first. Anything else passes in silence.
+/// A timecode, held as eight BCD digits, hours first. Anything else is silently ignored.
 /// Always written with the drop-frame separator before the frames, whatever the drop-frame mode.
 struct Timecode {
     void Read(const LineContext& line, ReportedKey /*key*/, Field<std::uint32_t>& field) const {
@@ -288,7 +290,7 @@ struct Timecode {
             field.Set(digits);
         }
     }
-    /// A device says so.
+    /// A device reports anything else.
     void ReadAtDevice(const LineContext& line, ReportedKey key, Field<std::uint32_t>& field) const {
         std::uint32_t digits = 0;
         if (ParseTimecode(line.value, digits)) {

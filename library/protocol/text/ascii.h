@@ -6,7 +6,7 @@
 
 namespace Morquil {
 
-/// The lower-case form of an ASCII letter; every other byte, 0x80 and above included, stays what it is.
+/// The lower-case form of an ASCII letter; every other byte, including 0x80 and above, is unchanged.
 constexpr char FoldCase(char character) {
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
@@ -20,7 +20,7 @@ constexpr bool IsDigit(char character) {
     return character >= '0' && character <= '9';
 }
 
-/// Whole texts, of which only ASCII letters may differ in case.
+/// Compares whole texts; only ASCII letters may differ in case.
 constexpr bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
     if (left.size() != right.size()) {
         return false;
@@ -36,7 +36,7 @@ constexpr bool EqualsIgnoringCase(std::string_view left, std::string_view right)
     return true;
 }
 
-/// The text up to its first zero byte: where a zero-terminated copy of it would end.
+/// The text up to its first zero byte, where a zero-terminated copy would end.
 inline std::string_view UpToZero(std::string_view text) {
     const std::size_t zero = text.find('\0');
     return text.substr(0, zero);

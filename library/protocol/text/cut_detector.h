@@ -6,7 +6,7 @@
 
 namespace Morquil {
 
-/// Takes a message's text to nowhere and notes whether any piece was too long to go out whole.
+/// Discards a message's text and notes whether any piece was too long to be sent whole.
 class CutDetector final : public IMessageSender {
 public:
     void BeginMessage() override {}
@@ -20,7 +20,7 @@ private:
 };
 
 /// Makes absent what would not fit into a line: its line feed would be cut off, and what follows would be lost as well.
-/// Only a decimal can be that long, and only one that somebody else has written.
+/// Only a decimal can be that long, and only one that this library has not written.
 template <class Set>
 void ClearWhatWouldBeCut(Set& set) {
     const auto clearRow = [&](const auto& row) {

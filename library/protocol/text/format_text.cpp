@@ -11,7 +11,7 @@ namespace Morquil {
 namespace {
 
 constexpr std::size_t longestInteger = 11;
-/// The largest double has 309 digits before its point; a sign, the point and six decimals go with them.
+/// The largest double has 309 digits before its point; a sign, the point and six decimals come on top.
 constexpr std::size_t longestDecimal = 317;
 
 /// Counts everything that is appended and keeps what fits.
@@ -48,13 +48,13 @@ public:
         }
     }
 
-    /// Negative when there are more than an int can say.
+    /// Negative when the count does not fit into an int.
     int Length() const { return length_ <= INT_MAX ? static_cast<int>(length_) : -1; }
 
 private:
     char* text_;
     std::size_t capacity_;
-    std::size_t room_;  // without the terminator
+    std::size_t room_;  // excluding the terminator
     std::size_t length_ = 0;
 };
 

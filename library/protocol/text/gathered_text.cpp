@@ -9,7 +9,7 @@ namespace Morquil {
 
 namespace {
 
-constexpr std::size_t roomForAPiece = maximumPieceLength + 1;  // with its terminator
+constexpr std::size_t roomForAPiece = maximumPieceLength + 1;  // including its terminator
 
 }  // namespace
 

@@ -7,15 +7,14 @@
 
 namespace Morquil {
 
-/// Protocol text that is put together piece by piece. Every piece is formatted where it stays; the memory is kept for
-/// the next text.
+/// Protocol text assembled piece by piece. Each piece is formatted in place; the memory is reused for the next text.
 class GatheredText {
 public:
     void Clear() { length_ = 0; }
-    /// Appends one piece, cut where every piece is cut.
+    /// Appends one piece, cut after `maximumPieceLength` characters.
     /// Throws: std::bad_alloc.
     [[gnu::format(printf, 2, 0)]] void AppendPiece(const char* format, std::va_list arguments);
-    /// Until the next change.
+    /// Valid until the next change.
     std::string_view View() const { return {memory_.data(), length_}; }
 
 private:

@@ -6,7 +6,7 @@
 
 namespace Morquil {
 
-/// What has been received of a line that is not finished.
+/// The received part of an unfinished line.
 class LineBuffer {
 public:
     static constexpr std::size_t capacity = 256;
@@ -15,7 +15,7 @@ public:
     bool IsFull() const { return length_ == capacity; }
     std::string_view Text() const { return {bytes_.data(), length_}; }
 
-    /// Appends what fits of `bytes`, and returns the rest.
+    /// Appends as much of `bytes` as fits and returns the rest.
     std::string_view Append(std::string_view bytes) {
         const std::size_t size = bytes.copy(bytes_.data() + length_, capacity - length_);
         length_ += size;

@@ -2,18 +2,18 @@
 
 namespace Morquil {
 
-/// One piece of protocol text is at most this long; what is longer is cut.
+/// The length of the longest piece of protocol text; a longer one is cut.
 inline constexpr int maximumPieceLength = 255;
 
-/// Takes protocol text piece by piece: the client sends it, a collector keeps it.
+/// Accepts protocol text piece by piece: the client sends it, a collector keeps it.
 class IMessageSender {
 public:
     virtual ~IMessageSender() = default;
-    /// A message is about to be written. Five writers never call it; their text joins what is already there.
+    /// Called before a message is written. Five writers never call it; their text is appended to what is already there.
     virtual void BeginMessage() = 0;
-    /// One piece of text; understands plain %s, %d, %u, %x and %f. Cut after 255 characters.
+    /// One piece of text; supports plain %s, %d, %u, %x and %f. Cut after 255 characters.
     [[gnu::format(printf, 2, 3)]] virtual void SendFormatted(const char* format, ...) = 0;
-    /// The message is complete. Returns the result of the whole writing: true when the text was taken.
+    /// Called when the message is complete. Returns whether its whole text was accepted.
     virtual bool EndMessage() = 0;
 
 protected:

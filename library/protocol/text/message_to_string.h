@@ -14,7 +14,7 @@ public:
     [[gnu::format(printf, 2, 3)]] void SendFormatted(const char* format, ...) override;
     bool EndMessage() override { return true; }
 
-    /// Until the next piece or message.
+    /// Valid until the next piece or message.
     std::string_view GetText() const { return text_.View(); }
 
 private:

@@ -21,8 +21,8 @@ constexpr std::uint64_t Characters(const char* text) {
     return std::bit_cast<std::uint64_t>(characters);
 }
 
-/// What names are told apart by: the length, the first eight characters and the last sixteen, which is all of most
-/// names. Taken eight at a time, because received text is searched for names more than anything else is done to it.
+/// What distinguishes names: the length, the first eight characters and the last sixteen. That is all of most names.
+/// Characters are read eight at a time, because name lookup is the most frequent operation on received text.
 struct NameEnds {
     std::uint64_t first = 0;
     std::uint64_t inner = 0;
@@ -51,8 +51,8 @@ struct NameEnds {
         return first == other.first && inner == other.inner && last == other.last && size == other.size;
     }
 
-    /// The same ends without regard to case. Bit 5 folds letters, and a few other characters too: what is found by a
-    /// hash is still to be compared.
+    /// The same ends, ignoring case. Bit 5 folds letters, but a few other characters too: a name found by its hash must
+    /// still be compared.
     constexpr NameEnds Folded() const {
         constexpr std::uint64_t letterCase = 0x2020202020202020U;
         NameEnds folded = *this;
@@ -62,7 +62,7 @@ struct NameEnds {
         return folded;
     }
 
-    /// Only the upper bits are well mixed. `multiplier` is odd.
+    /// Only the upper bits are well mixed. `multiplier` must be odd.
     constexpr std::uint64_t Hash(std::uint64_t multiplier) const {
         constexpr std::uint64_t spread = 0xD1B54A32D192ED02U;
         return (first + size * spread + std::rotl(inner, 32)) * multiplier + last * (multiplier ^ spread);
@@ -105,7 +105,7 @@ public:
         return index < N && IsName(names_[index], name, ends) ? index : N;
     }
 
-    /// The name at `index`, zero-terminated; an empty text beyond the table.
+    /// The name at `index`, zero-terminated; an empty text for an index beyond the table.
     constexpr std::string_view operator[](std::size_t index) const {
         return index < N ? names_[index] : std::string_view("");
     }
@@ -134,7 +134,7 @@ private:
         }
     }
 
-    /// Fills the slots; false when two names meet in one with the current multiplier.
+    /// Fills the slots; false when two names collide with the current multiplier.
     consteval bool Place(const std::array<NameEnds, N>& ends) {
         for (auto& slot : slots_) {
             slot = static_cast<std::uint8_t>(N);

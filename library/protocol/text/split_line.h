@@ -6,7 +6,7 @@
 
 namespace Morquil {
 
-/// A line taken apart; both refer into it.
+/// The two parts of a line; both refer into it.
 struct KeyAndValue {
     std::string_view key;
     std::string_view value;  ///< empty when the line has none
@@ -20,9 +20,9 @@ constexpr std::size_t SkipSeparators(std::string_view text, std::size_t at) {
     return std::min(at, text.size());
 }
 
-/// The key runs from its first character that is neither space nor colon to the next colon; the value from the first
-/// such character after a colon to the end of the line. A line that begins with a colon has seen one already when its
-/// key starts, so the key's second character starts the value.
+/// The key runs from the first character that is neither space nor colon to the next colon; the value runs from the
+/// first such character after a colon to the end of the line. In a line that begins with a colon, that colon already
+/// counts, so the value starts at the key's second character.
 constexpr KeyAndValue SplitLine(std::string_view line) {
     const std::size_t keyStart = SkipSeparators(line, 0);
     const bool colonIsFirst = keyStart > 0 && line.find(':') < keyStart;

@@ -9,7 +9,7 @@ namespace Morquil {
 
 namespace {
 
-/// Whether lines can be taken as they are received: no carriage return to drop and no zero to end one early.
+/// Whether lines can be used as received: no carriage return to drop, and no zero byte that would end a line early.
 bool IsPlain(std::string_view received) {
     return received.find('\r') == std::string_view::npos && received.find('\0') == std::string_view::npos;
 }
@@ -34,10 +34,10 @@ void TextProtocolParser::Feed(const char* bytes, std::size_t length) {
     }
 }
 
-/// Appends a piece of a line to what is kept of it, without its carriage returns.
+/// Appends a piece of a line to the buffered part, without its carriage returns.
 void TextProtocolParser::KeepPiece(std::string_view piece) {
     while (!piece.empty()) {
-        CutFullLine();  // any byte after the last one that fits does this, a carriage return as well
+        CutFullLine();  // any byte after the last one that fits does this, even a carriage return
         if (piece.front() == '\r') {
             piece.remove_prefix(1);
             continue;
@@ -65,7 +65,7 @@ void TextProtocolParser::TakeBufferedLine() {
     } else if (readerState_ == ReaderState::InsideBlock) {
         ParseLine(text);
     } else if (readerState_ == ReaderState::HeaderExpected) {
-        TakeHeader(text);  // a colon at the end of the line is after the zero
+        TakeHeader(text);  // a colon at the end of the line comes after the zero
     }
 }
 

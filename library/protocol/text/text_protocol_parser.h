@@ -9,16 +9,16 @@
 
 namespace Morquil {
 
-/// Cuts a byte stream into lines and lines into blocks: a header line, lines, an empty line. Knows no block by name.
-/// Any split of the stream gives the same calls. One thread at a time.
+/// Splits a byte stream into lines and groups the lines into blocks: a header line, lines, an empty line. Does not know
+/// any block by name. The calls are the same however the stream is split. One thread at a time.
 class TextProtocolParser {
 public:
     virtual ~TextProtocolParser() = default;
 
-    /// Takes the next bytes of the stream; keeps a line that is not finished for the next call.
+    /// Parses the next bytes of the stream; keeps an unfinished line for the next call.
     void Feed(const char* bytes, std::size_t length);
 
-    /// Whether the next line is to be a header, not a line of a block.
+    /// Whether the next line is expected to be a header, not a line of a block.
     bool ExpectsHeader() const { return readerState_ == ReaderState::HeaderExpected; }
 
     /// Reports an error text, cut after 255 characters.
@@ -30,7 +30,7 @@ protected:
     TextProtocolParser& operator=(const TextProtocolParser&) = delete;
 
     virtual void ReportError(const char* text) = 0;
-    /// `header` has lost its colon. Returns whether the block is known; the lines of an unknown one are skipped.
+    /// `header` comes without its colon. Returns whether the block is known; the lines of an unknown one are skipped.
     virtual bool BeginBlock(std::string_view header) = 0;
     /// A line of a known block.
     virtual void ParseLine(std::string_view line) = 0;

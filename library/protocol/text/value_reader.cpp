@@ -32,7 +32,7 @@ void SkipSpace(std::string_view& text) {
     text.remove_prefix(LengthOfSpace(text));
 }
 
-/// Takes "+" or "-", if there is one, and tells whether it was "-".
+/// Consumes "+" or "-" if present. Returns whether it was "-".
 bool TakeSign(std::string_view& text) {
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+')) {
@@ -51,14 +51,14 @@ bool TakeText(std::string_view& text, const char (&expected)[size]) {
     return true;
 }
 
-/// Takes all digits that follow; false when there is none, or when they stand for more than `largest`.
+/// Consumes all digits that follow. Returns false when there are none or their value exceeds `largest`.
 bool TakeMagnitude(std::string_view& text, std::uint32_t largest, std::uint32_t& magnitude) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), magnitude);
     text.remove_prefix(static_cast<std::size_t>(end - text.data()));
     return error == std::errc() && magnitude <= largest;
 }
 
-/// The exponent of a number as `TakeDecimal` takes it; 0 when it has none.
+/// The exponent of a number as `TakeDecimal` reads it; 0 when it has none.
 double Exponent(std::string_view number) {
     const std::size_t mark = number.find_first_of("eE");
     if (mark == std::string_view::npos) {
@@ -71,19 +71,19 @@ double Exponent(std::string_view number) {
     return negative ? -magnitude : magnitude;
 }
 
-/// Whether a number that is out of the range of double is too small: its first digit that counts is after the point.
+/// Whether a number outside the range of double is too small: its first significant digit comes after the point.
 bool IsTooSmall(std::string_view number) {
     const std::size_t point = number.find_first_of(".eE");
     const auto wholeDigits = static_cast<double>(point == std::string_view::npos ? number.size() : point);
     return wholeDigits - static_cast<double>(number.find_first_of("123456789")) + Exponent(number) < 0;
 }
 
-/// Takes a decimal number without a sign, with all the characters that a stream collects for one: an exponent mark
-/// without digits spoils the number. Too small a number is 0.
-/// Returns: false where there is no number, or one that is too large.
+/// Consumes a decimal number without a sign, with all the characters that a stream would collect for one: an exponent
+/// mark without digits makes the number invalid. A number that is too small reads as 0.
+/// Returns: false when there is no number, or when it is too large.
 bool TakeDecimal(std::string_view& text, double& value) {
     if (text.empty() || (!IsDigit(text.front()) && text.front() != '.')) {
-        return false;  // "inf" and "nan" are no numbers to a stream
+        return false;  // a stream does not read "inf" and "nan" as numbers
     }
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     const std::string_view number = text.substr(0, static_cast<std::size_t>(end - text.data()));
@@ -98,7 +98,7 @@ bool TakeDecimal(std::string_view& text, double& value) {
     return error == std::errc();
 }
 
-/// Takes what "%d" takes; of a larger number the lower 32 bits remain.
+/// Reads what "%d" reads; keeps the lower 32 bits of a larger number.
 bool TakePattern(std::string_view& text, std::uint32_t& pattern) {
     SkipSpace(text);
     const bool negative = TakeSign(text);
@@ -183,7 +183,7 @@ bool ParseTimecode(std::string_view text, std::uint32_t& bcd) {
     std::uint32_t digits = 0;
     for (std::size_t at = 0; at < length; ++at) {
         if (at % 3 == 2) {
-            continue;  // a separator, whatever it is
+            continue;  // any separator
         }
         if (!IsDigit(text[at])) {
             return false;

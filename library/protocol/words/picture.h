@@ -90,7 +90,7 @@ struct Modes3D {
         {"3DModeOff",     morquilAPI3dModeOff},
         {"3DModeConvert", morquilAPI3dModeConvert},
         {"3DMode2Dto3D",  morquilAPI3dMode2dTo3d},
-        {"3DModeAlign",   static_cast<Value>(3)}});  // devices know this mode, the API has no name for it
+        {"3DModeAlign",   static_cast<Value>(3)}});  // devices know this mode; the API has no name for it
     // clang-format on
 };
 

@@ -1,4 +1,4 @@
-// What a picture comes from, goes to and looks like.
+// Picture sources, outputs and formats.
 #pragma once
 
 #include "MorquilAPI.h"

@@ -17,7 +17,7 @@ struct VideoModeDetails {
     std::int32_t frameRateIndex;  // row of FrameRates
     std::int32_t timeScale;       // frames per second = timeScale / frameDuration
     std::int32_t frameDuration;
-    std::int32_t scanCode;  // carried as a number, which nothing here takes apart
+    std::int32_t scanCode;  // carried as a number that nothing here interprets
 };
 
 struct VideoModes {
@@ -29,8 +29,8 @@ struct VideoModes {
         VideoModeDetails details;
     };
 
-    // The interlaced rows but "1080i60" pair the field rate's index with the frame rate, "525p29.97 NTSC" carries the
-    // numbers of a 60 Hz mode, and "2160p60" stands before the slower two: devices and hosts rely on all three.
+    // All interlaced rows except "1080i60" pair the field rate's index with the frame rate, "525p29.97 NTSC" carries
+    // the numbers of a 60 Hz mode, and "2160p60" comes before the slower two: devices and hosts rely on all three.
     // clang-format off
     static constexpr Row rows[] = {
         {"525i59.94 NTSC",  morquilAPIVideoModeNTSC,          { 720,  486, 6, 30000, 1001, 1}},
@@ -71,7 +71,7 @@ struct VideoModes {
 
     static constexpr NameTable words = WordsFromRows(rows);
 
-    /// The columns beside a word; null beyond the table.
+    /// The other columns of a word's row; null beyond the table.
     static constexpr const VideoModeDetails* Details(std::size_t index) {
         return index < words.Size() ? &rows[index].details : nullptr;
     }

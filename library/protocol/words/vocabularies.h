@@ -1,6 +1,6 @@
 // The words in which the device protocol spells values, one struct per vocabulary:
 //   Value  the API enumeration, or a number where the API has none
-//   words  the words in the order of their values; its Size() stands for "absent" and "unknown"
+//   words  the words in the order of their values; its Size() means "absent" and "unknown"
 #pragma once
 
 #include "protocol/words/ancillary.h"            // IWYU pragma: export

@@ -1,4 +1,4 @@
-// How a vocabulary states its words.
+// How a vocabulary lists its words.
 #pragma once
 
 #include <array>
@@ -16,8 +16,8 @@ struct Word {
     Value value;
 };
 
-/// The words of rows that each hold `word` and `value`. Does not compile unless every value is its row's number, which
-/// is what lets the rest of the library take one for the other.
+/// The words of rows that each hold `word` and `value`. Does not compile unless every value is its row's number; the
+/// rest of the library uses the two interchangeably.
 template <class Row, std::size_t N>
 consteval NameTable<N> WordsFromRows(const Row (&rows)[N]) {
     std::array<std::string_view, N> words;

@@ -13,15 +13,15 @@ import sys
 
 NUMBERS = {"int": "int", "unsigned int": "unsigned int", "double": "double", "long": "bool"}  # every long is a yes or no
 
-# Two limits, no choice.
+# Two limits, not a choice.
 NO_ENUMERATIONS = {"_MorquilAPIAudioMaxChannels"}
 
-# What makes and watches objects, and what has results of its own, is written by hand.
+# What makes or watches objects, and what has unusual results, is written by hand.
 HAND_WRITTEN_INTERFACES = {"IMorquilConnectionObserver", "IMorquilPropertyObserver", "IMorquilDiscovery",
                            "IMorquilIterator"}
 HAND_WRITTEN_METHODS = {"SaveSettingsFile", "LoadSettingsFile", "IsGenRefAvailable"}
 
-# The device object does not hand this one out.
+# The device object is not its own feature, and does not hand out the alignment.
 NOT_OF_THE_DEVICE = {"IMorquilDevice", "IMorquilAlign"}
 
 
@@ -118,7 +118,7 @@ class Writer:
     def out_type(self, kind):
         if kind == "BSTR":
             return "std::string"
-        # Qualified, since a class of features has the name of an enumeration.
+        # Qualified, because a feature class has the same name as an enumeration.
         return "morquil::" + enumeration_name(kind) if kind in self.enumerations else NUMBERS[kind]
 
     def enumeration(self, name, constants):
@@ -153,7 +153,7 @@ class Writer:
                 self.say(f"        detail::Out<{self.raw_type(kind)}> {name};")
             else:
                 arguments.append(f"detail::Pass<{self.raw_type(kind)}>({name})")
-        # Temporaries, such as a text on its way in, live until the call is over.
+        # Temporaries, such as an input text, live until the call is over.
         kind = "Get" if outs else "Set"
         self.say(f'        detail::Check("{interface_name(interface)}::{method}", '
                  f'Raw()->{method}({", ".join(arguments)}), detail::CallKind::{kind});')

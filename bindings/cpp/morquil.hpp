@@ -1,6 +1,6 @@
 /// \file morquil.hpp
 /// The library for C++17 hosts: reference-counted objects, std::string, enum class values, errors as exceptions,
-/// observers as lambdas, and a session that connects anew after a loss. Header-only; it adds nothing to the library.
+/// observers as lambdas, and a session that reconnects after a loss. Header-only; it adds nothing to the library.
 ///
 /// \code
 /// #include <morquil.hpp>
@@ -10,8 +10,8 @@
 /// std::string mode(ToText(device.OutputConfiguration().GetVideoMode()));       // what the device has reported
 /// \endcode
 ///
-/// What holds for the interfaces beneath holds here: a setter that returns has queued a change, the device's answer
-/// updates the mirror, and a getter never waits.
+/// The rules of the underlying interfaces apply: a setter that returns has queued a change, the device's answer updates
+/// the mirror, and a getter never waits.
 #pragma once
 
 #include "morquil/device.hpp"

@@ -1,4 +1,4 @@
-// What every generated function is made of: values on their way into and out of a call.
+// The building blocks of the generated functions: values that go into and come out of a call.
 #pragma once
 
 #include <optional>
@@ -13,14 +13,14 @@
 
 namespace morquil {
 
-/// Both ends belong to it.
+/// Both ends are included.
 template <class Number>
 struct Range {
     Number min;
     Number max;
 };
 
-/// A value of an enumeration and what devices and people call it.
+/// A value of an enumeration and the word that devices and people use for it.
 template <class Value>
 struct Word {
     std::string_view text;
@@ -31,7 +31,7 @@ struct Word {
 template <class Enumeration>
 struct Words;
 
-/// What devices and people call the value, such as "1080i59.94"; empty for one that has no word.
+/// The word that devices and people use for the value, such as "1080i59.94"; empty for a value that has none.
 template <class Enumeration>
 constexpr std::string_view ToText(Enumeration value) {
     for (const Word<Enumeration>& word : Words<Enumeration>::all) {
@@ -42,7 +42,7 @@ constexpr std::string_view ToText(Enumeration value) {
     return {};
 }
 
-/// The value that is called `text`; upper and lower case of ASCII letters are the same.
+/// The value whose word is `text`; ASCII letters may differ in case.
 template <class Enumeration>
 constexpr std::optional<Enumeration> FromText(std::string_view text) {
     const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
@@ -60,7 +60,7 @@ constexpr std::optional<Enumeration> FromText(std::string_view text) {
 
 namespace detail {
 
-/// Where a method puts a value.
+/// Receives a value from a method.
 template <class Raw>
 struct Out {
     Raw value{};
@@ -103,7 +103,7 @@ auto Pass(const Value& value) {
 template <class Raw>
 const IID& IidOf();
 
-// On Windows an identifier is part of its type, so that hosts need not link them; elsewhere it is a constant.
+// On Windows an identifier is part of its type, so that hosts need not link it; elsewhere it is a constant.
 #ifdef _WIN32
 #define MORQUIL_IID(name) __uuidof(name)
 #else
@@ -112,7 +112,7 @@ const IID& IidOf();
 
 }  // namespace detail
 
-/// An interface of a device. Copies share the device; as long as one is there, so is the device.
+/// An interface of a device. Copies share the device and keep it alive.
 template <class RawInterface>
 class Interface {
 public:

@@ -47,17 +47,17 @@ private:
 };
 
 /// One connection to one device: its own calls, its features (`device.VideoProcAmp()`), its changes. Copies share the
-/// connection; it ends when `Disconnect` is called or when the last copy, and everything that was made from one, is
-/// gone. A connection serves once: see `Session` for one that comes back.
+/// connection. It ends when `Disconnect` is called, or when the last copy and everything that was made from one is
+/// gone. A connection can be used only once: see `Session` for one that reconnects.
 class Device : public DeviceFeatures {
 public:
-    /// For `Connect` and `ConnectAsync`. `isConnected` is set while the connection stands.
+    /// For `Connect` and `ConnectAsync`. `isConnected` is set while the connection is up.
     Device(Pointer<IMorquilDiscovery> discovery, Pointer<IMorquilDevice> device,
            std::shared_ptr<const std::atomic<bool>> isConnected)
         : DeviceFeatures(std::move(device)), discovery_(std::move(discovery)), isConnected_(std::move(isConnected)) {}
 
-    /// Tells `handler` when the device has reported a change in a property set. The confirmation of this host's own
-    /// change is not told, but for those of the output configuration and the panel lock.
+    /// Calls `handler` when the device has reported a change in a property set. The device's confirmation of this
+    /// host's own change is not reported, except for the output configuration and the panel lock.
     Subscription OnChange(PropertySet set, std::function<void(PropertySet)> handler,
                           Executor executor = RunAtOnce()) const {
         auto gate = std::make_shared<detail::Gate>(std::move(executor));
@@ -71,7 +71,7 @@ public:
         });
     }
 
-    /// Tells the handlers when the connection is there and when it has ended.
+    /// Calls the handlers when the connection is established and when it has ended.
     Subscription OnConnection(ConnectionHandlers handlers, Executor executor = RunAtOnce()) const {
         auto gate = std::make_shared<detail::Gate>(std::move(executor));
         const auto observer =
@@ -81,25 +81,27 @@ public:
         return Told(std::move(gate), observer);
     }
 
-    /// Ends the connection. From any thread, also inside a handler.
+    /// Ends the connection.
+    /// Threads: any, also inside a handler.
     void Disconnect() const { discovery_->Disconnect(Raw()); }
 
-    /// Saves the device's settings in a file. The file is replaced as a whole, and only by the settings of a device
-    /// that is connected and has reported its complete state, from the beginning of the call to its end. NotKnown: it
-    /// is not, or not any more. Error: the file could not be written. Either way an old file is as it was.
+    /// Saves the device's settings in a file. The file is replaced as a whole, and only if the device is connected and
+    /// its complete state is known from the beginning of the call to its end.
+    /// Throws: NotKnown if the state is not, or no longer, known; Error if the file could not be written. In both cases
+    /// an existing file is unchanged.
     void SaveSettingsFile(std::string_view path) const {
         CheckStateIsComplete();
         detail::SafeFile file(path);
         const HRESULT result = Raw()->SaveSettingsFile(detail::TextIn(file.Name()));
         detail::Check("Device::SaveSettingsFile", result, detail::CallKind::Set);
-        // The end of a connection empties the state before anything else is reported: what is known now was saved.
+        // A connection that ends clears the state before it reports anything else: what is known now was saved.
         CheckStateIsComplete();
         if (result == S_OK || !file.Keep()) {
             throw Error("Device::SaveSettingsFile", E_FAIL, "\"" + std::string(path) + "\" cannot be written");
         }
     }
 
-    /// Queues the settings of a file. What the file lacks, or a file that cannot be read, is not told.
+    /// Queues the settings of a file. Missing settings and an unreadable file are not reported.
     void LoadSettingsFile(std::string_view path) const {
         detail::Check("Device::LoadSettingsFile", Raw()->LoadSettingsFile(detail::TextIn(path)), detail::CallKind::Set);
     }
@@ -113,7 +115,7 @@ private:
         });
     }
 
-    /// Some of what every device reports of itself is known as long as it is connected.
+    /// While a device is connected, at least one of the values that every device reports is known.
     void CheckStateIsComplete() const {
         detail::Out<BSTR> name;
         detail::Out<UINT> version;
@@ -131,8 +133,9 @@ private:
     std::shared_ptr<const std::atomic<bool>> isConnected_;
 };
 
-/// Connects and waits until the device's complete state has arrived, at most two minutes. `address` is a host name or
-/// an address in numbers. Throws `ConnectError` with the reason.
+/// Connects and waits until the device's complete state has arrived, at most two minutes. `address` is a host name or a
+/// numeric address.
+/// Throws: `ConnectError` with the reason.
 inline Device Connect(std::string_view address) {
     Pointer<IMorquilDiscovery> discovery = detail::GetDiscovery();
     IMorquilDevice* device = nullptr;
@@ -146,14 +149,14 @@ inline Device Connect(std::string_view address) {
                   std::make_shared<const std::atomic<bool>>(true));
 }
 
-/// A device on its way to being connected, and who is told.
+/// A device that is being connected, and the subscription of the handlers.
 struct Connecting {
     Device device;
     Subscription events;
 };
 
-/// Connects in the background. The handlers may be told before this function returns. Keep `events` until the device is
-/// connected if its settings are to be saved: without them it is not known when that may be done.
+/// Connects in the background. The handlers may be called before this function returns. To save the device's settings
+/// later, keep `events` until the device is connected: without it `SaveSettingsFile` cannot know that it is.
 inline Connecting ConnectAsync(std::string_view address, ConnectionHandlers handlers, Executor executor = RunAtOnce()) {
     Pointer<IMorquilDiscovery> discovery = detail::GetDiscovery();
     auto gate = std::make_shared<detail::Gate>(std::move(executor));

@@ -24,8 +24,8 @@ private:
     HRESULT result_;
 };
 
-/// A getter's value has not been reported by the device: not yet, or not by this model, or not any more since the
-/// connection has ended. From `SaveSettingsFile`: the settings are not all known.
+/// The value of a getter is not known: the device has not reported it yet, this model does not report it, or the
+/// connection has ended. From `SaveSettingsFile`: not all settings are known.
 class NotKnown : public Error {
 public:
     using Error::Error;

@@ -1,4 +1,4 @@
-// Where the first object comes from: the one thing in which hosts differ between systems.
+// Where the first object comes from: the only thing that differs between systems for a host.
 #pragma once
 
 #include "MorquilAPI.h"
@@ -9,7 +9,7 @@
 namespace morquil {
 
 #ifdef _WIN32
-/// COM for the calling thread, for as long as it lives. A thread that has chosen otherwise before keeps its choice.
+/// COM for the calling thread, for the lifetime of this object. A thread that has already chosen another mode keeps it.
 class Apartment {
 public:
     Apartment() : result_(CoInitializeEx(nullptr, COINIT_MULTITHREADED)) {}
@@ -25,7 +25,7 @@ private:
     HRESULT result_;
 };
 #else
-/// COM for the calling thread: nothing to be done on this system.
+/// COM for the calling thread: nothing to do on this system.
 class [[maybe_unused]] Apartment {};
 #endif
 
@@ -33,7 +33,7 @@ namespace detail {
 
 #ifdef _WIN32
 
-/// From MorquilAPI.dll beside the program, which needs no registration; null when there is none.
+/// From MorquilAPI.dll next to the program, which needs no registration; null when it is missing.
 inline IMorquilDiscovery* DiscoveryBesideTheProgram() {
     // Stays loaded: the objects that it makes outlive every scope.
     static const HMODULE library =
@@ -46,15 +46,15 @@ inline IMorquilDiscovery* DiscoveryBesideTheProgram() {
     return function == nullptr ? nullptr : reinterpret_cast<Function>(reinterpret_cast<void (*)()>(function))();
 }
 
-/// Keeps the library that `object` comes from for the rest of the process. Else the end of the last apartment, which
-/// may be a session's own, would take it away from under the objects that are still there.
+/// Keeps the library that `object` comes from loaded for the rest of the process. Otherwise the end of the last
+/// apartment, which may be a session's own, would unload it while objects are still alive.
 inline void KeepLibraryOf(IUnknown* object) {
     HMODULE library = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
                        *reinterpret_cast<LPCWSTR*>(object), &library);
 }
 
-/// The registered library, else the one beside the program.
+/// The registered library, else the one next to the program.
 inline Pointer<IMorquilDiscovery> GetDiscovery() {
     void* discovery = nullptr;
     const HRESULT result = CoCreateInstance(__uuidof(CMorquilDiscovery), nullptr, CLSCTX_INPROC_SERVER,

@@ -12,16 +12,17 @@
 
 namespace morquil {
 
-/// Runs a handler: at once, on the host's event loop, on a thread of its choice. Called on the library's threads.
+/// Runs a handler: at once, on the host's event loop, or on a thread of the host's choice. Called on the library's
+/// threads.
 using Executor = std::function<void(std::function<void()>)>;
 
-/// Handlers run at once, on the thread that has something to tell, most often the connection's own. They may call
-/// everything, and should not take long: what they hold up is the connection.
+/// Handlers run at once, on the thread that reports the event, usually the connection's own. They may call anything,
+/// but should return quickly: they hold up the connection.
 inline Executor RunAtOnce() {
     return [](const std::function<void()>& handler) { handler(); };
 }
 
-/// What a host wants to know of a connection. A handler that is left empty is not told. One that throws ends the
+/// What a host wants to know about a connection. An empty handler is not called. A handler that throws ends the
 /// program, as a thread's function does.
 struct ConnectionHandlers {
     std::function<void()> connected = {};
@@ -30,7 +31,7 @@ struct ConnectionHandlers {
 
 namespace detail {
 
-/// Closed once nobody wants to be told any more.
+/// Lets handlers start until it is closed.
 class Gate {
 public:
     explicit Gate(Executor executor) : executor_(std::move(executor)) {}
@@ -54,7 +55,7 @@ private:
     std::atomic<bool> open_{true};
 };
 
-/// The counting part of an object that the host implements. Starts with one reference.
+/// The reference counting of an object that the host implements. Starts with one reference.
 template <class RawInterface>
 class HostObject : public RawInterface {
 public:
@@ -137,8 +138,8 @@ private:
 
 }  // namespace detail
 
-/// As long as it lives a handler is told. Once it is gone no handler starts; one that runs on another thread at that
-/// moment is not waited for.
+/// Handlers are called as long as this object lives. Once it is destroyed no handler starts; a handler that is running
+/// on another thread is not waited for.
 class [[nodiscard]] Subscription {
 public:
     Subscription() = default;
@@ -153,7 +154,7 @@ public:
     }
     ~Subscription() { Cancel(); }
 
-    /// Ends it early.
+    /// Ends the subscription early.
     void Cancel() {
         if (gate_) {
             gate_->Close();

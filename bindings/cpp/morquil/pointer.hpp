@@ -25,7 +25,7 @@ public:
         }
     }
 
-    /// Takes over a reference that the caller has.
+    /// Takes over a reference that the caller owns.
     static Pointer Adopt(Raw* raw) {
         Pointer pointer;
         pointer.raw_ = raw;

@@ -1,4 +1,4 @@
-// A connection that comes back.
+// A connection that is restored after a loss.
 #pragma once
 
 #include <algorithm>
@@ -17,26 +17,27 @@
 
 namespace morquil {
 
-/// What a host wants to know of a session. What is left empty is not told. Told one after the other.
+/// What a host wants to know about a session. An empty handler is not called. Handlers are called one after the other.
 struct SessionHandlers {
-    /// The device is there: at first, and after each loss. It is another object each time; subscribe anew.
+    /// The device is connected: the first time, and again after each loss. It is a new object each time; subscribe
+    /// again.
     std::function<void(const Device&)> connected = {};
-    /// The connection of a device that was there has ended. Attempts to bring it back have begun.
+    /// An established connection has ended. Attempts to reconnect have begun.
     std::function<void(ConnectFailure)> lost = {};
     /// An attempt has failed; the next one begins after this time.
     std::function<void(ConnectFailure, std::chrono::milliseconds)> attemptFailed = {};
 };
 
 struct SessionOptions {
-    /// Who runs the handlers; without one the session's own thread does.
+    /// Runs the handlers; the default runs them on the session's own thread.
     Executor executor = RunAtOnce();
-    /// Waits between attempts start with `firstDelay` and double up to `longestDelay`; each is varied by a quarter, so
-    /// that the hosts of a device that was switched off do not come back at once.
+    /// Waits between attempts start with `firstDelay` and double up to `longestDelay`; each is varied by up to a
+    /// quarter, so that the hosts of a device that was switched off do not all reconnect at once.
     std::chrono::milliseconds firstDelay{250};
     std::chrono::milliseconds longestDelay{5000};
 };
 
-/// Keeps a device connected: connects, and connects anew after every loss, until it is stopped or gone.
+/// Keeps a device connected: connects, and reconnects after every loss, until it is stopped or destroyed.
 class Session {
 public:
     Session(std::string address, SessionHandlers handlers, SessionOptions options = {})
@@ -45,7 +46,7 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Stops. Inside a handler of its own the session's thread ends by itself afterwards.
+    /// Stops the session. If one of its own handlers destroys it, the session's thread ends by itself afterwards.
     ~Session() {
         state_->Stop();
         if (thread_.get_id() == std::this_thread::get_id()) {
@@ -55,10 +56,11 @@ public:
         }
     }
 
-    /// Ends connection and attempts; no handler starts after it. From any thread.
+    /// Ends the connection and all attempts; no handler starts afterwards.
+    /// Threads: any.
     void Stop() { state_->Stop(); }
 
-    /// The device while it is connected.
+    /// The device, while it is connected.
     std::optional<Device> Current() const {
         const std::lock_guard lock(state_->mutex);
         return state_->current;
@@ -75,7 +77,7 @@ private:
               options(std::move(sessionOptions)),
               gate(std::make_shared<detail::Gate>(options.executor)) {}
 
-        /// How far one connection has come. Made anew for each, so that a late word of an old one is heard by nobody.
+        /// The progress of one connection. Each connection has its own, so late events of an old one are ignored.
         struct Progress {
             bool connected = false;
             std::optional<ConnectFailure> ended = {};
@@ -95,12 +97,12 @@ private:
                     Tell(&SessionHandlers::attemptFailed, reason, pause);
                 }
                 Wait(pause);
-                // In parentheses: <windows.h> may have made min a macro.
+                // In parentheses: <windows.h> may define min as a macro.
                 delay = (std::min)(2 * delay, options.longestDelay);
             }
         }
 
-        /// One connection from its beginning to its end. Returns why it ended.
+        /// Runs one connection from its beginning to its end. Returns why it ended.
         ConnectFailure Serve(const std::shared_ptr<Progress>& progress) {
             try {
                 const Connecting connecting = ConnectAsync(

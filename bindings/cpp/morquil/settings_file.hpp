@@ -1,4 +1,4 @@
-// How a settings file is saved without risk to the one that is there.
+// How a settings file is saved without risk to an existing one.
 #pragma once
 
 #include <filesystem>
@@ -12,16 +12,16 @@
 
 namespace morquil::detail {
 
-/// A file that is about to be saved. A regular file that is there is saved beside its name first, and gets the new
-/// content once that is known to be good. Anything else (no file, a pipe, a device) has nothing to lose and is saved as
-/// it is.
+/// A file that is about to be saved. For an existing regular file the new content is saved in a temporary file next to
+/// it, and replaces it once it is known to be good. Anything else (no file, a pipe, a device) has nothing to lose and
+/// is saved directly.
 class SafeFile {
 public:
     explicit SafeFile(std::string_view path) : target_(Utf16FromUtf8(path)), name_(target_) {
         std::error_code error;
         const std::filesystem::file_status status = std::filesystem::status(target_, error);
         if (path.find('\0') != std::string_view::npos) {
-            return;  // the library refuses it; here it would be another name
+            return;  // the library refuses it; here it would name another file
         }
         isMissing_ = status.type() == std::filesystem::file_type::not_found;
         isThere_ = std::filesystem::is_regular_file(status);
@@ -31,7 +31,7 @@ public:
             name_ = target_.parent_path() / NewName();
         }
     }
-    /// What has not been kept goes again.
+    /// Removes what has not been kept.
     ~SafeFile() {
         std::error_code error;
         if (!isKept_ && (isThere_ || isMissing_) && std::filesystem::is_regular_file(name_, error)) {
@@ -44,7 +44,8 @@ public:
     /// Where to save, in UTF-8.
     std::string Name() const { return Utf8FromUtf16(name_.string<OLECHAR>()); }
 
-    /// The saved content is good. Returns: false when it cannot replace the old one, which stays.
+    /// Call this when the saved content is good.
+    /// Returns: false when it cannot replace the old file, which stays.
     bool Keep() {
         std::error_code error;
         if (isThere_) {
@@ -65,7 +66,7 @@ private:
         return ".morquil-" + std::to_string(random()) + "-" + std::to_string(random()) + ".tmp";
     }
 
-    /// A file can be replaced that may not be written; it shall not be.
+    /// A read-only file could be replaced, but must not be.
     bool MayBeWritten() const {
         using std::filesystem::perms;
         const perms anyWrite = perms::owner_write | perms::group_write | perms::others_write;

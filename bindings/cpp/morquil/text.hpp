@@ -12,7 +12,8 @@ namespace morquil::detail {
 
 inline constexpr char32_t replacement = 0xFFFD;
 
-/// Takes the first code point off `text`, which is not empty. What is no UTF-8 gives U+FFFD, one byte at a time.
+/// Removes the first code point of `text`, which must not be empty, and returns it. Invalid UTF-8 becomes U+FFFD, one
+/// byte at a time.
 inline char32_t TakeCodePoint(std::string_view& text) {
     const auto byte = [&](std::size_t index) { return static_cast<unsigned char>(text[index]); };
     const unsigned first = byte(0);
@@ -56,7 +57,7 @@ inline std::basic_string<OLECHAR> Utf16FromUtf8(std::string_view text) {
     return units;
 }
 
-/// Half a surrogate pair gives U+FFFD.
+/// An unpaired surrogate becomes U+FFFD.
 inline std::string Utf8FromUtf16(std::basic_string_view<OLECHAR> units) {
     std::string text;
     for (std::size_t at = 0; at < units.size(); ++at) {
@@ -74,7 +75,7 @@ inline std::string Utf8FromUtf16(std::basic_string_view<OLECHAR> units) {
     return text;
 }
 
-/// A text on its way into the library. Freed when it goes.
+/// A text that is passed to the library. Freed with this object.
 class TextIn {
 public:
     explicit TextIn(std::string_view text) {

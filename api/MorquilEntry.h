@@ -15,8 +15,11 @@ extern "C" {
 #endif
 
 /**
- * Gives the discovery object of the process, with one reference for the caller; makes it if there is none. Null when
- * memory is short. Any thread may call. On Windows CoCreateInstance of CLSID_CMorquilDiscovery gives the same object.
+ * Returns the discovery object of the process; makes it if there is none. On Windows CoCreateInstance of
+ * CLSID_CMorquilDiscovery returns the same object.
+ * Ownership: the caller owns one reference.
+ * Threads: any.
+ * Returns: null when out of memory.
  */
 MORQUIL_PUBLIC IMorquilDiscovery* GetMorquilDiscoveryInstance_0000(void);
 

@@ -1,4 +1,4 @@
-// Gives every identifier that MorquilAPI.h declares its one definition.
+// Defines every identifier that MorquilAPI.h declares.
 #include <initguid.h>
 
 #include "MorquilAPI.h"

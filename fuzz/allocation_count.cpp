@@ -14,7 +14,7 @@ std::uint64_t Morquil::Fuzz::AllocationCount() {
     return allocations.load(std::memory_order_relaxed);
 }
 
-// Every form whose partner is one of the deletes below, so that none of them frees what another has made.
+// Every form that pairs with one of the deletes below, so that no delete frees memory from another allocator.
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
     allocations.fetch_add(1, std::memory_order_relaxed);
     return std::malloc(size != 0 ? size : 1);

@@ -1,4 +1,4 @@
-// What a device takes for one block.
+// What a device accepts as one block.
 #pragma once
 
 #include <algorithm>
@@ -22,7 +22,7 @@ inline std::size_t LongestLine(std::string_view text) {
     return longest;
 }
 
-/// The most characters of a line that are read.
+/// How many characters of a line are read at most.
 inline constexpr std::size_t longestReadLine = 255;
 
 }  // namespace Morquil::Fuzz

@@ -8,7 +8,7 @@
 
 namespace Morquil::Fuzz {
 
-/// Turns the bytes of a fuzzer into values, one after the other. Where there are no more, all values are 0.
+/// Turns the fuzzer's bytes into values, one after the other. After the last byte all values are 0.
 class ByteSource {
 public:
     explicit ByteSource(std::string_view bytes) : rest_(bytes) {}

@@ -1,5 +1,5 @@
-// A device object's whole life: the bytes choose what the device says (any bytes among it) and does, what the host
-// calls, also inside its callbacks, which thread goes first, and how time passes.
+// A device object's whole life: the bytes choose what the device sends (including arbitrary bytes) and does, what the
+// host calls, also inside its callbacks, which thread goes first, and how time passes.
 #include <cstdio>
 #include <string_view>
 

@@ -1,4 +1,4 @@
-// A cheap fingerprint of what a parser has delivered: two streams of events are the same when their digests are.
+// A cheap fingerprint of what a parser has delivered: two streams of events are the same if their digests are.
 #pragma once
 
 #include <array>
@@ -89,7 +89,7 @@ private:
     std::uint64_t value_ = 0;
 };
 
-/// Adds the content of a block, as its table names the members.
+/// Adds the members of a block, in the order of its table.
 template <class Description>
 void AddBlock(Digest& digest, const ChangeSetOf<Description>& set) {
     const auto addMember = [&](auto member) { digest.Add(set.*member); };

@@ -1,4 +1,4 @@
-// The library's own client on a network that is a text: what arrives is handed to it, and what it sends can be read.
+// The library's own client without a network: the caller passes it what it receives, and can read what it sends.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@
 
 namespace Morquil::Fuzz {
 
-/// Takes all that is sent; nothing ever arrives by itself.
+/// Collects everything that is sent; receives nothing.
 class SentText final : public AbstractComms {
 public:
     explicit SentText(std::string& sent) : sent_(sent) {}
@@ -40,60 +40,61 @@ struct Sent {
     std::string sent;
 };
 
-/// Does with blocks what a derived class may: digests them, and stops listening in the middle.
+/// Does with blocks what a derived class may do: digests them, and may stop listening in the middle.
 class DigestingClient final : private Sent, public EveryBlockSink<DigestingClient, MorquilTextProtocolClient> {
 public:
     DigestingClient() : EveryBlockSink(std::make_unique<SentText>(sent)) {}
     ~DigestingClient() override { Stop(); }
 
-    /// Digests from here on.
-    void Begin(std::uint64_t noteAfter, bool leavesThen) {
-        digest_ = EventDigest(noteAfter);
-        leavesThen_ = leavesThen;
-        LeaveIfDue();
+    /// Starts a new digest, which is recorded after `recordAfter` events; the client stops listening then if
+    /// `stopsThen`.
+    void Begin(std::uint64_t recordAfter, bool stopsThen) {
+        digest_ = EventDigest(recordAfter);
+        stopsThen_ = stopsThen;
+        StopIfDue();
     }
     void Arrive(std::string_view bytes) { OnDataReceived(bytes.data(), bytes.size()); }
 
     const EventDigest& Digest() const { return digest_; }
     const std::string& Sent() const { return sent; }
-    /// Whether the answer `text` would pass as an echo.
+    /// Whether the answer `text` would be treated as an echo.
     bool ExpectsEcho(const std::string& text) const { return IsSentText(text); }
 
     void OnPing() override {
         digest_.Ping();
-        LeaveIfDue();
+        StopIfDue();
     }
     void OnAcknowledge(bool positive) override {
         digest_.Acknowledge(positive);
         MorquilTextProtocolClient::OnAcknowledge(positive);
-        LeaveIfDue();
+        StopIfDue();
     }
     void OnUnknownBlock() override {
         digest_.UnknownBlock();
-        LeaveIfDue();
+        StopIfDue();
     }
     void OnProtocolError(const char* text) override {
         digest_.ProtocolError(text);
-        LeaveIfDue();
+        StopIfDue();
     }
 
     template <class Description>
     void OnBlock(const ChangeSetOf<Description>& set) {
         digest_.Block<Description>(set);
-        LeaveIfDue();
+        StopIfDue();
     }
 
 private:
     void OnConnectionChanged(bool) override {}
 
-    void LeaveIfDue() {
-        if (leavesThen_ && digest_.IsDue()) {
+    void StopIfDue() {
+        if (stopsThen_ && digest_.IsDue()) {
             StopListening();
         }
     }
 
     EventDigest digest_{0};
-    bool leavesThen_ = false;
+    bool stopsThen_ = false;
 };
 
 }  // namespace Morquil::Fuzz

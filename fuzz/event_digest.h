@@ -1,4 +1,4 @@
-// What a sink has been told, as a fingerprint.
+// A fingerprint of the events that a sink has received.
 #pragma once
 
 #include <cstdint>
@@ -9,17 +9,17 @@
 
 namespace Morquil::Fuzz {
 
-/// Digests events, and notes the digest at one moment on the way.
+/// Digests events, and records the digest after a number of them.
 class EventDigest {
 public:
-    explicit EventDigest(std::uint64_t noteAfter) : noteAfter_(noteAfter) {}
+    explicit EventDigest(std::uint64_t recordAfter) : recordAfter_(recordAfter) {}
 
     std::uint64_t Events() const { return events_; }
     std::uint64_t Acknowledgements() const { return acknowledgements_; }
     std::uint64_t Value() const { return digest_.Value(); }
-    std::uint64_t Noted() const { return noted_; }
-    /// Whether it is the moment to note.
-    bool IsDue() const { return events_ == noteAfter_; }
+    std::uint64_t Recorded() const { return recorded_; }
+    /// Whether it is time to record.
+    bool IsDue() const { return events_ == recordAfter_; }
 
     void Ping() { Happened(Event::Ping); }
     void Acknowledge(bool positive) {
@@ -44,13 +44,13 @@ private:
     void Happened(Event event) {
         digest_.Add(static_cast<std::uint32_t>(event));
         ++events_;
-        noted_ = IsDue() ? digest_.Value() : noted_;
+        recorded_ = IsDue() ? digest_.Value() : recorded_;
     }
 
-    std::uint64_t noteAfter_;
+    std::uint64_t recordAfter_;
     std::uint64_t events_ = 0;
     std::uint64_t acknowledgements_ = 0;
-    std::uint64_t noted_ = 0;
+    std::uint64_t recorded_ = 0;
     Digest digest_;
 };
 

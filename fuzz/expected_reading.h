@@ -1,5 +1,5 @@
-// What a reader makes of a block that the library has written: the same, but for what is known not to read back.
-// Each rule is spelled out once more here, by other means than the library's.
+// What a reader gets from a block that the library has written: the same, except for known differences. Each rule is
+// implemented again here, in another way than in the library.
 #pragma once
 
 #include <array>
@@ -22,7 +22,7 @@ FieldType ExpectedField(const Kind& /*kind*/, const FieldType& written) {
     return written;
 }
 
-/// Six decimals are written of a number, and words of what is none.
+/// Finite numbers are written with six decimals, others as words.
 inline double ExpectedDecimal(double written) {
     std::array<char, 512> text;
     std::snprintf(text.data(), text.size(), "%f", written);
@@ -48,7 +48,7 @@ inline Field<std::uint32_t> ExpectedField(const HexVersion& /*kind*/, const Fiel
     return written.Get() != 0 ? written : Field<std::uint32_t>();
 }
 
-/// The command is given whatever its value is.
+/// The command is sent whatever its value is.
 inline Field<bool> ExpectedField(const OneShot& /*kind*/, const Field<bool>& written) {
     Field<bool> expected;
     if (written.IsPresent()) {
@@ -79,7 +79,7 @@ FieldType ExpectedField(const WordOf<Vocabulary>& /*kind*/, const FieldType& wri
     return hasWord ? written : FieldType();
 }
 
-/// The first word that is this text, or the number of words.
+/// The index of the first word equal to `text`, or the number of words.
 template <class Vocabulary>
 std::size_t IndexOfWord(std::string_view text) {
     std::size_t index = 0;
@@ -105,7 +105,7 @@ SetField<Vocabulary> ExpectedField(const WordList<Vocabulary>& /*kind*/, const S
     return expected;
 }
 
-/// Blanks and colons at the beginning are lost, and so is what is too long; a text without anything else has no value.
+/// Leading blanks and colons are lost, and so is what exceeds the limit; a text of nothing else has no value.
 template <class FieldType>
 FieldType ExpectedText(const FieldType& written) {
     FieldType expected;

@@ -1,4 +1,4 @@
-// How the bytes of a fuzzer stand for a stream and the way in which it arrives.
+// How the fuzzer's bytes encode a stream and the pieces in which it arrives.
 #pragma once
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 namespace Morquil::Fuzz {
 
 /// A stream, then optionally a byte 0xFF, options, and the sizes of the pieces in which the stream arrives. Any text is
-/// an input, so that files of recorded text can be seeds: without sizes it arrives byte by byte.
+/// a valid input, so files of recorded text can be seeds: without sizes it arrives byte by byte.
 class FeedInput {
 public:
     explicit FeedInput(std::string_view input) : stream_(input.substr(0, input.rfind(mark))) {
@@ -22,11 +22,11 @@ public:
 
     std::string_view Stream() const { return stream_; }
 
-    /// Whether the stream is also a settings file that is played back.
+    /// Whether the stream is also played back as a settings file.
     bool IsSettingsFile() const { return (options_ & 1) != 0; }
-    /// Whether the sink is taken away on the way, and after how many events.
-    bool LosesSink() const { return (options_ & 2) != 0; }
-    std::uint64_t EventsBeforeLoss() const { return options_ >> 2; }
+    /// Whether the client stops listening in the middle, and after how many events.
+    bool StopsListening() const { return (options_ & 2) != 0; }
+    std::uint64_t EventsBeforeStop() const { return options_ >> 2; }
 
     /// Calls `take` with each piece. A size of 0 is an empty piece; the piece after it is one byte.
     template <class Take>

@@ -1,6 +1,6 @@
-// Any bytes to the client, in pieces: the events are those of one piece, nothing is allocated, no event comes once it
-// has stopped listening, and each acknowledgement lets one block go. As a settings file: what is queued for the device
-// is whole blocks, and no more than one of each type.
+// The client receives any bytes in pieces: the events are the same as for one piece, nothing is allocated, no event
+// comes after it has stopped listening, and each acknowledgement releases one block. Played back as a settings file,
+// the bytes queue only whole blocks, and at most one of each type.
 #include <array>
 #include <cstring>
 #include <memory>
@@ -23,10 +23,10 @@
 namespace Morquil::Fuzz {
 namespace {
 
-/// A sink that digests.
+/// A sink that digests its events.
 class DigestingSink final : public EveryBlockSink<DigestingSink> {
 public:
-    explicit DigestingSink(std::uint64_t noteAfter) : digest_(noteAfter) {}
+    explicit DigestingSink(std::uint64_t recordAfter) : digest_(recordAfter) {}
 
     const EventDigest& Digest() const { return digest_; }
 
@@ -43,15 +43,15 @@ private:
     EventDigest digest_;
 };
 
-/// A parser starts without partial lines, but keeps the frame height that a device named last. This names none.
-constexpr std::string_view forgetting = "\n\nANCILLARY DATA AVAILABILITY:\nTimecode frame height: 0\n\n";
+/// A parser with a new sink drops partial lines, but keeps the frame height that a device named last. This resets it.
+constexpr std::string_view reset = "\n\nANCILLARY DATA AVAILABILITY:\nTimecode frame height: 0\n\n";
 
-/// A parser of all inputs, as it was at first. Making a new one each time takes longer than most inputs.
+/// One parser for all inputs, reset before each. Making a new one each time takes longer than most inputs.
 class ReusedParser {
 public:
     MorquilTextProtocolParser& With(IMorquilTextProtocolSink* sink) {
         parser_.SetSink(nullptr);
-        parser_.Feed(forgetting.data(), forgetting.size());
+        parser_.Feed(reset.data(), reset.size());
         parser_.SetSink(sink);
         return parser_;
     }
@@ -62,18 +62,18 @@ private:
 
 ReusedParser wholeParser;
 ReusedParser loadingParser;
-/// A client of all inputs, for the same reason.
+/// One client for all inputs, for the same reason.
 DigestingClient receivingClient;
 
-/// Every piece lies in front of bytes that did not arrive, and is overwritten once it has been taken: who reads too
-/// far, or keeps a view into a piece, has other events.
+/// Every piece is followed in memory by bytes that did not arrive, and is overwritten after it has been read: reading
+/// too far, or keeping a view into a piece, changes the events.
 template <class Take>
 void InPieces(const FeedInput& input, Take take) {
-    static constexpr std::string_view behind = "\nPING\n\n";
-    static std::array<char, 256 + behind.size()> arrived;
+    static constexpr std::string_view following = "\nPING\n\n";
+    static std::array<char, 256 + following.size()> arrived;
     input.ForEachPiece([&](std::string_view piece) {
         std::memcpy(arrived.data(), piece.data(), piece.size());
-        std::memcpy(arrived.data() + piece.size(), behind.data(), behind.size());
+        std::memcpy(arrived.data() + piece.size(), following.data(), following.size());
         take(std::string_view(arrived.data(), piece.size()));
     });
 }
@@ -84,20 +84,20 @@ void ArriveInPieces(DigestingClient& client, const FeedInput& input) {
 
 /// All events of the stream in one piece.
 EventDigest DigestOfTheWhole(const FeedInput& input) {
-    DigestingSink sink(input.EventsBeforeLoss());
+    DigestingSink sink(input.EventsBeforeStop());
     wholeParser.With(&sink).Feed(input.Stream().data(), input.Stream().size());
     return sink.Digest();
 }
 
 EventDigest DigestOfTheClient(const FeedInput& input) {
     receivingClient.Begin(0, false);
-    receivingClient.Arrive(forgetting);
-    receivingClient.Begin(input.EventsBeforeLoss(), false);
+    receivingClient.Arrive(reset);
+    receivingClient.Begin(input.EventsBeforeStop(), false);
     ArriveInPieces(receivingClient, input);
     return receivingClient.Digest();
 }
 
-/// Gives the digest of the whole.
+/// Returns the digest of the whole stream.
 EventDigest TryAsReceived(const FeedInput& input) {
     const std::uint64_t allocationsBefore = AllocationCount();
     const EventDigest whole = DigestOfTheWhole(input);
@@ -111,10 +111,10 @@ EventDigest TryAsReceived(const FeedInput& input) {
 
 void TryWithoutListening(const FeedInput& input, const EventDigest& whole) {
     DigestingClient client;
-    client.Begin(input.EventsBeforeLoss(), true);
+    client.Begin(input.EventsBeforeStop(), true);
     ArriveInPieces(client, input);
-    Require(client.Digest().Events() == input.EventsBeforeLoss(), "nothing reaches a client that stopped listening");
-    Require(client.Digest().Value() == whole.Noted(),
+    Require(client.Digest().Events() == input.EventsBeforeStop(), "nothing reaches a client that stopped listening");
+    Require(client.Digest().Value() == whole.Recorded(),
             "a client that stops listening has had the same events until then");
 }
 
@@ -127,26 +127,26 @@ std::string Queue(MorquilTextProtocolClient& client, Fill fill) {
     return text;
 }
 
-/// Every acknowledgement, or refusal, lets one block go: the first of those that wait.
-void TryWithBlocksThatWait(const FeedInput& input, const EventDigest& whole) {
+/// Every acknowledgement or refusal releases one block: the first of the pending ones.
+void TryWithPendingBlocks(const FeedInput& input, const EventDigest& whole) {
     DigestingClient client;
-    const std::array<std::string, 3> waiting{
+    const std::array<std::string, 3> pending{
         Queue<MorquilDeviceMessage>(client, [](auto& message) { message.panelLock.Set(true); }),
         Queue<VideoProcAmpMessage>(client, [](auto& message) { message.gain.Set(-3); }),
         Queue<NetworkConfigMessage>(client, [](auto& message) { message.friendlyName.Set("Rack 7"); })};
     client.Begin(0, false);
     ArriveInPieces(client, input);
     std::string expected;
-    for (std::size_t place = 0; place < waiting.size(); ++place) {
+    for (std::size_t place = 0; place < pending.size(); ++place) {
         const bool isSent = place < client.Digest().Acknowledgements();
-        expected += isSent ? waiting[place] : "";
-        Require(client.ExpectsEcho(waiting[place]) == isSent, "what has been sent is remembered, and nothing else");
+        expected += isSent ? pending[place] : "";
+        Require(client.ExpectsEcho(pending[place]) == isSent, "sent blocks are remembered, and nothing else");
     }
-    Require(client.Sent() == expected, "an acknowledgement lets the next block go");
-    Require(client.Digest().Value() == whole.Value(), "what waits to be sent changes nothing in what is received");
+    Require(client.Sent() == expected, "an acknowledgement releases the next block");
+    Require(client.Digest().Value() == whole.Value(), "pending blocks do not change what is received");
 }
 
-/// The loader's sink is a private base: hosts load files. A file system would take longer than all the rest.
+/// The loader's sink is a private base, because hosts load files. Here a file would take longer than all the rest.
 IMorquilTextProtocolSink& SinkOf(MorquilConfigLoader& loader) {
     return (IMorquilTextProtocolSink&)loader;
 }
@@ -158,13 +158,13 @@ void TryAsSettingsFile(const FeedInput& input) {
     InPieces(input, [&](std::string_view piece) { loading.Feed(piece.data(), piece.size()); });
     std::size_t messages = 0;
     for (auto message = client.Take(); message != nullptr; message = client.Take()) {
-        Require(!message->recordSentText, "the answer to a setting that is played back is no echo");
+        Require(!message->recordSentText, "the answer to a setting that is played back is not an echo");
         const std::string text = TextOf(*message);
         Require(IsOneBlock(text), "a setting that is played back is one block");
-        Require(LongestLine(text) <= longestReadLine, "a setting that is played back has no line that is cut");
+        Require(LongestLine(text) <= longestReadLine, "no line of a setting that is played back is cut");
         ++messages;
     }
-    Require(messages < PendingMessages::slotCount, "at most one message of a type waits");
+    Require(messages < PendingMessages::slotCount, "at most one message of a type is pending");
 }
 
 }  // namespace
@@ -174,11 +174,11 @@ int TestOneInput(const std::uint8_t* bytes, std::size_t size) {
     using namespace Morquil::Fuzz;
     const FeedInput input({reinterpret_cast<const char*>(bytes), size});
     const EventDigest whole = TryAsReceived(input);
-    if (input.LosesSink() && whole.Events() >= input.EventsBeforeLoss()) {
+    if (input.StopsListening() && whole.Events() >= input.EventsBeforeStop()) {
         TryWithoutListening(input, whole);
     }
     if (whole.Acknowledgements() > 0) {
-        TryWithBlocksThatWait(input, whole);
+        TryWithPendingBlocks(input, whole);
     }
     if (input.IsSettingsFile()) {
         TryAsSettingsFile(input);

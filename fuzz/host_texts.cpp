@@ -84,7 +84,7 @@ void TryDeviceText(const std::string& bytes) {
     Require(back == bytes || !IsWellFormed(bytes), "a device's well-formed text is kept");
 }
 
-/// Counts nothing: the feature objects are the fuzzer's own.
+/// Does not count references: the fuzzer owns the feature objects.
 class Owner final : public IUnknown {
 public:
     STDMETHODIMP QueryInterface(REFIID /*iid*/, void** out) override {
@@ -95,7 +95,7 @@ public:
     STDMETHODIMP_(ULONG) Release() override { return 1; }
 };
 
-/// The objects with setters of texts, over a client that is not connected.
+/// The objects that have setters of texts, with a client that is not connected.
 struct Host {
     Owner owner;
     Testing::QueueClient client;
@@ -124,17 +124,17 @@ void TryConversions(ByteSource& source) {
 }
 
 void TryTextSetters(ByteSource& source) {
-    Host host;  // a new one each time: a client remembers what it has sent
+    Host host;  // a new one for each input: a client remembers what it has sent
     const unsigned setter = source.Byte() % 8;
     const Utf16 units = HostText(source);
     const HRESULT result = host.Set(setter, OwnedBstr(units).Get());
     const auto message = host.client.Take();
     Require((result == S_OK) == !EndsALine(units), "a text that would end its line is refused, and no other is");
-    Require((message != nullptr) == (result == S_OK), "what is refused is not queued");
+    Require((message != nullptr) == (result == S_OK), "a refused text is not queued");
     if (message != nullptr) {
         const std::string text = TextOf(*message);
         Require(IsOneBlock(text) && std::count(text.begin(), text.end(), '\n') <= 3, "a text is one line of one block");
-        Require(IsWellFormed(text), "a text goes out as well-formed UTF-8");
+        Require(IsWellFormed(text), "a text is sent as well-formed UTF-8");
         Require(LongestLine(text) <= longestReadLine, "a text's line is not cut");
     }
 }

@@ -1,4 +1,4 @@
-// libFuzzer's way into a target.
+// Lets libFuzzer call a target.
 #include "fuzz/fuzz_target.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);

@@ -1,4 +1,4 @@
-// Fills a change set with whatever the fuzzer's bytes say. Without bytes every field is absent.
+// Fills a change set from the fuzzer's bytes. Without bytes every field is absent.
 #pragma once
 
 #include <array>
@@ -20,7 +20,7 @@ inline void Randomize(ByteSource& source, std::uint32_t& number) {
     number = source.LikelyNumber<std::uint32_t>();
 }
 inline void Randomize(ByteSource& source, double& number) {
-    // Few bit patterns are numbers of a size that hosts use, with decimals.
+    // Few bit patterns are numbers of the size that hosts use, so add some with decimals.
     number = source.Flag() ? source.Number<double>() : source.LikelyNumber<std::int32_t>() / 1024.0;
 }
 inline void Randomize(ByteSource& source, bool& flag) {
@@ -80,7 +80,7 @@ void Randomize(ByteSource& source, FieldType& field) {
     }
 }
 
-/// A change set of a block, with values inside and outside of what hosts are allowed.
+/// A change set of a block, with values inside and outside the allowed ranges.
 template <class Description>
 ChangeSetOf<Description> RandomChangeSet(ByteSource& source) {
     ChangeSetOf<Description> set;

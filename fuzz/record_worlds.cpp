@@ -1,5 +1,5 @@
-// Writes the seeds of the device target: for each story the shortest throws of the dice among the seeded worlds in
-// which it happens. To be run again when the simulation throws its dice in another order.
+// Writes the seeds of the device target: for each story the shortest sequence of dice throws among the seeded worlds in
+// which it happens. Run it again when the simulation throws its dice in another order.
 //   morquil-fuzz-record-worlds FOLDER
 #include <cstdio>
 #include <cstdlib>
@@ -18,7 +18,7 @@ namespace Morquil::Fuzz {
 namespace {
 
 constexpr std::uint64_t seeds = 20'000;
-/// What the target searches up to.
+/// The longest input that the fuzzer tries.
 constexpr std::size_t longest = 4096;
 
 /// Whether the events happen, one after the other.
@@ -47,14 +47,14 @@ std::string_view ThreadOf(std::string_view line) {
     return begin != std::string_view::npos ? line.substr(begin, line.find(']') - begin) : std::string_view();
 }
 
-/// Whether a thread does something as the first thing in a call that it makes to an observer.
+/// Whether the first thing that a thread does inside a call to an observer is `act`.
 bool HasInsideCall(std::string_view trace, std::string_view call, std::string_view act) {
     for (std::size_t at = trace.find(call); at != std::string_view::npos; at = trace.find(call, at + 1)) {
         const std::size_t begin = trace.rfind('\n', at) + 1;
         const std::size_t next = trace.find('\n', at) + 1;
         const std::string_view line = trace.substr(begin, next - begin);
-        const std::string_view behind = trace.substr(next, trace.find('\n', next) - next);
-        if (ThreadOf(line) == ThreadOf(behind) && behind.ends_with(act)) {
+        const std::string_view following = trace.substr(next, trace.find('\n', next) - next);
+        if (ThreadOf(line) == ThreadOf(following) && following.ends_with(act)) {
             return true;
         }
     }

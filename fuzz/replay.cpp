@@ -1,5 +1,5 @@
-// Runs a target on every file of the folders that are named on the command line: what fuzzing has found stays found,
-// also with compilers that have no fuzzer.
+// Runs a target on every file of the folders on the command line, so that fuzzing's findings are tested with every
+// compiler, also without a fuzzer.
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// In an order that does not depend on the file system. A folder that is not there holds nothing.
+/// The files in an order that does not depend on the file system. A missing folder counts as empty.
 std::set<fs::path> FilesIn(const fs::path& folder) {
     std::set<fs::path> files;
     std::error_code missing;
@@ -35,7 +35,7 @@ std::string ContentOf(const fs::path& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/// Named before it runs: a crash leaves no chance to say it.
+/// Prints the name before the run, since a crash could not print it.
 void Replay(const fs::path& path) {
     const std::string content = ContentOf(path);
     std::printf("%s\n", path.string().c_str());

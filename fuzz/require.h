@@ -5,7 +5,8 @@
 
 namespace Morquil::Fuzz {
 
-/// Ends the program when a promise does not hold: to a fuzzer that is a finding. Unlike assert() in every build.
+/// Ends the program when a promise is broken, which a fuzzer reports as a finding. Unlike assert() it works in every
+/// build.
 inline void Require(bool holds, const char* promise) {
     if (!holds) {
         std::fprintf(stderr, "broken promise: %s\n", promise);

@@ -1,5 +1,5 @@
-// What is written is read: any change set of any block becomes one block of text, and a parser makes the same of it.
-// And whatever text a host gives to a setter, the wire gets one well-formed line.
+// Any change set of any block is written as one block of text, from which a parser reads the same values. Any text that
+// a host passes to a setter is sent as one well-formed line, or refused.
 #include <array>
 #include <cstdio>
 #include <string>
@@ -64,14 +64,14 @@ void TryBlock(ByteSource& source) {
     const std::string text = BlockText<Description>(set);
     Require(IsOneBlock(text), "a change set is written as one block");
     if (LongestLine(text) > longestReadLine) {
-        return;  // only lists that devices write are that long, and readers cut them
+        return;  // only lists from devices are that long, and readers cut them
     }
     OneBlockSink<Description> sink;
     parser.SetSink(&sink);
     parser.Feed(text.data(), text.size());
     ChangeSetOf<Description> expected = ExpectedReading<Description>(set);
     RequireSame<Description>(sink.Block(), expected);
-    Require(!Merge(expected, sink.Block()), "merging what is there already changes nothing");
+    Require(!Merge(expected, sink.Block()), "merging the same values changes nothing");
 }
 
 constexpr auto tryBlock = []<std::size_t... block>(std::index_sequence<block...>) {
@@ -83,7 +83,7 @@ constexpr auto tryBlock = []<std::size_t... block>(std::index_sequence<block...>
 }  // namespace
 }  // namespace Morquil::Fuzz
 
-/// The first byte chooses a block; numbers beyond the blocks choose texts.
+/// The first byte chooses a block; larger numbers choose texts.
 int TestOneInput(const std::uint8_t* bytes, std::size_t size) {
     using namespace Morquil::Fuzz;
     ByteSource source({reinterpret_cast<const char*>(bytes), size});

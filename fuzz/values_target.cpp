@@ -1,4 +1,4 @@
-// Every value parser beside the standard library's reader of the same values: same success, same value.
+// Every value parser compared with the standard library's: the same success, the same value.
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -37,7 +37,7 @@ bool IsSame(double left, double right) {
     return std::memcmp(&left, &right, sizeof left) == 0;
 }
 
-/// Both read one value; both keep what is theirs for the next.
+/// Both read one value, and continue after it with the next.
 template <class T>
 void ReadBoth(ValueReader& reader, std::istream& stream) {
     T fromReader{};
@@ -48,7 +48,7 @@ void ReadBoth(ValueReader& reader, std::istream& stream) {
     Require(read || IsSame(fromReader, T{}), "a failure leaves the value alone");
 }
 
-/// Four values, of kinds that `kinds` names with two bits each: a range is two of the same kind.
+/// Four values; two bits of `kinds` select the kind of each. A range is two values of the same kind.
 void TrySequence(std::string_view text, unsigned kinds) {
     ValueReader reader(text);
     std::istream& stream = StreamOver(text);
@@ -96,7 +96,7 @@ void TryTimecode(std::string_view text) {
     Require(digits == (isTimecode ? std::stoul(expected, nullptr, 16) : untouched), "a timecode is packed digits");
 }
 
-/// The length of the longest run of characters out of `allowed`. What scanf makes of longer numbers is its secret.
+/// The length of the longest run of characters from `allowed`. What scanf reads from longer numbers is undefined.
 std::size_t LongestRun(std::string_view text, std::string_view allowed) {
     std::size_t longest = 0;
     std::size_t run = 0;
@@ -130,7 +130,7 @@ void TryHexVersion(const std::string& text) {
 }  // namespace
 }  // namespace Morquil::Fuzz
 
-/// The first byte names the kinds of a sequence of values; the rest is the text that they are read from.
+/// The first byte selects the kinds of a sequence of values; the rest is the text that they are read from.
 int TestOneInput(const std::uint8_t* bytes, std::size_t size) {
     using namespace Morquil::Fuzz;
     if (size == 0) {

@@ -21,7 +21,7 @@ std::string DictionaryString(std::string_view text) {
     return quoted + '"';
 }
 
-/// A key as it stands in a line; an indexed one with its last index.
+/// A key as written in a line; an indexed one with its last index.
 std::string KeyInLine(const Description::KeyDescription& key) {
     return std::string(key.key) + (key.count != 0 ? std::to_string(key.count - 1) : std::string()) + ": ";
 }

@@ -9,12 +9,12 @@
 
 namespace Morquil::Fuzz {
 
-/// Throws that take more than one byte to write down.
+/// Whether a throw takes more than one byte to record.
 inline bool IsLong(std::uint32_t count) {
     return count > 256;
 }
 
-/// Throws what the fuzzer has written down.
+/// Takes its throws from the fuzzer's bytes.
 class WrittenDice final : public Testing::Worlds::Dice {
 public:
     explicit WrittenDice(std::string_view bytes) : bytes_(bytes) {}
@@ -28,7 +28,7 @@ private:
     ByteSource bytes_;
 };
 
-/// Writes down what seeded dice throw, so that written dice throw it again.
+/// Records the throws of seeded dice, so that written dice can repeat them.
 class RecordingDice final : public Testing::Worlds::Dice {
 public:
     explicit RecordingDice(std::uint64_t seed) : dice_(seed) {}

@@ -1,4 +1,4 @@
-// The rows of a block's table written with fmt's compiled formats, into a buffer that grows, as the library's does.
+// Writes the rows of a block's table with fmt's compiled formats, into a growing buffer like the library's.
 #pragma once
 
 #include <fmt/compile.h>

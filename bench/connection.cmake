@@ -1,5 +1,5 @@
-# A device on the network: how long things take, and what a thousand of them take up. The device of these benchmarks is
-# a program of its own that must be running; it is the system's own also where the host runs under Wine.
+# A device on the network: how long operations take, and what a thousand devices cost. The device of these benchmarks is
+# a separate program that must be running; it is a native program even when the host runs under Wine.
 add_library(MorquilBenchConnection STATIC
     connection_console.cpp
     connection_host.cpp
@@ -34,7 +34,7 @@ morquil_benchmark(devices
 target_link_libraries(morquil-bench-devices PRIVATE MorquilBenchConnection)
 
 if(WIN32)
-    # The library as it is shipped, and a plain one with the same imports.
+    # The library as shipped, and a plain one with the same imports.
     set(stripped morquil-bench-stripped.dll)
     set(imports ${CMAKE_CURRENT_BINARY_DIR}/imports.c)
     add_custom_command(
@@ -56,7 +56,7 @@ if(WIN32)
         MORQUIL_STRIPPED_LIBRARY="${stripped}" MORQUIL_PLAIN_LIBRARY="morquil-bench-plain.dll")
     add_dependencies(morquil-bench-loading morquil-bench-plain)
 
-    # Programs look for the library beside themselves.
+    # Programs look for the library in their own folder.
     add_custom_command(TARGET morquil-bench-connection POST_BUILD
         COMMAND ${CMAKE_COMMAND} -E copy_if_different
                 $<TARGET_FILE:MorquilAPI> $<TARGET_FILE_DIR:morquil-bench-connection>)

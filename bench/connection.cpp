@@ -1,4 +1,4 @@
-// How long a host waits for a connected device, against a raw client that has the same conversation.
+// How long connecting takes, compared with a raw client that has the same conversation.
 //   --connects=NUMBER  how often each of the two connects
 #include <optional>
 

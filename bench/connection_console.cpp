@@ -13,7 +13,7 @@ namespace Morquil::Bench {
 
 #ifdef _WIN32
 const char* const nullDevice = "NUL";
-const bool nullDeviceTakesAllAtOnce = false;
+const bool nullDeviceIsBuffered = false;
 
 std::array<int, 2> OpenPipe() {
     std::array<int, 2> ends{};
@@ -25,7 +25,7 @@ int ReadSome(int descriptor, char* buffer, std::size_t size) {
 }
 #else
 const char* const nullDevice = "/dev/null";
-const bool nullDeviceTakesAllAtOnce = true;
+const bool nullDeviceIsBuffered = true;
 
 std::array<int, 2> OpenPipe() {
     std::array<int, 2> ends{};

@@ -1,4 +1,4 @@
-// What a program prints, sent elsewhere; and all in which systems differ about it.
+// Redirects standard output, and hides how systems differ in that.
 #pragma once
 
 #include <array>
@@ -7,21 +7,21 @@
 namespace Morquil::Bench {
 
 extern const char* const nullDevice;
-/// Whether the null device takes as much at once as a stream hands over; on Windows the library writes each receive.
-extern const bool nullDeviceTakesAllAtOnce;
+/// Whether output to the null device is buffered; on Windows the library writes it after each receive.
+extern const bool nullDeviceIsBuffered;
 
-/// A pipe's end to read from, and the one to write to.
+/// A pipe: its read end and its write end.
 std::array<int, 2> OpenPipe();
-/// Reads into `buffer`. Returns: how many bytes; 0 or less at the end.
+/// Reads into `buffer`. Returns: the number of bytes; 0 or less at the end.
 int ReadSome(int descriptor, char* buffer, std::size_t size);
 void Close(int descriptor);
 
-/// Sends what this program prints elsewhere, as long as it stands.
+/// Redirects this program's standard output while this object lives.
 class Console {
 public:
     /// To the file or device `path`.
     explicit Console(const std::string& path);
-    /// To an open descriptor, which stays the caller's.
+    /// To an open descriptor, which the caller still owns.
     explicit Console(int descriptor);
     ~Console();
     Console(const Console&) = delete;

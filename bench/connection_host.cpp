@@ -9,7 +9,7 @@ namespace Morquil::Bench {
 
 namespace {
 
-/// An address as interfaces take it.
+/// An address in the form that the interfaces expect.
 class Address {
 public:
     explicit Address(const std::string& text) : text_(SysAllocStringLen(nullptr, static_cast<UINT>(text.size()))) {
@@ -29,7 +29,7 @@ private:
 
 Device Connected(HRESULT result, IMorquilDevice* device) {
     if (FAILED(result) || device == nullptr) {
-        std::cerr << "The library does not connect" << std::endl;
+        std::cerr << "The library cannot connect" << std::endl;
         std::exit(1);
     }
     return Device(device);

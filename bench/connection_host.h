@@ -1,4 +1,4 @@
-// The library as its hosts use it, with what the benchmarks need of it.
+// The parts of the library that the benchmarks use, called as a host calls them.
 #pragma once
 
 #include <string>
@@ -9,11 +9,11 @@
 namespace Morquil::Bench {
 
 /// One reference to an object of the library.
-template <class Face>
+template <class RawInterface>
 class Reference {
 public:
     Reference() = default;
-    explicit Reference(Face* object) : object_(object) {}
+    explicit Reference(RawInterface* object) : object_(object) {}
     Reference(Reference&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
     Reference& operator=(Reference&& other) noexcept {
         std::swap(object_, other.object_);
@@ -25,11 +25,11 @@ public:
         }
     }
 
-    Face* operator->() const { return object_; }
-    Face* Get() const { return object_; }
+    RawInterface* operator->() const { return object_; }
+    RawInterface* Get() const { return object_; }
 
 private:
-    Face* object_ = nullptr;
+    RawInterface* object_ = nullptr;
 };
 
 using Device = Reference<IMorquilDevice>;
@@ -37,17 +37,17 @@ using Device = Reference<IMorquilDevice>;
 /// The discovery object of the process.
 IMorquilDiscovery& Discovery();
 
-/// Connects and waits; the device must be there, or the program ends.
+/// Connects and waits; ends the program if that fails.
 Device Connect(const std::string& address);
-/// Starts to connect.
+/// Starts connecting.
 Device ConnectAsync(const std::string& address, IMorquilConnectionObserver& observer);
 
 /// One of a device's features.
-template <class Face>
-Reference<Face> FeatureOf(const Device& device, REFIID iid) {
-    void* face = nullptr;
-    device->QueryInterface(iid, &face);
-    return Reference<Face>(static_cast<Face*>(face));
+template <class RawInterface>
+Reference<RawInterface> FeatureOf(const Device& device, REFIID iid) {
+    void* feature = nullptr;
+    device->QueryInterface(iid, &feature);
+    return Reference<RawInterface>(static_cast<RawInterface*>(feature));
 }
 
 }  // namespace Morquil::Bench

@@ -28,7 +28,7 @@ Conversation Record() {
 
 std::string MakeFlood() {
     std::string updates;
-    for (const TextBlock& block : TakeApart(UpdatesText())) {
+    for (const TextBlock& block : SplitBlocks(UpdatesText())) {
         const std::string header = block.header + ":\n";
         if (header != floodHeader) {
             updates += header + block.lines[0].key + ": " + block.lines[0].value + "\n\n";

@@ -1,4 +1,4 @@
-// What a host and a device say to each other; the device of the benchmarks and their raw clients read it from here.
+// What a host and a device send to each other; used by the device of the benchmarks and by the raw clients.
 #pragma once
 
 #include <string>
@@ -10,8 +10,8 @@ namespace Morquil::Bench {
 /// The port of devices.
 inline constexpr unsigned short devicePort = 9800;
 
-/// Where the device of the benchmarks listens: several addresses, because the system has some 28,000 connections for
-/// each. None that tests use.
+/// Where the device of the benchmarks listens: several addresses, because the system allows some 28,000 connections to
+/// each. The tests use none of them.
 inline constexpr int deviceAddressCount = 8;
 std::string DeviceAddress(int number);
 
@@ -20,7 +20,7 @@ struct Exchange {
     std::string answer;
 };
 
-/// All that is said until a host is connected: a greeting, then question and answer, one after the other.
+/// Everything that is sent until a host is connected: a greeting, then question and answer, one after the other.
 struct Conversation {
     std::string greeting;
     std::vector<Exchange> requests;
@@ -29,11 +29,11 @@ struct Conversation {
 };
 const Conversation& ConnectConversation();
 
-/// What the device answers to a block that sets something: that it has it, and the block itself.
+/// The device's answer to a block that sets something: an acknowledgement, and the block itself.
 std::string EchoOf(std::string_view block);
 
-/// A block with this header is echoed behind a flood: reports of what the device has said before, each line a block.
-/// The lock of the panel, because the library compares no other block with that echo.
+/// A block with this header is echoed after a flood, which repeats earlier reports with one block for each line. It is
+/// the panel lock's, because the library compares only blocks with that header with the expected echo.
 inline constexpr std::string_view floodHeader = "MORQUIL DEVICE:\n";
 const std::string& Flood();
 

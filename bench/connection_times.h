@@ -18,7 +18,7 @@ double MicrosecondsOf(Work work) {
     return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// The value that `percent` of all values do not exceed.
+/// The value that `percent` percent of all values do not exceed.
 inline double Percentile(std::vector<double> values, double percent) {
     std::sort(values.begin(), values.end());
     const auto place = static_cast<std::size_t>(static_cast<double>(values.size() - 1) * percent / 100);

@@ -7,7 +7,7 @@ namespace Morquil::Bench {
 
 void RequireEqual(const std::string& left, const std::string& right, const char* names) {
     if (left != right) {
-        std::cerr << names << " do not have the same result\n" << left << "\n-----\n" << right << '\n';
+        std::cerr << names << " have different results\n" << left << "\n-----\n" << right << '\n';
         std::exit(1);
     }
 }

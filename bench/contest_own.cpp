@@ -10,7 +10,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr int rounds = 401;
-/// Shorter than what a system gives a program at a time: most turns are not disturbed at all.
+/// Shorter than the scheduler's time slice: most turns are not interrupted.
 constexpr std::chrono::milliseconds turn{1};
 
 double NanosecondsOf(const Contestant& contestant, int repetitions) {
@@ -21,7 +21,7 @@ double NanosecondsOf(const Contestant& contestant, int repetitions) {
     return std::chrono::duration<double, std::nano>(Clock::now() - start).count();
 }
 
-/// How often the work is to be repeated so that the clock's own steps do not matter.
+/// How often to repeat the work so that the clock's resolution does not matter.
 int RepetitionsOf(const Contestant& contestant) {
     const double enough = std::chrono::duration<double, std::nano>(turn).count();
     int repetitions = 1;
@@ -39,7 +39,7 @@ int Measure(int argumentCount, char** arguments, const std::vector<Contestant>& 
     for (const Contestant& contestant : contestants) {
         repetitions.push_back(RepetitionsOf(contestant));
     }
-    // In turn, round after round: what disturbs the machine for a while disturbs all of them.
+    // In turn, round after round: a temporary load on the machine affects all of them.
     std::vector<std::vector<double>> times(contestants.size());
     for (int round = 0; round < rounds; ++round) {
         for (std::size_t at = 0; at < contestants.size(); ++at) {

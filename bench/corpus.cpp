@@ -22,7 +22,7 @@ std::string DumpText() {
 
 std::string UpdatesText() {
     std::string text;
-    for (const TextBlock& block : TakeApart(DumpText())) {
+    for (const TextBlock& block : SplitBlocks(DumpText())) {
         if (IsSettings(block.header)) {
             for (const TextLine& line : block.lines) {
                 text += block.header + ":\n" + line.key + ": " + line.value + "\n\n";
@@ -32,7 +32,7 @@ std::string UpdatesText() {
     return text;
 }
 
-std::vector<TextBlock> TakeApart(std::string_view text) {
+std::vector<TextBlock> SplitBlocks(std::string_view text) {
     std::vector<TextBlock> blocks;
     bool inside = false;
     Simulator::ForEachLine(text, [&](std::string_view line) {

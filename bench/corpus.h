@@ -1,4 +1,4 @@
-// What is read: protocol text, and the same keys and values taken apart.
+// The texts that the parsers read: protocol text, and the same keys and values as structures.
 #pragma once
 
 #include <string>
@@ -12,18 +12,18 @@ struct TextLine {
     std::string value;
 };
 
-/// A block of protocol text, taken apart.
+/// A block of protocol text, split into header, keys and values.
 struct TextBlock {
     std::string header;
     std::vector<TextLine> lines;
 };
 
-/// Everything that a device says of itself: each block once, as the library's writer writes it.
+/// A device's complete state: each block once, as the library's writer writes it.
 std::string DumpText();
 
-/// Blocks of one line each, as a device reports what somebody turns: every line of every block of settings.
+/// Blocks of one line each, as a device reports changes on its front panel: every line of every block of settings.
 std::string UpdatesText();
 
-std::vector<TextBlock> TakeApart(std::string_view text);
+std::vector<TextBlock> SplitBlocks(std::string_view text);
 
 }  // namespace Morquil::Bench

@@ -1,5 +1,5 @@
-// A device that answers as fast as it can, for any number of hosts: one thread, one look at what has come, one send.
-// Says what the simulated device says, but has made it all beforehand. Runs until it is ended.
+// A device that answers any number of hosts as fast as possible: one thread, one search for the answer, one send. It
+// sends what the simulated device would send, but has prepared all of it at the start. Runs until it is terminated.
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -20,7 +20,7 @@ namespace Morquil::Bench {
 
 namespace {
 
-/// A host, and what it has said of a block that is not complete yet.
+/// The hosts by socket, each with the part of an incomplete block that it has sent.
 using Hosts = std::map<int, std::string>;
 
 class Device {
@@ -90,11 +90,11 @@ private:
             hosts_.erase(host);
             return;
         }
-        std::string& said = hosts_[host];
-        said.append(buffer.data(), static_cast<std::size_t>(received));
-        for (std::size_t end = said.find("\n\n"); end != std::string::npos; end = said.find("\n\n")) {
-            Answer(host, said.substr(0, end + 2));
-            said.erase(0, end + 2);
+        std::string& pending = hosts_[host];
+        pending.append(buffer.data(), static_cast<std::size_t>(received));
+        for (std::size_t end = pending.find("\n\n"); end != std::string::npos; end = pending.find("\n\n")) {
+            Answer(host, pending.substr(0, end + 2));
+            pending.erase(0, end + 2);
         }
     }
 
@@ -109,7 +109,7 @@ private:
         }
     }
 
-    // A host that has gone is noticed when it is looked at next.
+    // A host that has disconnected is noticed at its next event.
     static void Send(int host, std::string_view text) {
         while (!text.empty()) {
             const ssize_t sent = send(host, text.data(), text.size(), MSG_NOSIGNAL);

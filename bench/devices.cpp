@@ -1,5 +1,5 @@
-// Many devices in one process: what each takes up, and how long it takes until all are connected, against a raw client
-// that has all conversations on one thread, and raw clients with a thread each.
+// Many devices in one process: what each costs, and how long it takes until all are connected, compared with a raw
+// client that has all conversations on one thread, and with raw clients on one thread each.
 //   --devices=NUMBER  how many
 //   --rounds=NUMBER   how often all of them are connected
 #include <condition_variable>
@@ -60,7 +60,7 @@ std::vector<Device> ConnectAll(const std::vector<std::string>& addresses) {
     return devices;
 }
 
-/// As the library does it: a thread for each conversation.
+/// Like the library: one thread for each conversation.
 void ConnectAllRawOnThreads(const std::vector<std::string>& addresses) {
     std::vector<std::jthread> threads;
     for (const std::string& address : addresses) {
@@ -83,7 +83,7 @@ struct Footprint {
     double threads;
 };
 
-/// What `start` adds to this process for each of `count`, before its result goes.
+/// What the result of `start` costs this process for each of `count`, while it is alive.
 template <class Start>
 Footprint FootprintOf(std::size_t count, Start start) {
     const std::size_t memory = ProcessMemory();
@@ -95,7 +95,7 @@ Footprint FootprintOf(std::size_t count, Start start) {
             .threads = (static_cast<double>(ThreadCount()) - static_cast<double>(threads)) / each};
 }
 
-/// Threads that do nothing until they are let go.
+/// Threads that do nothing until this object is destroyed.
 class BareThreads {
 public:
     explicit BareThreads(std::size_t count) {
@@ -147,7 +147,7 @@ int main(int argumentCount, char** arguments) {
     Footprint device{};
     {
         const Console silent(nullDevice);
-        Connect(addresses[0]);  // what the first connection of a process takes is not any device's
+        Connect(addresses[0]);  // the one-time cost of a process's first connection is not counted
         bare = FootprintOf(addresses.size(), [&] { return BareThreads(addresses.size()); });
         device = FootprintOf(addresses.size(), [&] { return ConnectAll(addresses); });
         for (int round = 0; round < rounds; ++round) {

@@ -5,11 +5,11 @@
 
 namespace Morquil::Bench {
 
-/// Connects to all addresses at once and has the conversation of a connect with each, on this one thread: what the
-/// system itself takes for it. Returns when all are complete.
+/// Connects to all addresses at once and has the conversation of a connect with each, on the calling thread: the time
+/// that the system itself needs. Returns when all are complete.
 void ConnectAllRaw(const std::vector<std::string>& addresses);
 
-/// Allows this program all the descriptors that the system lets it have.
+/// Raises this program's limit of descriptors to the system's maximum.
 void AllowManyDescriptors();
 
 }  // namespace Morquil::Bench

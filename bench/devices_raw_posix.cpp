@@ -40,12 +40,12 @@ public:
         }
     }
 
-    /// Something has come. Returns: whether the conversation is complete.
-    bool GoOn() {
+    /// Call when data has arrived. Returns: whether the conversation is complete.
+    bool Continue() {
         std::array<char, 16 * 1024> buffer;
         const ssize_t received = recv(socket_, buffer.data(), buffer.size(), 0);
         if (received <= 0) {
-            std::cerr << "A raw client has lost its device" << std::endl;
+            std::cerr << "A raw client has lost its connection" << std::endl;
             std::exit(1);
         }
         awaited_ -= static_cast<std::size_t>(received);
@@ -78,7 +78,7 @@ void ConnectAllRaw(const std::vector<std::string>& addresses) {
     for (std::size_t complete = 0; complete < addresses.size();) {
         const int count = epoll_wait(watch, events.data(), events.size(), -1);
         for (int at = 0; at < count; ++at) {
-            if (conversations[events[static_cast<std::size_t>(at)].data.u64].GoOn()) {
+            if (conversations[events[static_cast<std::size_t>(at)].data.u64].Continue()) {
                 ++complete;
             }
         }

@@ -6,7 +6,7 @@
 
 namespace Morquil::Bench {
 
-// Nothing here waits for many sockets at once: one after the other.
+// One after the other: there is no epoll here.
 void ConnectAllRaw(const std::vector<std::string>& addresses) {
     for (const std::string& address : addresses) {
         RawClient client(address);

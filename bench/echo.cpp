@@ -1,4 +1,5 @@
-// From a setter to the device's answer in the mirror, against a raw client that sends and receives the same bytes.
+// From a setter to the device's answer in the mirror, compared with a raw client that sends and receives the same
+// bytes.
 //   --sets=NUMBER  how often each of the two does it
 #include <cstddef>
 #include <thread>
@@ -35,8 +36,7 @@ void SetAndAwaitEcho(IMorquilVideoProcAmp& amplifier, int gain) {
     }
 }
 
-/// The 99th percentile of each stretch of time, and of these the median: what disturbs the machine for a while counts
-/// once.
+/// The median of the 99th percentiles of successive stretches, so that a temporary load on the machine counts once.
 double TypicalPercentile99(const std::vector<double>& times) {
     constexpr std::ptrdiff_t stretch = 250;
     std::vector<double> percentiles;

@@ -1,5 +1,5 @@
-// What it costs that everything a device says is printed: a flood of reports, with the console on different things.
-// `Nothing` hands over so much at once that it does not matter, and is the measure for the others.
+// The cost of printing everything that a device sends: a flood of reports, with standard output redirected to different
+// targets. `Nothing` writes so much at once that the cost does not matter, and is the baseline for the others.
 //   --floods=NUMBER  how often each is measured
 #include <array>
 #include <cstdio>
@@ -22,23 +22,23 @@ namespace {
 constexpr double receiveSize = 1024;
 constexpr std::size_t usualBuffer = 4096;
 
-/// A pipe that somebody reads.
-class ReadPipe {
+/// A pipe with a thread that reads it.
+class DrainedPipe {
 public:
-    ReadPipe() : ends_(OpenPipe()) {
+    DrainedPipe() : ends_(OpenPipe()) {
         reader_ = std::thread([this] {
             std::array<char, 1 << 16> buffer;
             while (ReadSome(ends_[0], buffer.data(), buffer.size()) > 0) {
             }
         });
     }
-    ~ReadPipe() {
+    ~DrainedPipe() {
         Close(ends_[1]);
         reader_.join();
         Close(ends_[0]);
     }
-    ReadPipe(const ReadPipe&) = delete;
-    ReadPipe& operator=(const ReadPipe&) = delete;
+    DrainedPipe(const DrainedPipe&) = delete;
+    DrainedPipe& operator=(const DrainedPipe&) = delete;
 
     int WriteEnd() const { return ends_[1]; }
 
@@ -47,19 +47,19 @@ private:
     std::thread reader_;
 };
 
-/// How the C library buffers what goes to a file, and what to the null device: on Windows that is a console to it.
+/// How the C library buffers output to a file, and to the null device, which it treats as a console on Windows.
 void BufferAsFile() {
     static std::array<char, usualBuffer> buffer;
     std::setvbuf(stdout, buffer.data(), _IOFBF, buffer.size());
 }
 void BufferAsNullDevice() {
-    if (nullDeviceTakesAllAtOnce) {
+    if (nullDeviceIsBuffered) {
         BufferAsFile();
     } else {
         std::setvbuf(stdout, nullptr, _IONBF, 0);
     }
 }
-/// So much at once that next to nothing is left of what each receive takes.
+/// Writes so much at once that the cost per receive is negligible.
 void BufferMuch() {
     static std::array<char, 16 * usualBuffer> buffer;
     std::setvbuf(stdout, buffer.data(), _IOFBF, buffer.size());
@@ -69,8 +69,8 @@ class Floods {
 public:
     Floods() : device_(Connect(DeviceAddress(0))) {}
 
-    /// Asks for a flood and waits for what comes behind it.
-    void Take() {
+    /// Requests a flood and waits for the echo after it.
+    void Receive() {
         lock_ = 1 - lock_;
         device_->SetPanelLock(lock_);
         for (LONG mirrored = -1; mirrored != lock_; device_->GetPanelLock(&mirrored)) {
@@ -91,14 +91,14 @@ int main(int argumentCount, char** arguments) {
     AwaitDevice();
     std::vector<double> nothing, file, pipe, null;
     const std::string path = (std::filesystem::temp_directory_path() / "morquil-bench-output").string();
-    const std::string cheapest = nullDeviceTakesAllAtOnce ? nullDevice : path;
+    const std::string cheapest = nullDeviceIsBuffered ? nullDevice : path;
     {
         const Console silent(nullDevice);
-        const ReadPipe readPipe;
+        const DrainedPipe drainedPipe;
         BufferAsFile();
         Floods floods;
         const auto perReceive = [&] {
-            return MicrosecondsOf([&] { floods.Take(); }) / (static_cast<double>(Flood().size()) / receiveSize);
+            return MicrosecondsOf([&] { floods.Receive(); }) / (static_cast<double>(Flood().size()) / receiveSize);
         };
         for (int round = 0; round < rounds; ++round) {
             {
@@ -112,7 +112,7 @@ int main(int argumentCount, char** arguments) {
                 file.push_back(perReceive());
             }
             {
-                const Console console(readPipe.WriteEnd());
+                const Console console(drainedPipe.WriteEnd());
                 BufferAsFile();
                 pipe.push_back(perReceive());
             }

@@ -6,8 +6,8 @@
 
 namespace Morquil::Bench {
 
-/// The protocol's parser once more, as plainly as it can be written: every byte goes into a line buffer, every header,
-/// key and word is searched for from the first to the last, every value is read by a string stream of its own.
+/// The protocol's parser in its simplest form: every byte goes into a line buffer, every header, key and word is found
+/// by linear search, every value is read by a new string stream.
 class LiteralParser {
 public:
     explicit LiteralParser(IMorquilTextProtocolSink& sink) : blocks_(sink) {}

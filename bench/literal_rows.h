@@ -1,4 +1,4 @@
-// The rows of a block's table, read one after the other until one of them knows the key.
+// Tries the rows of a block's table one after the other until one of them knows the key.
 #pragma once
 
 #include <cstdlib>
@@ -11,7 +11,7 @@
 
 namespace Morquil::Bench {
 
-/// A line, as texts that end in a zero.
+/// A line, as zero-terminated texts.
 struct LiteralLine {
     const char* key;
     const char* value;

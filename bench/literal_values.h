@@ -1,5 +1,5 @@
-// Values read the way one writes it down without thinking of speed: a string stream for every value, words compared one
-// after the other.
+// Reads values in the simplest way, without regard to speed: a string stream for every value, words compared one after
+// the other.
 #pragma once
 
 #include <strings.h>
@@ -20,7 +20,7 @@ inline bool SameText(const char* left, const char* right) {
     return strcasecmp(left, right) == 0;
 }
 
-/// The number of `word` in the vocabulary, or the number of its words.
+/// The index of `word` in the vocabulary, or the number of its words.
 template <class Vocabulary>
 std::size_t LiteralWord(const char* word) {
     std::size_t index = 0;

@@ -1,4 +1,4 @@
-// How long the system takes to load the library, against a library of C code that imports the same functions.
+// How long the system takes to load the library, compared with a library of C code that imports the same functions.
 //   --loads=NUMBER  how often each of the two is loaded
 #include <windows.h>
 
@@ -13,7 +13,7 @@ using namespace Morquil::Bench;
 
 namespace {
 
-std::string BesideThisProgram(const std::string& name) {
+std::string InProgramFolder(const std::string& name) {
     std::string path(MAX_PATH, '\0');
     path.resize(GetModuleFileNameA(nullptr, path.data(), MAX_PATH));
     return path.substr(0, path.find_last_of('\\') + 1) + name;
@@ -35,8 +35,8 @@ double LoadingTime(const std::string& path) {
 int main(int argumentCount, char** arguments) {
     const int loads = NumberArgument(argumentCount, arguments, "--loads", 101);
     ResultFile results(argumentCount, arguments);
-    const std::string library = BesideThisProgram(MORQUIL_STRIPPED_LIBRARY);
-    const std::string plain = BesideThisProgram(MORQUIL_PLAIN_LIBRARY);
+    const std::string library = InProgramFolder(MORQUIL_STRIPPED_LIBRARY);
+    const std::string plain = InProgramFolder(MORQUIL_PLAIN_LIBRARY);
     std::vector<double> libraryTimes;
     std::vector<double> plainTimes;
     for (int round = 0; round < loads; ++round) {

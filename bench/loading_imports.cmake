@@ -1,4 +1,4 @@
-# Writes a C file that needs every function which a DLL imports, and nothing else.
+# Writes a C file that uses every function that a DLL imports, and nothing else.
 #   cmake -DOBJDUMP=... -DLIBRARY=x.dll -DOUTPUT=imports.c -P loading_imports.cmake
 execute_process(COMMAND ${OBJDUMP} -p ${LIBRARY} OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)
 # Lines of the import tables: address, ordinal or hint, name.

@@ -6,7 +6,7 @@
 
 namespace Morquil::Bench {
 
-/// Reads a whole text with getline and string streams, a string for every piece.
+/// Reads a whole text with getline and string streams; every key and value is a new string.
 void NaiveParse(const std::string& text, PlainBlocks& blocks);
 
 }  // namespace Morquil::Bench

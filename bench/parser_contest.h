@@ -1,4 +1,4 @@
-// What takes part in the contest of parsers, and how.
+// The contestants that read text.
 #pragma once
 
 #include <cstddef>
@@ -11,10 +11,10 @@
 
 namespace Morquil::Bench {
 
-/// A device's read is at most this long.
+/// A connection receives at most this many bytes at once.
 inline constexpr std::size_t receiveLength = 1024;
 
-/// Hands `text` on in pieces.
+/// Passes `text` on in pieces.
 template <class Feed>
 void FeedPieces(std::string_view text, std::size_t length, Feed feed) {
     while (!text.empty()) {
@@ -24,17 +24,17 @@ void FeedPieces(std::string_view text, std::size_t length, Feed feed) {
     }
 }
 
-/// A text, by its name in the figures.
+/// A text, and its name in the figures.
 struct Corpus {
     std::string name;
     std::string text;
 };
 
-/// The libraries that read the same keys and values, each in its own framing, and the limit of all of them.
-/// None where there are no such packages.
+/// Adds other libraries, which read the same keys and values, each in its own format, and the limit of all parsers.
+/// Adds none on systems without such packages.
 void AddPeerParsers(std::vector<Contestant>& contestants, const Corpus& corpus);
 
-// The libraries that are there natively, one per file.
+// The libraries that are available natively, one per file.
 Contestant HttpParserReading(const std::string& name, const std::vector<TextBlock>& blocks);
 Contestant MpdClientReading(const std::string& name, const std::vector<TextBlock>& blocks);
 Contestant HiredisReading(const std::string& name, const std::vector<TextBlock>& blocks);

@@ -15,7 +15,7 @@ namespace Morquil::Bench {
 
 namespace {
 
-/// Looks at what arrives and keeps nothing.
+/// Uses each block and keeps nothing.
 class PassingSink final : public EveryBlockSink<PassingSink> {
 public:
     template <class Description>
@@ -28,7 +28,7 @@ public:
     void OnProtocolError(const char* text) override { Use(text); }
 };
 
-/// Keeps the text of what arrives.
+/// Collects the text of each block.
 class WritingSink final : public EveryBlockSink<WritingSink> {
 public:
     template <class Description>
@@ -51,14 +51,14 @@ struct LibraryParser {
 };
 
 template <class Parser>
-std::string WhatItReads(const std::string& text) {
+std::string ReadingOf(const std::string& text) {
     WritingSink sink;
     Parser parser(sink);
     parser.Feed(text.data(), text.size());
     return sink.text;
 }
 
-std::string WhatTheNaiveOneReads(const std::string& text) {
+std::string NaiveReadingOf(const std::string& text) {
     WritingSink sink;
     PlainBlocks blocks(sink);
     NaiveParse(text, blocks);
@@ -66,9 +66,9 @@ std::string WhatTheNaiveOneReads(const std::string& text) {
 }
 
 void RequireSameReading(const std::string& text) {
-    const std::string reading = WhatItReads<LibraryParser>(text);
-    RequireEqual(reading, WhatItReads<LiteralParser>(text), "the library's and the literal parser");
-    RequireEqual(reading, WhatTheNaiveOneReads(text), "the library's and the naive parser");
+    const std::string reading = ReadingOf<LibraryParser>(text);
+    RequireEqual(reading, ReadingOf<LiteralParser>(text), "the library's and the literal parser");
+    RequireEqual(reading, NaiveReadingOf(text), "the library's and the naive parser");
 }
 
 template <class Parser>

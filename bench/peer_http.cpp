@@ -1,4 +1,4 @@
-// http_parser: a request per block, a header field per line. It cuts text and hands out the pieces.
+// http_parser: a request per block, a header field per line. It splits text and passes on the pieces.
 #include <http_parser.h>
 
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace Morquil::Bench {
 
 namespace {
 
-/// Fields are named by tokens, in which there are neither blanks nor slashes.
+/// Field names are tokens, which contain neither blanks nor slashes.
 std::string Token(std::string text) {
     std::replace(text.begin(), text.end(), ' ', '-');
     std::replace(text.begin(), text.end(), '/', '-');

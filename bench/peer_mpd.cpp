@@ -1,5 +1,5 @@
-// libmpdclient: the lines as they are, "OK" at the end of a block. It splits lines in place; finding their ends is up
-// to its caller, and the text is new every time, as it is in a receive buffer.
+// libmpdclient: the lines unchanged, "OK" at the end of a block. It splits lines in place, and its caller finds their
+// ends, so the text is copied every time, as if it had just been received.
 #include <mpd/parser.h>
 
 #include <cstring>

@@ -6,7 +6,7 @@ namespace Morquil::Bench {
 
 namespace {
 
-/// As little as anybody can do: find the ends of lines and keys.
+/// The least that any parser must do: find the ends of lines and keys.
 void FindLinesAndColons(std::string_view text) {
     while (!text.empty()) {
         const void* const lineFeed = std::memchr(text.data(), '\n', text.size());
@@ -22,7 +22,7 @@ void FindLinesAndColons(std::string_view text) {
 }  // namespace
 
 void AddPeerParsers(std::vector<Contestant>& contestants, const Corpus& corpus) {
-    const std::vector<TextBlock> blocks = TakeApart(corpus.text);
+    const std::vector<TextBlock> blocks = SplitBlocks(corpus.text);
     contestants.push_back(HttpParserReading(corpus.name + "/http_parser", blocks));
     contestants.push_back(MpdClientReading(corpus.name + "/libmpdclient", blocks));
     contestants.push_back(HiredisReading(corpus.name + "/hiredis", blocks));

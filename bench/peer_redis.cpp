@@ -1,4 +1,4 @@
-// hiredis: an array per block, of its name and of the keys and values in turn.
+// hiredis: an array per block, with its name and then keys and values in turn.
 #include <hiredis/hiredis.h>
 
 #include <memory>

@@ -9,14 +9,14 @@
 
 namespace Morquil::Bench {
 
-/// The blocks as plain parsers keep them: found by walking through their names, filled through their rows.
+/// The blocks for simple parsers: found by linear search of their names, filled row by row.
 class PlainBlocks {
 public:
     explicit PlainBlocks(IMorquilTextProtocolSink& sink) : sink_(sink) {}
 
     IMorquilTextProtocolSink& Sink() { return sink_; }
 
-    /// Whether there is such a block; it is empty then.
+    /// Starts a block. Returns: whether it exists; if so, it is empty now.
     bool Begin(const char* header);
     /// Whether the block knows the key.
     bool Read(const char* key, const char* value);

@@ -9,7 +9,7 @@
 
 namespace Morquil::Bench {
 
-/// A blocking socket and nothing else: what the system itself takes for an exchange. A failure ends the program.
+/// Just a blocking socket: the time that the system itself needs for an exchange. A failure ends the program.
 class RawClient {
 public:
     explicit RawClient(const std::string& address);
@@ -18,7 +18,7 @@ public:
     RawClient& operator=(const RawClient&) = delete;
 
     void Send(std::string_view bytes);
-    /// Receives just so many bytes.
+    /// Receives exactly `count` bytes.
     void Receive(std::size_t count);
 
 private:
@@ -26,10 +26,10 @@ private:
     std::vector<char> buffer_;
 };
 
-/// Connects and has the conversation of a connect.
+/// Has the conversation of a connect.
 void ConnectRaw(RawClient& client);
 
-/// Waits until the device of the benchmarks, which is being started, listens; ends the program when it does not.
+/// Waits until the device of the benchmarks, which is starting, listens; ends the program after a time limit.
 void AwaitDevice();
 
 }  // namespace Morquil::Bench

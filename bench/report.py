@@ -13,7 +13,7 @@ import subprocess
 import sys
 
 HERE = pathlib.Path(__file__).resolve().parent
-# What Google Benchmark is told; loops of our own ignore it.
+# Options for Google Benchmark; our own loops ignore them.
 ARGUMENTS = ["--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=21",
              "--benchmark_min_time=0.03", "--benchmark_report_aggregates_only=true", "--benchmark_out_format=json"]
 NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
@@ -32,7 +32,7 @@ def pin(run):
 
 @contextlib.contextmanager
 def device(run, options):
-    """The device of the benchmarks on the network, for a run that needs one."""
+    """Runs the device of the benchmarks, for a run that needs it."""
     if not run.get("device"):
         yield
         return
@@ -48,7 +48,7 @@ def command(run, options, result):
 
 
 def start(run, options):
-    """Runs a program; what it says is kept beside its results."""
+    """Runs a program; its output is kept next to its results."""
     result = options.results / f"{run['name']}.json"
     result.unlink(missing_ok=True)
     print(f"  {run['name']} ...", flush=True)
@@ -56,11 +56,11 @@ def start(run, options):
         code = subprocess.run(command(run, options, result), stdout=log, stderr=subprocess.STDOUT,
                               stdin=subprocess.DEVNULL).returncode
     if code != 0:
-        print(f"  {run['name']} ended with {code}; see {log.name}", file=sys.stderr)
+        print(f"  {run['name']} failed with exit status {code}; see {log.name}", file=sys.stderr)
 
 
 def medians(run, options):
-    """The medians of a run by name: nanoseconds, or plain numbers. Nothing when it has not run."""
+    """The medians of a run by name: nanoseconds, or plain numbers. Empty if it has not run."""
     result = options.results / f"{run['name']}.json"
     if not result.exists():
         return {}
@@ -73,7 +73,7 @@ def medians(run, options):
 
 
 def measure(figure, results):
-    """The figure with what was measured, or without when that is missing."""
+    """The figure with its measured value, which is None if a result is missing."""
     of, per = results.get(figure["of"]), results.get(figure.get("per"))
     clock = figure.get("clock", "real")
     if of is None or ("per" in figure and per is None):
@@ -94,7 +94,7 @@ def table(figures):
     lines = [f"{'figure':{width}}  {'goal':>14}  {'measured':>12}  met"]
     for figure in figures:
         measured = "missing" if figure["measured"] is None else f"{figure['measured']:.4g} {figure.get('unit', 'x')}"
-        verdict = "yes" if figure["met"] else "no" if figure["passesGate"] else "NO, and misses its gate"
+        verdict = "yes" if figure["met"] else "no" if figure["passesGate"] else "NO, misses its gate"
         lines.append(f"{figure['what']:{width}}  {goal(figure):>14}  {measured:>12}  {verdict}")
     return "\n".join(lines)
 
@@ -114,9 +114,9 @@ def parse_options():
     parser.add_argument("--native", type=pathlib.Path, required=True, help="the build folder of this system")
     parser.add_argument("--wine", type=pathlib.Path, required=True, help="the build folder for Wine")
     parser.add_argument("--results", type=pathlib.Path, required=True, help="where results are kept")
-    parser.add_argument("--gate", action="store_true", help="fail where a gate is missed")
-    parser.add_argument("--no-run", action="store_true", help="make the table of what has been measured before")
-    parser.add_argument("--only", nargs="+", default=[], metavar="RUN", help="these runs alone")
+    parser.add_argument("--gate", action="store_true", help="fail if a gate is missed")
+    parser.add_argument("--no-run", action="store_true", help="make the table from earlier results")
+    parser.add_argument("--only", nargs="+", default=[], metavar="RUN", help="only these runs")
     return parser.parse_args()
 
 

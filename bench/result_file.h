@@ -6,17 +6,18 @@
 
 namespace Morquil::Bench {
 
-/// Collects the results of a loop of our own and writes them as Google Benchmark would write its medians.
+/// Collects the results of our own loops and writes them in the format of Google Benchmark's medians.
 class ResultFile {
 public:
-    /// Writes to the file that "--benchmark_out=FILE" names; other arguments are left to the program.
+    /// Writes to the file given by "--benchmark_out=FILE"; ignores other arguments.
     ResultFile(int argumentCount, char** arguments);
 
-    /// Adds the median of `values`, under `name`. `unit` is a Google Benchmark time unit; what is no time has none.
+    /// Adds the median of `values` as `name`. `unit` is a Google Benchmark time unit, or empty if the value is not a
+    /// time.
     void AddMedian(std::string_view name, std::vector<double> values, std::string_view unit = "");
     void Add(std::string_view name, double value, std::string_view unit = "");
 
-    /// Returns false, and says so on standard error, when the file could not be written.
+    /// Returns false, after a message on standard error, if the file could not be written.
     bool Write() const;
 
 private:

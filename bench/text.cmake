@@ -1,5 +1,5 @@
-# Protocol text read and written, against peers and limits. Under Wine there are no packages to measure against, and no
-# Google Benchmark.
+# Reading and writing protocol text, compared with other libraries and limits. Under Wine the other libraries and Google
+# Benchmark are not available.
 add_library(MorquilBenchText STATIC contest.cpp corpus.cpp $<IF:$<BOOL:${WIN32}>,contest_own.cpp,contest_google.cpp>)
 target_link_libraries(MorquilBenchText PUBLIC MorquilOptions MorquilSimulator PRIVATE MorquilBenchSupport)
 if(NOT WIN32)

@@ -1,4 +1,4 @@
-// What takes part in the contest of writers, and how.
+// The contestants that write text.
 #pragma once
 
 #include <memory>
@@ -13,7 +13,7 @@
 
 namespace Morquil::Bench {
 
-/// Makes a `Made<Set>` of every block of settings that a text holds.
+/// Makes a `Made<Description>` from every block of settings in a text.
 template <class Base, template <class> class Made>
 class MessageMaker final : public EveryBlockSink<MessageMaker<Base, Made>> {
 public:
@@ -42,13 +42,13 @@ private:
     Messages messages_;
 };
 
-/// The messages of a figure, as the text that they are made from.
+/// The text from which the messages of a figure are made.
 struct MessageCorpus {
     std::string name;
     std::string text;
 };
 
-/// fmt's compiled formats, which are to write `expected`; none where there is no such package.
+/// Adds a writer with fmt's compiled formats, which must write `expected`; adds none on systems without that package.
 void AddPeerWriters(std::vector<Contestant>& contestants, const MessageCorpus& corpus, const std::string& expected);
 
 }  // namespace Morquil::Bench

@@ -14,7 +14,7 @@ namespace Morquil::Bench {
 
 namespace {
 
-/// The collector of text, written down without thinking of speed.
+/// A collector of text in its simplest form, without regard to speed.
 class LiteralToString final : public IMessageSender {
 public:
     void BeginMessage() override { text_.clear(); }
@@ -55,7 +55,7 @@ template <class Collector>
 Contestant Writing(const std::string& name, const std::shared_ptr<Maker::Messages>& messages) {
     return {name, [messages, collector = std::make_shared<Collector>()] {
                 for (const auto& message : *messages) {
-                    collector->BeginMessage();  // some writers leave it to their caller
+                    collector->BeginMessage();  // some messages leave this to their caller
                     message->WriteTo(*collector);
                     Use(collector->GetText().data());
                 }

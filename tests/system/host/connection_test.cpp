@@ -21,7 +21,7 @@ private:
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
-std::string NobodyThere() {
+std::string UnusedAddress() {
     DeviceAddress address;
     address.Listener().Close();
     return address.Text();
@@ -64,7 +64,7 @@ TEST(Connecting, NeedsNoPreamble) {
 }
 
 TEST(Connecting, FailsAtOnceWhereNothingListens) {
-    const std::string address = NobodyThere();
+    const std::string address = UnusedAddress();
     const Stopwatch stopwatch;
 
     const ConnectOutcome outcome = Connect(address);
@@ -78,7 +78,7 @@ TEST(Connecting, FailsAtOnceWhereNothingListens) {
 TEST(Connecting, NotifiesTheObserverThatNothingListens) {
     ConnectionObserver observer;
 
-    const RawObject device = ConnectAsync(NobodyThere(), observer);
+    const RawObject device = ConnectAsync(UnusedAddress(), observer);
 
     ASSERT_TRUE(device);
     ASSERT_TRUE(observer.AwaitCalls(1));

@@ -166,7 +166,7 @@ TEST_F(Faults, AFloodIsNotifiedOnceAndCanBeDisconnected) {
 TEST_F(Faults, AFloodEndsWithTheLastRelease) {
     FaultyDevice device(Options{.faults = {.flood = true}});
     device.ExpectConnected();
-    device.ExpectLetGo();
+    device.ExpectReleased();
     EXPECT_EQ(device.ConnectionCalls(), Strings{"connected"});
 }
 
@@ -270,7 +270,7 @@ TEST_F(Faults, ADeviceThatDoesNotAcknowledgeIsDropped) {
     device.Obey("ack off");
     device.Set(Iid::videoProcAmp, setVideoGain, 7);
     device.Set(Iid::videoProcAmp, setVideoGain, 8);
-    device.ExpectLetGo();
+    device.ExpectReleased();
     EXPECT_EQ(device.ConnectionCalls(), Strings{"connected"});
 }
 

@@ -237,7 +237,7 @@ void FaultyDevice::ExpectConversation() {
     EXPECT_EQ(MirrorOf(object_), before);
 }
 
-void FaultyDevice::ExpectLetGo() {
+void FaultyDevice::ExpectReleased() {
     // An attempt in progress holds a reference until its thread has returned.
     EXPECT_TRUE(Eventually([this] { return object_.References() == 1U; }));
     EXPECT_EQ(WithinASecond([this] { return object_.Release(); }), 0U);
@@ -250,7 +250,7 @@ void FaultyDevice::ExpectEnd(const Strings& connectionCalls) {
 
     EXPECT_EQ(ConnectionCalls(), connectionCalls);
     EXPECT_EQ(MirrorOf(object_), EmptyMirror());
-    ExpectLetGo();
+    ExpectReleased();
     EXPECT_EQ(ConnectionCalls(), connectionCalls);
     const std::lock_guard lock(lock_);
     EXPECT_EQ(notifiedCount_, notifiedBeforeTheEnd_) << "a property set was notified after the end";

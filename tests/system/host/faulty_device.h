@@ -72,7 +72,7 @@ public:
     /// A change at the device is notified once; a change by the host is echoed and not notified.
     void ExpectConversation();
     /// The host releases the device: within a second, and no observer is kept.
-    void ExpectLetGo();
+    void ExpectReleased();
     /// The host disconnects within a second and releases the device: with exactly these calls of the connection
     /// observer from first to last, and with no notification after them.
     void ExpectEnd(const Strings& connectionCalls);

@@ -19,7 +19,7 @@ constexpr int setBlack = 6;
 constexpr int readGain = 4;
 
 /// Long enough for several threads to run at once.
-void TakeAndGiveBack(const RawObject& device) {
+void AddAndRelease(const RawObject& device) {
     for (int times = 0; times < 5000; ++times) {
         EXPECT_GT(device.AddRef(), 1U);
         EXPECT_GT(device.ReleaseOne(), 0U);
@@ -28,7 +28,7 @@ void TakeAndGiveBack(const RawObject& device) {
 
 /// Each round sees a newer gain than the one before, so that the device floods all the time.
 void UseInAFlood(const RawObject& device, PropertyObserver& observer, int rounds) {
-    TakeAndGiveBack(device);
+    AddAndRelease(device);
     std::int32_t last = 0;
     for (int round = 0; round < rounds; ++round) {
         const RawObject amp = device.QueryInterface(Iid::videoProcAmp);
@@ -47,7 +47,7 @@ void UseInAFlood(const RawObject& device, PropertyObserver& observer, int rounds
     EXPECT_EQ(device.Call(Slot::addPropertyObserver, observer.Get(), FourCharacters("vpap")), ok);
 }
 
-TEST(ManyThreads, UseADeviceInAFloodUntilTheLastOfThemLetsItGo) {
+TEST(ManyThreads, UseADeviceInAFloodUntilTheLastOfThemReleasesIt) {
     const Watchdog watchdog;
     std::array<PropertyObserver, threadCount> observers;
     ScriptedDevice device(CompleteDevice());

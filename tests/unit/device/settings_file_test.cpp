@@ -98,7 +98,7 @@ TEST_F(LoadFromAStalledPipe, EndsWithALoss) {
     EXPECT_EQ(load.get(), S_FALSE);
 }
 
-TEST_F(LoadFromAStalledPipe, LetsNoOtherLoadWaitAfterTheEnd) {
+TEST_F(LoadFromAStalledPipe, MakesNoOtherLoadWaitAfterTheEnd) {
     rig.device->Disconnect();
     EXPECT_EQ(load.get(), S_FALSE);
     const StalledPipe another;

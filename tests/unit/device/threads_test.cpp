@@ -129,7 +129,7 @@ TEST_F(DeviceInAFlood, IsSetAndObservedBySeveralThreads) {
 }
 
 /// Long enough for several threads to run at once.
-void TakeAndGiveBack(CMorquilDevice* device) {
+void AddAndRelease(CMorquilDevice* device) {
     for (int times = 0; times < 5000; ++times) {
         EXPECT_GT(device->AddRef(), 1U);
         EXPECT_GT(device->Release(), 0U);
@@ -139,7 +139,7 @@ void TakeAndGiveBack(CMorquilDevice* device) {
 /// What one of many hosts does with a device until it releases its reference. Each round sees a newer gain than the one
 /// before, so that the device floods all the time. Returns: the remaining count.
 ULONG UseAndRelease(CMorquilDevice* device, CountingObserver& observer, int rounds) {
-    TakeAndGiveBack(device);
+    AddAndRelease(device);
     int last = 0;
     for (int round = 0; round < rounds; ++round) {
         void* feature = nullptr;
@@ -161,7 +161,7 @@ ULONG UseAndRelease(CMorquilDevice* device, CountingObserver& observer, int roun
     return device->Release();
 }
 
-TEST_F(DeviceInAFlood, IsLetGoByTheLastOfManyThreads) {
+TEST_F(DeviceInAFlood, IsReleasedByTheLastOfManyThreads) {
     constexpr std::size_t hostCount = 8;
     const Watchdog watchdog;
     CMorquilDevice* const device = rig.device;

@@ -22,7 +22,7 @@ std::vector<std::size_t> FromOne(const std::vector<std::size_t>& places) {
     return numbers;
 }
 
-TEST(BlockTable, GivesEverySlotToOneBlock) {
+TEST(BlockTable, AssignsEverySlotToOneBlock) {
     std::vector<std::size_t> slots;
     ForEachBlock([&]<class Description>() {
         if (factsOf<Description>.slot != 0) {
@@ -33,7 +33,7 @@ TEST(BlockTable, GivesEverySlotToOneBlock) {
     EXPECT_EQ(slots, FromOne(slots));
 }
 
-TEST(BlockTable, GivesEveryPlaceInASettingsFileToOneBlock) {
+TEST(BlockTable, AssignsEveryPlaceInASettingsFileToOneBlock) {
     std::vector<std::size_t> places;
     ForEachSavedBlock([&]<class Description>() { places.push_back(factsOf<Description>.savedPlace); });
     EXPECT_EQ(places, FromOne(places));

@@ -31,7 +31,7 @@ TEST(SplitLine, TakesTheValueFromTheSecondCharacterOfAKeyAfterAColon) {
     ExpectSplit(":G: 5", "G", "5");
 }
 
-TEST(SplitLine, GivesNoValueWhereThereIsNone) {
+TEST(SplitLine, ReturnsNoValueWhereThereIsNone) {
     ExpectSplit("", "", "");
     ExpectSplit("Gain", "Gain", "");
     ExpectSplit("Gain:", "Gain", "");

@@ -102,7 +102,7 @@ TEST(HostTextParser, ReadsWhatDevicesNeverReport) {
               "Failed to parse \"Metadata program config\" value string \"Nonsense\"\n");
 }
 
-TEST(HostTextParser, ReportsTheValuesThatHostsPassOverInSilence) {
+TEST(HostTextParser, ReportsTheValuesThatHostsIgnoreSilently) {
     EXPECT_EQ(ReadText("ANCILLARY DATA:\nTimecode generate value: 01:02:03\n\n").errors,
               "Failed to parse \"Timecode generate value\" value string \"01:02:03\"\n");
     EXPECT_EQ(ReadText("ANCILLARY DATA:\ntimecode generate value: 01:02:03:04\n\n").errors, "");

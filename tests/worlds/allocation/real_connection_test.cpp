@@ -51,7 +51,7 @@ bool KnowsName(IMorquilDevice* device) {
     return result == S_OK;
 }
 
-void LetGo(IMorquilDiscovery* discovery, IMorquilDevice* device) {
+void Release(IMorquilDiscovery* discovery, IMorquilDevice* device) {
     if (device != nullptr) {
         EXPECT_EQ(InTheLibrary([&] { return discovery->Disconnect(device); }), S_OK);
         InTheLibrary([&] { return device->Release(); });
@@ -65,7 +65,7 @@ void ConnectAndWait(IMorquilDiscovery* discovery, BSTR address) {
     ExpectConnectResult(result, S_OK);
     EXPECT_EQ(device != nullptr, result == S_OK);
     EXPECT_TRUE(device == nullptr || KnowsName(device) || ScarceMemory::HasRunOut());
-    LetGo(discovery, device);
+    Release(discovery, device);
 }
 
 /// Sets something and waits until the device has answered, or the host has been notified that the connection has ended.
@@ -102,7 +102,7 @@ void ConnectAndBeNotified(IMorquilDiscovery* discovery, BSTR address) {
         EXPECT_TRUE(observer->Notifications().front() == "connected" || ScarceMemory::HasRunOut());
         Use(device, *observer.Get());
     }
-    LetGo(discovery, device);
+    Release(discovery, device);
     EXPECT_TRUE(observer->AwaitReferences(1));
 }
 

@@ -38,7 +38,7 @@ void* Allocate(std::size_t size) {
     return header + 1;
 }
 
-void GiveBack(void* memory) {
+void Free(void* memory) {
     if (memory == nullptr) {
         return;
     }
@@ -111,8 +111,8 @@ void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
     return Morquil::Testing::Allocate(size);
 }
 void operator delete(void* memory) noexcept {
-    Morquil::Testing::GiveBack(memory);
+    Morquil::Testing::Free(memory);
 }
 void operator delete(void* memory, std::size_t /*size*/) noexcept {
-    Morquil::Testing::GiveBack(memory);
+    Morquil::Testing::Free(memory);
 }

@@ -174,7 +174,7 @@ Interface* Host::Ask(const IID& iid) {
     return static_cast<Interface*>(face);
 }
 
-void Host::GiveBack(IUnknown* face) {
+void Host::ReleaseFace(IUnknown* face) {
     const ULONG expected = --references_ + (AttemptIsOver() ? 0 : 1);
     trace_.Require(face->Release() == expected, "the count of references is wrong");
 }
@@ -182,7 +182,7 @@ void Host::GiveBack(IUnknown* face) {
 void Host::Query() {
     const Call call(*this);
     trace_.Note("query");
-    GiveBack(Ask<IUnknown>(IID_IUnknown));
+    ReleaseFace(Ask<IUnknown>(IID_IUnknown));
     void* face = this;
     trace_.Require(device_->QueryInterface(IID_IMorquilConnectionObserver, &face) == E_NOINTERFACE && face == nullptr,
                    "an unexpected interface");
@@ -195,7 +195,7 @@ void Host::Set(const SpokenKey& key) {
     model_.SetterBegins(key.header, key.LinesOf(value), HasEchoes(key.header));
     auto* const face = Ask<IUnknown>(*key.iid);
     trace_.Require(key.set(*face, value) == S_OK, "cannot set " + key.key);
-    GiveBack(face);
+    ReleaseFace(face);
 }
 
 void Host::SetBadText() {
@@ -204,14 +204,14 @@ void Host::SetBadText() {
     auto* const network = Ask<IMorquilNetworkConfig>(IID_IMorquilNetworkConfig);
     trace_.Require(network->SetFriendlyName(Bstr("a\n\nMORQUIL DEVICE:\nPanel lock: true\n").Get()) == E_INVALIDARG,
                    "a text can end its line");
-    GiveBack(network);
+    ReleaseFace(network);
 }
 
 void Host::Read(const SpokenKey& key) {
     const Call call(*this);
     auto* const face = Ask<IUnknown>(*key.iid);
     const auto value = key.read(*face);
-    GiveBack(face);
+    ReleaseFace(face);
     trace_.Note("read " + key.key + " " + value.value_or("(nothing)"));
     model_.Read(key.header, key.Name(), value);
 }
@@ -224,13 +224,13 @@ void Host::ReadAll() {
     const IID* iid = nullptr;
     for (const SpokenKey& key : SpokenKeys()) {
         if (key.iid != iid) {
-            face != nullptr ? GiveBack(face) : static_cast<void>(0);
+            face != nullptr ? ReleaseFace(face) : static_cast<void>(0);
             face = Ask<IUnknown>(*key.iid);
             iid = key.iid;
         }
         model_.Read(key.header, key.Name(), key.read(*face));
     }
-    GiveBack(face);
+    ReleaseFace(face);
 }
 
 void Host::AddPropertyObserver() {

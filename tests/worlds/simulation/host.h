@@ -70,7 +70,7 @@ private:
     bool OthersAreInCalls() const;
     template <class Interface>
     Interface* Ask(const IID& iid);
-    void GiveBack(IUnknown* face);
+    void ReleaseFace(IUnknown* face);
 
     Dice& dice_;
     Trace& trace_;

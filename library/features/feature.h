@@ -23,7 +23,7 @@
 
 namespace Morquil {
 
-/// Placeholder for the availability block of a feature that has none.
+/// In place of the availability block, for a feature that has none.
 struct NoAvailability {};
 
 enum class AvailabilityChange { IsTold, IsSilent };

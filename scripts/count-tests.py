@@ -4,9 +4,9 @@
     scripts/count-tests.py [--more PASSED FAILED] RUN...
 
 RUN is what ctest wrote, for example build/native/results/ctest.xml; --more adds what was counted elsewhere. Prints a
-line per test program, what a failed one has printed, and last "N passed, N failed". A program of GoogleTest writes its cases into NAME.xml
-beside RUN; any other test says "ok" or "FAILED" of each thing that it looks at, or how many inputs it has replayed. A
-run that died, or that counted nothing, has failed, too. The exit status is 0 only when nothing has failed.
+line per test program, the output of a failed one, and last "N passed, N failed". A GoogleTest program writes its cases
+into NAME.xml beside RUN; any other test prints "ok" or "FAILED" for each thing that it checks, or how many inputs it has
+replayed. A run that died, or that counted nothing, has failed, too. The exit status is 0 only when nothing has failed.
 """
 import argparse
 import pathlib

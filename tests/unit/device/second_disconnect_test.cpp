@@ -40,7 +40,7 @@ protected:
 };
 
 TEST_F(SecondDisconnect, ReturnsWhileTheFirstWaitsForACallback) {
-    propertyObserver->onCall = [&] { mayReturn.get_future().wait(); };
+    propertyObserver->onCall = [may = mayReturn.get_future().share()] { may.wait(); };
     rig.link.Push("VIDEO PROC AMP:\nGain: 1\n\nVIDEO PROC AMP:\nGain: 2\n\n");
     EXPECT_TRUE(propertyObserver->AwaitNotified("vpap"));
     {
@@ -54,7 +54,7 @@ TEST_F(SecondDisconnect, ReturnsWhileTheFirstWaitsForACallback) {
 }
 
 TEST_F(SecondDisconnect, ReturnsWhileALossIsNotified) {
-    connectionObserver->onCall = [&] { mayReturn.get_future().wait(); };
+    connectionObserver->onCall = [may = mayReturn.get_future().share()] { may.wait(); };  // maybe past the test's end
     rig.link.Push(CommsEvent::SocketError);
     EXPECT_TRUE(connectionObserver->AwaitNotified("disconnected cfnr"));
     Disconnect();

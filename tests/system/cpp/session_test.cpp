@@ -137,7 +137,7 @@ TEST(CppSession, MayEndInsideItsOwnHandler) {
     std::unique_lock making(made);
     session.emplace(device.Address(),
                     morquil::SessionHandlers{[&](const morquil::Device&) {
-                                                 const std::lock_guard wait(made);
+                                                 std::unique_lock(made).unlock();  // before the test goes on
                                                  session.reset();
                                                  ended.set_value();
                                              },

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the benchmarks for this system and for Wine, runs them in less than ten minutes and
-# prints one table of figures and goals. Everything measured is kept in build/bench.
+# Installs missing packages, builds the benchmarks for this system and for Wine, runs them in less than ten minutes and
+# prints one table of figures and goals. All results are kept in build/bench.
 #   bench/run.sh [--gate] [--only RUN...]
-# --gate: fails where a figure misses its gate, which is looser than its goal. --only: these runs of bench/figures.
+# --gate: fails if a figure misses its gate, which is looser than its goal. --only: only these runs of bench/figures.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/flavours.sh

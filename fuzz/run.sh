@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Searches for inputs that break one of the library's promises: installs what is missing, builds, and runs every fuzz
-# target on its seeds.
+# Searches for inputs that break one of the library's promises: installs missing packages, builds, and runs every fuzz
+# target, starting from its seeds.
 #   fuzz/run.sh [--fast] [SECONDS [TARGET...]]
-# Each target, or each TARGET, runs for SECONDS (60), with a process per processor. --fast leaves the sanitizers out:
-# many more inputs, but only what the targets themselves check is noticed. What a run learns is kept in build/ for the
-# next one. Ends with "no findings", or copies each finding into fuzz/findings/ and fails.
+# Each target, or each named TARGET, runs for SECONDS (60), with a process per processor. --fast omits the sanitizers:
+# many more inputs, but only the targets' own checks. Inputs that a run learns are kept in build/ for the next one. Ends
+# with "no findings", or copies each finding into fuzz/findings/ and fails.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/flavours.sh
@@ -25,7 +25,7 @@ root=$PWD
 built=$root/build/$preset/fuzz
 findings=0
 
-# is_wanted NAME WANTED...: whether a target is to run; all are unless some are named.
+# is_wanted NAME WANTED...: whether to run a target; without WANTED all run.
 is_wanted() {
     local name=$1 wanted
     shift
@@ -36,7 +36,7 @@ is_wanted() {
     return 1
 }
 
-# keep_findings NAME: copies what a target has found into the tree, under a short name.
+# keep_findings NAME: copies a target's findings into the tree, under short names.
 keep_findings() {
     local found kept
     for found in found/{crash,leak,timeout,oom}-*; do
@@ -49,7 +49,7 @@ keep_findings() {
     done
 }
 
-# run_target NAME LONGEST FOLDER...: searches from the seeds in the tree and from what earlier runs have learnt.
+# run_target NAME LONGEST FOLDER...: searches from the seeds in the tree and the inputs that earlier runs have learnt.
 run_target() {
     local name=$1 longest=$2 status=0 processes executions folder
     shift 2

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks that includes between folders follow the arrows of the architecture, and that no two folders need each other.
+"""Checks that includes between folders follow the arrows of the architecture, and that there is no cycle of folders.
 
     scripts/check-arrows.py [ROOT]
 """

@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Adds up what runs of ctest have found, case by case.
+"""Adds up the results of ctest runs, case by case.
 
     scripts/count-tests.py [--more PASSED FAILED] RUN...
 
-RUN is what ctest wrote, for example build/native/results/ctest.xml; --more adds what was counted elsewhere. Prints a
-line per test program, the output of a failed one, and last "N passed, N failed". A GoogleTest program writes its cases
-into NAME.xml beside RUN; any other test prints "ok" or "FAILED" for each thing that it checks, or how many inputs it has
-replayed. A run that died, or that counted nothing, has failed, too. The exit status is 0 only when nothing has failed.
+RUN is ctest's result file, for example build/native/results/ctest.xml; --more adds results counted elsewhere. Prints a
+line per test program, the failures that it printed, and finally "N passed, N failed". A GoogleTest program writes its
+cases to NAME.xml next to RUN; any other test prints "ok" or "FAILED" for each of its checks, or how many inputs it has
+replayed. A run that crashed, or that counted nothing, has failed, too. The exit status is 0 only if nothing has failed.
 """
 import argparse
 import pathlib
@@ -40,10 +40,10 @@ def count_test(test, folder):
 
 
 def print_failures(output):
-    """The lines that say what has failed, or the last ones."""
-    telling = [line for line in output.splitlines()
-               if re.search(r"Failure|FAILED|Expected|Which is|Actual|ERROR|SUMMARY|error:", line)]
-    for line in (telling or output.splitlines()[-15:])[:40]:
+    """Prints the lines that describe failures, or else the last lines."""
+    relevant = [line for line in output.splitlines()
+                if re.search(r"Failure|FAILED|Expected|Which is|Actual|ERROR|SUMMARY|error:", line)]
+    for line in (relevant or output.splitlines()[-15:])[:40]:
         print(f"    {line}")
 
 

@@ -1,4 +1,4 @@
-# Shared by the scripts: builds presets, and starts Wine in a prefix of the build's own. To be sourced from the root folder.
+# Shared by the scripts: builds presets, and runs Wine with a prefix in the build folder. Source it from the root folder.
 
 # run_logged LOG COMMAND...: keeps a command's output in a file, and shows errors from it only if the command fails.
 run_logged() {
@@ -12,7 +12,7 @@ run_logged() {
 }
 
 # build PRESET[:BUILD-PRESET] [-DNAME=VALUE...] [-- ARGUMENT...]: configures a preset of CMakePresets.json and builds the
-# preset of the same name, or BUILD-PRESET. ARGUMENTs are for "cmake --build".
+# preset of the same name, or BUILD-PRESET. ARGUMENTs are passed to "cmake --build".
 build() {
     local preset=${1%:*} built=${1#*:} settings=()
     shift

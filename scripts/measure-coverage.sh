@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Says how many lines of the library the native tests run; build/coverage/html shows which ones. Fails below 95 % of
-# the lines of library/protocol/, library/transport/ or library/device/. What cannot be reached is marked in the code,
-# with its reason. The few files for Windows alone cannot be counted here; the tests of the transport that run on Linux
-# run on them under Wine.
+# Reports how many lines of the library the native tests run; build/coverage/html shows which ones. Fails below 95 % of
+# the lines of library/protocol/, library/transport/ or library/device/. Unreachable lines are marked in the code, with
+# the reason. The few files for Windows only cannot be measured here; under Wine the same tests of the transport cover
+# them.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/flavours.sh
@@ -18,7 +18,7 @@ mkdir -p build/coverage/html
 status=0
 for folder in protocol transport device; do
     log=build/logs/coverage-$folder.txt
-    # Keys are asked for their names while compiling only.
+    # Names() of keys runs only at compile time.
     gcovr --root . --filter "library/$folder/" --exclude-throw-branches \
         --exclude-lines-by-pattern '.*constexpr .* Names\(\) const.*' --fail-under-line "$least" --txt - \
         --html-details "build/coverage/html/$folder.html" --print-summary build/coverage > "$log" 2>&1 || status=1

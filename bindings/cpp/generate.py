@@ -106,7 +106,7 @@ class Writer:
         self.words = words
         self.lines = []
 
-    def say(self, text=""):
+    def write(self, text=""):
         self.lines.append(text)
 
     def is_simple(self, kind):
@@ -123,20 +123,20 @@ class Writer:
 
     def enumeration(self, name, constants):
         cpp = enumeration_name(name)
-        self.say(f"enum class {cpp} : int {{")
+        self.write(f"enum class {cpp} : int {{")
         for own, constant in zip(enumerator_names(name, constants), constants):
-            self.say(f"    {own} = {constant},")
-        self.say("};")
+            self.write(f"    {own} = {constant},")
+        self.write("};")
         if name in self.words:
-            self.say("/// What devices and people call each value.")
-            self.say("template <>")
-            self.say(f"struct Words<{cpp}> {{")
-            self.say(f"    static constexpr Word<{cpp}> all[] = {{")
+            self.write("/// The protocol's word for each value.")
+            self.write("template <>")
+            self.write(f"struct Words<{cpp}> {{")
+            self.write(f"    static constexpr Word<{cpp}> all[] = {{")
             for word, constant in self.words[name]:
-                self.say(f'        {{"{word}", static_cast<{cpp}>({constant})}},')
-            self.say("    };")
-            self.say("};")
-        self.say()
+                self.write(f'        {{"{word}", static_cast<{cpp}>({constant})}},')
+            self.write("    };")
+            self.write("};")
+        self.write()
 
     def method(self, interface, method, parameters):
         ins = [p for p in parameters if p[0] == "in"]
@@ -145,57 +145,58 @@ class Writer:
         result = "void" if not outs else self.out_type(outs[0][1])
         if len(outs) == 2:
             result = f"Range<{result}>"
-        self.say(f"    {result} {method}({signature}) const {{")
+        self.write(f"    {result} {method}({signature}) const {{")
         arguments = []
         for direction, kind, name in parameters:
             if direction == "out":
                 arguments.append(f"detail::Receive({name})")
-                self.say(f"        detail::Out<{self.raw_type(kind)}> {name};")
+                self.write(f"        detail::Out<{self.raw_type(kind)}> {name};")
             else:
                 arguments.append(f"detail::Pass<{self.raw_type(kind)}>({name})")
         # Temporaries, such as an input text, live until the call is over.
         kind = "Get" if outs else "Set"
-        self.say(f'        detail::Check("{interface_name(interface)}::{method}", '
-                 f'Raw()->{method}({", ".join(arguments)}), detail::CallKind::{kind});')
+        self.write(f'        detail::Check("{interface_name(interface)}::{method}", '
+                   f'Raw()->{method}({", ".join(arguments)}), detail::CallKind::{kind});')
         if len(outs) == 1:
-            self.say(f"        return detail::Take<{result}>({outs[0][2]});")
+            self.write(f"        return detail::Take<{result}>({outs[0][2]});")
         elif outs:
             inner = self.out_type(outs[0][1])
-            self.say("        return {" + ", ".join(f"detail::Take<{inner}>({name})" for _, _, name in outs) + "};")
-        self.say("    }")
+            self.write("        return {" + ", ".join(f"detail::Take<{inner}>({name})" for _, _, name in outs) + "};")
+        self.write("    }")
 
     def raw_type(self, kind):
         return "LONG" if kind == "long" else kind
 
     def identifier(self, name):
-        self.say("template <>")
-        self.say(f"inline const IID& IidOf<{name}>() {{")
-        self.say(f"    return MORQUIL_IID({name});")
-        self.say("}")
+        self.write("template <>")
+        self.write(f"inline const IID& IidOf<{name}>() {{")
+        self.write(f"    return MORQUIL_IID({name});")
+        self.write("}")
 
     def interface(self, name, methods):
         cpp = interface_name(name)
         base = "DeviceCalls" if name == "IMorquilDevice" else cpp
-        self.say(f"class {base} : public Interface<{name}> {{")
-        self.say("public:")
-        self.say(f"    using Interface<{name}>::Interface;")
+        self.write(f"class {base} : public Interface<{name}> {{")
+        self.write("public:")
+        self.write(f"    using Interface<{name}>::Interface;")
         for method, parameters in methods:
             simple = all(self.is_simple(kind) for _, kind, _ in parameters)
             if simple and method not in HAND_WRITTEN_METHODS:
                 self.method(name, method, parameters)
         if name == "IMorquilReference":
-            self.say("    /// Its result says nothing, its flag does.")
-            self.say("    bool IsGenRefAvailable(morquil::GenReference genReference) const {")
-            self.say("        detail::Out<LONG> isAvailable;")
-            self.say("        const HRESULT result = Raw()->IsGenRefAvailable(")
-            self.say("            detail::Pass<_MorquilAPIGenReference>(genReference), detail::Receive(isAvailable));")
-            self.say("        if (result != E_FAIL) {")
-            self.say('            detail::Check("Reference::IsGenRefAvailable", result, detail::CallKind::Get);')
-            self.say("        }")
-            self.say("        return detail::Take<bool>(isAvailable);")
-            self.say("    }")
-        self.say("};")
-        self.say()
+            self.write("    /// The method answers through its flag; its result means nothing.")
+            self.write("    bool IsGenRefAvailable(morquil::GenReference genReference) const {")
+            self.write("        detail::Out<LONG> isAvailable;")
+            self.write("        const HRESULT result = Raw()->IsGenRefAvailable(")
+            self.write("            detail::Pass<_MorquilAPIGenReference>(genReference), "
+                       "detail::Receive(isAvailable));")
+            self.write("        if (result != E_FAIL) {")
+            self.write('            detail::Check("Reference::IsGenRefAvailable", result, detail::CallKind::Get);')
+            self.write("        }")
+            self.write("        return detail::Take<bool>(isAvailable);")
+            self.write("    }")
+        self.write("};")
+        self.write()
 
 
 def main():
@@ -204,41 +205,41 @@ def main():
     words = read_words(open(path, encoding="utf-8").read() for path in sys.argv[3:])
     interfaces = read_interfaces(idl)
     writer = Writer(enumerations, words)
-    writer.say("// Generated from the interface definitions; included by morquil.hpp, never by hand.")
-    writer.say("#pragma once")
-    writer.say()
-    writer.say('#include "morquil/call.hpp"')
-    writer.say()
-    writer.say("namespace morquil {")
-    writer.say()
+    writer.write("// Generated from the interface definitions. Include morquil.hpp instead.")
+    writer.write("#pragma once")
+    writer.write()
+    writer.write('#include "morquil/call.hpp"')
+    writer.write()
+    writer.write("namespace morquil {")
+    writer.write()
     for name, constants in enumerations.items():
         writer.enumeration(name, constants)
     shown = {n: m for n, m in interfaces.items() if n not in HAND_WRITTEN_INTERFACES}
-    writer.say("namespace detail {")
+    writer.write("namespace detail {")
     for name in interfaces:
         writer.identifier(name)
-    writer.say("}  // namespace detail")
-    writer.say()
-    writer.say("/// The feature interfaces, method by method. What each does is told where the interfaces are defined.")
-    writer.say("namespace features {")
-    writer.say()
+    writer.write("}  // namespace detail")
+    writer.write()
+    writer.write("/// The feature interfaces, method by method. MorquilAPI.idl describes each method.")
+    writer.write("namespace features {")
+    writer.write()
     for name, methods in shown.items():
         if name != "IMorquilDevice":
             writer.interface(name, methods)
-    writer.say("}  // namespace features")
-    writer.say()
+    writer.write("}  // namespace features")
+    writer.write()
     writer.interface("IMorquilDevice", shown["IMorquilDevice"])
-    writer.say("/// What a device consists of.")
-    writer.say("class DeviceFeatures : public DeviceCalls {")
-    writer.say("public:")
-    writer.say("    using DeviceCalls::DeviceCalls;")
+    writer.write("/// The features of a device.")
+    writer.write("class DeviceFeatures : public DeviceCalls {")
+    writer.write("public:")
+    writer.write("    using DeviceCalls::DeviceCalls;")
     for name in shown:
         if name not in NOT_OF_THE_DEVICE:
             cpp = interface_name(name)
-            writer.say(f"    features::{cpp} {cpp}() const {{ return Ask<features::{cpp}>(); }}")
-    writer.say("};")
-    writer.say()
-    writer.say("}  // namespace morquil")
+            writer.write(f"    features::{cpp} {cpp}() const {{ return Ask<features::{cpp}>(); }}")
+    writer.write("};")
+    writer.write()
+    writer.write("}  // namespace morquil")
     with open(sys.argv[2], "w", encoding="utf-8") as header:
         header.write("\n".join(writer.lines) + "\n")
 

@@ -78,7 +78,7 @@ public:
             Pointer<IMorquilConnectionObserver>::Adopt(new detail::ConnectionObserver(gate, std::move(handlers)));
         detail::Check("Device::AddConnectionObserver", Raw()->AddConnectionObserver(observer.Get()),
                       detail::CallKind::Set);
-        return Told(std::move(gate), observer);
+        return SubscriptionOf(std::move(gate), observer);
     }
 
     /// Ends the connection.
@@ -109,7 +109,8 @@ public:
 private:
     friend struct Connecting ConnectAsync(std::string_view, ConnectionHandlers, Executor);
 
-    Subscription Told(std::shared_ptr<detail::Gate> gate, Pointer<IMorquilConnectionObserver> observer) const {
+    Subscription SubscriptionOf(std::shared_ptr<detail::Gate> gate,
+                                Pointer<IMorquilConnectionObserver> observer) const {
         return Subscription(std::move(gate), [device = *this, observer = std::move(observer)] {
             device.Raw()->RemoveConnectionObserver(observer.Get());
         });
@@ -167,7 +168,7 @@ inline Connecting ConnectAsync(std::string_view address, ConnectionHandlers hand
     detail::Check("Discovery::ConnectAsync", discovery->ConnectAsync(detail::TextIn(address), &raw, observer.Get()),
                   detail::CallKind::Set);
     Device device(std::move(discovery), Pointer<IMorquilDevice>::Adopt(raw), isConnected);
-    Subscription events = device.Told(std::move(gate), observer);
+    Subscription events = device.SubscriptionOf(std::move(gate), observer);
     return {std::move(device), std::move(events)};
 }
 

@@ -40,13 +40,13 @@ inline std::string ReasonOf(CallKind kind, HRESULT result) {
         case E_FAIL:
             return kind == CallKind::Get
                        ? "the device has not reported the value"
-                       : "the library could not take it: its thread cannot be woken, or there is no such property set";
+                       : "not accepted: the library's thread cannot be woken, or there is no such property set";
         case E_INVALIDARG:
             return "the value is outside its bounds, or the text has a line end or a zero character in it";
         case E_POINTER:
             return "a pointer is null";
         case E_OUTOFMEMORY:
-            return "memory is short";
+            return "out of memory";
         case E_NOINTERFACE:
             return "the object has no such interface";
         default: {

@@ -68,7 +68,7 @@ inline Pointer<IMorquilDiscovery> GetDiscovery() {
         return Pointer<IMorquilDiscovery>::Adopt(found);
     }
     throw Error("CoCreateInstance", result,
-                "MorquilAPI.dll is neither registered (regsvr32 MorquilAPI.dll) nor beside the program");
+                "MorquilAPI.dll is neither registered (regsvr32 MorquilAPI.dll) nor in the program's folder");
 }
 
 #else
@@ -76,7 +76,7 @@ inline Pointer<IMorquilDiscovery> GetDiscovery() {
 inline Pointer<IMorquilDiscovery> GetDiscovery() {
     IMorquilDiscovery* const discovery = GetMorquilDiscoveryInstance_0000();
     if (discovery == nullptr) {
-        throw Error("GetMorquilDiscoveryInstance_0000", E_OUTOFMEMORY, "memory is short");
+        throw Error("GetMorquilDiscoveryInstance_0000", E_OUTOFMEMORY, "out of memory");
     }
     return Pointer<IMorquilDiscovery>::Adopt(discovery);
 }

@@ -94,7 +94,7 @@ private:
                 }
                 const std::chrono::milliseconds pause = Varied(delay);
                 if (!progress->connected) {
-                    Tell(&SessionHandlers::attemptFailed, reason, pause);
+                    Notify(&SessionHandlers::attemptFailed, reason, pause);
                 }
                 Wait(pause);
                 // In parentheses: <windows.h> may define min as a macro.
@@ -106,8 +106,8 @@ private:
         ConnectFailure Serve(const std::shared_ptr<Progress>& progress) {
             try {
                 const Connecting connecting = ConnectAsync(
-                    address, {[this, progress] { Note([&] { progress->connected = true; }); },
-                              [this, progress](ConnectFailure reason) { Note([&] { progress->ended = reason; }); }});
+                    address, {[this, progress] { Update([&] { progress->connected = true; }); },
+                              [this, progress](ConnectFailure reason) { Update([&] { progress->ended = reason; }); }});
                 WaitFor([&] { return progress->connected || progress->ended; });
                 const bool connected = Announce(connecting.device, *progress);
                 WaitFor([&] { return progress->ended.has_value(); });
@@ -126,7 +126,7 @@ private:
                 }
                 current = device;
             }
-            Tell(&SessionHandlers::connected, device);
+            Notify(&SessionHandlers::connected, device);
             return true;
         }
 
@@ -138,14 +138,14 @@ private:
                 current.reset();
             }
             if (connected) {
-                Tell(&SessionHandlers::lost, reason);
+                Notify(&SessionHandlers::lost, reason);
             }
             return reason;
         }
 
         /// Hands a handler, if the host has set it, to the executor.
         template <class Handler, class... Arguments>
-        void Tell(Handler SessionHandlers::*handler, Arguments... arguments) {
+        void Notify(Handler SessionHandlers::*handler, Arguments... arguments) {
             if (handlers.*handler) {
                 detail::Gate::Pass(gate, [self = this->shared_from_this(), handler, arguments...] {
                     (self->handlers.*handler)(arguments...);
@@ -154,7 +154,7 @@ private:
         }
 
         template <class Change>
-        void Note(Change change) {
+        void Update(Change change) {
             const std::lock_guard lock(mutex);
             change();
             changed.notify_all();
@@ -178,7 +178,7 @@ private:
 
         void Stop() {
             gate->Close();
-            Note([&] { stopped = true; });
+            Update([&] { stopped = true; });
         }
 
         std::chrono::milliseconds Varied(std::chrono::milliseconds delay) {

@@ -24,8 +24,8 @@ public:
             return;  // the library refuses it; here it would name another file
         }
         isMissing_ = status.type() == std::filesystem::file_type::not_found;
-        isThere_ = std::filesystem::is_regular_file(status);
-        if (isThere_) {
+        isReplaced_ = std::filesystem::is_regular_file(status);
+        if (isReplaced_) {
             permissions_ = status.permissions();
             target_ = std::filesystem::canonical(target_, error);
             name_ = target_.parent_path() / NewName();
@@ -34,7 +34,7 @@ public:
     /// Removes what has not been kept.
     ~SafeFile() {
         std::error_code error;
-        if (!isKept_ && (isThere_ || isMissing_) && std::filesystem::is_regular_file(name_, error)) {
+        if (!isKept_ && (isReplaced_ || isMissing_) && std::filesystem::is_regular_file(name_, error)) {
             std::filesystem::remove(name_, error);
         }
     }
@@ -48,7 +48,7 @@ public:
     /// Returns: false when it cannot replace the old file, which stays.
     bool Keep() {
         std::error_code error;
-        if (isThere_) {
+        if (isReplaced_) {
             if (!MayBeWritten()) {
                 return false;
             }
@@ -76,7 +76,7 @@ private:
     std::filesystem::path target_;
     std::filesystem::path name_;
     std::filesystem::perms permissions_ = std::filesystem::perms::unknown;
-    bool isThere_ = false;
+    bool isReplaced_ = false;
     bool isMissing_ = false;
     bool isKept_ = false;
 };

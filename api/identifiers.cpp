@@ -1,4 +1,5 @@
-// Defines every identifier that MorquilAPI.h declares.
+// Defines every identifier that the interface headers declare.
 #include <initguid.h>
 
 #include "MorquilAPI.h"
+#include "MorquilDelivery.h"

@@ -36,7 +36,8 @@ install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/MorquilAPIConfigVersion.cmake
     DESTINATION ${packageFolder} COMPONENT Development)
 
-install(FILES ${interfaces}/MorquilAPI.h api/MorquilEntry.h DESTINATION ${headerFolder} COMPONENT Development)
+install(FILES ${interfaces}/MorquilAPI.h ${interfaces}/MorquilDelivery.h api/MorquilEntry.h
+    DESTINATION ${headerFolder} COMPONENT Development)
 install(FILES bindings/cpp/morquil.hpp DESTINATION ${headerFolder} COMPONENT Development)
 install(DIRECTORY bindings/cpp/morquil DESTINATION ${headerFolder} COMPONENT Development)
 install(FILES $<TARGET_PROPERTY:MorquilCppFiles,BINARY_DIR>/morquil/interfaces.hpp
@@ -44,7 +45,8 @@ install(FILES $<TARGET_PROPERTY:MorquilCppFiles,BINARY_DIR>/morquil/interfaces.h
 if(NOT WIN32)
     install(FILES library/platform/posix/MorquilCom.h DESTINATION ${headerFolder} COMPONENT Development)
 endif()
-install(FILES api/MorquilAPI.idl ${interfaces}/MorquilAPI.tlb DESTINATION ${dataFolder} COMPONENT Development)
+install(FILES api/MorquilAPI.idl api/MorquilDelivery.idl ${interfaces}/MorquilAPI.tlb
+    DESTINATION ${dataFolder} COMPONENT Development)
 if(TARGET MorquilDescriptionFile)
     install(FILES ${MORQUIL_DESCRIPTION_FILE} DESTINATION ${dataFolder} COMPONENT Development)
 endif()

@@ -1,5 +1,5 @@
 # Turns the raw output of widl into one header for every system: outside Windows it includes MorquilCom.h instead of
-# Windows' own headers. Run as: cmake -DINPUT=raw.h -DOUTPUT=MorquilAPI.h -P PortableHeader.cmake
+# Windows' own headers. Run as: cmake -DINPUT=raw.h -DOUTPUT=NAME.h -P PortableHeader.cmake
 file(READ "${INPUT}" text)
 
 # Replaces exactly one occurrence; any other number means that widl's output has changed.
@@ -15,20 +15,22 @@ endfunction()
 
 replace_once("#ifndef COM_NO_WINDOWS_H\n"
     "#ifndef _WIN32\n#include \"MorquilCom.h\"\n#endif\n\n#ifndef COM_NO_WINDOWS_H\n")
-replace_once("#include <oaidl.h>\n" "#ifdef _WIN32\n#include <oaidl.h>\n#endif\n")
 # Interfaces have no virtual destructor: in the binary contract every slot is a method.
-replace_once("#ifndef __MorquilAPI_LIBRARY_DEFINED__\n"
+replace_once("#ifdef __cplusplus\nextern \"C\" {\n#endif\n"
     "#if defined(__GNUC__) && defined(__cplusplus)\n#pragma GCC diagnostic push\n\
 #pragma GCC diagnostic ignored \"-Wnon-virtual-dtor\"\n#endif\n
-#ifndef __MorquilAPI_LIBRARY_DEFINED__\n")
-replace_once("#endif /* __MorquilAPI_LIBRARY_DEFINED__ */\n"
-    "#endif /* __MorquilAPI_LIBRARY_DEFINED__ */\n
+#ifdef __cplusplus\nextern \"C\" {\n#endif\n")
+replace_once("#ifdef __cplusplus\n}\n#endif\n"
+    "#ifdef __cplusplus\n}\n#endif\n
 #if defined(__GNUC__) && defined(__cplusplus)\n#pragma GCC diagnostic pop\n#endif\n")
 # Hosts may pass any 32-bit number: without a fixed underlying type, a value outside the constants would be undefined in
 # C++, and values would compare as unsigned.
-replace_once("DEFINE_GUID(LIBID_MorquilAPI"
-    "#ifdef __cplusplus\n#define MORQUIL_ENUM_TYPE : int\n#else\n#define MORQUIL_ENUM_TYPE\n#endif\n
+if(text MATCHES "#include <oaidl.h>\n")
+    replace_once("#include <oaidl.h>\n" "#ifdef _WIN32\n#include <oaidl.h>\n#endif\n")
+    replace_once("DEFINE_GUID(LIBID_MorquilAPI"
+        "#ifdef __cplusplus\n#define MORQUIL_ENUM_TYPE : int\n#else\n#define MORQUIL_ENUM_TYPE\n#endif\n
 DEFINE_GUID(LIBID_MorquilAPI")
+endif()
 string(REGEX REPLACE "\ntypedef enum ([A-Za-z0-9_]+) {" "\ntypedef enum \\1 MORQUIL_ENUM_TYPE {" text "${text}")
 # The marshalling prototypes at the end are for proxies, which exist on Windows only.
 replace_once("/* Begin additional prototypes for all interfaces */\n" "#ifdef _WIN32\n")

@@ -43,6 +43,7 @@ typedef uint16_t WORD;
 typedef uint32_t UINT;
 typedef uint32_t ULONG;
 typedef uint32_t DWORD;
+typedef uint64_t UINT64;
 typedef int32_t HRESULT;
 typedef void* LPVOID;
 

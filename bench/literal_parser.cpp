@@ -30,13 +30,13 @@ void LiteralParser::TakeLine() {
         blocks_.End();
         state_ = State::Header;
     } else if (state_ == State::Header) {
-        TakeHeader();
+        ProcessHeader();
     } else if (state_ == State::Inside) {
         TakeKeyAndValue();
     }
 }
 
-void LiteralParser::TakeHeader() {
+void LiteralParser::ProcessHeader() {
     if (line_[length_ - 1] == ':') {
         line_[length_ - 1] = '\0';
     }

@@ -16,7 +16,7 @@ public:
 
 private:
     void TakeLine();
-    void TakeHeader();
+    void ProcessHeader();
     void TakeKeyAndValue();
     [[gnu::format(printf, 2, 3)]] void Report(const char* format, ...);
 

@@ -90,24 +90,24 @@ const std::vector<Story>& Stories() {
         return text;
     }();
     static const std::vector<Story> stories{
-        {"connect-and-disconnect",      [](auto trace) { return HasInOrder(trace, {"] connect\n", "told: connected", "] disconnect\n", "told: disconnected"}); }},
-        {"connect-asynchronously",      [](auto trace) { return HasInOrder(trace, {"connect asynchronously", "told: connected"}); }},
-        {"connection-refused",          [](auto trace) { return HasInOrder(trace, {"] connect", "not opened", "told: disconnected cfnr"}); }},
-        {"wrong-version",               [](auto trace) { return HasInOrder(trace, {"told: disconnected cfif"}); }},
-        {"remote-lock",                 [](auto trace) { return HasInOrder(trace, {"told: disconnected cfrm"}); }},
+        {"connect-and-disconnect",      [](auto trace) { return HasInOrder(trace, {"] connect\n", "notified: connected", "] disconnect\n", "notified: disconnected"}); }},
+        {"connect-asynchronously",      [](auto trace) { return HasInOrder(trace, {"connect asynchronously", "notified: connected"}); }},
+        {"connection-refused",          [](auto trace) { return HasInOrder(trace, {"] connect", "not opened", "notified: disconnected cfnr"}); }},
+        {"wrong-version",               [](auto trace) { return HasInOrder(trace, {"notified: disconnected cfif"}); }},
+        {"remote-lock",                 [](auto trace) { return HasInOrder(trace, {"notified: disconnected cfrm"}); }},
         {"lost-in-the-greeting",        [](auto trace) { return HasInOrder(trace, {"opened", "received PROTOCOL", "closed"}) && CountOf(trace, "received") < 8 && CountOf(trace, "] disconnect\n") == 0; }},
-        {"silence-then-ping",           [](auto trace) { return HasInOrder(trace, {"told: connected", "silence", "sent PING"}); }},
-        {"silence-with-block-in-flight", [](auto trace) { return HasInOrder(trace, {"told: connected", "] set ", "sent ", "silence", "closed", "told: disconnected"}); }},
-        {"flood",                       [](auto trace) { return HasInOrder(trace, {"told: connected"}) && CountOf(trace, "received ") > 150; }},
-        {"storm-of-refusals",           [](auto trace) { return HasInOrder(trace, {"told: connected", refusals}); }},
-        {"echo-of-a-setter",            [](auto trace) { return HasInOrder(trace, {"told: connected"}) && HasEcho(trace); }},
-        {"set-inside-a-callback",       [](auto trace) { return HasInsideCall(trace, "told: vpap", "Gain 1"); }},
-        {"disconnect-inside-a-callback", [](auto trace) { return HasInsideCall(trace, "told: ", "] disconnect"); }},
-        {"release-inside-a-callback",   [](auto trace) { return HasInsideCall(trace, "told: ", "] release"); }},
-        {"observer-leaves-in-a-callback", [](auto trace) { return HasInsideCall(trace, "told: connected", "] remove connection observer 0"); }},
-        {"load-a-settings-file",        [](auto trace) { return HasInOrder(trace, {"told: connected", "load moving", "sent TEST PATTERN:\\nMotion: true"}); }},
-        {"flapping",                    [](auto trace) { return HasInOrder(trace, {"told: connected", "the device goes", "told: disconnected", "life 1 begins", "not opened", "the device comes", "begins", "opened", "told: connected"}); }},
-        {"connect-anew-inside-the-end", [](auto trace) { return HasInsideCall(trace, "told: disconnected", "life 1 begins"); }}};
+        {"silence-then-ping",           [](auto trace) { return HasInOrder(trace, {"notified: connected", "silence", "sent PING"}); }},
+        {"silence-with-block-in-flight", [](auto trace) { return HasInOrder(trace, {"notified: connected", "] set ", "sent ", "silence", "closed", "notified: disconnected"}); }},
+        {"flood",                       [](auto trace) { return HasInOrder(trace, {"notified: connected"}) && CountOf(trace, "received ") > 150; }},
+        {"storm-of-refusals",           [](auto trace) { return HasInOrder(trace, {"notified: connected", refusals}); }},
+        {"echo-of-a-setter",            [](auto trace) { return HasInOrder(trace, {"notified: connected"}) && HasEcho(trace); }},
+        {"set-inside-a-callback",       [](auto trace) { return HasInsideCall(trace, "notified: vpap", "Gain 1"); }},
+        {"disconnect-inside-a-callback", [](auto trace) { return HasInsideCall(trace, "notified: ", "] disconnect"); }},
+        {"release-inside-a-callback",   [](auto trace) { return HasInsideCall(trace, "notified: ", "] release"); }},
+        {"observer-leaves-in-a-callback", [](auto trace) { return HasInsideCall(trace, "notified: connected", "] remove connection observer 0"); }},
+        {"load-a-settings-file",        [](auto trace) { return HasInOrder(trace, {"notified: connected", "load moving", "sent TEST PATTERN:\\nMotion: true"}); }},
+        {"flapping",                    [](auto trace) { return HasInOrder(trace, {"notified: connected", "the device goes", "notified: disconnected", "life 1 begins", "not opened", "the device comes", "begins", "opened", "notified: connected"}); }},
+        {"connect-again-inside-the-end", [](auto trace) { return HasInsideCall(trace, "notified: disconnected", "life 1 begins"); }}};
     return stories;
 }
 // clang-format on

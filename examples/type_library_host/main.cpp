@@ -16,7 +16,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "learnt_object.h"
+#include "typed_object.h"
 #include "type_library.h"
 
 namespace {
@@ -42,7 +42,7 @@ void Describe(const TypeLibrary& library) {
         std::to_string(library.Count(TKIND_COCLASS)) + " class");
 }
 
-LearntObject CreateDiscovery(const TypeLibrary& library) {
+TypedObject CreateDiscovery(const TypeLibrary& library) {
     const GUID classIdentifier = library.Find("CMorquilDiscovery").Identifier();
     Type type = library.Find("IMorquilDiscovery");
     Say("CMorquilDiscovery is " + TextOf(classIdentifier));
@@ -50,10 +50,10 @@ LearntObject CreateDiscovery(const TypeLibrary& library) {
     if (FAILED(CoCreateInstance(classIdentifier, nullptr, CLSCTX_INPROC_SERVER, type.Identifier(), &discovery))) {
         throw std::runtime_error("the class is not registered");
     }
-    return LearntObject(std::move(type), discovery);
+    return TypedObject(std::move(type), discovery);
 }
 
-LearntObject Connect(const TypeLibrary& library, const LearntObject& discovery, const std::string& address) {
+TypedObject Connect(const TypeLibrary& library, const TypedObject& discovery, const std::string& address) {
     Say("connecting to " + address + "...");
     void* device = nullptr;
     int reason = 0;
@@ -65,17 +65,17 @@ LearntObject Connect(const TypeLibrary& library, const LearntObject& discovery, 
         throw std::runtime_error("no connection: " + library.Find("_MorquilConnectToFailure").NameOfValue(reason));
     }
     SysFreeString(text);
-    return LearntObject(library.Find("IMorquilDevice"), device);
+    return TypedObject(library.Find("IMorquilDevice"), device);
 }
 
-void ReadValues(const TypeLibrary& library, const LearntObject& device) {
-    const LearntObject amp = device.As(library.Find("IMorquilVideoProcAmp"));
+void ReadValues(const TypeLibrary& library, const TypedObject& device) {
+    const TypedObject amp = device.As(library.Find("IMorquilVideoProcAmp"));
     int gain = 0;
     amp.Call("GetGain", {&gain});
     Say("IMorquilVideoProcAmp is " + TextOf(amp.GetType().Identifier()) + ", GetGain is in slot " +
         std::to_string(amp.GetType().MethodNamed("GetGain").Slot()) + ", the gain is " + std::to_string(gain));
 
-    const LearntObject output = device.As(library.Find("IMorquilOutputConfiguration"));
+    const TypedObject output = device.As(library.Find("IMorquilOutputConfiguration"));
     int mode = 0;
     output.Call("GetVideoMode", {&mode});
     Say("the output's video mode is " + std::to_string(mode) + ", which is " +
@@ -85,8 +85,8 @@ void ReadValues(const TypeLibrary& library, const LearntObject& device) {
 void Run(const std::string& address, const std::string& file) {
     const TypeLibrary library(file);
     Describe(library);
-    const LearntObject discovery = CreateDiscovery(library);
-    const LearntObject device = Connect(library, discovery, address);
+    const TypedObject discovery = CreateDiscovery(library);
+    const TypedObject device = Connect(library, discovery, address);
     ReadValues(library, device);
     discovery.Call("Disconnect", {device.Get()});
     Say("disconnected");

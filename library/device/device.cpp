@@ -34,7 +34,7 @@ void* CMorquilDevice::FindInterface(REFIID iid) {
     }
     for (FeatureBase* const feature : handedOut_) {
         if (IsEqualIID(iid, feature->Iid())) {
-            return feature->Face();
+            return feature->AsUnknown();
         }
     }
     return nullptr;

@@ -15,10 +15,10 @@ namespace {
 constexpr std::uint32_t supportedVersionMinor = 22;
 
 /// Whether a block carries a value other than the getter's. An unknown value differs from every known one.
-template <class Face, class Out, class FieldType>
-bool Differs(Face& face, HRESULT (STDMETHODCALLTYPE Face::*getter)(Out*), const FieldType& incoming) {
+template <class FeatureClass, class Out, class FieldType>
+bool Differs(FeatureClass& feature, HRESULT (STDMETHODCALLTYPE FeatureClass::*getter)(Out*), const FieldType& incoming) {
     Out current{};
-    return incoming.IsPresent() && ((face.*getter)(&current) != S_OK || current != static_cast<Out>(incoming.Get()));
+    return incoming.IsPresent() && ((feature.*getter)(&current) != S_OK || current != static_cast<Out>(incoming.Get()));
 }
 
 }  // namespace
@@ -111,7 +111,7 @@ void CMorquilDevice::OnVideoOutput(const VideoOutputChangeSet& set) {
     output.ApplyChangeSet(set, true);
     CheckInitialState();
     if (AwaitsEcho()) {
-        ForgetSentThrough(BlockText<VideoOutputChangeSet>(set));
+        DropSentThrough(BlockText<VideoOutputChangeSet>(set));
     }
 }
 

@@ -37,7 +37,7 @@ void CMorquilDevice::ApplySettings(const Set& set) {
         }
     });
     CheckInitialState();
-    ForgetSentThrough(text);
+    DropSentThrough(text);
 }
 
 template <class Description>

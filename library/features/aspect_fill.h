@@ -9,7 +9,7 @@ class CMorquilAspectFill final : public Morquil::Feature<IMorquilAspectFill, Mor
 public:
     CMorquilAspectFill(IUnknown& owner, Morquil::IMessageQueue& queue)
         : Feature(owner, queue, IID_IMorquilAspectFill, morquilAspectFillPropertySetId,
-                  Morquil::AvailabilityChange::IsSilent) {}
+                  Morquil::AvailabilityChange::Silent) {}
 
     STDMETHODIMP SetLuma(unsigned int level) override;
     STDMETHODIMP GetLuma(unsigned int* level) override;

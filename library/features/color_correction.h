@@ -9,7 +9,7 @@ class CMorquilColorCorrection final : public Morquil::Feature<IMorquilColorCorre
 public:
     CMorquilColorCorrection(IUnknown& owner, Morquil::IMessageQueue& queue)
         : Feature(owner, queue, IID_IMorquilColorCorrection, morquilColorCorrectionPropertySetId,
-                  Morquil::AvailabilityChange::IsSilent) {}
+                  Morquil::AvailabilityChange::Silent) {}
 
     STDMETHODIMP SetRed(int red) override;
     STDMETHODIMP GetRed(int* red) override;

@@ -26,7 +26,7 @@ namespace Morquil {
 /// In place of the availability block, for a feature that has none.
 struct NoAvailability {};
 
-enum class AvailabilityChange { IsTold, IsSilent };
+enum class AvailabilityChange { Notify, Silent };
 
 /// One feature of the device: a COM interface to its own copies of a settings block and an availability block.
 ///
@@ -41,14 +41,14 @@ class Feature : public Interface, public FeatureBase {
     using AvailabilitySet = ChangeSetOf<AvailabilityDescription>;
 
 public:
-    using FaceInterface = Interface;
+    using ComInterface = Interface;
     using SettingsBlock = Set;
     using AvailabilityBlock = AvailabilityDescription;
     static constexpr bool hasAvailability = !std::is_same_v<AvailabilityDescription, NoAvailability>;
 
     /// `owner` counts the references, `queue` accepts the messages; both must outlive the object.
     Feature(IUnknown& owner, IMessageQueue& queue, REFIID iid, _MorquilPropertySetId propertySet,
-            AvailabilityChange availabilityChange = AvailabilityChange::IsTold)
+            AvailabilityChange availabilityChange = AvailabilityChange::Notify)
         : FeatureBase(iid, propertySet), owner_(owner), queue_(queue), availabilityChange_(availabilityChange) {}
 
     STDMETHODIMP QueryInterface(REFIID iid, void** out) override { return owner_.QueryInterface(iid, out); }
@@ -75,12 +75,12 @@ public:
             changed = MergeAvailability(availability_, incoming);
             availabilityReceived_ = true;
         }
-        if (changed && availabilityChange_ == AvailabilityChange::IsTold) {
+        if (changed && availabilityChange_ == AvailabilityChange::Notify) {
             NotifyObservers();
         }
     }
 
-    IUnknown* Face() override { return static_cast<Interface*>(this); }
+    IUnknown* AsUnknown() override { return static_cast<Interface*>(this); }
 
     bool IsCacheComplete() const override {
         QRN::Core::Lock lock(mirrorLock_);

@@ -15,10 +15,10 @@ public:
     /// The identifier by which a host queries for the interface.
     REFIID Iid() const { return iid_; }
     /// The interface that the host sees; its references are counted by the device.
-    virtual IUnknown* Face() = 0;
+    virtual IUnknown* AsUnknown() = 0;
     /// Whether everything that a connection waits for has been reported.
     virtual bool IsCacheComplete() const = 0;
-    /// Forgets everything that was reported.
+    /// Clears everything that was reported.
     virtual void ClearCache() = 0;
     /// The protocol text of the settings as reported.
     virtual std::string GetSettingsText() const = 0;

@@ -10,7 +10,7 @@ class CMorquilOutputConfiguration final
 public:
     CMorquilOutputConfiguration(IUnknown& owner, Morquil::IMessageQueue& queue)
         : Feature(owner, queue, IID_IMorquilOutputConfiguration, morquilOutputConfigurationPropertySetId,
-                  Morquil::AvailabilityChange::IsSilent) {}
+                  Morquil::AvailabilityChange::Silent) {}
 
     STDMETHODIMP SetVideoMode(_MorquilAPIVideoMode mode) override;
     STDMETHODIMP GetVideoMode(_MorquilAPIVideoMode* mode) override;

@@ -9,7 +9,7 @@ class CMorquilVideoClip final : public Morquil::Feature<IMorquilVideoClip, Morqu
 public:
     CMorquilVideoClip(IUnknown& owner, Morquil::IMessageQueue& queue)
         : Feature(owner, queue, IID_IMorquilVideoClip, morquilVideoClipPropertySetId,
-                  Morquil::AvailabilityChange::IsSilent) {}
+                  Morquil::AvailabilityChange::Silent) {}
 
     STDMETHODIMP SetLumaLow(unsigned int level) override;
     STDMETHODIMP GetLumaLow(unsigned int* level) override;

@@ -9,7 +9,7 @@ class CMorquilVideoProcAmp final : public Morquil::Feature<IMorquilVideoProcAmp,
 public:
     CMorquilVideoProcAmp(IUnknown& owner, Morquil::IMessageQueue& queue)
         : Feature(owner, queue, IID_IMorquilVideoProcAmp, morquilVideoProcAmpPropertySetId,
-                  Morquil::AvailabilityChange::IsSilent) {}
+                  Morquil::AvailabilityChange::Silent) {}
 
     STDMETHODIMP SetGain(int gain) override;
     STDMETHODIMP GetGain(int* gain) override;

@@ -98,12 +98,12 @@ public:
         Round(const Round&) = delete;
         Round& operator=(const Round&) = delete;
 
-        /// Calls `tell(observer)` for every observer, front to back, until the round is cancelled.
-        template <class Tell>
-        void CallEach(Tell tell) {
+        /// Calls `call(observer)` for every observer, front to back, until the round is cancelled.
+        template <class Call>
+        void CallEach(Call call) {
             const QRN::Core::CallbackScope inCallback;
             while (Observer* const observer = list_.Next(*this)) {
-                tell(*observer);
+                call(*observer);
             }
         }
 
@@ -121,7 +121,7 @@ public:
 
 private:
     /// The observer of a removed entry that the caller must release, or null while a call is still using it.
-    static Observer* LetGo(Entry& entry) {
+    static Observer* TakeIfUnused(Entry& entry) {
         return entry.removed && entry.calls == 0 ? std::exchange(entry.observer, nullptr) : nullptr;
     }
 
@@ -172,7 +172,7 @@ private:
             return S_FALSE;
         }
         found->removed = true;
-        released = LetGo(*found);
+        released = TakeIfUnused(*found);
         if (rounds_.First() == nullptr) {
             entries_.erase(found);
         }
@@ -231,7 +231,7 @@ private:
             if (round.current_ != nullptr) {
                 place = std::next(PlaceOf(*round.current_));
                 --round.current_->calls;
-                released = LetGo(*round.current_);
+                released = TakeIfUnused(*round.current_);
             }
             place = std::find_if(place, entries_.end(), [&round](const Entry& entry) {
                 return !entry.removed && entry.lastRound != round.number_;

@@ -34,7 +34,7 @@ protected:
     /// Whether the library itself has sent exactly this block.
     bool IsSentText(const std::string& text) const { return sentTexts_.Contains(text); }
     /// Forgets a sent block and all blocks that were sent before it.
-    void ForgetSentThrough(const std::string& text) { sentTexts_.ForgetThrough(text); }
+    void DropSentThrough(const std::string& text) { sentTexts_.DropThrough(text); }
 
     /// Drops everything that arrives from now on.
     /// Threads: any, also inside a sink operation.

@@ -17,8 +17,8 @@ struct SocketState {
 /// Events that one wait found and that have not been reported yet, oldest first.
 class PendingEvents {
 public:
-    bool IsEmpty() const { return told_ == count_; }
-    void Clear() { told_ = count_ = 0; }
+    bool IsEmpty() const { return taken_ == count_; }
+    void Clear() { taken_ = count_ = 0; }
 
     /// Call it on an empty queue only.
     void AddOne(CommsEvent event) {
@@ -42,12 +42,12 @@ public:
     }
 
     /// Call it on a non-empty queue only.
-    CommsEvent TakeOldest() { return events_[told_++]; }
+    CommsEvent TakeOldest() { return events_[taken_++]; }
 
 private:
     std::array<CommsEvent, 2> events_{};
     std::size_t count_ = 0;
-    std::size_t told_ = 0;
+    std::size_t taken_ = 0;
 };
 
 }  // namespace Morquil

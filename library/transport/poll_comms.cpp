@@ -122,7 +122,7 @@ bool PollComms::Open(const std::string& host, std::uint32_t port, bool nonBlocki
     SendAtOnce(attempt.Get());
     readAhead_.Enable(true);
     Arm(attempt.Detach());
-    stands_ = !nonBlocking;
+    isConnected_ = !nonBlocking;
     return true;
 }
 
@@ -146,21 +146,21 @@ bool PollComms::AwaitConnection(int socket) {
 }
 
 bool PollComms::WaitForConnect(std::int32_t timeoutMs) {
-    stands_ = stands_ || HasPeer(socket_);
-    if (!stands_) {
+    isConnected_ = isConnected_ || HasPeer(socket_);
+    if (!isConnected_) {
         std::array<pollfd, 1> watched{{{socket_, POLLOUT, 0}}};
         const auto limit = timeoutMs < 0 ? unlimitedTimeout : static_cast<std::uint32_t>(timeoutMs);
-        stands_ = socket_ >= 0 && PollUntil(watched, Deadline(limit)) > 0 && HasConnected(socket_);
+        isConnected_ = socket_ >= 0 && PollUntil(watched, Deadline(limit)) > 0 && HasConnected(socket_);
     }
     Arm(socket_);
-    return stands_;
+    return isConnected_;
 }
 
 bool PollComms::Attach(SocketHandle socket, bool /*nonBlocking*/) {
     const auto attached = static_cast<int>(socket);
     fcntl(attached, F_SETFL, fcntl(attached, F_GETFL) | O_NONBLOCK);
     SendAtOnce(attached);
-    stands_ = false;
+    isConnected_ = false;
     readAhead_.Enable(false);
     Arm(attached);
     return true;
@@ -173,15 +173,15 @@ void PollComms::Arm(int socket) {
     }
     socket_ = socket;
     pending_.Clear();
-    readAhead_.TellAgain();
+    readAhead_.ReportAgain();
     hasEnded_ = false;
-    tellReadable_ = tellWritable_ = tellGone_ = true;
+    reportReadable_ = reportWritable_ = reportGone_ = true;
 }
 
 void PollComms::Close() {
     const FileDescriptor closes(socket_);
     socket_ = -1;
-    stands_ = false;
+    isConnected_ = false;
     hasEnded_ = false;
     readAhead_.Clear();
 }
@@ -238,11 +238,11 @@ bool PollComms::HasUnread() const {
 // Whether an event is due that poll does not report: bytes that were read ahead, or the rest of a connection that has
 // ended.
 bool PollComms::IsSocketEventDue() const {
-    return readAhead_.IsUntold() || (hasEnded_ && (HasUnread() ? tellReadable_ : tellGone_));
+    return readAhead_.HasUnreported() || (hasEnded_ && (HasUnread() ? reportReadable_ : reportGone_));
 }
 
 short PollComms::WatchedEvents() const {
-    const int events = POLLRDHUP | (tellReadable_ ? POLLIN : 0) | (tellWritable_ ? POLLOUT : 0);
+    const int events = POLLRDHUP | (reportReadable_ ? POLLIN : 0) | (reportWritable_ ? POLLOUT : 0);
     return static_cast<short>(events);
 }
 
@@ -250,20 +250,20 @@ short PollComms::WatchedEvents() const {
 // before it have been received.
 SocketState PollComms::Translate(short reported) {
     hasEnded_ = hasEnded_ || (reported & (POLLRDHUP | POLLHUP | POLLERR | POLLNVAL)) != 0;
-    const bool hasUnread = hasEnded_ ? HasUnread() : (reported & POLLIN) != 0 || readAhead_.IsUntold();
+    const bool hasUnread = hasEnded_ ? HasUnread() : (reported & POLLIN) != 0 || readAhead_.HasUnreported();
     SocketState state;
-    state.readable = tellReadable_ && hasUnread;
-    state.gone = hasEnded_ && !hasUnread && tellGone_;
+    state.readable = reportReadable_ && hasUnread;
+    state.gone = hasEnded_ && !hasUnread && reportGone_;
     state.writable = (reported & POLLOUT) != 0;
-    tellGone_ = tellGone_ && !state.gone;
-    tellReadable_ = tellReadable_ && !state.readable;
-    readAhead_.Tell(false);
-    tellWritable_ = tellWritable_ && !state.writable;
+    reportGone_ = reportGone_ && !state.gone;
+    reportReadable_ = reportReadable_ && !state.readable;
+    readAhead_.MarkReported(false);
+    reportWritable_ = reportWritable_ && !state.writable;
     return state;
 }
 
 int PollComms::Receive(char* buffer, int length, int flags) {
-    tellReadable_ = true;
+    reportReadable_ = true;
     if (length < 0) {
         return commsFailed;
     }
@@ -290,7 +290,7 @@ int PollComms::Send(const char* data, int length, int flags) {
     if (errno != EAGAIN) {
         return commsFailed;
     }
-    tellWritable_ = true;
+    reportWritable_ = true;
     return commsWouldBlock;
 }
 
@@ -299,7 +299,7 @@ bool PollComms::Signal(int which) {
     if (!isSignal || !wakeUp_.IsOpen()) {
         return false;
     }
-    return !signals_.Give(static_cast<CommsSignal>(which)) || wakeUp_.Signal();
+    return !signals_.Raise(static_cast<CommsSignal>(which)) || wakeUp_.Signal();
 }
 
 // A signal other than stop wakes the wait once and stays pending. If the other side has only closed its sending

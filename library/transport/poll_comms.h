@@ -41,7 +41,7 @@ private:
     SocketState Translate(short reported);
 
     int socket_ = -1;
-    bool stands_ = false;    // the connection is known to be up
+    bool isConnected_ = false;    // the connection is known to be up
     bool hasEnded_ = false;  // poll has reported the end, which is passed on once all bytes have been received
     std::uint32_t waitTimeoutMs_ = 0;
     bool includeSocket_ = false;
@@ -52,9 +52,9 @@ private:
 
     // poll reports a state as long as it lasts, but the client relies on being notified of each change once. These
     // flags say what may still be reported.
-    bool tellReadable_ = false;
-    bool tellWritable_ = false;
-    bool tellGone_ = false;
+    bool reportReadable_ = false;
+    bool reportWritable_ = false;
+    bool reportGone_ = false;
 };
 
 }  // namespace Morquil

@@ -16,7 +16,7 @@ public:
     template <class Read>
     int Take(char* buffer, int length, int flags, bool stay, Read read) {
         if (IsEmpty()) {
-            untold_ = more_ = false;
+            unreported_ = more_ = false;
             if (flags != 0 || !isEnabled_) {
                 return read(buffer, length, flags);
             }
@@ -30,17 +30,17 @@ public:
         const std::size_t count = std::min(end_ - begin_, static_cast<std::size_t>(length));
         std::copy_n(bytes_.data() + begin_, count, buffer);
         begin_ += stay ? 0 : count;
-        untold_ = more_ || !IsEmpty();
+        unreported_ = more_ || !IsEmpty();
         return static_cast<int>(count);
     }
 
     /// Whether bytes, here or in the system, are available that have not been reported since the last `Take`.
-    bool IsUntold() const { return untold_; }
+    bool HasUnreported() const { return unreported_; }
 
     /// Marks the available bytes as reported. `more`: the system has reported that it has more, which it does once for
     /// each read.
-    void Tell(bool more) {
-        untold_ = false;
+    void MarkReported(bool more) {
+        unreported_ = false;
         more_ = more_ || more;
     }
 
@@ -48,20 +48,20 @@ public:
     void Enable(bool enabled) { isEnabled_ = enabled; }
 
     /// Marks the buffered bytes as not reported yet.
-    void TellAgain() { untold_ = !IsEmpty(); }
+    void ReportAgain() { unreported_ = !IsEmpty(); }
 
     bool IsEmpty() const { return begin_ == end_; }
 
     void Clear() {
         begin_ = end_ = 0;
-        untold_ = more_ = false;
+        unreported_ = more_ = false;
     }
 
 private:
     bool isEnabled_ = true;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
-    bool untold_ = false;
+    bool unreported_ = false;
     bool more_ = false;
     std::array<char, 8192> bytes_;
 };

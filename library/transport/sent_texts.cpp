@@ -14,7 +14,7 @@ bool SentTexts::Contains(std::string_view text) const {
     return std::find(texts_.begin(), texts_.end(), text) != texts_.end();
 }
 
-void SentTexts::ForgetThrough(std::string_view text) {
+void SentTexts::DropThrough(std::string_view text) {
     const auto found = std::find(texts_.begin(), texts_.end(), text);
     if (found != texts_.end()) {
         texts_.erase(texts_.begin(), std::next(found));

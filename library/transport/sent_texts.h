@@ -14,7 +14,7 @@ public:
     bool Contains(std::string_view text) const;
     /// Removes everything from the oldest text through the first that equals `text`. The device answers in order, so
     /// blocks sent before an answered block will not be answered any more. Does nothing if `text` is not in the list.
-    void ForgetThrough(std::string_view text);
+    void DropThrough(std::string_view text);
 
 private:
     std::list<std::string> texts_;

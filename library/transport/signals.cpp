@@ -21,7 +21,7 @@ constexpr std::uint32_t BitOf(CommsSignal signal) {
 
 }  // namespace
 
-bool Signals::Give(CommsSignal which) {
+bool Signals::Raise(CommsSignal which) {
     const bool isNew = (given_.fetch_or(BitOf(which)) & BitOf(which)) == 0;
     return isNew && waiting_;
 }

@@ -10,11 +10,11 @@ namespace Morquil {
 
 /// The pending signals of a transport: given and not yet taken, each at most once. Also decides when a signal needs a
 /// system call, which is only during a wait.
-/// Threads: `Give` from any thread; everything else from the waiting thread.
+/// Threads: `Raise` from any thread; everything else from the waiting thread.
 class Signals {
 public:
     /// Returns: whether a wait has to be woken.
-    bool Give(CommsSignal which);
+    bool Raise(CommsSignal which);
 
     /// Whether the signal `which` is pending.
     bool Has(CommsSignal which) const;

@@ -43,7 +43,7 @@ bool TextProtocolClient::Start() {
     if (running_) {
         return true;
     }
-    LetThreadEnd();
+    WaitForThread();
     if (!Connect()) {
         Print("Error connecting to server\n");
         return false;
@@ -58,25 +58,25 @@ bool TextProtocolClient::Start() {
 }
 
 /// Takes a stop wake-up that the last connection left pending: it would end the next attempt at once.
-void TextProtocolClient::TakeLeftWakeUp() {
+void TextProtocolClient::DiscardStaleStop() {
     if (!stopSignalled_.exchange(false)) {
         return;
     }
     comms_->SetWaitMode(false, 0);
     comms_->Signal(signalStop);  // an attempt may have taken it; now exactly one is pending
-    bool sendWaits = false;
+    bool sendPending = false;
     CommsEvent event = comms_->WaitForEvent();
     while (event != CommsEvent::StopRequested && event != CommsEvent::Timeout && event != CommsEvent::WaitFailed) {
-        sendWaits |= event == CommsEvent::SendRequested;
+        sendPending |= event == CommsEvent::SendRequested;
         event = comms_->WaitForEvent();
     }
-    if (sendWaits) {
+    if (sendPending) {
         comms_->Signal(signalSend);
     }
 }
 
 bool TextProtocolClient::Connect() {
-    TakeLeftWakeUp();
+    DiscardStaleStop();
     opening_ = true;
     const bool opened = initialised_ && !stopRequested_ && comms_->Open(host_, port_, false);
     opening_ = false;
@@ -116,7 +116,7 @@ void TextProtocolClient::Disconnected() {
 }
 
 /// Waits for the thread, if there is one, to end. A requested stop was meant for that thread and is cleared.
-void TextProtocolClient::LetThreadEnd() {
+void TextProtocolClient::WaitForThread() {
     Lock lock(joinLock_);
     if (thread_) {
         // A thread that starts its own successor only releases its handle.
@@ -155,7 +155,7 @@ void TextProtocolClient::Join() {
     if (wait.IsCircular()) {
         return;
     }
-    LetThreadEnd();
+    WaitForThread();
 }
 
 std::uint32_t TextProtocolClient::ThreadMain(void* client) {

@@ -75,12 +75,12 @@ private:
     static constexpr int receiveSize = 1024;
 
     static std::uint32_t ThreadMain(void* client);
-    void TakeLeftWakeUp();
+    void DiscardStaleStop();
     bool Connect();
     bool StartThread();
     void Disconnected();
     void Join();
-    void LetThreadEnd();
+    void WaitForThread();
     void Run();
     LinkRules::Action NextAction();
     bool Do(LinkRules::Action action);

@@ -102,7 +102,7 @@ bool WSAComms::Open(const std::string& host, std::uint32_t port, bool nonBlockin
     }
     readAhead_.Enable(true);
     Arm(attempt.Detach());
-    stands_ = !nonBlocking;
+    isConnected_ = !nonBlocking;
     return true;
 }
 
@@ -127,17 +127,17 @@ bool WSAComms::Connect(SOCKET socket, const sockaddr_in& address) {
 }
 
 bool WSAComms::WaitForConnect(std::int32_t timeoutMs) {
-    stands_ = stands_ || HasPeer(socket_);
-    if (!stands_) {
+    isConnected_ = isConnected_ || HasPeer(socket_);
+    if (!isConnected_) {
         const WindowsHandle connectEvent(WSACreateEvent());
         const DWORD limit = timeoutMs < 0 ? WSA_INFINITE : static_cast<DWORD>(timeoutMs);
         const HANDLE handle = connectEvent.Get();
-        stands_ = connectEvent.IsOpen() && WSAEventSelect(socket_, handle, FD_CONNECT) == 0 &&
+        isConnected_ = connectEvent.IsOpen() && WSAEventSelect(socket_, handle, FD_CONNECT) == 0 &&
                   WSAWaitForMultipleEvents(1, &handle, FALSE, limit, FALSE) == WSA_WAIT_EVENT_0 &&
                   HasConnected(socket_, handle);
     }
     Arm(socket_);
-    return stands_;
+    return isConnected_;
 }
 
 bool WSAComms::Attach(SocketHandle socket, bool nonBlocking) {
@@ -146,7 +146,7 @@ bool WSAComms::Attach(SocketHandle socket, bool nonBlocking) {
         u_long on = 1;
         ioctlsocket(attached, static_cast<long>(FIONBIO), &on);
     }
-    stands_ = false;
+    isConnected_ = false;
     readAhead_.Enable(false);
     Arm(attached);
     return true;
@@ -155,13 +155,13 @@ bool WSAComms::Attach(SocketHandle socket, bool nonBlocking) {
 // From here on every state of the socket is reported again. Selecting events also makes the socket non-blocking.
 void WSAComms::Arm(SOCKET socket) {
     if (socket != socket_) {
-        endWaits_ = false;
+        endPending_ = false;
         readAhead_.Clear();
     }
     socket_ = socket;
     pending_.Clear();
     collected_ = 0;
-    readAhead_.TellAgain();
+    readAhead_.ReportAgain();
     SendAtOnce(socket);
     WSAEventSelect(socket, networkEvent_.Get(), watchedEvents);
 }
@@ -169,8 +169,8 @@ void WSAComms::Arm(SOCKET socket) {
 void WSAComms::Close() {
     const WindowsSocket closes(socket_);
     socket_ = INVALID_SOCKET;
-    stands_ = false;
-    endWaits_ = false;
+    isConnected_ = false;
+    endPending_ = false;
     collected_ = 0;
     readAhead_.Clear();
 }
@@ -196,13 +196,13 @@ void WSAComms::Wait(const Deadline& deadline) {
     if (TakeSignal()) {
         return;
     }
-    const bool endIsDue = endWaits_ && readAhead_.IsEmpty();
-    const bool leftOver = waitCount_ == allHandles && (readAhead_.IsUntold() || endIsDue || collected_ != 0);
-    const DWORD remaining = leftOver ? 0 : deadline.RemainingMs();
+    const bool endIsDue = endPending_ && readAhead_.IsEmpty();
+    const bool isDue = waitCount_ == allHandles && (readAhead_.HasUnreported() || endIsDue || collected_ != 0);
+    const DWORD remaining = isDue ? 0 : deadline.RemainingMs();
     const DWORD result = WSAWaitForMultipleEvents(waitCount_, waitHandles_.data(), FALSE, remaining, FALSE);
     if (result < WSA_WAIT_EVENT_0 + allButSocket) {
         TakeSignal();
-    } else if (leftOver || result == WSA_WAIT_EVENT_0 + allButSocket) {
+    } else if (isDue || result == WSA_WAIT_EVENT_0 + allButSocket) {
         pending_.AddSocket(EnumerateSocket());
     } else if (result == WSA_WAIT_TIMEOUT || remaining == 0) {
         pending_.AddOne(CommsEvent::Timeout);
@@ -233,13 +233,13 @@ SocketState WSAComms::EnumerateSocket() {
     const long found = events.value_or(0) | std::exchange(collected_, 0);
     const bool failed = !events.has_value();
     const bool more = (found & FD_READ) != 0;
-    const bool ended = endWaits_ || (found & FD_CLOSE) != 0;
+    const bool ended = endPending_ || (found & FD_CLOSE) != 0;
     // The system reports the end once, when it has no more bytes. Bytes that were read ahead are reported before it.
-    endWaits_ = ended && !more && !readAhead_.IsEmpty();
-    state.readable = more || readAhead_.IsUntold();
+    endPending_ = ended && !more && !readAhead_.IsEmpty();
+    state.readable = more || readAhead_.HasUnreported();
     state.writable = (found & FD_WRITE) != 0;
-    state.gone = failed || (ended && !endWaits_);
-    readAhead_.Tell(more);
+    state.gone = failed || (ended && !endPending_);
+    readAhead_.MarkReported(more);
     return state;
 }
 
@@ -269,7 +269,7 @@ bool WSAComms::Signal(int which) {
 }
 
 bool WSAComms::Signal(CommsSignal which, const WindowsHandle& event) {
-    return event.IsOpen() && (!signals_.Give(which) || SetEvent(event.Get()) != 0);
+    return event.IsOpen() && (!signals_.Raise(which) || SetEvent(event.Get()) != 0);
 }
 
 // A wake-up for another signal stays pending. Events of the socket are collected for the next wait.

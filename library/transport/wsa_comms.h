@@ -43,7 +43,7 @@ private:
 
     SOCKET socket_ = INVALID_SOCKET;
     bool started_ = false;
-    bool stands_ = false;  // the connection is known to be up; the system reports that only once
+    bool isConnected_ = false;  // the connection is known to be up; the system reports that only once
     std::uint32_t waitTimeoutMs_ = 0;
     Signals signals_;
     // Each wakes a wait for its signal.
@@ -56,7 +56,7 @@ private:
     PendingEvents pending_;
     long collected_ = 0;  // network events that were found while waiting to send
     ReadAhead readAhead_;
-    bool endWaits_ = false;  // the connection has ended, but bytes that were read ahead are reported first
+    bool endPending_ = false;  // the connection has ended, but bytes that were read ahead are reported first
 };
 
 }  // namespace Morquil

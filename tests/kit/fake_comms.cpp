@@ -131,7 +131,7 @@ public:
 
     void WaitUntilWritable() override {
         auto lock = Monitor::Enter();
-        ++connection_.sendWaits_;
+        ++connection_.writableWaits_;
         Monitor::Changed();
         Monitor::WaitUntil(lock, [&] { return connection_.signals_[signalStop] || connection_.sendsToBlock_ >= 0; });
     }
@@ -216,8 +216,8 @@ bool FakeConnection::AwaitBlockedSends(int count) const {
     return Monitor::Await([&] { return blockedSends_ >= count; });
 }
 
-bool FakeConnection::AwaitSendWaits(int count) const {
-    return Monitor::Await([&] { return sendWaits_ >= count; });
+bool FakeConnection::AwaitWritableWaits(int count) const {
+    return Monitor::Await([&] { return writableWaits_ >= count; });
 }
 
 bool FakeConnection::AwaitBlockedOpen() const {

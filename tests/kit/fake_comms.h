@@ -78,7 +78,7 @@ public:
     int Closes() const { return Get(closes_); }
     /// How many sends would have blocked.
     int BlockedSends() const { return Get(blockedSends_); }
-    int SendWaits() const { return Get(sendWaits_); }
+    int WritableWaits() const { return Get(writableWaits_); }
     bool IsOpen() const { return Get(isOpen_); }
     bool IsDestroyed() const { return Get(isDestroyed_); }
 
@@ -88,7 +88,7 @@ public:
     bool AwaitSends(std::size_t count) const;
     bool AwaitBlockedSends(int count) const;
     /// `count` waits for a writable socket have begun. A wait ends with a stop, or when a send will not block.
-    bool AwaitSendWaits(int count) const;
+    bool AwaitWritableWaits(int count) const;
     /// Opening has begun and blocks.
     bool AwaitBlockedOpen() const;
     /// Everything pushed and signalled has been handled, and the connection thread waits for more.
@@ -144,7 +144,7 @@ private:
     std::vector<WaitMode> waitModes_;
     std::vector<std::string> sends_;
     int blockedSends_ = 0;
-    int sendWaits_ = 0;
+    int writableWaits_ = 0;
     int closes_ = 0;
     bool isOpening_ = false;
     bool isOpen_ = false;

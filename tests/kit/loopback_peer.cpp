@@ -99,7 +99,7 @@ bool ConnectTo(SocketHandle socket, std::uint32_t port) {
     return connect(Native(socket), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0;
 }
 
-void CloseAndForget(SocketHandle& socket) {
+void CloseAndReset(SocketHandle& socket) {
     if (socket != invalidSocket) {
         CloseSocket(Native(socket));
         socket = invalidSocket;
@@ -166,7 +166,7 @@ void LoopbackPeer::ShutdownSending() {
 }
 
 void LoopbackPeer::Close() {
-    CloseAndForget(socket_);
+    CloseAndReset(socket_);
 }
 
 void LoopbackPeer::Reset() {
@@ -231,7 +231,7 @@ std::unique_ptr<LoopbackPeer> LoopbackListener::BeginConnect() const {
 }
 
 void LoopbackListener::Close() {
-    CloseAndForget(socket_);
+    CloseAndReset(socket_);
 }
 
 }  // namespace Morquil::Testing

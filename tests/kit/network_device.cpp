@@ -90,7 +90,7 @@ void NetworkDevice::Send(std::string_view text) {
 }
 
 void NetworkDevice::HangUp() {
-    Do([this] { ForgetHost(); });
+    Do([this] { DropHost(); });
 }
 
 void NetworkDevice::Reset() {
@@ -98,7 +98,7 @@ void NetworkDevice::Reset() {
         if (host_ != nullptr) {
             host_->Reset();
         }
-        ForgetHost();
+        DropHost();
     });
 }
 
@@ -158,11 +158,11 @@ void NetworkDevice::Receive() {
     if (received) {
         host_->Send(behaviour_.answer(*received));
     } else {
-        ForgetHost();
+        DropHost();
     }
 }
 
-void NetworkDevice::ForgetHost() {
+void NetworkDevice::DropHost() {
     host_.reset();
     const std::lock_guard lock(lock_);
     hostGone_ = true;

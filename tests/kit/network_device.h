@@ -65,7 +65,7 @@ private:
     void Accept();
     void Receive();
     void ReceiveAll();
-    void ForgetHost();
+    void DropHost();
     bool Await(const std::function<bool()>& condition);
 
     DeviceAddress address_;

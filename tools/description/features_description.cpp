@@ -29,7 +29,7 @@ std::vector<FeatureDescription> DescribeFeatures() {
     CMorquilDevice device;
     std::vector<FeatureDescription> features;
     VisitFeatures([&]<class FeatureClass>(std::type_identity<FeatureClass>) {
-        FeatureDescription feature{.interfaceName = TypeName<typename FeatureClass::FaceInterface>(),
+        FeatureDescription feature{.interfaceName = TypeName<typename FeatureClass::ComInterface>(),
                                    .propertySet = Make<FeatureClass>(device).PropertySet(),
                                    .block = FeatureClass::SettingsBlock::block.header.name,
                                    .availability = {}};

@@ -24,12 +24,12 @@ void TextProtocolParser::Feed(const char* bytes, std::size_t length) {
         const bool endsLine = piece.size() < received.size();
         received.remove_prefix(piece.size() + (endsLine ? 1 : 0));
         if (isPlain && endsLine && line_.IsEmpty() && piece.size() < LineBuffer::capacity) {
-            TakeLine(piece);  // needs no copy
+            ProcessLine(piece);  // needs no copy
             continue;
         }
         KeepPiece(piece);
         if (endsLine) {
-            TakeBufferedLine();
+            ProcessBufferedLine();
         }
     }
 }
@@ -55,32 +55,32 @@ void TextProtocolParser::CutFullLine() {
     }
 }
 
-void TextProtocolParser::TakeBufferedLine() {
+void TextProtocolParser::ProcessBufferedLine() {
     CutFullLine();  // a line feed right after a full buffer ends an empty line
     const std::string_view line = line_.Text();
     line_.Clear();
     const std::string_view text = UpToZero(line);
     if (text.size() == line.size()) {
-        TakeLine(line);
+        ProcessLine(line);
     } else if (readerState_ == ReaderState::InsideBlock) {
         ParseLine(text);
     } else if (readerState_ == ReaderState::HeaderExpected) {
-        TakeHeader(text);  // a colon at the end of the line comes after the zero
+        ProcessHeader(text);  // a colon at the end of the line comes after the zero
     }
 }
 
-void TextProtocolParser::TakeLine(std::string_view line) {
+void TextProtocolParser::ProcessLine(std::string_view line) {
     if (line.empty()) {
         EndBlock();
         readerState_ = ReaderState::HeaderExpected;
     } else if (readerState_ == ReaderState::InsideBlock) {
         ParseLine(line);
     } else if (readerState_ == ReaderState::HeaderExpected) {
-        TakeHeader(line.substr(0, line.size() - (line.back() == ':' ? 1 : 0)));
+        ProcessHeader(line.substr(0, line.size() - (line.back() == ':' ? 1 : 0)));
     }
 }
 
-void TextProtocolParser::TakeHeader(std::string_view header) {
+void TextProtocolParser::ProcessHeader(std::string_view header) {
     if (EqualsIgnoringCase(header, "PING")) {
         OnPingLine();
     } else if (EqualsIgnoringCase(header, "ACK")) {

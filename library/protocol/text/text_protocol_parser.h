@@ -43,9 +43,9 @@ private:
 
     void KeepPiece(std::string_view piece);
     void CutFullLine();
-    void TakeBufferedLine();
-    void TakeLine(std::string_view line);
-    void TakeHeader(std::string_view header);
+    void ProcessBufferedLine();
+    void ProcessLine(std::string_view line);
+    void ProcessHeader(std::string_view header);
 
     ReaderState readerState_ = ReaderState::HeaderExpected;
     LineBuffer line_;

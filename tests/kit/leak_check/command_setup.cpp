@@ -12,7 +12,7 @@ void WarmUp() {
     RunCommand(device.Address(), {"get", "device.name"});
 }
 
-std::size_t HandlesLeftOnPurpose() {
+std::size_t IntentionallyKeptHandles() {
     constexpr std::size_t attemptsGivenUp = 6;
     return attemptsGivenUp * handlesOfAnAttempt;
 }

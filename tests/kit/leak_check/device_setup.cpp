@@ -15,7 +15,7 @@ void WarmUp() {
     }
 }
 
-std::size_t HandlesLeftOnPurpose() {
+std::size_t IntentionallyKeptHandles() {
     return 0;
 }
 

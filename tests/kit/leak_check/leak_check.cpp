@@ -27,7 +27,7 @@ public:
         WarmUp();
         allowed_ = CountNow();
         allowed_.threads += systemsOwn.threads;
-        allowed_.handles += systemsOwn.handles + HandlesLeftOnPurpose();
+        allowed_.handles += systemsOwn.handles + IntentionallyKeptHandles();
     }
 
     void OnTestEnd(const testing::TestInfo& test) override {

@@ -10,7 +10,7 @@ void WarmUp() {
     Disconnect(Connect(device.Address()).device);
 }
 
-std::size_t HandlesLeftOnPurpose() {
+std::size_t IntentionallyKeptHandles() {
     return 0;
 }
 

@@ -18,7 +18,7 @@ void WarmUp() {
     device->Receive(1);
 }
 
-std::size_t HandlesLeftOnPurpose() {
+std::size_t IntentionallyKeptHandles() {
     return 0;
 }
 

@@ -10,7 +10,7 @@ namespace Morquil::Testing {
 void WarmUp();
 
 /// How many handles tests leave open because the tested code does.
-std::size_t HandlesLeftOnPurpose();
+std::size_t IntentionallyKeptHandles();
 
 /// How many references to objects of the library are still held, as far as that can be queried.
 unsigned long LiveReferences();

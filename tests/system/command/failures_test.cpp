@@ -18,12 +18,12 @@ using namespace std::chrono_literals;
 constexpr const char* nowhere = "127.0.0.1";
 
 // A device with this gain that acknowledges everything and reports nothing.
-DeviceScript DeafDevice() {
+DeviceScript UnresponsiveDevice() {
     return CompleteDevice();
 }
 
 // A device that echoes everything.
-DeviceScript ObedientDevice() {
+DeviceScript EchoingDevice() {
     DeviceScript script = CompleteDevice();
     script.respond = [answers = script.answers](const std::string& block) {
         const auto found = answers.find(block.substr(0, block.find(':')));
@@ -111,7 +111,7 @@ TEST(CommandFailures, AnInterruptionEndsAnAttemptToConnectAtOnce) {
 }
 
 TEST(CommandFailures, AnInterruptionEndsTheWaitForAValueAndShowsWhatWasNotApplied) {
-    ScriptedDevice device(DeafDevice());
+    ScriptedDevice device(UnresponsiveDevice());
     RunningCommand command(device.Address(), {"--json", "set", "-t", "20", "proc-amp.gain", "12"});
     EXPECT_EQ(device.NextChange(), "VIDEO PROC AMP:\nGain: 12\n\n");
     command.Interrupt();
@@ -128,7 +128,7 @@ TEST(CommandFailures, AWatchThatReconnectsTimesOutToo) {
 }
 
 TEST(CommandFailures, AValueThatTheDeviceDoesNotReportIsNotApplied) {
-    ScriptedDevice device(DeafDevice());
+    ScriptedDevice device(UnresponsiveDevice());
     const auto start = std::chrono::steady_clock::now();
     const Outcome outcome = RunCommand(device.Address(), {"set", "-t", "0.5", "proc-amp.gain", "12"});
     EXPECT_LT(std::chrono::steady_clock::now() - start, 750ms);
@@ -138,7 +138,7 @@ TEST(CommandFailures, AValueThatTheDeviceDoesNotReportIsNotApplied) {
 }
 
 TEST(CommandFailures, WhatWasAppliedBeforeAFailureIsShown) {
-    ScriptedDevice device(ObedientDevice());
+    ScriptedDevice device(EchoingDevice());
     const Outcome outcome =
         RunCommand(device.Address(), {"--json", "set", "proc-amp.gain", "-12", "proc-amp.gain", "99"});
     EXPECT_EQ(outcome.code, ExitCode::Usage);
@@ -180,14 +180,14 @@ TEST(CommandFailures, ALockedDeviceSaysSo) {
 }
 
 TEST(CommandFailures, NegativeNumbersAreNotOptions) {
-    ScriptedDevice device(ObedientDevice());
+    ScriptedDevice device(EchoingDevice());
     const Outcome outcome = RunCommand(device.Address(), {"set", "proc-amp.gain", "-5"});
     EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
     EXPECT_EQ(outcome.out, "proc-amp.gain  -5\n");
 }
 
 TEST(CommandFailures, TextsMayBeginWithAHyphenAfterTheMark) {
-    ScriptedDevice device(ObedientDevice());
+    ScriptedDevice device(EchoingDevice());
     const Outcome outcome = RunCommand(device.Address(), {"set", "network.name", "--", "--json"});
     EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
     EXPECT_EQ(outcome.out, "network.name  --json\n");

@@ -18,7 +18,7 @@ using Simulator::Options;
 using Simulator::SimulatedDevice;
 using std::chrono::steady_clock;
 
-const Strings connectedAndLeft = {"connected", "disconnected cfnr"};
+const Strings connectedAndDisconnected = {"connected", "disconnected cfnr"};
 const Strings neverConnected = {"disconnected cfnr"};
 
 constexpr int setVideoGain = 3;
@@ -97,7 +97,7 @@ TEST_F(Faults, NoneLeavesAMirrorOfWhatTheDeviceReports) {
     }
     EXPECT_EQ(compared, 14);
     device.ExpectConversation();
-    device.ExpectEnd(connectedAndLeft);
+    device.ExpectEnd(connectedAndDisconnected);
 }
 
 TEST_F(Faults, LatencyDelaysEveryAnswerByItself) {
@@ -108,7 +108,7 @@ TEST_F(Faults, LatencyDelaysEveryAnswerByItself) {
     // The greeting, followed by fourteen requests, each of which waits for the answer to the previous one.
     EXPECT_GE(steady_clock::now() - start, 14 * latency);
     device.ExpectConversation();
-    device.ExpectEnd(connectedAndLeft);
+    device.ExpectEnd(connectedAndDisconnected);
 }
 
 TEST_F(Faults, SingleBytesAreReadLikeWholeBlocks) {
@@ -116,7 +116,7 @@ TEST_F(Faults, SingleBytesAreReadLikeWholeBlocks) {
     device.ExpectConnected();
     device.ExpectConversation();
     EXPECT_EQ(device.LongestPiece(), 1U);
-    device.ExpectEnd(connectedAndLeft);
+    device.ExpectEnd(connectedAndDisconnected);
 }
 
 TEST_F(Faults, PiecesOfAnyLengthAreReadLikeWholeBlocks) {
@@ -124,7 +124,7 @@ TEST_F(Faults, PiecesOfAnyLengthAreReadLikeWholeBlocks) {
     device.ExpectConnected();
     device.ExpectConversation();
     EXPECT_EQ(device.LongestPiece(), 32U);
-    device.ExpectEnd(connectedAndLeft);
+    device.ExpectEnd(connectedAndDisconnected);
 }
 
 TEST_F(Faults, CarriageReturnsAreIgnored) {
@@ -132,7 +132,7 @@ TEST_F(Faults, CarriageReturnsAreIgnored) {
     device.ExpectConnected();
     device.ExpectConversation();
     EXPECT_EQ(CountOf("\n", device.DeviceSaid()), CountOf("\r\n", device.DeviceSaid()));
-    device.ExpectEnd(connectedAndLeft);
+    device.ExpectEnd(connectedAndDisconnected);
 }
 
 // ---- What the device sends too much: the host receives the rest ----
@@ -141,10 +141,10 @@ TEST_F(Faults, GarbageBetweenBlocksIsSkipped) {
     FaultyDevice device(Options{.faults = {.garbage = true, .seed = 7}}, Recording::Yes);
     device.ExpectConnected();
     device.ExpectConversation();
-    device.Obey("garbage");
+    device.Submit("garbage");
     EXPECT_EQ(device.TakeNotifications(), "");
     EXPECT_GT(CountOf("?\n\n", device.DeviceSaid()), 20U);
-    device.ExpectEnd(connectedAndLeft);
+    device.ExpectEnd(connectedAndDisconnected);
 }
 
 TEST_F(Faults, LongLinesAreSkippedAndTheirBlocksRead) {
@@ -152,14 +152,14 @@ TEST_F(Faults, LongLinesAreSkippedAndTheirBlocksRead) {
     device.ExpectConnected();
     device.ExpectConversation();
     EXPECT_GT(CountOf(std::string(5000, 'x') + "\n", device.DeviceSaid()), 20U);
-    device.ExpectEnd(connectedAndLeft);
+    device.ExpectEnd(connectedAndDisconnected);
 }
 
 TEST_F(Faults, AFloodIsNotifiedOnceAndCanBeDisconnected) {
     FaultyDevice device(Options{.faults = {.flood = true}}, Recording::Yes);
     device.ExpectConnected();
     device.ExpectConversation();
-    device.ExpectEnd(connectedAndLeft);
+    device.ExpectEnd(connectedAndDisconnected);
     EXPECT_GT(device.TimesRecorded("Friendly name: Mark "), 100U);
 }
 
@@ -179,7 +179,7 @@ TEST_F(Faults, EverythingThatCanBeReadAtOnceIsRead) {
                                            .seed = 3}});
     device.ExpectConnected();
     device.ExpectConversation();
-    device.ExpectEnd(connectedAndLeft);
+    device.ExpectEnd(connectedAndDisconnected);
 }
 
 // ---- What the device does not send ----
@@ -207,7 +207,7 @@ TEST_F(Faults, WithoutAcknowledgementsTheFirstQuestionStaysTheOnlyOne) {
 TEST_F(Faults, WithoutAnAcknowledgementTheNextSetterWaits) {
     FaultyDevice device({}, Recording::Yes);
     device.ExpectConnected();
-    device.Obey("ack off");
+    device.Submit("ack off");
     device.TakeNotifications();
 
     device.Set(Iid::videoProcAmp, setVideoGain, 7);
@@ -217,7 +217,7 @@ TEST_F(Faults, WithoutAnAcknowledgementTheNextSetterWaits) {
 
     EXPECT_EQ(device.Number(Iid::videoProcAmp, getGain), 7);
     EXPECT_TRUE(device.HostSaid().ends_with("VIDEO PROC AMP:\nGain: 7\n\n"));
-    device.ExpectEnd(connectedAndLeft);
+    device.ExpectEnd(connectedAndDisconnected);
 }
 
 TEST_F(Faults, RefusalsCountAsAnswersAndChangeNothing) {
@@ -232,10 +232,10 @@ TEST_F(Faults, RefusalsCountAsAnswersAndChangeNothing) {
         EXPECT_EQ(device.Number(Iid::videoProcAmp, getGain), 0);
     }
 
-    device.Obey("nack off");
+    device.Submit("nack off");
     device.TakeNotifications();
     device.ExpectConversation();
-    device.ExpectEnd(connectedAndLeft);
+    device.ExpectEnd(connectedAndDisconnected);
 }
 
 TEST_F(Faults, ASilentDeviceIsAskedNothingAndCanBeDisconnected) {
@@ -252,22 +252,22 @@ TEST_F(Faults, ASilentDeviceIsAskedNothingAndCanBeDisconnected) {
 TEST_F(Faults, WhileTheDeviceIsSilentTheMirrorKeepsItsLastReport) {
     FaultyDevice device({});
     device.ExpectConnected();
-    device.Obey("silent");
-    device.Obey("set VIDEO PROC AMP Gain 12");
-    device.Obey("speak");
+    device.Submit("silent");
+    device.Submit("set VIDEO PROC AMP Gain 12");
+    device.Submit("speak");
 
     EXPECT_EQ(device.TakeNotifications(), "");
     EXPECT_EQ(MirrorOf(device.Object()), HealthyMirror());
-    device.Obey("set VIDEO PROC AMP Gain 13");
+    device.Submit("set VIDEO PROC AMP Gain 13");
     EXPECT_EQ(device.TakeNotifications(), "vpap");
     EXPECT_EQ(device.Number(Iid::videoProcAmp, getGain), 13);
-    device.ExpectEnd(connectedAndLeft);
+    device.ExpectEnd(connectedAndDisconnected);
 }
 
 TEST_F(Faults, ADeviceThatDoesNotAcknowledgeIsDropped) {
     FaultyDevice device({});
     device.ExpectConnected();
-    device.Obey("ack off");
+    device.Submit("ack off");
     device.Set(Iid::videoProcAmp, setVideoGain, 7);
     device.Set(Iid::videoProcAmp, setVideoGain, 8);
     device.ExpectReleased();
@@ -296,12 +296,12 @@ TEST_F(Faults, ADropAfterTheCompleteMirrorEndsTheConnection) {
 
     const std::string name(40, 'n');
     for (std::size_t said = 0; said < bytes; said += name.size()) {
-        device.Obey("set DEVICE FILENAMES Still frame name " + name);
+        device.Submit("set DEVICE FILENAMES Still frame name " + name);
     }
 
     ASSERT_TRUE(device.AwaitConnectionCalls(2));
     EXPECT_EQ(MirrorOf(device.Object()), EmptyMirror());
-    device.ExpectEnd(connectedAndLeft);
+    device.ExpectEnd(connectedAndDisconnected);
 }
 
 TEST_F(Faults, AHangUpInsideTheFirstBlockEndsTheAttempt) {
@@ -315,18 +315,18 @@ TEST_F(Faults, AHangUpInsideTheFirstBlockEndsTheAttempt) {
 TEST_F(Faults, HalfABlockIsNotNotified) {
     FaultyDevice device({});
     device.ExpectConnected();
-    device.Obey("drop mid-block");
-    device.Obey("set DEVICE FILENAMES Still frame name Half of this name never arrives");
+    device.Submit("drop mid-block");
+    device.Submit("set DEVICE FILENAMES Still frame name Half of this name never arrives");
 
     ASSERT_TRUE(device.AwaitConnectionCalls(2));
     EXPECT_EQ(device.TakeNotificationsUntilTheEnd(), "");
-    device.ExpectEnd(connectedAndLeft);
+    device.ExpectEnd(connectedAndDisconnected);
 }
 
 TEST_F(Faults, AfterADropANewDeviceObjectConnects) {
     FaultyDevice device({});
     device.ExpectConnected();
-    device.Obey("drop");
+    device.Submit("drop");
     ASSERT_TRUE(device.AwaitConnectionCalls(2));
 
     ConnectOutcome again = Connect(device.Address());
@@ -337,7 +337,7 @@ TEST_F(Faults, AfterADropANewDeviceObjectConnects) {
     EXPECT_EQ(MirrorOf(device.Object()), EmptyMirror());
     WithinASecond([&] { Disconnect(again.device); });
     EXPECT_EQ(WithinASecond([&] { return again.device.Release(); }), 0U);
-    device.ExpectEnd(connectedAndLeft);
+    device.ExpectEnd(connectedAndDisconnected);
 }
 
 // ---- What the device refuses ----
@@ -353,7 +353,7 @@ TEST_F(Faults, ALaterRemoteLockIsNotifiedAndBecomesTheReason) {
     FaultyDevice device({});
     device.ExpectConnected();
     for (const bool locked : {true, false}) {
-        device.Obey(locked ? "lock" : "unlock");
+        device.Submit(locked ? "lock" : "unlock");
         EXPECT_EQ(device.TakeNotifications(), "devc");
         std::int32_t lock = 9;
         EXPECT_EQ(device.Object().Call(Slot::getRemoteLock, &lock), ok);

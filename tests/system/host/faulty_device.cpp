@@ -159,7 +159,7 @@ std::string FaultyDevice::TakeNotifications() {
     std::unique_lock lock(lock_);
     awaitedMark_ = "Mark " + std::to_string(++marks_);
     markCame_ = false;
-    Obey("set NETWORK CONFIG Friendly name " + awaitedMark_);
+    Submit("set NETWORK CONFIG Friendly name " + awaitedMark_);
     EXPECT_TRUE(marked_.wait_for(lock, std::chrono::seconds(10), [this] { return markCame_; }));
     awaitedMark_.clear();
     return std::exchange(notified_, {});
@@ -222,7 +222,7 @@ void FaultyDevice::ExpectConnected() {
 
 void FaultyDevice::ExpectConversation() {
     const std::string before = MirrorOf(object_);
-    Obey("set VIDEO PROC AMP Gain 12");
+    Submit("set VIDEO PROC AMP Gain 12");
     EXPECT_EQ(TakeNotifications(), "vpap");
     EXPECT_EQ(Number(Iid::videoProcAmp, 4), 12);
 
@@ -231,8 +231,8 @@ void FaultyDevice::ExpectConversation() {
     EXPECT_EQ(TakeNotifications(), "");
     EXPECT_EQ(Number(Iid::videoProcAmp, 4), 12);
 
-    Obey("set VIDEO PROC AMP Gain 0");
-    Obey("set VIDEO PROC AMP BY 0");
+    Submit("set VIDEO PROC AMP Gain 0");
+    Submit("set VIDEO PROC AMP BY 0");
     TakeNotifications();
     EXPECT_EQ(MirrorOf(object_), before);
 }

@@ -47,7 +47,7 @@ public:
     Strings ConnectionCalls() { return connection_.Notifications(); }
 
     /// Carries out a line of a script on the device.
-    void Obey(const std::string& line) { program_->Obey(line); }
+    void Submit(const std::string& line) { program_->Submit(line); }
     /// Returns once the library has received everything that the device has sent: the property sets notified since the
     /// last call, in that order.
     std::string TakeNotifications();

@@ -36,18 +36,18 @@ std::vector<std::string> HostObserver::TakeNotifications() {
 }
 
 // The library queries only for the interfaces that it was given.
-Result HostObserver::QueryInterface(Face* /*face*/, const Guid* /*iid*/, void** out) {
+Result HostObserver::QueryInterface(ComObject* /*object*/, const Guid* /*iid*/, void** out) {
     *out = nullptr;
     return noInterface;
 }
 
-std::uint32_t HostObserver::AddRef(Face* face) {
-    const std::lock_guard lock(face->self->lock_);
-    return ++face->self->references_;
+std::uint32_t HostObserver::AddRef(ComObject* object) {
+    const std::lock_guard lock(object->self->lock_);
+    return ++object->self->references_;
 }
 
-std::uint32_t HostObserver::Release(Face* face) {
-    HostObserver& self = *face->self;
+std::uint32_t HostObserver::Release(ComObject* object) {
+    HostObserver& self = *object->self;
     const std::lock_guard lock(self.lock_);
     EXPECT_GT(self.references_, 0U);
     self.changed_.notify_all();
@@ -82,12 +82,12 @@ ConnectionObserver::ConnectionObserver()
           return table;
       }()) {}
 
-Result ConnectionObserver::Connected(Face* face) {
-    return static_cast<ConnectionObserver*>(face->self)->Note("connected");
+Result ConnectionObserver::Connected(ComObject* object) {
+    return static_cast<ConnectionObserver*>(object->self)->Note("connected");
 }
 
-Result ConnectionObserver::Disconnected(Face* face, std::int32_t reason) {
-    return static_cast<ConnectionObserver*>(face->self)->Note("disconnected " + FourCharacterText(reason));
+Result ConnectionObserver::Disconnected(ComObject* object, std::int32_t reason) {
+    return static_cast<ConnectionObserver*>(object->self)->Note("disconnected " + FourCharacterText(reason));
 }
 
 PropertyObserver::PropertyObserver()
@@ -98,8 +98,8 @@ PropertyObserver::PropertyObserver()
           return table;
       }()) {}
 
-Result PropertyObserver::PropertyChanged(Face* face, std::int32_t id) {
-    return static_cast<PropertyObserver*>(face->self)->Note(FourCharacterText(id));
+Result PropertyObserver::PropertyChanged(ComObject* object, std::int32_t id) {
+    return static_cast<PropertyObserver*>(object->self)->Note(FourCharacterText(id));
 }
 
 }  // namespace Morquil::Testing

@@ -20,7 +20,7 @@ public:
     HostObserver& operator=(const HostObserver&) = delete;
 
     /// The pointer for the library.
-    void* Get() { return &face_; }
+    void* Get() { return &object_; }
 
     /// Waits up to `seconds` until `count` calls have been made. Returns: whether they were.
     bool AwaitCalls(std::size_t count, int seconds = 30);
@@ -39,24 +39,24 @@ public:
 
 protected:
     using AnyFunction = void (*)();
-    struct Face {
+    struct ComObject {
         const AnyFunction* table;
         HostObserver* self;
     };
 
-    explicit HostObserver(const AnyFunction* table) : face_{table, this} {}
+    explicit HostObserver(const AnyFunction* table) : object_{table, this} {}
     ~HostObserver();
 
-    static Result QueryInterface(Face* face, const Guid* iid, void** out);
-    static std::uint32_t AddRef(Face* face);
-    static std::uint32_t Release(Face* face);
+    static Result QueryInterface(ComObject* object, const Guid* iid, void** out);
+    static std::uint32_t AddRef(ComObject* object);
+    static std::uint32_t Release(ComObject* object);
     Result Note(const std::string& notification);
 
     std::mutex lock_;
     std::vector<std::string> notifications_;
 
 private:
-    Face face_;
+    ComObject object_;
     std::condition_variable changed_;
     std::shared_ptr<Act> inCall_;
     std::uint32_t references_ = 0;  // the library's
@@ -68,8 +68,8 @@ public:
     ConnectionObserver();
 
 private:
-    static Result Connected(Face* face);
-    static Result Disconnected(Face* face, std::int32_t reason);
+    static Result Connected(ComObject* object);
+    static Result Disconnected(ComObject* object, std::int32_t reason);
 };
 
 /// Slot 3 reports the identifier of a property set.
@@ -78,7 +78,7 @@ public:
     PropertyObserver();
 
 private:
-    static Result PropertyChanged(Face* face, std::int32_t id);
+    static Result PropertyChanged(ComObject* object, std::int32_t id);
 };
 
 }  // namespace Morquil::Testing

@@ -16,8 +16,8 @@ SlotWalk::~SlotWalk() {
 
 void SlotWalk::Walk(const WalkedInterface& walked) {
     walked_ = walked;
-    face_ = object.QueryInterface(walked.iid);
-    ASSERT_TRUE(face_);
+    feature_ = object.QueryInterface(walked.iid);
+    ASSERT_TRUE(feature_);
     watched->Report("");
 }
 

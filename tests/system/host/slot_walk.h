@@ -118,7 +118,7 @@ protected:
     template <class... Arguments>
     Result Call(int slot, Arguments... arguments) {
         called_.insert(slot);
-        return face_.Call(slot, arguments...);
+        return feature_.Call(slot, arguments...);
     }
     std::string Block(const std::string& lines) const;
     /// The device reports `lines`; the observers of this interface's property set are notified, and no others.
@@ -134,7 +134,7 @@ protected:
 
 private:
     WalkedInterface walked_{};
-    RawObject face_;
+    RawObject feature_;
     std::set<int> called_;
 };
 

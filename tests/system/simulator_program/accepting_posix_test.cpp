@@ -34,14 +34,14 @@ private:
 TEST(Server, WaitsForDescriptorsWithoutSpinning) {
     asio::io_context context{1};
     Simulation simulation({}, {});
-    int complaints = 0;
+    int errors = 0;
     Server server(context, simulation,
                   {.now = [] { return 0ms; },
                    .onHostsChanged = [&] { context.stop(); },
                    .onAcceptFailed =
                        [&](asio::error_code error) {
                            EXPECT_EQ(error, asio::error::no_descriptors);
-                           ++complaints;
+                           ++errors;
                        }});
     ASSERT_FALSE(server.Listen({asio::ip::address_v4::loopback(), 0}));
     RawHost host("127.0.0.1", server.Endpoint().port());
@@ -49,7 +49,7 @@ TEST(Server, WaitsForDescriptorsWithoutSpinning) {
         const NoMoreDescriptors scarcity;
         EXPECT_LT(context.run_for(350ms), 20U) << "handlers";
     }
-    EXPECT_EQ(complaints, 1);
+    EXPECT_EQ(errors, 1);
     EXPECT_EQ(server.HostCount(), 0U);
     context.run_for(10s);
     EXPECT_EQ(server.HostCount(), 1U);

@@ -17,14 +17,14 @@ TEST(InputFile, IsReadWholeUpToItsLimit) {
     const std::string content(mebibyte, 'x');
     const std::string file = folder.Make("file", content);
     EXPECT_EQ(ReadInputFile(file, mebibyte).content, content);
-    EXPECT_EQ(ReadInputFile(file, mebibyte).complaint, "");
+    EXPECT_EQ(ReadInputFile(file, mebibyte).error, "");
 }
 
 TEST(InputFile, IsRefusedWhenItIsLarger) {
     const TemporaryFolder folder;
     const FileReading reading = ReadInputFile(folder.Make("file", std::string(mebibyte + 1, 'x')), mebibyte);
     EXPECT_EQ(reading.content, "");
-    EXPECT_EQ(reading.complaint, "holds more than 1 MiB, the limit for such a file");
+    EXPECT_EQ(reading.error, "holds more than 1 MiB, the limit for such a file");
 }
 
 TEST(Program, RefusesOversizedFiles) {

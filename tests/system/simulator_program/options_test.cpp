@@ -75,7 +75,7 @@ TEST(Options, SwitchEachFaultOnByItself) {
 TEST(Options, SayWhatWouldBeRightInsteadOfWhatIsWrong) {
     struct Wrong {
         std::vector<const char*> arguments;
-        const char* complaint;
+        const char* error;
     };
     const Wrong cases[] = {
         {{"--bogus"}, "--bogus"},
@@ -95,10 +95,10 @@ TEST(Options, SayWhatWouldBeRightInsteadOfWhatIsWrong) {
     for (const Wrong& wrong : cases) {
         testing::internal::CaptureStderr();
         const Reading reading = Read(wrong.arguments);
-        const std::string complaint = testing::internal::GetCapturedStderr();
-        EXPECT_FALSE(reading.options) << wrong.complaint;
-        EXPECT_EQ(reading.exitStatus, usageError) << wrong.complaint;
-        EXPECT_NE(complaint.find(wrong.complaint), std::string::npos) << complaint;
+        const std::string printed = testing::internal::GetCapturedStderr();
+        EXPECT_FALSE(reading.options) << wrong.error;
+        EXPECT_EQ(reading.exitStatus, usageError) << wrong.error;
+        EXPECT_NE(printed.find(wrong.error), std::string::npos) << printed;
     }
 }
 

@@ -27,12 +27,12 @@ TEST(Program, AnswersHostsAndCarriesOutCommands) {
     const auto program = RunningProgram::AtAnyPort({});
     RawHost host("127.0.0.1", program->Port());
     EXPECT_TRUE(Greeted(host).starts_with("PROTOCOL PREAMBLE:\n"));
-    program->Obey("set VIDEO PROC AMP Gain 12");
+    program->Submit("set VIDEO PROC AMP Gain 12");
     EXPECT_EQ(host.ReceiveUntil(gainReport), gainReport);
-    program->Obey("drop");
+    program->Submit("drop");
     EXPECT_EQ(host.ReceiveToEnd(), "");
     EXPECT_TRUE(host.SeesClose());
-    program->Obey("quit");
+    program->Submit("quit");
     EXPECT_EQ(program->AwaitEnd(), 0);
 }
 

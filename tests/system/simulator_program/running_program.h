@@ -44,7 +44,7 @@ public:
     std::string Address() const { return program_.Endpoint().address().to_string(); }
     std::uint16_t Port() const { return program_.Endpoint().port(); }
     /// A line, as from standard input.
-    void Obey(std::string line) { program_.Obey(std::move(line)); }
+    void Submit(std::string line) { program_.Submit(std::move(line)); }
     /// Waits for the end, which is triggered elsewhere. Returns: the exit status.
     int AwaitEnd() {
         if (thread_.joinable()) {

@@ -30,12 +30,12 @@ using FeatureClasses =
 TYPED_TEST_SUITE(FeatureObjects, FeatureClasses);
 
 TYPED_TEST(FeatureObjects, LeaveCountingAndQueriesToTheirOwner) {
-    IUnknown* const face = this->feature.Face();
+    IUnknown* const unknown = this->feature.AsUnknown();
     void* answer = nullptr;
-    EXPECT_EQ(face->AddRef(), 2U);
-    EXPECT_EQ(face->AddRef(), 3U);
-    EXPECT_EQ(face->Release(), 2U);
-    EXPECT_EQ(face->QueryInterface(IID_IMorquilDevice, &answer), S_OK);
+    EXPECT_EQ(unknown->AddRef(), 2U);
+    EXPECT_EQ(unknown->AddRef(), 3U);
+    EXPECT_EQ(unknown->Release(), 2U);
+    EXPECT_EQ(unknown->QueryInterface(IID_IMorquilDevice, &answer), S_OK);
     EXPECT_EQ(answer, &this->owner);
     EXPECT_EQ(std::memcmp(&this->owner.askedFor, &IID_IMorquilDevice, sizeof(GUID)), 0);
 }

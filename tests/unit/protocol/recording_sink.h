@@ -37,7 +37,7 @@ public:
         return std::get<Kept<Description>>(kept_).set;
     }
 
-    void Forget() { *this = RecordingSink(); }
+    void Clear() { *this = RecordingSink(); }
 
     // clang-format off
     void OnPing() override                          { events_.emplace_back("ping"); }

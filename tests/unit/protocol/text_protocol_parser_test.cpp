@@ -147,7 +147,7 @@ TEST(TextProtocolParser, FollowsTheBlocksAfterGarbage) {
     RecordedParser recorded;
     recorded.Feed(garbage);
     recorded.Feed("\n\n");
-    recorded.sink.Forget();
+    recorded.sink.Clear();
     recorded.Feed("GENLOCK:\nLine offset: 5\n\n");
     EXPECT_EQ(recorded.sink.AllEvents(), Events{GenlockEvent("Line offset: 5\n")});
 }

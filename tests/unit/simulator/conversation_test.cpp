@@ -18,7 +18,7 @@ TEST(Conversation, ReadsBackWhatItWrites) {
         text += ConversationLine(event);
     }
     const ConversationReading reading = ReadConversation(text);
-    EXPECT_EQ(reading.complaint, "");
+    EXPECT_EQ(reading.error, "");
     EXPECT_EQ(reading.events, events);
 }
 
@@ -41,9 +41,9 @@ TEST(Conversation, NamesTheLineThatItCannotRead) {
         {"0 1 connects\n0 1 connects\n", "line 2: host 1 is connected already"},
         {"0 1 connects\n0 1 leaves\n0 1 leaves\n", "line 3: host 1 is not connected"},
     };
-    for (const auto& [text, complaint] : cases) {
+    for (const auto& [text, error] : cases) {
         const ConversationReading reading = ReadConversation(text);
-        EXPECT_TRUE(reading.complaint.starts_with(complaint)) << text << " -> " << reading.complaint;
+        EXPECT_TRUE(reading.error.starts_with(error)) << text << " -> " << reading.error;
         EXPECT_TRUE(reading.events.empty()) << text;
     }
 }

@@ -123,7 +123,7 @@ void TryOffer(TrialType& trial, const Field<bool>& offer, std::int32_t /*beyond*
 /// A device in the same state as the one that the host talks to.
 DeviceState StateOf(LoneHost& host) {
     DeviceState state{DeviceIdentity{}};
-    EXPECT_EQ(LoadSettings(state, host.device.CompleteDump()).complaint, "");
+    EXPECT_EQ(LoadSettings(state, host.device.CompleteDump()).error, "");
     return state;
 }
 

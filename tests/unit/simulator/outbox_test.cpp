@@ -50,7 +50,7 @@ TEST(Outbox, DropsWhatIsNotDueYet) {
     outbox.Add("now", 0ms);
     outbox.Add("later", 5ms);
     outbox.AddHangUp(6ms);
-    outbox.ForgetAfter(4ms);
+    outbox.DropAfter(4ms);
     EXPECT_EQ(outbox.ByteCount(), 3U);
     EXPECT_FALSE(outbox.IsClosed());
     EXPECT_EQ(outbox.Take(9ms).bytes, "now");

@@ -36,8 +36,8 @@ public:
     }
 
     std::string Next() {
-        const std::string& learnt = Any(keys_).first;
-        const std::string header = learnt.empty() ? "VIDEO OUTPUT:" : learnt;
+        const std::string& known = Any(keys_).first;
+        const std::string header = known.empty() ? "VIDEO OUTPUT:" : known;
         std::string block = header + "\n";
         for (std::size_t lines = numbers_() % 4; lines > 0; --lines) {
             block += KeyFor(header) + ": " + Any(values_) + "\n";

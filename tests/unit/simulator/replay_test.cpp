@@ -16,7 +16,7 @@ class ReplayTest : public testing::Test {
 protected:
     void Prepare(std::string_view conversation) {
         const ConversationReading reading = ReadConversation(conversation);
-        ASSERT_EQ(reading.complaint, "");
+        ASSERT_EQ(reading.error, "");
         replay.emplace(reading.events, [this](const std::string& text) { differences.push_back(text); });
     }
 
@@ -105,7 +105,7 @@ TEST(RecordAndReplay, ProduceTheSameBytesInTheSamePiecesAtTheSameTimes) {
     const std::string original = Talk(recorder, 1000ms);
 
     const ConversationReading reading = ReadConversation(file);
-    ASSERT_EQ(reading.complaint, "");
+    ASSERT_EQ(reading.error, "");
     Replay replay(reading.events, [](const std::string& text) { ADD_FAILURE() << text; });
     EXPECT_EQ(Talk(replay, 3333ms), original);
     EXPECT_GT(original.size(), 5000U);

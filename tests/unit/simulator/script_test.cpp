@@ -26,7 +26,7 @@ TEST(Script, ReadsTimesAndCommands) {
     };
     for (const LineCase& expected : cases) {
         const ScriptLineReading reading = ReadScriptLine(expected.text);
-        ASSERT_TRUE(reading.line) << expected.text << ": " << reading.complaint;
+        ASSERT_TRUE(reading.line) << expected.text << ": " << reading.error;
         EXPECT_EQ(reading.line->timing, expected.timing) << expected.text;
         EXPECT_EQ(reading.line->time, expected.time) << expected.text;
         EXPECT_EQ(reading.line->command.kind, expected.kind) << expected.text;
@@ -50,21 +50,21 @@ TEST(Script, SaysWhatItExpectsInsteadOfALineThatItCannotRead) {
         {"set VIDEO PROC AMP Tint 2", "no key of VIDEO PROC AMP"},
         {"set VIDEO PROC AMP Gain much", "Failed to parse"},
     };
-    for (const auto& [text, complaint] : cases) {
+    for (const auto& [text, error] : cases) {
         const ScriptLineReading reading = ReadScriptLine(text);
         EXPECT_FALSE(reading.line) << text;
-        EXPECT_TRUE(reading.complaint.starts_with(complaint)) << text << " -> " << reading.complaint;
+        EXPECT_TRUE(reading.error.starts_with(error)) << text << " -> " << reading.error;
     }
 }
 
 TEST(Script, SkipsCommentsAndBlankLinesAndCountsThem) {
     EXPECT_EQ(ReadScript("# a comment\n\n  # another\nlock\n").lines.size(), 1U);
-    EXPECT_TRUE(ReadScript("# a comment\n\nlock\ndance\n").complaint.starts_with("line 4: unknown command"));
+    EXPECT_TRUE(ReadScript("# a comment\n\nlock\ndance\n").error.starts_with("line 4: unknown command"));
 }
 
 TEST(Script, RefusesTimesThatGoBack) {
     const ScriptReading script = ReadScript("at 2 s lock\ndrop\nat 1 s unlock\n");
-    EXPECT_TRUE(script.complaint.starts_with("line 3: lines are carried out in order: 2000 ms")) << script.complaint;
+    EXPECT_TRUE(script.error.starts_with("line 3: lines are carried out in order: 2000 ms")) << script.error;
     EXPECT_TRUE(script.lines.empty());
 }
 
@@ -72,7 +72,7 @@ class ScriptRunnerTest : public testing::Test {
 protected:
     void Add(std::string_view script, std::chrono::milliseconds now = 0ms) {
         ScriptReading reading = ReadScript(script);
-        ASSERT_EQ(reading.complaint, "");
+        ASSERT_EQ(reading.error, "");
         for (ScriptLine& line : reading.lines) {
             runner.Add(std::move(line), now);
         }

@@ -53,14 +53,14 @@ TEST_F(SettingsLoadTest, SetsWhatOnlyTheDeviceKnows) {
     EXPECT_EQ(host.Value("NETWORK CONFIG", "IP address"), "1");
 }
 
-struct Complaint {
+struct RefusedText {
     const char* text;
-    const char* complaint;
+    const char* error;
 };
 
 TEST_F(SettingsLoadTest, ReportsTheFirstErrorAndChangesNothing) {
     const std::string before = host.device.CompleteDump();
-    const Complaint complaints[] = {
+    const RefusedText errors[] = {
         {"VIDEO PROC AMP:\nBlack: 5\nGain: 61\nSharp: 99\n\n",
          "VIDEO PROC AMP, Gain: 61: the device does not offer this value"},
         {"AUDIO:\nAudioInLevel4: 13\n\n", "AUDIO, AudioInLevel4: 13: the device does not offer this value"},
@@ -71,8 +71,8 @@ TEST_F(SettingsLoadTest, ReportsTheFirstErrorAndChangesNothing) {
         {"VIDEO PROC AMP:\nGain: 12\n\nVIDEO OUTPUT:\nVideo mode: 720p60\n\n",
          "VIDEO OUTPUT, Video mode: 720p60: the device does not offer this value"},
     };
-    for (const Complaint& row : complaints) {
-        EXPECT_EQ(host.device.LoadSettings(row.text), row.complaint);
+    for (const RefusedText& row : errors) {
+        EXPECT_EQ(host.device.LoadSettings(row.text), row.error);
         EXPECT_EQ(host.device.CompleteDump(), before) << row.text;
     }
     EXPECT_EQ(host.Receive(), "");

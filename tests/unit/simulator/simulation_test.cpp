@@ -36,7 +36,7 @@ protected:
     }
     PanelOutcome Order(std::string_view text) {
         const CommandReading reading = ReadCommand(text);
-        EXPECT_TRUE(reading.command) << text << ": " << reading.complaint;
+        EXPECT_TRUE(reading.command) << text << ": " << reading.error;
         return CarryOut(*reading.command, simulation, 0ms);
     }
 

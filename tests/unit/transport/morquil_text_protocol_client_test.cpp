@@ -42,7 +42,7 @@ private:
             const auto lock = Monitor::Enter();
             blocks_.push_back((IsSentText(text) ? "echo " : "change ") + text);
         }
-        ForgetSentThrough(text);
+        DropSentThrough(text);
         if (stopsListening) {
             StopListening();
         }

@@ -68,26 +68,26 @@ TEST_F(ReadAheadTest, ReturnsTheResultOfTheSystemWhenThereIsNothing) {
 
 TEST_F(ReadAheadTest, KnowsOfBytesLeftUntilTheyAreReported) {
     system.texts = {"abc"};
-    EXPECT_FALSE(readAhead.IsUntold());
+    EXPECT_FALSE(readAhead.HasUnreported());
     Take(1);
-    EXPECT_TRUE(readAhead.IsUntold());
-    readAhead.Tell(false);
-    EXPECT_FALSE(readAhead.IsUntold());
+    EXPECT_TRUE(readAhead.HasUnreported());
+    readAhead.MarkReported(false);
+    EXPECT_FALSE(readAhead.HasUnreported());
     Take(1);
-    EXPECT_TRUE(readAhead.IsUntold());
+    EXPECT_TRUE(readAhead.HasUnreported());
     Take(1);
-    EXPECT_FALSE(readAhead.IsUntold());
+    EXPECT_FALSE(readAhead.HasUnreported());
 }
 
 TEST_F(ReadAheadTest, RemembersThatTheSystemHasMoreUntilItIsRead) {
     system.texts = {"ab", "c"};
     Take(1);
-    readAhead.Tell(true);
+    readAhead.MarkReported(true);
     Take(1);
-    EXPECT_TRUE(readAhead.IsUntold());
-    readAhead.Tell(false);
+    EXPECT_TRUE(readAhead.HasUnreported());
+    readAhead.MarkReported(false);
     EXPECT_EQ(Take(1), "c");
-    EXPECT_FALSE(readAhead.IsUntold());
+    EXPECT_FALSE(readAhead.HasUnreported());
 }
 
 TEST_F(ReadAheadTest, LeavesPeekedBytesInPlace) {
@@ -116,9 +116,9 @@ TEST_F(ReadAheadTest, HandsOutWhatItHasBeforeAReadWithFlags) {
 TEST_F(ReadAheadTest, ForgetsWhatIsCleared) {
     system.texts = {"abc", "def"};
     Take(1);
-    readAhead.Tell(true);
+    readAhead.MarkReported(true);
     readAhead.Clear();
-    EXPECT_FALSE(readAhead.IsUntold());
+    EXPECT_FALSE(readAhead.HasUnreported());
     EXPECT_EQ(Take(3), "def");
 }
 

@@ -32,41 +32,41 @@ TEST(SentTexts, CompareBeyondAZeroByte) {
     EXPECT_TRUE(texts.Contains(std::string("a\0b", 3)));
 }
 
-TEST(SentTexts, ForgetEverythingThroughTheAnsweredText) {
+TEST(SentTexts, DropEverythingThroughTheAnsweredText) {
     SentTexts texts;
     for (const char* const text : {"a", "b", "c", "d"}) {
         texts.Append(text);
     }
-    texts.ForgetThrough("b");
+    texts.DropThrough("b");
     EXPECT_FALSE(texts.Contains("a"));
     EXPECT_FALSE(texts.Contains("b"));
     EXPECT_TRUE(texts.Contains("c"));
     EXPECT_TRUE(texts.Contains("d"));
-    texts.ForgetThrough("d");
+    texts.DropThrough("d");
     EXPECT_TRUE(texts.IsEmpty());
 }
 
-TEST(SentTexts, ForgetThroughTheFirstOfTwoEqualTexts) {
+TEST(SentTexts, DropThroughTheFirstOfTwoEqualTexts) {
     SentTexts texts;
     for (const char* const text : {"a", "b", "a", "c"}) {
         texts.Append(text);
     }
-    texts.ForgetThrough("a");
+    texts.DropThrough("a");
     EXPECT_TRUE(texts.Contains("b"));
     EXPECT_TRUE(texts.Contains("a"));
-    texts.ForgetThrough("a");
+    texts.DropThrough("a");
     EXPECT_FALSE(texts.Contains("b"));
     EXPECT_FALSE(texts.Contains("a"));
     EXPECT_TRUE(texts.Contains("c"));
 }
 
-TEST(SentTexts, ForgetNothingThroughAnUnknownText) {
+TEST(SentTexts, DropNothingThroughAnUnknownText) {
     SentTexts texts;
-    texts.ForgetThrough("a");
+    texts.DropThrough("a");
     EXPECT_TRUE(texts.IsEmpty());
     texts.Append("a");
-    texts.ForgetThrough("b");
-    texts.ForgetThrough("");
+    texts.DropThrough("b");
+    texts.DropThrough("");
     EXPECT_TRUE(texts.Contains("a"));
 }
 

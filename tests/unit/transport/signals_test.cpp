@@ -7,37 +7,37 @@ namespace {
 
 TEST(Signals, WakeNoThreadThatDoesNotWait) {
     Signals signals;
-    EXPECT_FALSE(signals.Give(signalSend));
+    EXPECT_FALSE(signals.Raise(signalSend));
     EXPECT_EQ(signals.TakeFirst(), CommsEvent::SendRequested);
 }
 
 TEST(Signals, WakeAWaitOnceForEachOfThem) {
     Signals signals;
     const Signals::Wait wait(signals);
-    EXPECT_TRUE(signals.Give(signalSend));
-    EXPECT_FALSE(signals.Give(signalSend));
-    EXPECT_TRUE(signals.Give(signalStop));
-    EXPECT_FALSE(signals.Give(signalStop));
+    EXPECT_TRUE(signals.Raise(signalSend));
+    EXPECT_FALSE(signals.Raise(signalSend));
+    EXPECT_TRUE(signals.Raise(signalStop));
+    EXPECT_FALSE(signals.Raise(signalStop));
 }
 
 TEST(Signals, WakeAWaitAgainAfterTheyWereTaken) {
     Signals signals;
     const Signals::Wait wait(signals);
-    EXPECT_TRUE(signals.Give(signalUser));
+    EXPECT_TRUE(signals.Raise(signalUser));
     EXPECT_TRUE(signals.Take(signalUser));
-    EXPECT_TRUE(signals.Give(signalUser));
+    EXPECT_TRUE(signals.Raise(signalUser));
 }
 
 TEST(Signals, WakeNoThreadThatNoLongerWaits) {
     Signals signals;
     { const Signals::Wait wait(signals); }
-    EXPECT_FALSE(signals.Give(signalStop));
+    EXPECT_FALSE(signals.Raise(signalStop));
 }
 
 TEST(Signals, AreThereUntilTheyAreTaken) {
     Signals signals;
     EXPECT_FALSE(signals.Has(signalStop));
-    signals.Give(signalStop);
+    signals.Raise(signalStop);
     EXPECT_TRUE(signals.Has(signalStop));
     EXPECT_FALSE(signals.Has(signalSend));
     EXPECT_TRUE(signals.Take(signalStop));
@@ -47,7 +47,7 @@ TEST(Signals, AreThereUntilTheyAreTaken) {
 TEST(Signals, AreTakenOnceInTheirOrderHoweverOftenTheyWereSet) {
     Signals signals;
     for (const CommsSignal signal : {signalUser, signalSend, signalStop, signalSend}) {
-        signals.Give(signal);
+        signals.Raise(signal);
     }
     EXPECT_EQ(signals.TakeFirst(), CommsEvent::StopRequested);
     EXPECT_EQ(signals.TakeFirst(), CommsEvent::SendRequested);
@@ -57,7 +57,7 @@ TEST(Signals, AreTakenOnceInTheirOrderHoweverOftenTheyWereSet) {
 
 TEST(Signals, AreTakenAloneWithoutTheOthers) {
     Signals signals;
-    signals.Give(signalSend);
+    signals.Raise(signalSend);
     EXPECT_FALSE(signals.Take(signalStop));
     EXPECT_TRUE(signals.Take(signalSend));
     EXPECT_FALSE(signals.Take(signalSend));

@@ -213,7 +213,7 @@ TEST_F(TextProtocolClientTest, WaitsForADeviceThatDoesNotRead) {
     link.BlockSends(-1);
     ASSERT_TRUE(StartClient());
     client.Queue({"block"});
-    ASSERT_TRUE(link.AwaitSendWaits(1));
+    ASSERT_TRUE(link.AwaitWritableWaits(1));
     client.Queue({"next"});
     EXPECT_EQ(link.BlockedSends(), 1) << "a send is tried again before the socket takes bytes";
     link.BlockSends(0);
@@ -226,7 +226,7 @@ TEST_F(TextProtocolClientTest, BlocksOnlyItsOwnThreadForADeviceThatDoesNotRead) 
     link.BlockSends(3);
     client.SendFormatted("text\n");
     EXPECT_EQ(link.Sent(), "text\n");
-    EXPECT_EQ(link.SendWaits(), 0);
+    EXPECT_EQ(link.WritableWaits(), 0);
 }
 
 TEST_F(TextProtocolClientTest, StopsWhileADeviceDoesNotRead) {

@@ -186,7 +186,7 @@ TEST_P(AllocationFailure, HasAStatedOutcomeAndLeavesNothingBehind) {
     long index = 0;
     for (bool hasRunOut = true; hasRunOut; ++index) {
         hasRunOut = RunScenario(scenario, index, lasting);
-        ASSERT_EQ(LeftSince(before), "") << "when allocation " << index << " fails";
+        ASSERT_EQ(LeakedSince(before), "") << "when allocation " << index << " fails";
         ASSERT_FALSE(HasFailure()) << "when allocation " << index << " fails";
     }
     EXPECT_GT(index, 1) << "nothing could fail";
@@ -200,7 +200,7 @@ TEST_P(NoAllocation, IsNeededToRelease) {
     RunScenario(GetParam(), ScarceMemory::never, false);
     Holdings before;
     EXPECT_FALSE(RunScenario(GetParam(), 0, true));
-    EXPECT_EQ(LeftSince(before), "");
+    EXPECT_EQ(LeakedSince(before), "");
 }
 
 std::string ScenarioAndHowLong(const testing::TestParamInfo<std::tuple<Scenario, bool>>& test) {

@@ -32,7 +32,7 @@ std::string Compare(const Holdings& now, const Holdings& before) {
 
 }  // namespace
 
-std::string LeftSince(Holdings& before) {
+std::string LeakedSince(Holdings& before) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
     Holdings now;
     while (!Compare(now, before).empty() && std::chrono::steady_clock::now() < deadline) {

@@ -22,6 +22,6 @@ struct Holdings {
 /// Waits up to 5 s until no more is held than `before`: the library's last thread ends when the system lets it, without
 /// notice. It may have held something when `before` was taken; `before` is lowered then. Returns: what is still held
 /// beyond that; empty when nothing is.
-std::string LeftSince(Holdings& before);
+std::string LeakedSince(Holdings& before);
 
 }  // namespace Morquil::Testing

@@ -134,7 +134,7 @@ TEST_P(RealConnection, HasAStatedOutcomeAndLeavesNothingBehindWhateverFails) {
     long index = 0;
     for (bool hasFailed = true; hasFailed; ++index) {
         hasFailed = RunWay(way, device.Address(), index, lasting);
-        ASSERT_EQ(LeftSince(before), "") << "when allocation " << index << " fails";
+        ASSERT_EQ(LeakedSince(before), "") << "when allocation " << index << " fails";
         ASSERT_FALSE(HasFailure()) << "when allocation " << index << " fails";
     }
     EXPECT_GT(index, leastFailures);

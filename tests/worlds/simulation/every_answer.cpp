@@ -77,50 +77,50 @@ public:
     Asker(const Asker&) = delete;
     Asker& operator=(const Asker&) = delete;
 
-    /// The following methods are those of `Face`, if the device has it.
-    template <class Face>
+    /// The following methods are those of `Interface`, if the device has it.
+    template <class Interface>
     void Enter(const IID& iid) {
         Leave();
-        void* face = nullptr;
-        device_.QueryInterface(iid, &face);
-        face_ = static_cast<Face*>(face);
+        void* feature = nullptr;
+        device_.QueryInterface(iid, &feature);
+        feature_ = static_cast<Interface*>(feature);
     }
-    template <class Face, class... Parameters>
-    void Ask(const char* name, HRESULT (STDMETHODCALLTYPE Face::*method)(Parameters...)) {
+    template <class Interface, class... Parameters>
+    void Ask(const char* name, HRESULT (STDMETHODCALLTYPE Interface::*method)(Parameters...)) {
         if constexpr (isQuestion<Parameters...>) {
-            if (face_ != nullptr) {
-                Walk(name, static_cast<Face&>(*face_), method, List<Parameters...>());
+            if (feature_ != nullptr) {
+                Walk(name, static_cast<Interface&>(*feature_), method, List<Parameters...>());
             }
         }
     }
 
 private:
     void Leave() {
-        if (face_ != nullptr) {
-            face_->Release();
-            face_ = nullptr;
+        if (feature_ != nullptr) {
+            feature_->Release();
+            feature_ = nullptr;
         }
     }
 
     /// Every value of the first parameter that has not been used yet.
-    template <class Face, class Method, class First, class... Rest, class... Given>
-    void Walk(const char* name, Face& face, Method method, List<First, Rest...> /*missing*/, Given... given) {
+    template <class Interface, class Method, class First, class... Rest, class... Given>
+    void Walk(const char* name, Interface& feature, Method method, List<First, Rest...> /*missing*/, Given... given) {
         if constexpr (std::is_enum_v<First>) {
             for (int value = 0; value < valuesOf<First>; ++value) {
-                Walk(name, face, method, List<Rest...>(), given..., static_cast<First>(value));
+                Walk(name, feature, method, List<Rest...>(), given..., static_cast<First>(value));
             }
         } else if constexpr (isChoice<First>) {
             for (const int value : numbers) {
-                Walk(name, face, method, List<Rest...>(), given..., static_cast<First>(value));
+                Walk(name, feature, method, List<Rest...>(), given..., static_cast<First>(value));
             }
         } else if constexpr (sizeof...(Rest) == 0) {
             std::remove_pointer_t<First> answer{};
-            const HRESULT result = (face.*method)(given..., &answer);
+            const HRESULT result = (feature.*method)(given..., &answer);
             Take(name, result, answer);
         } else {
             std::remove_pointer_t<First> minimum{};
             std::remove_pointer_t<First> maximum{};
-            const HRESULT result = (face.*method)(given..., &minimum, &maximum);
+            const HRESULT result = (feature.*method)(given..., &minimum, &maximum);
             Take(name, result, minimum);
             Take(name, result, maximum);
         }
@@ -142,7 +142,7 @@ private:
 
     IMorquilDevice& device_;
     AnswerSink& sink_;
-    IUnknown* face_ = nullptr;
+    IUnknown* feature_ = nullptr;
 };
 
 class Digest final : public AnswerSink {

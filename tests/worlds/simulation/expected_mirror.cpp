@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "tests/worlds/simulation/device_sayings.h"
+#include "tests/worlds/simulation/device_messages.h"
 #include "tests/worlds/simulation/spoken_keys.h"
 
 namespace Morquil::Testing::Worlds {

@@ -35,7 +35,7 @@ public:
     /// Whether everything that a connection waits for has arrived.
     bool IsComplete() const;
     _MorquilConnectToFailure Reason() const { return reason_; }
-    void Forget() { blocks_.clear(); }
+    void Clear() { blocks_.clear(); }
 
 private:
     using Keys = std::set<std::string>;

@@ -29,7 +29,7 @@ public:
         acknowledgements_ = count - 1;
     }
     /// Everything received has been processed: acknowledgements without a block are forgotten.
-    void ForgetAcknowledgements() { acknowledgements_ = 0; }
+    void DropAcknowledgements() { acknowledgements_ = 0; }
 
     /// Whether the library itself has sent this; forgets it and everything sent before it.
     bool TakeEcho(const std::string& text);

@@ -168,23 +168,23 @@ void Host::Act() {
 
 template <class Interface>
 Interface* Host::Ask(const IID& iid) {
-    void* face = nullptr;
-    trace_.Require(device_->QueryInterface(iid, &face) == S_OK, "an interface is missing");
+    void* feature = nullptr;
+    trace_.Require(device_->QueryInterface(iid, &feature) == S_OK, "an interface is missing");
     ++references_;
-    return static_cast<Interface*>(face);
+    return static_cast<Interface*>(feature);
 }
 
-void Host::ReleaseFace(IUnknown* face) {
+void Host::ReleaseFeature(IUnknown* feature) {
     const ULONG expected = --references_ + (AttemptIsOver() ? 0 : 1);
-    trace_.Require(face->Release() == expected, "the count of references is wrong");
+    trace_.Require(feature->Release() == expected, "the count of references is wrong");
 }
 
 void Host::Query() {
     const Call call(*this);
     trace_.Note("query");
-    ReleaseFace(Ask<IUnknown>(IID_IUnknown));
-    void* face = this;
-    trace_.Require(device_->QueryInterface(IID_IMorquilConnectionObserver, &face) == E_NOINTERFACE && face == nullptr,
+    ReleaseFeature(Ask<IUnknown>(IID_IUnknown));
+    void* feature = this;
+    trace_.Require(device_->QueryInterface(IID_IMorquilConnectionObserver, &feature) == E_NOINTERFACE && feature == nullptr,
                    "an unexpected interface");
 }
 
@@ -193,9 +193,9 @@ void Host::Set(const SpokenKey& key) {
     const std::uint32_t value = dice_.Below(static_cast<std::uint32_t>(key.values.size()));
     trace_.Note("set " + key.key + " " + key.values[value]);
     model_.SetterBegins(key.header, key.LinesOf(value), HasEchoes(key.header));
-    auto* const face = Ask<IUnknown>(*key.iid);
-    trace_.Require(key.set(*face, value) == S_OK, "cannot set " + key.key);
-    ReleaseFace(face);
+    auto* const feature = Ask<IUnknown>(*key.iid);
+    trace_.Require(key.set(*feature, value) == S_OK, "cannot set " + key.key);
+    ReleaseFeature(feature);
 }
 
 void Host::SetBadText() {
@@ -204,14 +204,14 @@ void Host::SetBadText() {
     auto* const network = Ask<IMorquilNetworkConfig>(IID_IMorquilNetworkConfig);
     trace_.Require(network->SetFriendlyName(Bstr("a\n\nMORQUIL DEVICE:\nPanel lock: true\n").Get()) == E_INVALIDARG,
                    "a text can end its line");
-    ReleaseFace(network);
+    ReleaseFeature(network);
 }
 
 void Host::Read(const SpokenKey& key) {
     const Call call(*this);
-    auto* const face = Ask<IUnknown>(*key.iid);
-    const auto value = key.read(*face);
-    ReleaseFace(face);
+    auto* const feature = Ask<IUnknown>(*key.iid);
+    const auto value = key.read(*feature);
+    ReleaseFeature(feature);
     trace_.Note("read " + key.key + " " + value.value_or("(nothing)"));
     model_.Read(key.header, key.Name(), value);
 }
@@ -220,17 +220,17 @@ void Host::Read(const SpokenKey& key) {
 void Host::ReadAll() {
     const Call call(*this);
     trace_.Note("read all");
-    IUnknown* face = nullptr;
+    IUnknown* feature = nullptr;
     const IID* iid = nullptr;
     for (const SpokenKey& key : SpokenKeys()) {
         if (key.iid != iid) {
-            face != nullptr ? ReleaseFace(face) : static_cast<void>(0);
-            face = Ask<IUnknown>(*key.iid);
+            feature != nullptr ? ReleaseFeature(feature) : static_cast<void>(0);
+            feature = Ask<IUnknown>(*key.iid);
             iid = key.iid;
         }
-        model_.Read(key.header, key.Name(), key.read(*face));
+        model_.Read(key.header, key.Name(), key.read(*feature));
     }
-    ReleaseFace(face);
+    ReleaseFeature(feature);
 }
 
 void Host::AddPropertyObserver() {

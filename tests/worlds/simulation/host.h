@@ -70,7 +70,7 @@ private:
     bool OthersAreInCalls() const;
     template <class Interface>
     Interface* Ask(const IID& iid);
-    void ReleaseFace(IUnknown* face);
+    void ReleaseFeature(IUnknown* feature);
 
     Dice& dice_;
     Trace& trace_;

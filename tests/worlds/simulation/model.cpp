@@ -134,8 +134,8 @@ void Model::RequireOver(PropertyRound& round) {
 
 void Model::Read(const std::string& header, const std::string& key, const std::optional<std::string>& value) {
     const std::optional<std::string> expected = mirror_.Value(header, key);
-    const bool isForgotten = ended_ && !value;
-    Foresee(value == expected || isForgotten || mirror_.MayStillBe(header, key, value),
+    const bool isCleared = ended_ && !value;
+    Foresee(value == expected || isCleared || mirror_.MayStillBe(header, key, value),
             key + " reads " + value.value_or("nothing") + ", not " + expected.value_or("nothing"));
 }
 
@@ -253,7 +253,7 @@ void Model::CheckQuiet(bool attemptIsOver, bool deviceReads) {
     trace_.Require(!ended_ || attemptIsOver, "the attempt to connect does not end");
     Foresee(!endIsDue_ || ended_, "silence does not end the connection");
     if (ended_) {
-        mirror_.Forget();
+        mirror_.Clear();
     } else if (open_ && deviceReads) {
         Foresee(queue_.InFlight() || !queue_.Next(), "a block is not sent");
     }
@@ -298,7 +298,7 @@ void Model::ReadyForMore() {
         RequireOver(round);
     }
     propertyRounds_.clear();
-    queue_.ForgetAcknowledgements();
+    queue_.DropAcknowledgements();
     mirror_.Settle();
     Foresee(!pingIsDue_ || ended_, "silence without a ping");
     Foresee(!endIsDue_, "silence does not end the connection");

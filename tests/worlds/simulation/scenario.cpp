@@ -9,7 +9,7 @@
 
 #include "device/device.h"
 #include "tests/worlds/simulation/host.h"
-#include "tests/worlds/simulation/mad_device.h"
+#include "tests/worlds/simulation/erratic_device.h"
 #include "tests/worlds/simulation/model.h"
 #include "tests/worlds/simulation/simulated_comms.h"
 #include "tests/worlds/simulation/trace.h"
@@ -49,7 +49,7 @@ struct Life {
         }
     }
 
-    MadDevice device;
+    ErraticDevice device;
     Model model;
     Host host;
 };
@@ -105,7 +105,7 @@ private:
         switch (dice_.Below(flaps_ ? 9 : 8)) {
             case 0:
             case 1:
-                life.device.SpeakUp();
+                life.device.ActUnprompted();
                 break;
             case 2:
                 Settle(dice_.Below(dice_.OneIn(4) ? 20'000 : 20));

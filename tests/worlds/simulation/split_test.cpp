@@ -14,7 +14,7 @@
 
 #include "tests/kit/owned_bstr.h"
 #include "tests/kit/temporary_folder.h"
-#include "tests/worlds/simulation/device_sayings.h"
+#include "tests/worlds/simulation/device_messages.h"
 #include "tests/worlds/simulation/environment.h"
 #include "tests/worlds/simulation/every_answer.h"
 #include "tests/worlds/simulation/expected_mirror.h"

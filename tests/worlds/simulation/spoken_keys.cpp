@@ -15,12 +15,12 @@ namespace {
 using Testing::OwnedBstr;
 using Values = std::vector<std::string>;
 
-template <class Face, class... Parameters>
-using Method = HRESULT (STDMETHODCALLTYPE Face::*)(Parameters...);
+template <class Interface, class... Parameters>
+using Method = HRESULT (STDMETHODCALLTYPE Interface::*)(Parameters...);
 
-template <class Face>
-Face& As(IUnknown& face) {
-    return static_cast<Face&>(face);
+template <class Interface>
+Interface& As(IUnknown& feature) {
+    return static_cast<Interface&>(feature);
 }
 
 /// The place of a key.
@@ -31,25 +31,25 @@ struct Place {
 };
 
 /// `toWire` turns the getter's answer into text, `fromWire` an index in `values` into the setter's value.
-template <class Face, class Out, class In, class ToWire, class FromWire>
-SpokenKey Key(const Place& place, Values values, Method<Face, Out*> getter, Method<Face, In> setter, ToWire toWire,
+template <class Interface, class Out, class In, class ToWire, class FromWire>
+SpokenKey Key(const Place& place, Values values, Method<Interface, Out*> getter, Method<Interface, In> setter, ToWire toWire,
               FromWire fromWire) {
     SpokenKey key{.header = place.header, .key = place.key, .iid = &place.iid, .values = std::move(values)};
-    key.read = [=](IUnknown& face) {
+    key.read = [=](IUnknown& feature) {
         Out value{};
-        return (As<Face>(face).*getter)(&value) == S_OK ? std::optional<std::string>(toWire(value)) : std::nullopt;
+        return (As<Interface>(feature).*getter)(&value) == S_OK ? std::optional<std::string>(toWire(value)) : std::nullopt;
     };
     if (setter != nullptr) {
-        key.set = [=](IUnknown& face, std::size_t value) { return (As<Face>(face).*setter)(fromWire(value)); };
+        key.set = [=](IUnknown& feature, std::size_t value) { return (As<Interface>(feature).*setter)(fromWire(value)); };
     }
     return key;
 }
 
-template <class Face, class Out>
-constexpr Method<Face, Out> noSetter = nullptr;
+template <class Interface, class Out>
+constexpr Method<Interface, Out> noSetter = nullptr;
 
-template <class Face, class Number>
-SpokenKey NumberKey(const Place& place, int first, Method<Face, Number*> getter, Method<Face, Number> setter) {
+template <class Interface, class Number>
+SpokenKey NumberKey(const Place& place, int first, Method<Interface, Number*> getter, Method<Interface, Number> setter) {
     Values values;
     for (int number = first; number < first + 5; ++number) {
         values.push_back(std::to_string(number));
@@ -59,8 +59,8 @@ SpokenKey NumberKey(const Place& place, int first, Method<Face, Number*> getter,
         [first](std::size_t value) { return static_cast<Number>(first + static_cast<int>(value)); });
 }
 
-template <class Face>
-SpokenKey FlagKey(const Place& place, Method<Face, LONG*> getter, Method<Face, LONG> setter = nullptr) {
+template <class Interface>
+SpokenKey FlagKey(const Place& place, Method<Interface, LONG*> getter, Method<Interface, LONG> setter = nullptr) {
     return Key(
         place, {"false", "true"}, getter, setter, [](LONG value) { return value != 0 ? "true" : "false"; },
         [](std::size_t value) { return static_cast<LONG>(value); });
@@ -82,31 +82,31 @@ Values FirstWords() {
     return values;
 }
 
-template <class Vocabulary, class Face, class Word>
-SpokenKey WordKey(const Place& place, Method<Face, Word*> getter, Method<Face, Word> setter) {
+template <class Vocabulary, class Interface, class Word>
+SpokenKey WordKey(const Place& place, Method<Interface, Word*> getter, Method<Interface, Word> setter) {
     return Key(
         place, FirstWords<Vocabulary>(), getter, setter,
         [](Word value) { return WordAt<Vocabulary>(static_cast<std::size_t>(value)); },
         [](std::size_t value) { return static_cast<Word>(value); });
 }
 
-template <class Face>
-SpokenKey TextKey(const Place& place, Method<Face, BSTR*> getter, Method<Face, BSTR> setter = nullptr) {
+template <class Interface>
+SpokenKey TextKey(const Place& place, Method<Interface, BSTR*> getter, Method<Interface, BSTR> setter = nullptr) {
     const Values values{"Rack 1", "Rack 2", "R\xC3\xA4um", "a: b"};
     SpokenKey key = Key(
-        place, values, getter, Method<Face, BSTR>{}, [](BSTR value) { return Utf8FromBstr(OwnedBstr(value).Get()); },
+        place, values, getter, Method<Interface, BSTR>{}, [](BSTR value) { return Utf8FromBstr(OwnedBstr(value).Get()); },
         [](std::size_t) { return BSTR{}; });
     if (setter != nullptr) {
-        key.set = [=](IUnknown& face, std::size_t value) {
-            return (As<Face>(face).*setter)(OwnedBstr(BstrFromUtf8(values[value])).Get());
+        key.set = [=](IUnknown& feature, std::size_t value) {
+            return (As<Interface>(feature).*setter)(OwnedBstr(BstrFromUtf8(values[value])).Get());
         };
     }
     return key;
 }
 
 /// The trailing zeros that a device writes, too.
-template <class Face>
-SpokenKey DecimalKey(const Place& place, Method<Face, double*> getter, Method<Face, double> setter) {
+template <class Interface>
+SpokenKey DecimalKey(const Place& place, Method<Interface, double*> getter, Method<Interface, double> setter) {
     return Key(
         place, {"0.500000", "1.500000", "-2.250000"}, getter, setter,
         [](double value) { return WithoutEndingZeros(std::to_string(value)); },
@@ -115,13 +115,13 @@ SpokenKey DecimalKey(const Place& place, Method<Face, double*> getter, Method<Fa
                                                     : -2.25; });
 }
 
-template <class Face, class Limit>
-SpokenKey RangeKey(const Place& place, Values values, Method<Face, Limit*, Limit*> getter) {
+template <class Interface, class Limit>
+SpokenKey RangeKey(const Place& place, Values values, Method<Interface, Limit*, Limit*> getter) {
     SpokenKey key{.header = place.header, .key = place.key, .iid = &place.iid, .values = std::move(values)};
-    key.read = [=](IUnknown& face) -> std::optional<std::string> {
+    key.read = [=](IUnknown& feature) -> std::optional<std::string> {
         Limit minimum{};
         Limit maximum{};
-        if ((As<Face>(face).*getter)(&minimum, &maximum) != S_OK) {
+        if ((As<Interface>(feature).*getter)(&minimum, &maximum) != S_OK) {
             return std::nullopt;
         }
         return WithoutEndingZeros(std::to_string(minimum)) + ' ' + WithoutEndingZeros(std::to_string(maximum));
@@ -130,14 +130,14 @@ SpokenKey RangeKey(const Place& place, Values values, Method<Face, Limit*, Limit
 }
 
 /// One range of many.
-template <class Face, class Which, class Limit>
-SpokenKey RangeOfKey(const Place& place, Lines selector, Which which, Method<Face, Which, Limit*, Limit*> getter) {
+template <class Interface, class Which, class Limit>
+SpokenKey RangeOfKey(const Place& place, Lines selector, Which which, Method<Interface, Which, Limit*, Limit*> getter) {
     SpokenKey key{.header = place.header, .key = place.key, .iid = &place.iid, .values = {"1 2", "0 30"}};
     key.selector = std::move(selector);
-    key.read = [=](IUnknown& face) -> std::optional<std::string> {
+    key.read = [=](IUnknown& feature) -> std::optional<std::string> {
         Limit minimum{};
         Limit maximum{};
-        if ((As<Face>(face).*getter)(which, &minimum, &maximum) != S_OK) {
+        if ((As<Interface>(feature).*getter)(which, &minimum, &maximum) != S_OK) {
             return std::nullopt;
         }
         return std::to_string(minimum) + ' ' + std::to_string(maximum);
@@ -146,18 +146,18 @@ SpokenKey RangeOfKey(const Place& place, Lines selector, Which which, Method<Fac
 }
 
 /// An unknown list reads like an empty one, which is never sent.
-template <class Vocabulary, class Face, class Word>
-SpokenKey ListKey(const Place& place, Method<Face, Word, LONG*> query) {
+template <class Vocabulary, class Interface, class Word>
+SpokenKey ListKey(const Place& place, Method<Interface, Word, LONG*> query) {
     const auto word = [](std::size_t index) { return WordAt<Vocabulary>(index); };
     SpokenKey key{.header = place.header,
                   .key = place.key,
                   .iid = &place.iid,
                   .values = {word(0), word(1), word(0) + ' ' + word(1)}};
-    key.read = [=](IUnknown& face) {
+    key.read = [=](IUnknown& feature) {
         std::optional<std::string> list;
         for (std::size_t index = 0; index < Vocabulary::words.Size(); ++index) {
             LONG isAvailable = 0;
-            (As<Face>(face).*query)(static_cast<Word>(index), &isAvailable);
+            (As<Interface>(feature).*query)(static_cast<Word>(index), &isAvailable);
             if (isAvailable != 0) {
                 list = list ? *list + ' ' + word(index) : word(index);
             }
@@ -185,15 +185,15 @@ SpokenKey AudioOutKey(unsigned int channel) {
                   .key = "AudioOut" + std::to_string(channel),
                   .iid = &IID_IMorquilAudioMapping,
                   .values = FirstWords<AudioSelections>()};
-    key.read = [=](IUnknown& face) -> std::optional<std::string> {
+    key.read = [=](IUnknown& feature) -> std::optional<std::string> {
         _MorquilAPIAudioSelect selection{};
-        if (As<Mapping>(face).GetAudioMap(channel, &selection) != S_OK) {
+        if (As<Mapping>(feature).GetAudioMap(channel, &selection) != S_OK) {
             return std::nullopt;
         }
         return WordAt<AudioSelections>(static_cast<std::size_t>(selection));
     };
-    key.set = [=](IUnknown& face, std::size_t value) {
-        return As<Mapping>(face).SetAudioMap(channel, static_cast<_MorquilAPIAudioSelect>(value));
+    key.set = [=](IUnknown& feature, std::size_t value) {
+        return As<Mapping>(feature).SetAudioMap(channel, static_cast<_MorquilAPIAudioSelect>(value));
     };
     return key;
 }
@@ -203,9 +203,9 @@ SpokenKey PresetNameKey(int preset) {
                   .key = "PresetName" + std::to_string(preset),
                   .iid = &IID_IMorquilPreset,
                   .values = {"News studio", "Sports van"}};
-    key.read = [=](IUnknown& face) -> std::optional<std::string> {
+    key.read = [=](IUnknown& feature) -> std::optional<std::string> {
         BSTR name = nullptr;
-        const bool isKnown = As<IMorquilPreset>(face).GetPresetName(preset, &name) == S_OK;
+        const bool isKnown = As<IMorquilPreset>(feature).GetPresetName(preset, &name) == S_OK;
         const OwnedBstr owned(name);
         return isKnown ? std::optional(Utf8FromBstr(name)) : std::nullopt;
     };

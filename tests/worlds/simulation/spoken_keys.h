@@ -11,7 +11,7 @@
 
 namespace Morquil::Testing::Worlds {
 
-/// A key that the mad device sends: its possible values, and how a host reads and sets them.
+/// A key that the erratic device sends: its possible values, and how a host reads and sets them.
 struct SpokenKey {
     std::string header;
     std::string key;

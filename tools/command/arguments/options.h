@@ -38,7 +38,7 @@ struct Grammar {
 
 struct ParsedLine {
     Options options;
-    std::string said;  // text for standard output if help or the version was asked for instead of a command
+    std::string output;  // text for standard output if help or the version was asked for instead of a command
 };
 
 /// Parses `arguments`, which exclude the program's name. `defaultAddress` is the device's address if the line does not

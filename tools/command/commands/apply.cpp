@@ -68,11 +68,11 @@ void Send(const Change& change, const Link& link) {
 
 // The library does not report when a command was sent, but a resulting change shows it early.
 void SendCommand(const Change& change, const Link& link) {
-    const auto isTold = std::make_shared<std::atomic<bool>>(false);
-    const morquil::Subscription told =
-        link.Device().OnChange(change.property->set, [isTold](morquil::PropertySet) { *isTold = true; });
+    const auto isNotified = std::make_shared<std::atomic<bool>>(false);
+    const morquil::Subscription subscription =
+        link.Device().OnChange(change.property->set, [isNotified](morquil::PropertySet) { *isNotified = true; });
     Send(change, link);
-    link.Await(std::min(Clock::now() + grace, link.Until().time), [&] { return isTold->load(); });
+    link.Await(std::min(Clock::now() + grace, link.Until().time), [&] { return isNotified->load(); });
 }
 
 bool IsReported(const Change& change, const Link& link, Clock::time_point sent) {
@@ -85,7 +85,7 @@ bool IsReported(const Change& change, const Link& link, Clock::time_point sent) 
            (IsSameButForCase(change.value, *reported) && Clock::now() >= sent + grace);
 }
 
-[[noreturn]] void TellNotApplied(const Change& change, const Link& link) {
+[[noreturn]] void ThrowNotApplied(const Change& change, const Link& link) {
     const Property& property = *change.property;
     const std::optional<Value> reported = ReadValue(property, link.Device());
     std::string text = property.name + ": not applied within " + link.Until().Text() + ": the device ";
@@ -104,7 +104,7 @@ void SendSetting(const Change& change, const Link& link) {
     const Clock::time_point sent = Clock::now();
     Send(change, link);
     if (!link.Await(link.Until().time, [&] { return IsReported(change, link, sent); })) {
-        TellNotApplied(change, link);
+        ThrowNotApplied(change, link);
     }
 }
 

@@ -56,14 +56,14 @@ void Link::AwaitDecision() {
     if (reason) {
         throw Failure(ExitCode::Unreachable, address_ + ": " + ToText(*reason));
     }
-    LeaveToTheProcess(std::move(connecting_));
+    KeepUntilExit(std::move(connecting_));
     CheckIsNotInterrupted();
     throw Failure(ExitCode::TimedOut, address_ + ": not connected within " + deadline_.Text());
 }
 
 Link::~Link() {
     if (deadline_.IsOver() && !isOpenEnded_) {
-        LeaveToTheProcess(std::move(connecting_));
+        KeepUntilExit(std::move(connecting_));
     } else {
         Device().Disconnect();
     }
@@ -91,12 +91,12 @@ void Link::Pause() const {
     state_->changed.wait_for(lock, lookInterval, [this] { return state_->ended.has_value(); });
 }
 
-void LeaveToTheProcess(std::shared_ptr<void> left) {
+void KeepUntilExit(std::shared_ptr<void> kept) {
     // Never destroyed, but still reachable, so leak checkers do not report it.
     static std::mutex& mutex = *new std::mutex;
     static std::vector<std::shared_ptr<void>>& all = *new std::vector<std::shared_ptr<void>>;
     const std::lock_guard lock(mutex);
-    all.push_back(std::move(left));
+    all.push_back(std::move(kept));
 }
 
 }  // namespace Morquil::Command

@@ -91,6 +91,6 @@ private:
 };
 
 /// Keeps an object of the library alive until the process ends.
-void LeaveToTheProcess(std::shared_ptr<void> left);
+void KeepUntilExit(std::shared_ptr<void> kept);
 
 }  // namespace Morquil::Command

@@ -81,7 +81,7 @@ std::vector<SettingsLine> PresentSettings(const Link& link) {
     return ParseSettings(ReadFile(file.Name()));
 }
 
-void TellUnplayedBlocks(const Context& context, const std::vector<SettingsLine>& lines) {
+void PrintUnplayedBlocks(const Context& context, const std::vector<SettingsLine>& lines) {
     std::vector<std::string> blocks;
     for (const SettingsLine& line : lines) {
         const bool isNew = blocks.empty() || blocks.back() != line.block;
@@ -94,7 +94,7 @@ void TellUnplayedBlocks(const Context& context, const std::vector<SettingsLine>&
         names += (names.empty() ? "" : ", ") + block;
     }
     if (!blocks.empty()) {
-        Tell(context.terminal, "not played back, as files never do: " + names);
+        PrintMessage(context.terminal, "not played back, as files never do: " + names);
     }
 }
 
@@ -117,7 +117,7 @@ Json AsJson(const std::vector<SettingsLine>& lines) {
     return rows;
 }
 
-void TellOutcome(const Context& context, const std::vector<SettingsLine>& wanted,
+void PrintOutcome(const Context& context, const std::vector<SettingsLine>& wanted,
                  const std::vector<SettingsLine>& missing) {
     if (context.options.isJson) {
         PrintJson(context.terminal, {{"file", context.options.words.front()}, {"notApplied", AsJson(missing)}});
@@ -156,11 +156,11 @@ void LoadSettings(const Context& context) {
     if (wanted.empty()) {
         throw UsageFailure(file + ": holds no settings");
     }
-    TellUnplayedBlocks(context, wanted);
+    PrintUnplayedBlocks(context, wanted);
     const Link link(context);
     link.Device().LoadSettingsFile(file);
     const std::vector<SettingsLine> missing = AwaitLines(link, wanted);
-    TellOutcome(context, wanted, missing);
+    PrintOutcome(context, wanted, missing);
     if (!missing.empty()) {
         throw Failure(ExitCode::NotApplied, file + ": " + std::to_string(missing.size()) +
                                                 " lines were not applied within " + link.Until().Text());

@@ -39,20 +39,20 @@ public:
     /// The feed that handlers share; they may still run after the watch is destroyed.
     std::shared_ptr<WatchFeed> SharedFeed() const { return feed_; }
 
-    void TellBeginning() const {
+    void PrintStart() const {
         const std::size_t count = selection_.size();
-        Tell(context_.terminal, "watching " + std::to_string(count) + (count == 1 ? " property" : " properties") +
+        PrintMessage(context_.terminal, "watching " + std::to_string(count) + (count == 1 ? " property" : " properties") +
                                     " of " + context_.options.address);
     }
 
-    void TellChanges(const std::vector<ValueChange>& changes) const {
+    void PrintChanges(const std::vector<ValueChange>& changes) const {
         for (const ValueChange& change : changes) {
             context_.options.isJson ? PrintJsonLine(context_.terminal, ChangeAsJson(change))
                                     : PrintLine(context_.terminal, ChangeAsRow(change));
         }
     }
 
-    void TellEvent(const char* name, const std::string& text, const Event& event) const {
+    void PrintEvent(const char* name, const std::string& text, const Event& event) const {
         if (context_.options.isJson) {
             PrintJsonLine(
                 context_.terminal,
@@ -77,12 +77,12 @@ void WatchOneConnection(const Context& context, Watch& watch) {
     const morquil::Subscription ended = link.Device().OnConnection(
         {.disconnected = [feed = watch.SharedFeed()](morquil::ConnectFailure) { feed->Add({EventKind::Lost}); }});
     watch.Begin(link.Device());
-    watch.TellBeginning();
+    watch.PrintStart();
     while (!context.isInterrupted && !link.IsLost()) {
-        watch.TellChanges(watch.Feed().Next().changes);
+        watch.PrintChanges(watch.Feed().Next().changes);
     }
     watch.End();
-    watch.TellChanges(watch.Feed().Take().changes);
+    watch.PrintChanges(watch.Feed().Take().changes);
     link.CheckIsThere();
 }
 
@@ -94,7 +94,7 @@ public:
         const bool isConnected = session_->Current().has_value();
         session_->Stop();
         if (!isConnected) {
-            LeaveToTheProcess(session_);
+            KeepUntilExit(session_);
         }
     }
     SessionEnd(const SessionEnd&) = delete;
@@ -136,7 +136,7 @@ public:
                 Connected(event);
                 break;
             case EventKind::Lost:
-                watch_.TellEvent("lost", context_.options.address + ": the connection was lost", event);
+                watch_.PrintEvent("lost", context_.options.address + ": the connection was lost", event);
                 break;
             case EventKind::Failed:
                 throw Failure(ExitCode::Unreachable, context_.options.address + ": " + ToText(event.reason));
@@ -155,11 +155,11 @@ public:
 private:
     void Connected(const Event& event) {
         if (wasConnected_) {
-            watch_.TellEvent("connected", context_.options.address + ": connected again", event);
+            watch_.PrintEvent("connected", context_.options.address + ": connected again", event);
         }
         watch_.Begin(*event.device);
         if (!wasConnected_) {
-            watch_.TellBeginning();
+            watch_.PrintStart();
         }
         wasConnected_ = true;
     }
@@ -174,7 +174,7 @@ void WatchSession(const Context& context, Watch& watch) {
     const SessionEnd end(OpenSession(context.options.address, watch.SharedFeed()));
     while (!context.isInterrupted) {
         const News news = watch.Feed().Next();
-        watch.TellChanges(news.changes);
+        watch.PrintChanges(news.changes);
         if (news.event) {
             handler.Handle(*news.event);
         }
@@ -184,7 +184,7 @@ void WatchSession(const Context& context, Watch& watch) {
     if (!handler.WasConnected()) {
         throw Interruption();
     }
-    watch.TellChanges(watch.Feed().Take().changes);
+    watch.PrintChanges(watch.Feed().Take().changes);
 }
 
 }  // namespace

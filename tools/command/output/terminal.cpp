@@ -64,7 +64,7 @@ void PrintTable(const Terminal& terminal, const std::vector<Row>& rows) {
     terminal.out(text);
 }
 
-void Tell(const Terminal& terminal, std::string_view text) {
+void PrintMessage(const Terminal& terminal, std::string_view text) {
     terminal.err("morquilctl: " + Escaped(text) + "\n");
 }
 

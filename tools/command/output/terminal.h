@@ -34,6 +34,6 @@ void PrintLine(const Terminal& terminal, const Row& cells);
 void PrintTable(const Terminal& terminal, const std::vector<Row>& rows);
 
 /// Prints one line on standard error, escaped, after the program's name.
-void Tell(const Terminal& terminal, std::string_view text);
+void PrintMessage(const Terminal& terminal, std::string_view text);
 
 }  // namespace Morquil::Command

@@ -43,14 +43,14 @@ void WriteError(std::string_view text) {
 }
 
 /// Writes to standard error, but does not wait long if it has no reader.
-void SayBriefly(const char* text) {
-    std::promise<void> said;
-    std::future<void> hasBeenSaid = said.get_future();
-    std::thread([text, said = std::move(said)]() mutable {
+void TryWriteError(const char* text) {
+    std::promise<void> written;
+    std::future<void> isWritten = written.get_future();
+    std::thread([text, written = std::move(written)]() mutable {
         WriteError(text);
-        said.set_value();
+        written.set_value();
     }).detach();
-    hasBeenSaid.wait_for(patience);
+    isWritten.wait_for(patience);
 }
 
 /// Ends the program when a system call blocks it: a file that is a pipe, a name lookup, an output without a reader.
@@ -75,7 +75,7 @@ private:
             isInterrupted = true;
         }
         if (!isOpenEnded_ && Clock::now() >= end_) {
-            SayBriefly("morquilctl: timed out\n");
+            TryWriteError("morquilctl: timed out\n");
             End(ExitCode::TimedOut);
         }
     }
@@ -135,7 +135,7 @@ int main(int count, char** words) {
     ExitCode code = RunProgram(CommandLineWords(count, words), surroundings);
     own.Finish();
     if (output.HasFailed() && code == ExitCode::Done) {
-        Tell(surroundings.terminal, "the output cannot be written");
+        PrintMessage(surroundings.terminal, "the output cannot be written");
         code = ExitCode::Usage;
     }
     End(code);

@@ -32,7 +32,7 @@ constexpr Verb verbs[] = {
 
 void Run(const std::vector<std::string>& arguments, const Surroundings& surroundings) {
     const ParsedLine line = ParseCommandLine(arguments, surroundings.defaultAddress);
-    surroundings.terminal.out(line.said);
+    surroundings.terminal.out(line.output);
     const auto verb = std::find_if(std::begin(verbs), std::end(verbs),
                                    [&line](const Verb& known) { return known.name == line.options.command; });
     if (verb != std::end(verbs)) {
@@ -49,15 +49,15 @@ ExitCode RunProgram(const std::vector<std::string>& arguments, const Surrounding
         return ExitCode::Done;
     } catch (const Failure& failure) {
         if (failure.Code() != ExitCode::Interrupted) {
-            Tell(surroundings.terminal, failure.what());
+            PrintMessage(surroundings.terminal, failure.what());
         }
         return failure.Code();
     } catch (const morquil::Error& error) {
         // An error that the command does not expect means that the connection has just been lost.
-        Tell(surroundings.terminal, error.what());
+        PrintMessage(surroundings.terminal, error.what());
         return ExitCode::ConnectionLost;
     } catch (const std::exception& error) {
-        Tell(surroundings.terminal, error.what());
+        PrintMessage(surroundings.terminal, error.what());
         return ExitCode::Usage;
     }
 }

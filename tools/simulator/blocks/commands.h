@@ -37,13 +37,13 @@ Set ResetSettings(const Set& received, const Set& factory) {
             Merge(result, factory);
         }
     }
-    ForgetObservations(result);
+    RemoveObservations(result);
     return result;
 }
 
 /// Commands are carried out, not stored.
 template <class Set>
-void ForgetCommands(Set& set) {
+void RemoveCommands(Set& set) {
     ForEachKey<Set>([&](const auto& key) {
         if (key.facts.use == KeyUse::Command) {
             set.*key.member = {};

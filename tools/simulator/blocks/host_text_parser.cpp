@@ -11,7 +11,7 @@ HostTextParser::HostTextParser(IMorquilTextProtocolSink& sink) : parser_(BlockOp
 void HostTextParser::Feed(std::string_view bytes) {
     for (const char byte : bytes) {
         if (byte == '\n') {
-            TakeLine();
+            ProcessLine();
             line_.clear();
             tooLong_ = false;
         } else if (byte != '\r') {
@@ -23,7 +23,7 @@ void HostTextParser::Feed(std::string_view bytes) {
     }
 }
 
-void HostTextParser::TakeLine() {
+void HostTextParser::ProcessLine() {
     if (tooLong_ && !parser_.ExpectsHeader()) {
         parser_.ReportErrorFormatted("Received a line of more than %d characters\n", static_cast<int>(longestLine));
         return;

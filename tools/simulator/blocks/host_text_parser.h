@@ -17,7 +17,7 @@ public:
     void Feed(std::string_view bytes);
 
 private:
-    void TakeLine();
+    void ProcessLine();
 
     MorquilTextProtocolParser parser_;
     std::string line_;  // the part of the current line received so far

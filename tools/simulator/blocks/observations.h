@@ -10,7 +10,7 @@ class DeviceBlocks;
 /// Removes observations. Hosts send them all the same, because a settings file holds whole blocks: they are ignored,
 /// not refused. Remote lock is one of them, because a host could otherwise lock itself out.
 template <class Set>
-void ForgetObservations(Set& set) {
+void RemoveObservations(Set& set) {
     ForEachKey<Set>([&](const auto& key) {
         if (key.facts.use == KeyUse::Observed) {
             set.*key.member = {};

@@ -137,21 +137,21 @@ ConversationReading ReadConversation(std::string_view text) {
     ForEachLine(text, [&](std::string_view lineText) {
         ++number;
         const std::string_view line = Trimmed(lineText);
-        if (line.empty() || line.starts_with('#') || !reading.complaint.empty()) {
+        if (line.empty() || line.starts_with('#') || !reading.error.empty()) {
             return;
         }
         ConversationEvent event;
-        std::string complaint = ReadEvent(line, event);
-        if (complaint.empty()) {
-            complaint = order.Problem(event);
+        std::string error = ReadEvent(line, event);
+        if (error.empty()) {
+            error = order.Problem(event);
         }
-        if (complaint.empty()) {
+        if (error.empty()) {
             reading.events.push_back(std::move(event));
         } else {
-            reading.complaint = "line " + std::to_string(number) + ": " + complaint;
+            reading.error = "line " + std::to_string(number) + ": " + error;
         }
     });
-    if (!reading.complaint.empty()) {
+    if (!reading.error.empty()) {
         reading.events.clear();
     }
     return reading;

@@ -26,10 +26,10 @@ std::string ConversationHeading();
 /// The event as a line, with its line feed.
 std::string ConversationLine(const ConversationEvent& event);
 
-/// All events of a file in order, or the first complaint, which begins with its line number.
+/// All events of a file in order, or the first error, which begins with its line number.
 struct ConversationReading {
     std::vector<ConversationEvent> events;
-    std::string complaint;
+    std::string error;
 };
 ConversationReading ReadConversation(std::string_view text);
 

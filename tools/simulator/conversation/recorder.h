@@ -20,7 +20,7 @@ public:
     void Receive(HostId host, std::string_view bytes, Moment now) override;
     Delivery Take(HostId host, Moment now) override;
     std::optional<Moment> NextDelivery(HostId host) const override { return station_.NextDelivery(host); }
-    bool GivesUp(HostId host) const override { return station_.GivesUp(host); }
+    bool MustDisconnect(HostId host) const override { return station_.MustDisconnect(host); }
     void Advance(Moment now) override { station_.Advance(now); }
     std::optional<Moment> NextDue() const override { return station_.NextDue(); }
 

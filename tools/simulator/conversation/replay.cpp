@@ -55,7 +55,7 @@ void Replay::Disconnect(HostId host, Moment /*now*/) {
 void Replay::Receive(HostId host, std::string_view bytes, Moment now) {
     Progress& progress = hosts_.at(host);
     progress.unread += bytes;
-    progress.heard = now;
+    progress.lastReceived = now;
     PassHostEvents(host, progress);
 }
 
@@ -64,7 +64,7 @@ void Replay::PassHostEvents(HostId host, Progress& progress) {
     while (next != nullptr && next->kind == Kind::HostSays && progress.unread.size() >= next->text.size()) {
         Compare(host, progress, next->text);
         progress.unread.erase(0, next->text.size());
-        progress.Pass(std::max(progress.happened, progress.heard));
+        progress.Pass(std::max(progress.happened, progress.lastReceived));
         next = progress.Next();
     }
     if (next == nullptr || next->kind == Kind::HostLeaves) {

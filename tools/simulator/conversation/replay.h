@@ -23,7 +23,7 @@ public:
     void Receive(HostId host, std::string_view bytes, Moment now) override;
     Delivery Take(HostId host, Moment now) override;
     std::optional<Moment> NextDelivery(HostId host) const override;
-    bool GivesUp(HostId host) const override { return hosts_.at(host).unread.size() > unheardLimit; }
+    bool MustDisconnect(HostId host) const override { return hosts_.at(host).unread.size() > unexpectedLimit; }
     void Advance(Moment /*now*/) override {}
     std::optional<Moment> NextDue() const override { return std::nullopt; }
 
@@ -31,14 +31,14 @@ private:
     using Conversation = std::vector<ConversationEvent>;
 
     /// A host that sends this much more than is recorded is disconnected: memory is limited.
-    static constexpr std::size_t unheardLimit = std::size_t{4} * 1024 * 1024;
+    static constexpr std::size_t unexpectedLimit = std::size_t{4} * 1024 * 1024;
 
     struct Progress {
         const Conversation* conversation = nullptr;  // null if nothing is recorded
         std::size_t next = 0;                        // the index of the next event
         Moment happened{0};                          // when the previous event happened in this replay
         Moment recorded{0};                          // when it happened in the recording
-        Moment heard{0};                             // when the host last sent something
+        Moment lastReceived{0};                      // when the host last sent something
         std::string unread;                          // bytes of the host that are not compared yet
         bool differs = false;
 

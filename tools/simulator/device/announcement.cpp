@@ -35,10 +35,10 @@ std::string Announcement(const DeviceBlocks& before, const DeviceBlocks& after, 
     std::string text;
     ForEachBlock([&]<class Description>() {
         const auto& present = after.Of<Description>();
-        auto told = Differences(before.Of<Description>(), present);
-        Merge(told, FieldsPresentIn(mentioned.Of<Description>(), present));
-        if (!HoldsNothing<Description>(told)) {
-            text += DeviceText<Description>(told);
+        auto reported = Differences(before.Of<Description>(), present);
+        Merge(reported, FieldsPresentIn(mentioned.Of<Description>(), present));
+        if (!HoldsNothing<Description>(reported)) {
+            text += DeviceText<Description>(reported);
         }
     });
     return text;

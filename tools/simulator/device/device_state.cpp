@@ -29,7 +29,7 @@ void MergeSettings(DeviceBlocks& target, const DeviceBlocks& source) {
 }
 
 DeviceBlocks WithoutCommands(DeviceBlocks settings) {
-    ForEachBlock<BlockRole::Settings>([&]<class Description>() { ForgetCommands(settings.Of<Description>()); });
+    ForEachBlock<BlockRole::Settings>([&]<class Description>() { RemoveCommands(settings.Of<Description>()); });
     return settings;
 }
 
@@ -68,10 +68,10 @@ ChangeOutcome DeviceState::Change(const DeviceBlocks& changes) {
     MergeSettings(next, settings);
 
     const DeviceBlocks before = present_;
-    DeviceBlocks told = before;
-    MergeSettings(told, settings);
-    ChangeOutcome outcome = Adopt(next, changes, told, consequences);
-    if (outcome.complaint.empty()) {
+    DeviceBlocks alreadyReported = before;
+    MergeSettings(alreadyReported, settings);
+    ChangeOutcome outcome = Adopt(next, changes, alreadyReported, consequences);
+    if (outcome.error.empty()) {
         stills_ = stills;
         if (preset.save.IsPresent()) {
             presets_.Save(preset.save.Get(), before);
@@ -83,21 +83,21 @@ ChangeOutcome DeviceState::Change(const DeviceBlocks& changes) {
 ChangeOutcome DeviceState::Load(const DeviceBlocks& settings) {
     DeviceBlocks taken = WithoutCommands(settings);
     // Another device's settings change neither this device's identity nor its locks, so they cannot lock out its hosts.
-    ForgetObservations(taken.Of<MorquilDeviceChangeSet>());
+    RemoveObservations(taken.Of<MorquilDeviceChangeSet>());
     DeviceBlocks next = present_;
     MergeSettings(next, taken);
     return Adopt(next, taken, present_, {});
 }
 
-ChangeOutcome DeviceState::Adopt(DeviceBlocks next, const DeviceBlocks& judged, const DeviceBlocks& told,
+ChangeOutcome DeviceState::Adopt(DeviceBlocks next, const DeviceBlocks& checked, const DeviceBlocks& alreadyReported,
                                  const DeviceBlocks& mentioned) {
     FollowModes(next);
-    std::string complaint = FirstComplaint(judged, next);
-    if (!complaint.empty()) {
-        return {std::move(complaint), {}};
+    std::string error = FirstError(checked, next);
+    if (!error.empty()) {
+        return {std::move(error), {}};
     }
     SettleAll(next);
-    std::string report = Announcement(told, next, mentioned);
+    std::string report = Announcement(alreadyReported, next, mentioned);
     present_ = next;
     return {{}, std::move(report)};
 }

@@ -14,7 +14,7 @@
 namespace Morquil::Simulator {
 
 /// Who makes a change.
-enum class Hand {
+enum class ChangeSource {
     Host,    // cannot set what the device observes: such lines are ignored
     Device,  // a person at the device, or its environment
 };
@@ -22,7 +22,7 @@ enum class Hand {
 /// The result of a change.
 struct ChangeOutcome {
     /// Why it was refused, for people; empty if it was carried out. A refused change has no effect.
-    std::string complaint;
+    std::string error;
     /// The text to send to all hosts: a block with exactly the accepted fields, followed by everything that results
     /// from them. Empty if nothing was accepted.
     std::string report;
@@ -45,10 +45,10 @@ public:
 
     /// Applies the fields of a block of settings and carries out its commands: all or nothing.
     template <class Description>
-    ChangeOutcome Change(const ChangeSetOf<Description>& received, Hand hand) {
+    ChangeOutcome Change(const ChangeSetOf<Description>& received, ChangeSource source) {
         ChangeSetOf<Description> taken = received;
-        if (hand == Hand::Host) {
-            ForgetObservations(taken);
+        if (source == ChangeSource::Host) {
+            RemoveObservations(taken);
         }
         if (IsEmpty(taken)) {
             return {};
@@ -56,14 +56,14 @@ public:
         DeviceBlocks changes;
         changes.Of<Description>() = taken;
         ChangeOutcome outcome = Change(changes);
-        if (outcome.complaint.empty() && !HoldsNothing<Description>(taken)) {
+        if (outcome.error.empty() && !HoldsNothing<Description>(taken)) {
             outcome.report.insert(0, DeviceText<Description>(taken));
         }
         return outcome;
     }
 
     /// Applies the settings of several blocks at once: all or nothing. Commands among them are ignored. Returns the
-    /// complaint, and a report of what is different now.
+    /// error, and a report of what is different now.
     ChangeOutcome Load(const DeviceBlocks& settings);
 
     /// Completes what is due. Time never runs backwards. Returns the text to send to all hosts.
@@ -79,9 +79,9 @@ public:
 
 private:
     ChangeOutcome Change(const DeviceBlocks& changes);
-    /// Makes `next` the current state after adjusting dependent settings, unless a value in `judged` is not offered
-    /// then. Reports the differences from `told`, and in any case the fields that `mentioned` holds.
-    ChangeOutcome Adopt(DeviceBlocks next, const DeviceBlocks& judged, const DeviceBlocks& told,
+    /// Makes `next` the current state after adjusting dependent settings, unless a value in `checked` is not offered
+    /// then. Reports the differences from `alreadyReported`, and in any case the fields that `mentioned` holds.
+    ChangeOutcome Adopt(DeviceBlocks next, const DeviceBlocks& checked, const DeviceBlocks& alreadyReported,
                         const DeviceBlocks& mentioned);
 
     DeviceBlocks factory_;

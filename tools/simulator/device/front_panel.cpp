@@ -78,18 +78,18 @@ public:
     std::string Read(const Setting& setting) {
         const std::string line = std::string(setting.key) + ": " + std::string(setting.value);
         parser_.Feed(std::string(setting.header) + ":\n" + line + "\n\n");
-        if (complaint_.empty() && !taken_) {
-            complaint_ = Escaped(setting.value) + " is no value of " + Escaped(setting.key);
+        if (error_.empty() && !taken_) {
+            error_ = Escaped(setting.value) + " is no value of " + Escaped(setting.key);
         }
-        return std::move(complaint_);
+        return std::move(error_);
     }
 
     template <class Description>
     void OnBlock(const ChangeSetOf<Description>& set) {
         if constexpr (factsOf<Description>.role == BlockRole::Settings) {
             taken_ = taken_ || !HoldsNothing<Description>(set);
-            if (complaint_.empty()) {
-                complaint_ = static_cast<Derived*>(this)->template TakeSettings<Description>(set);
+            if (error_.empty()) {
+                error_ = static_cast<Derived*>(this)->template TakeSettings<Description>(set);
             }
         }
     }
@@ -97,13 +97,13 @@ public:
     void OnAcknowledge(bool /*positive*/) override {}
     void OnUnknownBlock() override {}
     void OnProtocolError(const char* text) override {
-        const std::string_view complaint = text;
-        complaint_ = complaint.substr(0, complaint.find('\n'));
+        const std::string_view error = text;
+        error_ = error.substr(0, error.find('\n'));
     }
 
 private:
     HostTextParser parser_{*this};
-    std::string complaint_;
+    std::string error_;
     bool taken_ = false;
 };
 
@@ -115,9 +115,9 @@ public:
 
     template <class Description>
     std::string TakeSettings(const ChangeSetOf<Description>& set) {
-        ChangeOutcome outcome = state_.Change<Description>(set, Hand::Device);
+        ChangeOutcome outcome = state_.Change<Description>(set, ChangeSource::Device);
         report = std::move(outcome.report);
-        return std::move(outcome.complaint);
+        return std::move(outcome.error);
     }
 
 private:

@@ -13,7 +13,7 @@ void HostSession::OnBlock(const ChangeSetOf<Description>& set) {
     if (unreadable || role == BlockRole::Announcement) {
         Refuse<Description>();
     } else if constexpr (role == BlockRole::Offers) {
-        TellOffer<Description>(set);
+        ReplyWithOffer<Description>(set);
     } else {
         Change<Description>(set);
     }
@@ -26,7 +26,7 @@ void HostSession::Refuse() {
 }
 
 template <class Description>
-void HostSession::TellOffer(const ChangeSetOf<Description>& request) {
+void HostSession::ReplyWithOffer(const ChangeSetOf<Description>& request) {
     // A host requests an offer with the header alone. Hosts cannot change what the device offers.
     if (IsEmpty(request)) {
         answer_.toSender += acknowledged;
@@ -38,8 +38,8 @@ void HostSession::TellOffer(const ChangeSetOf<Description>& request) {
 
 template <class Description>
 void HostSession::Change(const ChangeSetOf<Description>& set) {
-    const ChangeOutcome outcome = state_.Change<Description>(set, Hand::Host);
-    if (!outcome.complaint.empty()) {
+    const ChangeOutcome outcome = state_.Change<Description>(set, ChangeSource::Host);
+    if (!outcome.error.empty()) {
         Refuse<Description>();
         return;
     }

@@ -42,7 +42,7 @@ private:
     template <class Description>
     void Refuse();
     template <class Description>
-    void TellOffer(const ChangeSetOf<Description>& request);
+    void ReplyWithOffer(const ChangeSetOf<Description>& request);
     template <class Description>
     void Change(const ChangeSetOf<Description>& set);
 

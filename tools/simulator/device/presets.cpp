@@ -21,7 +21,7 @@ void Presets::Recall(std::int32_t number, const DeviceBlocks& factory, DeviceBlo
     ForEachBlock<BlockRole::Settings>([&]<class Description>() {
         if constexpr (belongsToPresets<Description>) {
             ChangeSetOf<Description> settings = source.Of<Description>();
-            ForgetObservations(settings);
+            RemoveObservations(settings);
             Merge(device.Of<Description>(), settings);
         }
     });

@@ -44,19 +44,19 @@ std::string SettingInWords(const ChangeSetOf<Description>& set) {
 /// What is wrong with the first value in `received` that a device with these modes and offers does not accept; empty if
 /// it accepts all of them.
 template <class Description>
-std::string FirstComplaint(const ChangeSetOf<Description>& received, const DeviceBlocks& device) {
-    std::string complaint;
+std::string FirstError(const ChangeSetOf<Description>& received, const DeviceBlocks& device) {
+    std::string error;
     ForEachLimitedKey<Description>([&](const auto& key) {
         ChangeSetOf<Description> refused;
         ForEachPair(refused.*key.member, received.*key.member, [&](auto& mark, const auto& field) {
             const auto& offers = device.Of<typename OffersOf<Description>::Type>();
-            if (complaint.empty() && field.IsPresent() && !Allows(key.limit, device, offers, field.Get())) {
+            if (error.empty() && field.IsPresent() && !Allows(key.limit, device, offers, field.Get())) {
                 mark = field;
-                complaint = SettingInWords<Description>(refused) + ": the device does not offer this value";
+                error = SettingInWords<Description>(refused) + ": the device does not offer this value";
             }
         });
     });
-    return complaint;
+    return error;
 }
 
 /// Changes every setting of the block whose value is no longer offered to the nearest offered value.
@@ -75,14 +75,14 @@ void Settle(DeviceBlocks& device) {
 }
 
 /// What is wrong with the first of these settings. Blocks are checked in the order in which they are sent.
-inline std::string FirstComplaint(const DeviceBlocks& received, const DeviceBlocks& device) {
-    std::string complaint;
+inline std::string FirstError(const DeviceBlocks& received, const DeviceBlocks& device) {
+    std::string error;
     ForEachBlock<BlockRole::Settings>([&]<class Description>() {
-        if (complaint.empty()) {
-            complaint = FirstComplaint<Description>(received.Of<Description>(), device);
+        if (error.empty()) {
+            error = FirstError<Description>(received.Of<Description>(), device);
         }
     });
-    return complaint;
+    return error;
 }
 
 inline void SettleAll(DeviceBlocks& device) {

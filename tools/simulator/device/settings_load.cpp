@@ -32,14 +32,14 @@ public:
     void OnAcknowledge(bool /*positive*/) override {}
     void OnUnknownBlock() override {}
     void OnProtocolError(const char* text) override {
-        if (complaint.empty()) {
+        if (error.empty()) {
             const std::string_view reason = text;
-            complaint = place_ + ": " + std::string(reason.substr(0, reason.find('\n')));
+            error = place_ + ": " + std::string(reason.substr(0, reason.find('\n')));
         }
     }
 
     DeviceBlocks settings;
-    std::string complaint;
+    std::string error;
 
 private:
     /// Describes the reader's position in words.
@@ -65,8 +65,8 @@ private:
 ChangeOutcome LoadSettings(DeviceState& device, std::string_view text) {
     SettingsReader reader;
     reader.Read(text);
-    if (!reader.complaint.empty()) {
-        return {std::move(reader.complaint), {}};
+    if (!reader.error.empty()) {
+        return {std::move(reader.error), {}};
     }
     return device.Load(reader.settings);
 }

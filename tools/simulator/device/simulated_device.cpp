@@ -28,12 +28,12 @@ void SimulatedDevice::Receive(HostId host, std::string_view bytes) {
 
 PanelOutcome SimulatedDevice::UsePanel(std::string_view command) {
     PanelOutcome outcome = UseFrontPanel(state_, command);
-    TellAll(outcome.report);
+    NotifyAll(outcome.report);
     return outcome;
 }
 
 void SimulatedDevice::Advance(std::chrono::milliseconds now) {
-    TellAll(state_.Advance(now));
+    NotifyAll(state_.Advance(now));
 }
 
 std::optional<std::chrono::milliseconds> SimulatedDevice::NextDue() const {
@@ -46,11 +46,11 @@ std::string SimulatedDevice::CompleteDump() const {
 
 std::string SimulatedDevice::LoadSettings(std::string_view text) {
     const ChangeOutcome outcome = Simulator::LoadSettings(state_, text);
-    TellAll(outcome.report);
-    return outcome.complaint;
+    NotifyAll(outcome.report);
+    return outcome.error;
 }
 
-void SimulatedDevice::TellAll(std::string_view report) {
+void SimulatedDevice::NotifyAll(std::string_view report) {
     for (auto& [id, host] : hosts_) {
         host.unsent += report;
     }

@@ -44,7 +44,7 @@ public:
     std::string CompleteDump() const;
 
     /// Applies settings, given as blocks of protocol text; all hosts are notified.
-    /// Returns: an empty text, or the first complaint, which names block and key; then nothing has changed.
+    /// Returns: an empty text, or the first error, which names block and key; then nothing has changed.
     std::string LoadSettings(std::string_view text);
 
     /// The text to send to a connected host now; each text is returned once.
@@ -56,7 +56,7 @@ private:
         std::string unsent;
     };
 
-    void TellAll(std::string_view report);
+    void NotifyAll(std::string_view report);
 
     DeviceState state_;
     std::map<HostId, Host> hosts_;

@@ -55,7 +55,7 @@ void FaultyLine::FromDevice(std::string_view text, Moment now) {
     std::string distorted;
     while (!text.empty()) {
         const std::string_view block = TakeBlock(text);
-        if (!std::exchange(preambleSaid_, true)) {
+        if (!std::exchange(preambleSent_, true)) {
             cutNextBlock_ = cutNextBlock_ || faults_.closeMidBlock;
             distorted += block;
         } else if (!faults_.silent && cutNextBlock_ && !IsAcknowledgement(block)) {
@@ -96,12 +96,12 @@ void FaultyLine::Send(std::string text, Moment due) {
     }
 }
 
-void FaultyLine::SayGarbage(Moment now) {
+void FaultyLine::SendGarbage(Moment now) {
     Send(noise_.Garbage(), now + faults_.latency);
 }
 
 void FaultyLine::HangUp(Moment now) {
-    outbox_.ForgetAfter(now);
+    outbox_.DropAfter(now);
     outbox_.AddHangUp(now);
 }
 

@@ -34,7 +34,7 @@ public:
     void FromDevice(std::string_view text, Moment now);
 
     /// Sends garbage once.
-    void SayGarbage(Moment now);
+    void SendGarbage(Moment now);
     /// Hangs up on the host. Text that has not arrived yet is lost.
     void HangUp(Moment now);
     /// Hangs up in the middle of the next block.
@@ -59,7 +59,7 @@ private:
     Noise noise_;
     SpoiledBlocks fromHost_;
     Outbox outbox_;
-    bool preambleSaid_ = false;
+    bool preambleSent_ = false;
     bool cutNextBlock_ = false;
     std::size_t sent_ = 0;
     std::string latestReport_;

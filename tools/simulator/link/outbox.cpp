@@ -24,7 +24,7 @@ void Outbox::AddHangUp(Moment due) {
     }
 }
 
-void Outbox::ForgetAfter(Moment now) {
+void Outbox::DropAfter(Moment now) {
     while (!pieces_.empty() && pieces_.back().due > now) {
         closed_ = closed_ && !pieces_.back().hangUp;
         byteCount_ -= pieces_.back().text.size() - (pieces_.size() == 1 ? taken_ : 0);

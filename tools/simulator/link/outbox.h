@@ -27,7 +27,7 @@ public:
     void Add(std::string text, Moment due);
     void AddHangUp(Moment due);
     /// Drops what is not due yet.
-    void ForgetAfter(Moment now);
+    void DropAfter(Moment now);
 
     /// Returns up to `most` bytes of the first piece that is due, or the end of the connection.
     Delivery Take(Moment now, std::size_t most = everything);

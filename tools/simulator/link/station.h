@@ -35,7 +35,7 @@ public:
 
     /// Whether the connection must end at once and drop pending text: the host leaves too much unread, or sends too
     /// much that is not expected.
-    virtual bool GivesUp(HostId host) const = 0;
+    virtual bool MustDisconnect(HostId host) const = 0;
 
     /// Completes what is due at `now`.
     virtual void Advance(Moment now) = 0;

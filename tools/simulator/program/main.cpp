@@ -29,6 +29,6 @@ int main(int argumentCount, char** arguments) {
     if (exitStatus != 0) {
         return exitStatus;
     }
-    ReadStandardInput([program](std::string line) { program->Obey(std::move(line)); });
+    ReadStandardInput([program](std::string line) { program->Submit(std::move(line)); });
     return program->Run();
 }

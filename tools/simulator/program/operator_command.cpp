@@ -36,25 +36,25 @@ constexpr std::array<CommandWord, 16> commandWords{{
 // clang-format on
 
 /// Reduces blanks to one between words, and removes those at the ends.
-std::string Tidied(std::string_view text) {
-    std::string tidied;
+std::string WithSingleBlanks(std::string_view text) {
+    std::string words;
     for (const char character : Trimmed(text)) {
         const bool isBlank = character == ' ' || character == '\t';
         if (!isBlank) {
-            tidied += character;
-        } else if (!tidied.ends_with(' ')) {
-            tidied += ' ';
+            words += character;
+        } else if (!words.ends_with(' ')) {
+            words += ' ';
         }
     }
-    return tidied;
+    return words;
 }
 
-bool Matches(const CommandWord& command, std::string_view tidied) {
+bool Matches(const CommandWord& command, std::string_view words) {
     if (command.arguments.empty()) {
-        return EqualsIgnoringCase(tidied, command.word);
+        return EqualsIgnoringCase(words, command.word);
     }
-    return StartsIgnoringCase(tidied, command.word) &&
-           (tidied.size() == command.word.size() || tidied[command.word.size()] == ' ');
+    return StartsIgnoringCase(words, command.word) &&
+           (words.size() == command.word.size() || words[command.word.size()] == ' ');
 }
 
 std::string AllWords() {
@@ -73,18 +73,18 @@ PanelOutcome SetRemoteLock(Simulation& simulation, const char* value, std::chron
 }  // namespace
 
 CommandReading ReadCommand(std::string_view text) {
-    const std::string tidied = Tidied(text);
+    const std::string words = WithSingleBlanks(text);
     for (const CommandWord& command : commandWords) {
-        if (!Matches(command, tidied)) {
+        if (!Matches(command, words)) {
             continue;
         }
-        std::string complaint = command.kind == CommandKind::Set ? PanelCommandProblem(text) : std::string();
-        if (!complaint.empty()) {
-            return {std::nullopt, std::move(complaint)};
+        std::string error = command.kind == CommandKind::Set ? PanelCommandProblem(text) : std::string();
+        if (!error.empty()) {
+            return {std::nullopt, std::move(error)};
         }
         return {OperatorCommand{command.kind, std::string(Trimmed(text))}, {}};
     }
-    return {std::nullopt, "unknown command \"" + tidied + "\"; commands are: " + AllWords()};
+    return {std::nullopt, "unknown command \"" + words + "\"; commands are: " + AllWords()};
 }
 
 std::string CommandHelp() {
@@ -113,7 +113,7 @@ PanelOutcome CarryOut(const OperatorCommand& command, Simulation& simulation, st
         case CommandKind::AcknowledgeOff: faults.neverAcknowledge = true; break;
         case CommandKind::RefuseOn:       faults.refuseAll = true; break;
         case CommandKind::RefuseOff:      faults.refuseAll = false; break;
-        case CommandKind::Garbage:        simulation.SayGarbage(now); break;
+        case CommandKind::Garbage:        simulation.SendGarbage(now); break;
         case CommandKind::WaitForHost:
         case CommandKind::WaitForNoHost:
         case CommandKind::Help:

@@ -37,7 +37,7 @@ struct OperatorCommand {
 /// A parsed command, or why the text is not a command.
 struct CommandReading {
     std::optional<OperatorCommand> command;
-    std::string complaint;
+    std::string error;
 };
 CommandReading ReadCommand(std::string_view text);
 

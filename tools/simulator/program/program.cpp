@@ -34,15 +34,15 @@ Program::Moment Program::Now() const {
     return std::chrono::duration_cast<Moment>(std::chrono::steady_clock::now() - start_);
 }
 
-int Program::Unusable(const std::string& file, const std::string& why) {
-    console_.Complain(file + ": " + why);
+int Program::ReportUnusable(const std::string& file, const std::string& why) {
+    console_.PrintError(file + ": " + why);
     return usageError;
 }
 
-std::optional<std::string> Program::ReadOrComplain(const std::string& file, std::size_t limit) {
+std::optional<std::string> Program::ReadOrReport(const std::string& file, std::size_t limit) {
     FileReading reading = ReadInputFile(file, limit);
-    if (!reading.complaint.empty()) {
-        Unusable(file, reading.complaint);
+    if (!reading.error.empty()) {
+        ReportUnusable(file, reading.error);
         return std::nullopt;
     }
     return std::move(reading.content);
@@ -57,18 +57,18 @@ int Program::Prepare() {
 }
 
 int Program::PrepareReplay() {
-    const auto text = ReadOrComplain(options_.replayFile, longestRecording);
+    const auto text = ReadOrReport(options_.replayFile, longestRecording);
     if (!text) {
         return usageError;
     }
     const ConversationReading reading = ReadConversation(*text);
-    if (!reading.complaint.empty()) {
-        return Unusable(options_.replayFile, reading.complaint);
+    if (!reading.error.empty()) {
+        return ReportUnusable(options_.replayFile, reading.error);
     }
     if (reading.events.empty()) {
-        return Unusable(options_.replayFile, "holds no conversation; what --record has written is expected");
+        return ReportUnusable(options_.replayFile, "holds no conversation; what --record has written is expected");
     }
-    replay_.emplace(reading.events, [this](const std::string& difference) { console_.Complain(difference); });
+    replay_.emplace(reading.events, [this](const std::string& difference) { console_.PrintError(difference); });
     return 0;
 }
 
@@ -77,25 +77,25 @@ int Program::PrepareSimulation() {
     if (options_.settingsFile.empty()) {
         return 0;
     }
-    const auto text = ReadOrComplain(options_.settingsFile, longestTextFile);
+    const auto text = ReadOrReport(options_.settingsFile, longestTextFile);
     if (!text) {
         return usageError;
     }
-    const std::string complaint = simulation_->LoadSettings(*text, Moment{0});
-    return complaint.empty() ? 0 : Unusable(options_.settingsFile, complaint);
+    const std::string error = simulation_->LoadSettings(*text, Moment{0});
+    return error.empty() ? 0 : ReportUnusable(options_.settingsFile, error);
 }
 
 int Program::PrepareScript() {
     if (options_.scriptFile.empty()) {
         return 0;
     }
-    const auto text = ReadOrComplain(options_.scriptFile, longestTextFile);
+    const auto text = ReadOrReport(options_.scriptFile, longestTextFile);
     if (!text) {
         return usageError;
     }
     ScriptReading script = ReadScript(*text);
-    if (!script.complaint.empty()) {
-        return Unusable(options_.scriptFile, script.complaint);
+    if (!script.error.empty()) {
+        return ReportUnusable(options_.scriptFile, script.error);
     }
     for (ScriptLine& line : script.lines) {
         fileScript_.Add(std::move(line), Moment{0});
@@ -108,7 +108,7 @@ int Program::PrepareRecording() {
     if (!options_.recordFile.empty()) {
         record_.emplace(options_.recordFile);
         if (!record_->IsOpen()) {
-            return Unusable(options_.recordFile, "cannot be written; a file in a folder that exists is expected");
+            return ReportUnusable(options_.recordFile, "cannot be written; a file in a folder that exists is expected");
         }
         recorder_.emplace(station, [this](const std::string& text) { Record(text); });
     }
@@ -117,7 +117,7 @@ int Program::PrepareRecording() {
                                          .onHostsChanged = [this] { asio::post(context_, [this] { RunScripts(); }); },
                                          .onAcceptFailed =
                                              [this](asio::error_code error) {
-                                                 console_.Complain("cannot accept hosts: " + error.message() +
+                                                 console_.PrintError("cannot accept hosts: " + error.message() +
                                                                    "; trying again until it works");
                                              }});
     return 0;
@@ -125,7 +125,7 @@ int Program::PrepareRecording() {
 
 void Program::Record(const std::string& text) {
     if (!record_->Write(text)) {
-        Unusable(options_.recordFile, "cannot be written; the recording ends here");
+        ReportUnusable(options_.recordFile, "cannot be written; the recording ends here");
     }
 }
 
@@ -136,7 +136,7 @@ int Program::Listen() {
         error = server_->Listen({address, options_.port});
     }
     if (error) {
-        console_.Complain("cannot listen on " + options_.address + ":" + std::to_string(options_.port) + ": " +
+        console_.PrintError("cannot listen on " + options_.address + ":" + std::to_string(options_.port) + ": " +
                           error.message());
         return listeningFailure;
     }
@@ -156,7 +156,7 @@ int Program::Run() {
 int Program::FinishOutput() {
     const auto deadline = [] { return std::chrono::steady_clock::now() + BackgroundWriter::patience; };
     const int status =
-        record_ && !record_->Finish(deadline()) ? Unusable(options_.recordFile, "could not be written completely") : 0;
+        record_ && !record_->Finish(deadline()) ? ReportUnusable(options_.recordFile, "could not be written completely") : 0;
     console_.Finish(deadline());
     return status;
 }
@@ -176,13 +176,13 @@ void Program::EndOnSignals() {
     });
 }
 
-void Program::Obey(std::string line) {
+void Program::Submit(std::string line) {
     if (pendingLines_.Add()) {
-        asio::post(context_, [this, line = std::move(line)] { TakeLine(line); });
+        asio::post(context_, [this, line = std::move(line)] { ProcessLine(line); });
     }
 }
 
-void Program::TakeLine(const std::string& text) {
+void Program::ProcessLine(const std::string& text) {
     ScriptLineReading reading = ReadScriptLine(text);
     if (reading.line) {
         typedScript_.Add(std::move(*reading.line), Now());
@@ -191,8 +191,8 @@ void Program::TakeLine(const std::string& text) {
         return;
     }
     pendingLines_.Remove(1);
-    if (!reading.complaint.empty()) {
-        console_.Complain(reading.complaint);
+    if (!reading.error.empty()) {
+        console_.PrintError(reading.error);
     }
 }
 
@@ -239,11 +239,11 @@ void Program::CarryOutNow(const OperatorCommand& command) {
     } else if (command.kind == CommandKind::Help) {
         console_.Print(ScriptHelp());
     } else if (!simulation_) {
-        console_.Complain("what is replayed obeys nobody; only help and quit are possible");
+        console_.PrintError("what is replayed obeys nobody; only help and quit are possible");
     } else {
         const PanelOutcome outcome = CarryOut(command, *simulation_, Now());
         if (!outcome.refusal.empty()) {
-            console_.Complain(outcome.refusal);
+            console_.PrintError(outcome.refusal);
         }
         PrintReport(outcome.report);
         server_->SendAll();

@@ -50,7 +50,7 @@ public:
     void Stop();
     /// Adds a line of a script, to be carried out after all earlier lines. Waits while 1000 lines are pending.
     /// Threads: any but the one in `Run`.
-    void Obey(std::string line);
+    void Submit(std::string line);
 
 private:
     using Moment = Station::Moment;
@@ -59,13 +59,13 @@ private:
     int PrepareSimulation();
     int PrepareScript();
     int PrepareRecording();
-    int Unusable(const std::string& file, const std::string& why);
-    std::optional<std::string> ReadOrComplain(const std::string& file, std::size_t limit);
+    int ReportUnusable(const std::string& file, const std::string& why);
+    std::optional<std::string> ReadOrReport(const std::string& file, std::size_t limit);
     void Record(const std::string& text);
     int FinishOutput();
 
     Moment Now() const;
-    void TakeLine(const std::string& line);
+    void ProcessLine(const std::string& line);
     void RunScripts();
     /// Returns: whether the script has nothing left to do now.
     bool RunSome(ScriptRunner& script);

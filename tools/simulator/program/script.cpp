@@ -73,7 +73,7 @@ ScriptLineReading ReadScriptLine(std::string_view text) {
     }
     CommandReading reading = ReadCommand(rest);
     if (!reading.command) {
-        return Refused(std::move(reading.complaint));
+        return Refused(std::move(reading.error));
     }
     line.command = std::move(*reading.command);
     return {std::move(line), {}};
@@ -85,16 +85,16 @@ ScriptReading ReadScript(std::string_view text) {
     std::chrono::milliseconds latest{0};
     ForEachLine(text, [&](std::string_view lineText) {
         ++number;
-        if (!script.complaint.empty()) {
+        if (!script.error.empty()) {
             return;
         }
         ScriptLineReading reading = ReadScriptLine(lineText);
         if (reading.line && reading.line->timing == ScriptLine::Timing::At && reading.line->time < latest) {
-            reading.complaint = "lines are carried out in order: " + AsText(latest) +
+            reading.error = "lines are carried out in order: " + AsText(latest) +
                                 " of a line above, or a later time, is expected, not " + AsText(reading.line->time);
         }
-        if (!reading.complaint.empty()) {
-            script = {{}, "line " + std::to_string(number) + ": " + reading.complaint};
+        if (!reading.error.empty()) {
+            script = {{}, "line " + std::to_string(number) + ": " + reading.error};
         } else if (reading.line) {
             latest = reading.line->timing == ScriptLine::Timing::At ? reading.line->time : latest;
             script.lines.push_back(std::move(*reading.line));

@@ -26,17 +26,17 @@ struct ScriptLine {
 /// The maximum length in bytes of a command with its time.
 inline constexpr std::size_t longestScriptLine = 4096;
 
-/// A parsed line of a script. A blank line or a comment has neither a line nor a complaint.
+/// A parsed line of a script. A blank line or a comment has neither a line nor an error.
 struct ScriptLineReading {
     std::optional<ScriptLine> line;
-    std::string complaint;
+    std::string error;
 };
 ScriptLineReading ReadScriptLine(std::string_view text);
 
-/// A whole script, or the first complaint, which begins with its line number.
+/// A whole script, or the first error, which begins with its line number.
 struct ScriptReading {
     std::vector<ScriptLine> lines;
-    std::string complaint;
+    std::string error;
 };
 ScriptReading ReadScript(std::string_view text);
 

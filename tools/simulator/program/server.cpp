@@ -42,7 +42,7 @@ public:
         if (closed_) {
             return;
         }
-        if (server_.station_.GivesUp(host_)) {
+        if (server_.station_.MustDisconnect(host_)) {
             server_.Drop(host_);
             return;
         }

@@ -44,9 +44,9 @@ PanelOutcome Simulation::UsePanel(std::string_view command, Moment now) {
 
 std::string Simulation::LoadSettings(std::string_view text, Moment now) {
     Advance(now);
-    std::string complaint = device_.LoadSettings(text);
+    std::string error = device_.LoadSettings(text);
     SendAll(now);
-    return complaint;
+    return error;
 }
 
 void Simulation::HangUp(Moment now) {
@@ -61,9 +61,9 @@ void Simulation::HangUpMidBlock() {
     }
 }
 
-void Simulation::SayGarbage(Moment now) {
+void Simulation::SendGarbage(Moment now) {
     for (auto& [host, line] : lines_) {
-        line.SayGarbage(now);
+        line.SendGarbage(now);
     }
 }
 

@@ -21,14 +21,14 @@ public:
     void Receive(HostId host, std::string_view bytes, Moment now) override;
     Delivery Take(HostId host, Moment now) override;
     std::optional<Moment> NextDelivery(HostId host) const override;
-    bool GivesUp(HostId host) const override { return lines_.at(host).IsUnread(); }
+    bool MustDisconnect(HostId host) const override { return lines_.at(host).IsUnread(); }
     void Advance(Moment now) override;
     std::optional<Moment> NextDue() const override { return device_.NextDue(); }
 
     /// Carries out a command at the front panel. All hosts are notified of what it changed.
     PanelOutcome UsePanel(std::string_view command, Moment now);
     /// Applies settings, given as blocks of protocol text.
-    /// Returns: an empty text, or the first complaint.
+    /// Returns: an empty text, or the first error.
     std::string LoadSettings(std::string_view text, Moment now);
 
     /// The faults that apply from now on.
@@ -38,7 +38,7 @@ public:
 
     void HangUp(Moment now);
     void HangUpMidBlock();
-    void SayGarbage(Moment now);
+    void SendGarbage(Moment now);
 
 private:
     void SendAll(Moment now);

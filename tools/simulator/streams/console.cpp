@@ -6,7 +6,7 @@ namespace Morquil::Simulator {
 
 namespace {
 
-std::string Complaint(const std::string& text) {
+std::string ErrorLine(const std::string& text) {
     return "morquil-sim: " + text + "\n";
 }
 
@@ -20,13 +20,13 @@ Console::Console()
                    },
                .noteDropped =
                    [](std::size_t count) {
-                       return OutputPiece{Complaint("dropped " + std::to_string(count) + " messages: nobody read them"),
+                       return OutputPiece{ErrorLine("dropped " + std::to_string(count) + " messages: nobody read them"),
                                           standardError};
                    }},
               pendingLimit) {}
 
-void Console::Complain(const std::string& text) {
-    writer_.Write({Complaint(text), standardError});
+void Console::PrintError(const std::string& text) {
+    writer_.Write({ErrorLine(text), standardError});
 }
 
 }  // namespace Morquil::Simulator

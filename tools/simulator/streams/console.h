@@ -18,7 +18,7 @@ public:
     /// Prints whole lines on standard output.
     void Print(std::string lines) { writer_.Write({std::move(lines), standardOutput}); }
     /// Prints a line on standard error.
-    void Complain(const std::string& text);
+    void PrintError(const std::string& text);
     /// Waits until everything is written, but not beyond `deadline`.
     void Finish(BackgroundWriter::TimePoint deadline) { writer_.Finish(deadline); }
 

@@ -8,7 +8,7 @@ namespace Morquil::Simulator {
 /// The content of a file, or why it is unusable.
 struct FileReading {
     std::string content;
-    std::string complaint;
+    std::string error;
 };
 
 /// Reads a whole file of at most `limit` bytes, a multiple of 1 MiB.

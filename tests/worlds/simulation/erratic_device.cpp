@@ -1,10 +1,10 @@
-#include "tests/worlds/simulation/mad_device.h"
+#include "tests/worlds/simulation/erratic_device.h"
 
 #include <algorithm>
 #include <array>
 #include <vector>
 
-#include "tests/worlds/simulation/device_sayings.h"
+#include "tests/worlds/simulation/device_messages.h"
 #include "tests/worlds/simulation/spoken_keys.h"
 
 namespace Morquil::Testing::Worlds {
@@ -16,7 +16,7 @@ constexpr std::uint32_t longestRow = 200;
 
 }  // namespace
 
-MadDevice::MadDevice(Dice& dice, bool isThere)
+ErraticDevice::ErraticDevice(Dice& dice, bool isThere)
     : dice_(dice),
       isSpoiling_(dice.OneIn(3)),
       acknowledges_(dice.OneIn(4) ? 3 : 4),
@@ -35,11 +35,11 @@ MadDevice::MadDevice(Dice& dice, bool isThere)
     manners.sendsFailFrom = dice.OneIn(20) ? dice.Below(30'000) : never;
 }
 
-Time MadDevice::Delay() {
+Time ErraticDevice::Delay() {
     return isSlow_ && dice_.OneIn(8) ? dice_.Below(11'000) : dice_.Below(4);
 }
 
-void MadDevice::Say(DeviceMessage message, Time delay) {
+void ErraticDevice::Say(DeviceMessage message, Time delay) {
     if (isSpoiling_ && message.kind == DeviceMessage::Kind::Block) {
         Spoil(dice_, message);
     }
@@ -49,7 +49,7 @@ void MadDevice::Say(DeviceMessage message, Time delay) {
     wire.Say(dice_, message, delay);
 }
 
-void MadDevice::Greet() {
+void ErraticDevice::Greet() {
     enum Greeting { wrongVersion, remoteLocked, lackingBlocks, silent, cutOff, hangsUp, complete };
     const std::uint32_t greeting = dice_.Below(20);
     if (greeting == silent) {
@@ -75,7 +75,7 @@ void MadDevice::Greet() {
     }
 }
 
-DeviceMessage MadDevice::Echo(const std::string& block) {
+DeviceMessage ErraticDevice::Echo(const std::string& block) {
     DeviceMessage echo = BlockMessage(block);
     if (!echo.lines.empty() && dice_.OneIn(8)) {
         return Change();
@@ -83,7 +83,7 @@ DeviceMessage MadDevice::Echo(const std::string& block) {
     return echo;
 }
 
-void MadDevice::Answer(const std::string& block) {
+void ErraticDevice::Answer(const std::string& block) {
     const bool acknowledges = dice_.Below(4) < acknowledges_;
     const DeviceMessage acknowledgement = Acknowledgement(dice_.Below(4) >= refuses_);
     const bool isFirst = !dice_.OneIn(8);
@@ -108,7 +108,7 @@ void MadDevice::Answer(const std::string& block) {
 }
 
 /// Of one key, and maybe of some that follow it in its block.
-DeviceMessage MadDevice::ChangeOfKeys() {
+DeviceMessage ErraticDevice::ChangeOfKeys() {
     const std::vector<SpokenKey>& keys = SpokenKeys();
     std::size_t place = dice_.Below(static_cast<std::uint32_t>(keys.size()));
     const std::string& header = keys[place].header;
@@ -123,7 +123,7 @@ DeviceMessage MadDevice::ChangeOfKeys() {
     return BlockMessage(header, lines);
 }
 
-DeviceMessage MadDevice::Change() {
+DeviceMessage ErraticDevice::Change() {
     if (!dice_.OneIn(3)) {
         return ChangeOfKeys();
     }
@@ -147,7 +147,7 @@ DeviceMessage MadDevice::Change() {
 }
 
 /// Unexpected acknowledgements, or refusals. Rows of them arrive together, and hosts act between the rows.
-void MadDevice::Storm(bool isPositive, std::uint32_t count) {
+void ErraticDevice::Storm(bool isPositive, std::uint32_t count) {
     while (count > 0) {
         const std::uint32_t row = 1 + dice_.Below(std::min(count, longestRow));
         wire.SayWhole(Acknowledgement(isPositive, row), Delay());
@@ -155,11 +155,11 @@ void MadDevice::Storm(bool isPositive, std::uint32_t count) {
     }
 }
 
-void MadDevice::Leave() {
+void ErraticDevice::Leave() {
     wire.End(AnyEnding(), 0);
 }
 
-void MadDevice::HangUp() {
+void ErraticDevice::HangUp() {
     if (dice_.OneIn(2)) {
         wire.End(AnyEnding(), Delay());
     } else {
@@ -168,7 +168,7 @@ void MadDevice::HangUp() {
 }
 
 /// Random bytes, or a block with some bytes changed.
-std::string MadDevice::WildBytes() {
+std::string ErraticDevice::WildBytes() {
     if (dice_.OneIn(2)) {
         std::string bytes(dice_.Below(80), '\0');
         for (char& byte : bytes) {
@@ -183,7 +183,7 @@ std::string MadDevice::WildBytes() {
     return bytes;
 }
 
-void MadDevice::SpeakUp() {
+void ErraticDevice::ActUnprompted() {
     if (isWild_ && dice_.OneIn(2)) {
         return wire.Say(WildBytes());
     }

@@ -10,10 +10,10 @@
 namespace Morquil::Testing::Worlds {
 
 /// A device, and a network, that may do anything with one connection.
-class MadDevice {
+class ErraticDevice {
 public:
     /// One that is absent accepts no connections.
-    MadDevice(Dice& dice, bool isThere);
+    ErraticDevice(Dice& dice, bool isThere);
 
     NetworkManners manners;
     Wire wire;
@@ -25,7 +25,7 @@ public:
     /// Whether it may send bytes that are not protocol text at all.
     bool IsWild() const { return isWild_; }
     /// It sends something unrequested, or hangs up.
-    void SpeakUp();
+    void ActUnprompted();
     /// It disappears, in the middle of whatever it was doing.
     void Leave();
 

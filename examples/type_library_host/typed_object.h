@@ -18,16 +18,16 @@ public:
     VARIANT value{};
 };
 
-class LearntObject {
+class TypedObject {
 public:
     /// Takes over one reference to `object`, which must be of the interface `type`.
-    LearntObject(Type type, void* object) : type_(std::move(type)), object_(static_cast<IUnknown*>(object)) {}
+    TypedObject(Type type, void* object) : type_(std::move(type)), object_(static_cast<IUnknown*>(object)) {}
 
     /// Calls a method by its slot in the type library, and throws std::runtime_error when it fails.
     void Call(const std::string& method, std::initializer_list<Argument> arguments) const;
 
     /// The same object through another interface.
-    LearntObject As(Type type) const;
+    TypedObject As(Type type) const;
 
     IUnknown* Get() const { return object_.get(); }
     const Type& GetType() const { return type_; }

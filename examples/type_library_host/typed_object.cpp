@@ -1,4 +1,4 @@
-#include "learnt_object.h"
+#include "typed_object.h"
 
 #include <oleauto.h>
 
@@ -27,10 +27,10 @@ Argument::Argument(void** out) {
     value.byref = out;
 }
 
-void LearntObject::Call(const std::string& method, std::initializer_list<Argument> arguments) const {
-    const Method learnt = type_.MethodNamed(method);
-    if (learnt.argumentCount != arguments.size()) {
-        throw std::runtime_error(method + " takes " + std::to_string(learnt.argumentCount) + " arguments");
+void TypedObject::Call(const std::string& method, std::initializer_list<Argument> arguments) const {
+    const Method found = type_.MethodNamed(method);
+    if (found.argumentCount != arguments.size()) {
+        throw std::runtime_error(method + " takes " + std::to_string(found.argumentCount) + " arguments");
     }
     std::vector<VARTYPE> kinds;
     std::vector<VARIANTARG> values;
@@ -43,7 +43,7 @@ void LearntObject::Call(const std::string& method, std::initializer_list<Argumen
         places.push_back(&value);
     }
     VARIANT result{};
-    const HRESULT called = DispCallFunc(object_.get(), learnt.offset, CC_STDCALL, VT_ERROR, learnt.argumentCount,
+    const HRESULT called = DispCallFunc(object_.get(), found.offset, CC_STDCALL, VT_ERROR, found.argumentCount,
                                         kinds.data(), places.data(), &result);
     if (FAILED(called) || FAILED(result.scode)) {
         char code[16];
@@ -52,10 +52,10 @@ void LearntObject::Call(const std::string& method, std::initializer_list<Argumen
     }
 }
 
-LearntObject LearntObject::As(Type type) const {
+TypedObject TypedObject::As(Type type) const {
     void* other = nullptr;
     if (FAILED(object_->QueryInterface(type.Identifier(), &other))) {
         throw std::runtime_error("the object has no such interface");
     }
-    return LearntObject(std::move(type), other);
+    return TypedObject(std::move(type), other);
 }

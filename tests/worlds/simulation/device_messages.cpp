@@ -1,4 +1,4 @@
-#include "tests/worlds/simulation/device_sayings.h"
+#include "tests/worlds/simulation/device_messages.h"
 
 #include <array>
 

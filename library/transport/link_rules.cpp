@@ -1,5 +1,7 @@
 #include "transport/link_rules.h"
 
+#include <algorithm>
+
 namespace Morquil {
 
 LinkRules::Action LinkRules::OnEvent(CommsEvent event, bool wasInterrupted) {
@@ -37,8 +39,17 @@ LinkRules::Action LinkRules::OnReceived(int result, int size) {
     return result == size && receives_ < receivesPerEvent ? Action::Receive : Action::Wait;
 }
 
+LinkRules::Action LinkRules::OnSilence() {
+    if (isBlockInFlight_) {
+        return Action::End;
+    }
+    answeredCount_ = sentCount_;
+    return Action::SendPing;
+}
+
 LinkRules::Action LinkRules::OnAcknowledged() {
     isBlockInFlight_ = false;
+    answeredCount_ = std::min(answeredCount_ + 1, sentCount_);
     return Action::SendNext;
 }
 

@@ -34,19 +34,32 @@ public:
     Action OnAcknowledged();
 
     /// A block has been sent. It is in flight until the device answers.
-    void OnBlockSent() { isBlockInFlight_ = true; }
+    void OnBlockSent() {
+        isBlockInFlight_ = true;
+        ++sentCount_;
+    }
+
+    /// A ping has been sent. It is not in flight, but the device answers it as well.
+    void OnPingSent() { ++sentCount_; }
+
+    /// How many blocks and pings have been sent and answered. Answers come in the order of sending. What is unanswered
+    /// when a silent device is asked again will not be answered any more, and counts as answered.
+    std::uint64_t SentCount() const { return sentCount_; }
+    std::uint64_t AnsweredCount() const { return answeredCount_; }
 
     /// Any bytes have been sent.
     void OnBytesSent() { silence_.Break(); }
 
 private:
-    Action OnSilence() const { return isBlockInFlight_ ? Action::End : Action::SendPing; }
+    Action OnSilence();
 
     /// After this many full receives in a row, a flood of bytes is interrupted to check the wake-ups.
     static constexpr int receivesPerEvent = 16;
 
     Silence silence_;
     bool isBlockInFlight_ = false;
+    std::uint64_t sentCount_ = 0;
+    std::uint64_t answeredCount_ = 0;
     int receives_ = 0;  // since the last event
 };
 

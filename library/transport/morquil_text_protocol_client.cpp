@@ -16,8 +16,15 @@ HRESULT MorquilTextProtocolClient::QueueInSlot(PendingSlot slot, std::unique_ptr
 
 std::unique_ptr<TextProtocolMessageBase> MorquilTextProtocolClient::TakeNextMessage() {
     std::unique_ptr<TextProtocolMessageBase> message = pending_.TakeNext();
-    if (message != nullptr && message->recordSentText) {
-        sentTexts_.Append(TextOf(*message));
+    const bool isFollowed = receipts_.IsActive();
+    if (message != nullptr && (message->recordSentText || isFollowed)) {
+        std::string text = TextOf(*message);
+        if (isFollowed) {
+            receipts_.OnSending(Rules().SentCount() + 1, text);
+        }
+        if (message->recordSentText) {
+            sentTexts_.Append(std::move(text));
+        }
     }
     return message;
 }
@@ -27,8 +34,11 @@ void MorquilTextProtocolClient::OnDataReceived(const char* bytes, std::size_t le
 }
 
 /// A refusal releases the next block exactly as an acknowledgement does: the mirror shows the device's actual values.
-void MorquilTextProtocolClient::OnAcknowledge(bool /*positive*/) {
+void MorquilTextProtocolClient::OnAcknowledge(bool positive) {
+    lastAnswer_ = positive;
     Acknowledge();
+    receipts_.OnAnswered(Rules().AnsweredCount(), positive);
+    receipts_.NotifyDue();
 }
 
 /// A host is not notified of a device's malformed lines. They appear on the console as received.

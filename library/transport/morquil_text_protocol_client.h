@@ -9,6 +9,7 @@
 #include "protocol/sink.h"
 #include "transport/message_queue.h"
 #include "transport/pending_messages.h"
+#include "transport/reported_keys.h"
 #include "transport/sent_texts.h"
 #include "transport/text_protocol_client.h"
 
@@ -27,6 +28,8 @@ public:
 
 protected:
     std::unique_ptr<TextProtocolMessageBase> TakeNextMessage() override;
+    void OnWoken() override { receipts_.NotifyDue(); }
+    void OnSilence() override { receipts_.OnAnswered(Rules().AnsweredCount(), lastAnswer_); }
     void OnDataReceived(const char* bytes, std::size_t length) override;
 
     /// Whether any sent text still awaits its echo. On the connection thread, like the next two.
@@ -35,6 +38,9 @@ protected:
     bool IsSentText(const std::string& text) const { return sentTexts_.Contains(text); }
     /// Forgets a sent block and all blocks that were sent before it.
     void DropSentThrough(const std::string& text) { sentTexts_.DropThrough(text); }
+
+    /// The receipts of this connection's messages.
+    Receipts& MessageReceipts() { return receipts_; }
 
     /// Drops everything that arrives from now on.
     /// Threads: any, also inside a sink operation.
@@ -46,7 +52,9 @@ private:
 
     SentTexts sentTexts_;
     MorquilTextProtocolParser parser_;
-    PendingMessages pending_;
+    Receipts receipts_{&IsReportedBack};
+    PendingMessages pending_{receipts_};
+    bool lastAnswer_ = true;
 };
 
 }  // namespace Morquil

@@ -18,10 +18,20 @@ constexpr std::array<bool, PendingMessages::slotCount> scannedSlots = [] {
     return scanned;
 }();
 
+/// The slots of messages that hosts queue. The library itself requests what a device offers.
+constexpr std::array<bool, PendingMessages::slotCount> hostSlots = [] {
+    std::array<bool, PendingMessages::slotCount> hosts{};
+    ForEachBlock<BlockRole::Settings>([&]<class Description>() { hosts[factsOf<Description>.slot - 1] = true; });
+    return hosts;
+}();
+
 }  // namespace
 
 bool PendingMessages::Add(PendingSlot slot, std::unique_ptr<TextProtocolMessageBase> message) {
     QRN::Core::Lock lock(lock_);
+    if (hostSlots[slot.index]) {
+        receipts_.OnQueued(slot.index, scannedSlots[slot.index]);
+    }
     std::unique_ptr<TextProtocolMessageBase>& waiting = slots_[slot.index];
     if (waiting == nullptr) {
         waiting = std::move(message);
@@ -35,6 +45,7 @@ std::unique_ptr<TextProtocolMessageBase> PendingMessages::TakeNext() {
     QRN::Core::Lock lock(lock_);
     for (std::size_t slot = 0; slot < slotCount; ++slot) {
         if (scannedSlots[slot] && slots_[slot] != nullptr) {
+            receipts_.OnTaken(slot);
             return std::move(slots_[slot]);
         }
     }

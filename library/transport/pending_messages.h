@@ -7,6 +7,7 @@
 
 #include "core/lockable.h"
 #include "core/thread_safety.h"
+#include "delivery/receipts.h"
 #include "protocol/table/message.h"
 #include "transport/pending_slots.h"
 
@@ -18,7 +19,11 @@ class PendingMessages {
 public:
     static constexpr std::size_t slotCount = pendingSlotCount;
 
-    /// Returns whether the message was put into an empty slot; otherwise it was merged into the pending one.
+    /// `receipts` follow the messages; they must outlive the object.
+    explicit PendingMessages(Receipts& receipts) : receipts_(receipts) {}
+
+    /// Returns: whether the message was put into an empty slot; otherwise it was merged into the pending one.
+    /// Throws:  std::bad_alloc; nothing has changed.
     template <class Set>
     bool Add(std::unique_ptr<TextProtocolMessage<Set>> message) {
         return Add(PendingSlotOf<Set>(), std::move(message));
@@ -29,6 +34,7 @@ public:
     std::unique_ptr<TextProtocolMessageBase> TakeNext();
 
 private:
+    Receipts& receipts_;
     QRN::Core::Lockable lock_;
     std::array<std::unique_ptr<TextProtocolMessageBase>, slotCount> slots_ GUARDED_BY(lock_);
 };

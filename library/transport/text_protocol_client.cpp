@@ -183,6 +183,8 @@ LinkRules::Action TextProtocolClient::NextAction() {
     const bool wasInterrupted = errno == EINTR;
     if (event == CommsEvent::StopRequested) {
         stopSignalled_ = false;
+    } else if (event == CommsEvent::UserSignal) {
+        OnWoken();
     }
     return rules_.OnEvent(event, wasInterrupted);
 }
@@ -196,7 +198,9 @@ bool TextProtocolClient::Do(LinkRules::Action action) {
             SendNextMessage();
             return true;
         case LinkRules::Action::SendPing:
+            OnSilence();
             SendFormatted("PING\n\n");
+            rules_.OnPingSent();
             return true;
         case LinkRules::Action::Receive:
             ReceiveAvailable();

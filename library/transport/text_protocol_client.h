@@ -59,13 +59,21 @@ protected:
     /// The connection thread's last call. It may destroy the client.
     virtual void OnThreadEnding() {}
 
+    /// The connection was woken by `WakeConnection`. On the connection thread.
+    virtual void OnWoken() {}
+    /// The device is silent and is about to be asked whether it is still there. On the connection thread.
+    virtual void OnSilence() {}
+
     /// The device has answered: sends the next message, if one is pending. On the connection thread.
     void Acknowledge();
+    /// What has been sent and answered. On the connection thread.
+    const LinkRules& Rules() const { return rules_; }
     /// Requests the end of the connection thread and of a `Start` that is still connecting.
     /// Returns: whether the request could be delivered.
     bool RequestStop();
     bool IsOnConnectionThread() const { return threadId_ == QRN::Core::CurrentThreadId(); }
     bool WakeSender() { return comms_->Signal(signalSend); }
+    bool WakeConnection() { return comms_->Signal(signalUser); }
 
     /// The end of the connection is reported only while this is not 0.
     std::atomic<std::uint32_t> disconnectNoticeCount_ = 0;

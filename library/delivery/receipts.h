@@ -66,8 +66,8 @@ public:
     /// Calls the observers of the receipts that were answered or settled.
     void NotifyDue();
 
-    /// The connection has ended: notifies the observers of all receipts. None can be opened any more. Allocates nothing.
-    /// Threads: any.
+    /// The connection has ended: notifies the observers of all receipts. None can be opened any more. Allocates
+    /// nothing. Threads: any.
     void OnLost();
     /// Drops all receipts without a notification. None can be opened any more.
     /// Threads: any.

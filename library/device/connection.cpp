@@ -135,6 +135,8 @@ HRESULT CMorquilDevice::Disconnect() {
     settingsLoader_.Stop();
     SilenceProperties();
     Stop();
+    // On the connection thread itself, or when waiting for it would be a deadlock, it has not ended yet.
+    MessageReceipts().OnLost();
     ClearMirror();
     {
         ConnectionRound round(connectionObservers_);
@@ -150,11 +152,18 @@ HRESULT CMorquilDevice::Disconnect() {
 void CMorquilDevice::SilenceProperties() {
     StopListening();
     Silence();
+    delivery_.Silence();
     ForEachFeature([](FeatureBase& feature) { feature.Silence(); });
+}
+
+void CMorquilDevice::OnThreadStarting() {
+    TakeHold();
+    MessageReceipts().OnConnected();
 }
 
 void CMorquilDevice::OnConnectionChanged(bool connected) {
     if (!connected) {
+        MessageReceipts().OnLost();
         Disconnect();
     }
 }

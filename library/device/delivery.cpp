@@ -50,6 +50,5 @@ STDMETHODIMP CMorquilDelivery::GetSilence(UINT* milliseconds) {
 
 void CMorquilDelivery::Report(_MorquilPropertySetId propertySet, _MorquilReportKind kind, _MorquilReportOrigin origin) {
     Morquil::ObserverList<IMorquilReportObserver>::Round round(reportObservers_);
-    round.CallEach(
-        [&](IMorquilReportObserver& observer) { observer.BlockReported(propertySet, kind, origin); });
+    round.CallEach([&](IMorquilReportObserver& observer) { observer.BlockReported(propertySet, kind, origin); });
 }

@@ -32,6 +32,9 @@ void* CMorquilDevice::FindInterface(REFIID iid) {
     if (IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IMorquilDevice)) {
         return static_cast<IMorquilDevice*>(this);
     }
+    if (IsEqualIID(iid, IID_IMorquilDelivery)) {
+        return static_cast<IMorquilDelivery*>(&delivery_);
+    }
     for (FeatureBase* const feature : handedOut_) {
         if (IsEqualIID(iid, feature->Iid())) {
             return feature->AsUnknown();
@@ -55,6 +58,7 @@ void CMorquilDevice::LastReferenceGone() {
     disconnectNoticeCount_ = 0;
     settingsLoader_.Stop();
     SilenceProperties();
+    MessageReceipts().Silence();
     if (QRN::Core::CallbackScope::OnThisThread()) {
         connectionObservers_.CancelRounds();
     }

@@ -10,6 +10,7 @@
 #include "core/event.h"
 #include "core/lockable.h"
 #include "core/thread_safety.h"
+#include "device/delivery.h"
 #include "features/all.h"
 #include "features/feature_set.h"
 #include "observers/observable_property_set.h"
@@ -74,7 +75,7 @@ public:
 
 protected:
     void OnConnectionChanged(bool connected) override;
-    void OnThreadStarting() override { TakeHold(); }
+    void OnThreadStarting() override;
     void OnThreadEnding() override { GiveHoldBack(); }
 
     // Blocks that need more than storing their values in the features.
@@ -92,6 +93,7 @@ private:
 
     enum class ConnectionState : std::uint32_t { Disconnected = 0, Connecting = 1, Connected = 2, Disconnecting = 3 };
 
+    friend class CMorquilDelivery;
     friend class Morquil::EveryBlockSink<CMorquilDevice, Morquil::MorquilTextProtocolClient>;
 
     class Hold;
@@ -129,6 +131,13 @@ private:
     void ApplySettings(const Set& set);
     template <class Description>
     void ApplyAvailability(const Morquil::ChangeSetOf<Description>& set);
+    template <class Description>
+    std::string ComparableText(const Morquil::ChangeSetOf<Description>& set);
+    template <class Description>
+    void ReportSettings(const std::string& text, _MorquilReportOrigin origin);
+    template <class Description>
+    void SettleReceipts(const std::string& text);
+    void Report(_MorquilPropertySetId propertySet, _MorquilReportKind kind, _MorquilReportOrigin origin);
     template <class Set>
     void Request();
     void RequestAllOffers();
@@ -142,6 +151,7 @@ private:
     std::array<Morquil::FeatureBase*, Morquil::FeatureSet<Morquil::Features>::size> handedOut_;
 
     Morquil::MorquilConfigLoader settingsLoader_{*this};
+    CMorquilDelivery delivery_{*this};
 
     /// Held while the whole mirror is cleared or read for a settings file, so that no file holds only part of it. Taken
     /// before the lock of any single part.

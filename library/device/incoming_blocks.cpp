@@ -16,7 +16,8 @@ constexpr std::uint32_t supportedVersionMinor = 22;
 
 /// Whether a block carries a value other than the getter's. An unknown value differs from every known one.
 template <class FeatureClass, class Out, class FieldType>
-bool Differs(FeatureClass& feature, HRESULT (STDMETHODCALLTYPE FeatureClass::*getter)(Out*), const FieldType& incoming) {
+bool Differs(FeatureClass& feature, HRESULT (STDMETHODCALLTYPE FeatureClass::*getter)(Out*),
+             const FieldType& incoming) {
     Out current{};
     return incoming.IsPresent() && ((feature.*getter)(&current) != S_OK || current != static_cast<Out>(incoming.Get()));
 }
@@ -37,6 +38,13 @@ void CMorquilDevice::RequestAllOffers() {
             Request<Description>();
         }
     });
+}
+
+/// An observer may have disconnected meanwhile.
+void CMorquilDevice::Report(_MorquilPropertySetId propertySet, _MorquilReportKind kind, _MorquilReportOrigin origin) {
+    if (delivery_.HasReportObservers() && IsListening()) {
+        delivery_.Report(propertySet, kind, origin);
+    }
 }
 
 void CMorquilDevice::OnProtocolPreamble(const ProtocolPreambleChangeSet& set) {
@@ -71,6 +79,8 @@ void CMorquilDevice::OnMorquilDevice(const MorquilDeviceChangeSet& set) {
         NotifyObservers();
     }
     CheckInitialState();
+    Report(PropertySet(), morquilReportSettings, morquilReportElsewhere);
+    SettleReceipts<MorquilDeviceChangeSet>(ComparableText<MorquilDeviceChangeSet>(set));
 }
 
 void CMorquilDevice::OnVideoInput(const VideoInputChangeSet& set) {
@@ -108,11 +118,12 @@ void CMorquilDevice::OnVideoOutput(const VideoOutputChangeSet& set) {
         Request<VideoAdvancedAvailabilityChangeSet>();
         Request<GenlockAvailabilityChangeSet>();
     }
+    const std::string text = ComparableText<VideoOutputChangeSet>(set);
+    const bool isEcho = IsSentText(text);
     output.ApplyChangeSet(set, true);
     CheckInitialState();
-    if (AwaitsEcho()) {
-        DropSentThrough(BlockText<VideoOutputChangeSet>(set));
-    }
+    DropSentThrough(text);
+    ReportSettings<VideoOutputChangeSet>(text, isEcho ? morquilReportEcho : morquilReportElsewhere);
 }
 
 void CMorquilDevice::OnVideoAdvanced(const VideoAdvancedChangeSet& set) {
@@ -139,4 +150,5 @@ void CMorquilDevice::OnSupportedConversions(const SupportedConversionsChangeSet&
         conversionsReceived_ = true;
     }
     CheckInitialState();
+    Report(PropertySet(), morquilReportAvailability, morquilReportElsewhere);
 }

@@ -26,7 +26,7 @@ void CMorquilDevice::OnBlock(const Morquil::ChangeSetOf<Description>& set) {
 /// setter.
 template <class Set>
 void CMorquilDevice::ApplySettings(const Set& set) {
-    const std::string text = AwaitsEcho() ? Morquil::BlockText<Set>(set) : std::string();
+    const std::string text = ComparableText<Set>(set);
     const bool notify = !IsSentText(text);
     ForEachFeature([&]<class FeatureClass>(FeatureClass& feature) {
         if constexpr (std::is_same_v<typename FeatureClass::SettingsBlock, Set>) {
@@ -38,6 +38,7 @@ void CMorquilDevice::ApplySettings(const Set& set) {
     });
     CheckInitialState();
     DropSentThrough(text);
+    ReportSettings<Set>(text, notify ? morquilReportElsewhere : morquilReportEcho);
 }
 
 template <class Description>
@@ -50,4 +51,34 @@ void CMorquilDevice::ApplyAvailability(const Morquil::ChangeSetOf<Description>& 
         }
     });
     CheckInitialState();
+    ForEachFeature([&]<class FeatureClass>(FeatureClass& feature) {
+        if constexpr (std::is_same_v<typename FeatureClass::AvailabilityBlock, Description>) {
+            Report(feature.PropertySet(), morquilReportAvailability, morquilReportElsewhere);
+        }
+    });
+}
+
+/// The text of a received block, if anything is waiting to be compared with it.
+template <class Description>
+std::string CMorquilDevice::ComparableText(const Morquil::ChangeSetOf<Description>& set) {
+    return AwaitsEcho() || MessageReceipts().IsActive() ? Morquil::BlockText<Description>(set) : std::string();
+}
+
+/// The block has been merged and property observers have been notified: notifies those who follow reports.
+template <class Description>
+void CMorquilDevice::ReportSettings(const std::string& text, _MorquilReportOrigin origin) {
+    ForEachFeature([&]<class FeatureClass>(FeatureClass& feature) {
+        if constexpr (std::is_same_v<typename FeatureClass::SettingsBlock, Description>) {
+            Report(feature.PropertySet(), morquilReportSettings, origin);
+        }
+    });
+    SettleReceipts<Description>(text);
+}
+
+template <class Description>
+void CMorquilDevice::SettleReceipts(const std::string& text) {
+    if (IsListening()) {
+        MessageReceipts().OnReport(Morquil::factsOf<Description>.slot - 1, text);
+        MessageReceipts().NotifyDue();
+    }
 }

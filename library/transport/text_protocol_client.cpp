@@ -49,6 +49,8 @@ bool TextProtocolClient::Start() {
         return false;
     }
     rules_ = {};
+    hasReceived_ = true;
+    lastReceived_ = QRN::Core::Now();
     OnConnectionChanged(true);
     if (StartThread()) {
         return true;
@@ -170,12 +172,25 @@ std::uint32_t TextProtocolClient::ThreadMain(void* client) {
 void TextProtocolClient::Run() {
     try {
         do {
-            comms_->SetWaitMode(true, rules_.NextWaitMs(QRN::Core::Now()));
+            const QRN::Core::Clock::time_point now = QRN::Core::Now();
+            if (std::exchange(hasReceived_, false)) {
+                lastReceived_ = now;
+            }
+            comms_->SetWaitMode(true, rules_.NextWaitMs(now));
         } while (Do(NextAction()) && !stopRequested_);
     } catch (...) {
         // Without memory for a block the mirror would be wrong from here on, so the connection ends.
         gathering_ = false;
     }
+}
+
+HRESULT TextProtocolClient::GetSilence(UINT& milliseconds) const {
+    if (!running_) {
+        return E_FAIL;
+    }
+    const auto silence = QRN::Core::Now() - lastReceived_.load();
+    milliseconds = static_cast<UINT>(std::chrono::duration_cast<std::chrono::milliseconds>(silence).count());
+    return S_OK;
 }
 
 LinkRules::Action TextProtocolClient::NextAction() {
@@ -282,6 +297,7 @@ void TextProtocolClient::ReceiveAvailable() {
             // The console shows the received bytes as text, up to the first zero byte.
             const auto length = static_cast<std::size_t>(received);
             Print(UpToZero({receiveBuffer_.data(), length}));
+            hasReceived_ = true;
             OnDataReceived(receiveBuffer_.data(), length);
         }
         next = rules_.OnReceived(received, receiveSize);

@@ -6,6 +6,8 @@
 #include <memory>
 #include <string>
 
+#include "MorquilAPI.h"
+#include "core/clock.h"
 #include "core/lockable.h"
 #include "core/thread.h"
 #include "core/thread_safety.h"
@@ -68,6 +70,10 @@ protected:
     void Acknowledge();
     /// What has been sent and answered. On the connection thread.
     const LinkRules& Rules() const { return rules_; }
+    /// For how long the device has sent nothing.
+    /// Returns: S_OK, or E_FAIL when there is no connection.
+    /// Threads: any.
+    HRESULT GetSilence(UINT& milliseconds) const;
     /// Requests the end of the connection thread and of a `Start` that is still connecting.
     /// Returns: whether the request could be delivered.
     bool RequestStop();
@@ -112,9 +118,12 @@ private:
     /// Held while waiting for the thread to end: a second caller waits for the first.
     QRN::Core::Lockable joinLock_;
     QRN::Core::ThreadHandle thread_ GUARDED_BY(joinLock_);
+    /// When the connection thread last handled received bytes.
+    std::atomic<QRN::Core::Clock::time_point> lastReceived_{};
 
     // Used by the connection thread only; `Start` prepares them before the thread exists.
     LinkRules rules_;
+    bool hasReceived_ = true;
     bool gathering_ = false;
     std::string gathered_;
     std::array<char, receiveSize> receiveBuffer_{};

@@ -6,6 +6,7 @@
 #include "core/static_lock.h"
 #include "core/thread_safety.h"
 #include "device/device.h"
+#include "transport/console.h"
 
 using QRN::Core::StaticLock;
 using QRN::Core::StaticLockHold;
@@ -51,6 +52,9 @@ extern "C" IMorquilDiscovery* GetMorquilDiscoveryInstance_0000() {
 }
 
 void* CMorquilDiscovery::FindInterface(REFIID iid) {
+    if (IsEqualIID(iid, IID_IMorquilConsole)) {
+        return static_cast<IMorquilConsole*>(&console_);
+    }
     const bool isOwn = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IMorquilDiscovery);
     return isOwn ? static_cast<IMorquilDiscovery*>(this) : nullptr;
 }
@@ -68,6 +72,10 @@ STDMETHODIMP_(ULONG) CMorquilDiscovery::Release() {
         delete this;
     }
     return remaining;
+}
+
+STDMETHODIMP CMorquilConsole::SetOutput(_MorquilConsoleMode mode, IMorquilConsoleObserver* observer) {
+    return Morquil::SetConsoleOutput(mode, observer);
 }
 
 STDMETHODIMP CMorquilDiscovery::Connect(BSTR deviceAddress, IMorquilDevice** device,

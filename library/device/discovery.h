@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MorquilAPI.h"
+#include "device/console_interface.h"
 #include "platform/com_object.h"
 
 /// The host's entry point: makes device objects and connects them by address. A process has at most one at a time. It
@@ -15,4 +16,7 @@ public:
     STDMETHODIMP Disconnect(IMorquilDevice* device) override;
     /// Device search is not supported: succeeds and returns no list.
     STDMETHODIMP FindDevices(IMorquilIterator** deviceList) override;
+
+private:
+    CMorquilConsole console_{*this};
 };

@@ -8,6 +8,9 @@ namespace Morquil {
 
 void SentTexts::Append(std::string text) {
     texts_.push_back(std::move(text));
+    if (texts_.size() > limit) {
+        texts_.pop_front();
+    }
 }
 
 bool SentTexts::Contains(std::string_view text) const {

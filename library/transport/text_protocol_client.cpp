@@ -164,6 +164,7 @@ std::uint32_t TextProtocolClient::ThreadMain(void* client) {
     auto* const self = static_cast<TextProtocolClient*>(client);
     self->threadId_ = CurrentThreadId();
     self->Run();
+    self->receivedText_.Finish();
     self->Disconnected();
     self->OnThreadEnding();
     return 0;
@@ -296,7 +297,7 @@ void TextProtocolClient::ReceiveAvailable() {
         if (received > 0) {
             // The console shows the received bytes as text, up to the first zero byte.
             const auto length = static_cast<std::size_t>(received);
-            Print(UpToZero({receiveBuffer_.data(), length}));
+            receivedText_.Print(UpToZero({receiveBuffer_.data(), length}));
             hasReceived_ = true;
             OnDataReceived(receiveBuffer_.data(), length);
         }

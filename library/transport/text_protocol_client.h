@@ -14,6 +14,7 @@
 #include "protocol/table/message.h"
 #include "protocol/text/message_sender.h"
 #include "transport/abstract_comms.h"
+#include "transport/console.h"
 #include "transport/link_rules.h"
 
 namespace Morquil {
@@ -124,6 +125,7 @@ private:
     // Used by the connection thread only; `Start` prepares them before the thread exists.
     LinkRules rules_;
     bool hasReceived_ = true;
+    ReceivedText receivedText_;
     bool gathering_ = false;
     std::string gathered_;
     std::array<char, receiveSize> receiveBuffer_{};

@@ -41,6 +41,13 @@ void MorquilTextProtocolClient::OnAcknowledge(bool positive) {
     receipts_.NotifyDue();
 }
 
+/// What has not been answered by now will not be: the device does not answer pings, and its answers to later blocks were
+/// counted one too early.
+void MorquilTextProtocolClient::OnSilence() {
+    receipts_.OnAnswered(Rules().AnsweredCount(), lastAnswer_);
+    receipts_.NotifyDue();
+}
+
 /// A host is not notified of a device's malformed lines. They appear on the console as received.
 void MorquilTextProtocolClient::OnProtocolError(const char* /*text*/) {}
 

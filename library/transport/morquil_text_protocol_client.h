@@ -29,7 +29,7 @@ public:
 protected:
     std::unique_ptr<TextProtocolMessageBase> TakeNextMessage() override;
     void OnWoken() override { receipts_.NotifyDue(); }
-    void OnSilence() override { receipts_.OnAnswered(Rules().AnsweredCount(), lastAnswer_); }
+    void OnSilence() override;
     void OnDataReceived(const char* bytes, std::size_t length) override;
 
     /// Whether any sent text still awaits its echo. On the connection thread, like the next two.

@@ -6,11 +6,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "MorquilAPI.h"
+#include "MorquilDelivery.h"
 #include "core/thread.h"
 #include "tests/kit/monitor.h"
 
@@ -135,6 +137,38 @@ public:
 class PropertyObserver final : public RecordingObserver<IMorquilPropertyObserver> {
 public:
     STDMETHODIMP PropertyChanged(_MorquilPropertySetId id) override { return Note(FourCharacters(id)); }
+};
+
+class ReportObserver final : public RecordingObserver<IMorquilReportObserver> {
+public:
+    STDMETHODIMP BlockReported(_MorquilPropertySetId set, _MorquilReportKind kind,
+                               _MorquilReportOrigin origin) override {
+        return Note(FourCharacters(set) + (kind == morquilReportSettings ? " settings" : " availability") +
+                    (origin == morquilReportEcho ? ", echo" : ""));
+    }
+};
+
+/// Notes a receipt as "1: ..."; its numbers in the order of the call.
+class ReceiptObserver final : public RecordingObserver<IMorquilReceiptObserver> {
+public:
+    STDMETHODIMP Answered(UINT64 receipt, UINT acknowledged, UINT refused, UINT kept) override {
+        return NoteReceipt(receipt, "answered", {acknowledged, refused, kept});
+    }
+    STDMETHODIMP Settled(UINT64 receipt, UINT confirmed, UINT adjusted) override {
+        return NoteReceipt(receipt, "settled", {confirmed, adjusted});
+    }
+    STDMETHODIMP Lost(UINT64 receipt, UINT acknowledged, UINT refused, UINT unanswered, UINT unsent) override {
+        return NoteReceipt(receipt, "lost", {acknowledged, refused, unanswered, unsent});
+    }
+
+private:
+    HRESULT NoteReceipt(UINT64 receipt, const char* event, std::initializer_list<UINT> numbers) {
+        std::string text = std::to_string(receipt) + ": " + event;
+        for (const UINT number : numbers) {
+            text += ' ' + std::to_string(number);
+        }
+        return Note(text);
+    }
 };
 
 /// Holds the test's reference to an observer.

@@ -13,6 +13,7 @@
 
 #include "protocol/blocks/all.h"
 #include "tests/kit/threads.h"
+#include "transport/reported_keys.h"
 
 namespace Morquil {
 namespace {
@@ -43,7 +44,8 @@ void AddOneOfEach(PendingMessages& pending) {
 }
 
 TEST(PendingMessages, ReturnNothingWhenNoneIsPending) {
-    PendingMessages pending;
+    Receipts receipts{&IsReportedBack};
+    PendingMessages pending{receipts};
     EXPECT_EQ(pending.TakeNext(), nullptr);
 }
 
@@ -52,7 +54,8 @@ TEST(PendingMessages, HaveThirtyTwoSlots) {
 }
 
 TEST(PendingMessages, AreTakenInTheOrderOfTheTableWhateverTheOrderOfAdding) {
-    PendingMessages pending;
+    Receipts receipts{&IsReportedBack};
+    PendingMessages pending{receipts};
     AddOneOfEach(pending);
     for (const char* const block : {"MORQUIL DEVICE",
                                     "SUPPORTED CONVERSIONS",
@@ -90,7 +93,8 @@ TEST(PendingMessages, AreTakenInTheOrderOfTheTableWhateverTheOrderOfAdding) {
 }
 
 TEST(PendingMessages, NeverReturnAnAlignMessage) {
-    PendingMessages pending;
+    Receipts receipts{&IsReportedBack};
+    PendingMessages pending{receipts};
     EXPECT_TRUE(AddNew<AlignMessage>(pending));
     EXPECT_EQ(pending.TakeNext(), nullptr);
     EXPECT_FALSE(AddNew<AlignMessage>(pending)) << "it is still pending, so the later one merges into it";
@@ -98,7 +102,8 @@ TEST(PendingMessages, NeverReturnAnAlignMessage) {
 }
 
 TEST(PendingMessages, MergeAMessageIntoThePendingOneOfItsType) {
-    PendingMessages pending;
+    Receipts receipts{&IsReportedBack};
+    PendingMessages pending{receipts};
     auto first = std::make_unique<VideoProcAmpMessage>();
     first->gain.Set(1);
     first->black.Set(2);
@@ -113,7 +118,8 @@ TEST(PendingMessages, MergeAMessageIntoThePendingOneOfItsType) {
 
 /// The later of two values that would count as equal in received blocks.
 TEST(PendingMessages, SendTheLastOfNamesThatDifferOnlyInLetterCase) {
-    PendingMessages pending;
+    Receipts receipts{&IsReportedBack};
+    PendingMessages pending{receipts};
     for (const char* const name : {"studio", "Studio", "STUDIO"}) {
         auto config = std::make_unique<NetworkConfigMessage>();
         config->friendlyName.Set(name);
@@ -127,7 +133,8 @@ TEST(PendingMessages, SendTheLastOfNamesThatDifferOnlyInLetterCase) {
 }
 
 TEST(PendingMessages, SendTheLastOfNumbersThatCompareEqual) {
-    PendingMessages pending;
+    Receipts receipts{&IsReportedBack};
+    PendingMessages pending{receipts};
     for (const double size : {0.0, -0.0}) {
         auto message = std::make_unique<VariableAspectRatioMessage>();
         message->sizeXLeft.Set(size);
@@ -137,7 +144,8 @@ TEST(PendingMessages, SendTheLastOfNumbersThatCompareEqual) {
 }
 
 TEST(PendingMessages, KeepAPendingResetBesideALaterValue) {
-    PendingMessages pending;
+    Receipts receipts{&IsReportedBack};
+    PendingMessages pending{receipts};
     auto reset = std::make_unique<VideoProcAmpMessage>();
     reset->reset.Set(true);
     auto value = std::make_unique<VideoProcAmpMessage>();
@@ -150,7 +158,8 @@ TEST(PendingMessages, KeepAPendingResetBesideALaterValue) {
 }
 
 TEST(PendingMessages, KeepTypesApart) {
-    PendingMessages pending;
+    Receipts receipts{&IsReportedBack};
+    PendingMessages pending{receipts};
     EXPECT_TRUE(AddNew<GenlockMessage>(pending));
     EXPECT_TRUE(AddNew<GenlockAvailabilityMessage>(pending));
     EXPECT_EQ(TakeText(pending), "GENLOCK:\n\n");
@@ -160,7 +169,8 @@ TEST(PendingMessages, KeepTypesApart) {
 TEST(PendingMessages, LoseNothingThatSeveralThreadsAdd) {
     constexpr int threadCount = 4;
     constexpr int messagesEach = 500;
-    PendingMessages pending;
+    Receipts receipts{&IsReportedBack};
+    PendingMessages pending{receipts};
     {
         const Threads adding(threadCount, [&pending] {
             for (int count = 0; count < messagesEach; ++count) {

@@ -70,5 +70,15 @@ TEST(SentTexts, DropNothingThroughAnUnknownText) {
     EXPECT_TRUE(texts.Contains("a"));
 }
 
+TEST(SentTexts, DropTheOldestBeyondTheirLimit) {
+    SentTexts texts;
+    for (std::size_t count = 0; count <= SentTexts::limit; ++count) {
+        texts.Append(std::to_string(count));
+    }
+    EXPECT_FALSE(texts.Contains("0"));
+    EXPECT_TRUE(texts.Contains("1"));
+    EXPECT_TRUE(texts.Contains(std::to_string(SentTexts::limit)));
+}
+
 }  // namespace
 }  // namespace Morquil

@@ -16,8 +16,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "typed_object.h"
 #include "type_library.h"
+#include "typed_object.h"
 
 namespace {
 

@@ -184,8 +184,9 @@ void Host::Query() {
     trace_.Note("query");
     ReleaseFeature(Ask<IUnknown>(IID_IUnknown));
     void* feature = this;
-    trace_.Require(device_->QueryInterface(IID_IMorquilConnectionObserver, &feature) == E_NOINTERFACE && feature == nullptr,
-                   "an unexpected interface");
+    trace_.Require(
+        device_->QueryInterface(IID_IMorquilConnectionObserver, &feature) == E_NOINTERFACE && feature == nullptr,
+        "an unexpected interface");
 }
 
 void Host::Set(const SpokenKey& key) {

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "device/device.h"
-#include "tests/worlds/simulation/host.h"
 #include "tests/worlds/simulation/erratic_device.h"
+#include "tests/worlds/simulation/host.h"
 #include "tests/worlds/simulation/model.h"
 #include "tests/worlds/simulation/simulated_comms.h"
 #include "tests/worlds/simulation/trace.h"

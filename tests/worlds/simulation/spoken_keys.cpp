@@ -32,15 +32,18 @@ struct Place {
 
 /// `toWire` turns the getter's answer into text, `fromWire` an index in `values` into the setter's value.
 template <class Interface, class Out, class In, class ToWire, class FromWire>
-SpokenKey Key(const Place& place, Values values, Method<Interface, Out*> getter, Method<Interface, In> setter, ToWire toWire,
-              FromWire fromWire) {
+SpokenKey Key(const Place& place, Values values, Method<Interface, Out*> getter, Method<Interface, In> setter,
+              ToWire toWire, FromWire fromWire) {
     SpokenKey key{.header = place.header, .key = place.key, .iid = &place.iid, .values = std::move(values)};
     key.read = [=](IUnknown& feature) {
         Out value{};
-        return (As<Interface>(feature).*getter)(&value) == S_OK ? std::optional<std::string>(toWire(value)) : std::nullopt;
+        return (As<Interface>(feature).*getter)(&value) == S_OK ? std::optional<std::string>(toWire(value))
+                                                                : std::nullopt;
     };
     if (setter != nullptr) {
-        key.set = [=](IUnknown& feature, std::size_t value) { return (As<Interface>(feature).*setter)(fromWire(value)); };
+        key.set = [=](IUnknown& feature, std::size_t value) {
+            return (As<Interface>(feature).*setter)(fromWire(value));
+        };
     }
     return key;
 }
@@ -49,7 +52,8 @@ template <class Interface, class Out>
 constexpr Method<Interface, Out> noSetter = nullptr;
 
 template <class Interface, class Number>
-SpokenKey NumberKey(const Place& place, int first, Method<Interface, Number*> getter, Method<Interface, Number> setter) {
+SpokenKey NumberKey(const Place& place, int first, Method<Interface, Number*> getter,
+                    Method<Interface, Number> setter) {
     Values values;
     for (int number = first; number < first + 5; ++number) {
         values.push_back(std::to_string(number));
@@ -94,8 +98,8 @@ template <class Interface>
 SpokenKey TextKey(const Place& place, Method<Interface, BSTR*> getter, Method<Interface, BSTR> setter = nullptr) {
     const Values values{"Rack 1", "Rack 2", "R\xC3\xA4um", "a: b"};
     SpokenKey key = Key(
-        place, values, getter, Method<Interface, BSTR>{}, [](BSTR value) { return Utf8FromBstr(OwnedBstr(value).Get()); },
-        [](std::size_t) { return BSTR{}; });
+        place, values, getter, Method<Interface, BSTR>{},
+        [](BSTR value) { return Utf8FromBstr(OwnedBstr(value).Get()); }, [](std::size_t) { return BSTR{}; });
     if (setter != nullptr) {
         key.set = [=](IUnknown& feature, std::size_t value) {
             return (As<Interface>(feature).*setter)(OwnedBstr(BstrFromUtf8(values[value])).Get());

@@ -41,8 +41,9 @@ public:
 
     void PrintStart() const {
         const std::size_t count = selection_.size();
-        PrintMessage(context_.terminal, "watching " + std::to_string(count) + (count == 1 ? " property" : " properties") +
-                                    " of " + context_.options.address);
+        PrintMessage(context_.terminal, "watching " + std::to_string(count) +
+                                            (count == 1 ? " property" : " properties") + " of " +
+                                            context_.options.address);
     }
 
     void PrintChanges(const std::vector<ValueChange>& changes) const {

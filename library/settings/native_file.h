@@ -22,12 +22,26 @@ inline constexpr char pathSeparators[] = "/";
 /// zero character.
 /// Throws: std::bad_alloc.
 NativePath ToNativePath(const std::string& path);
+/// The name of an existing file after following links, where the system has them; empty when it has no name.
+/// Throws: std::bad_alloc.
+NativePath WithoutLinks(const NativePath& path);
+/// Renames the closed file `from` to `to` in one step, replacing a file that has that name.
+/// Returns: false on failure; nothing has changed.
+bool RenameFile(const NativePath& from, const NativePath& to);
+void RemoveFile(const NativePath& path);
 
 /// An open file. No operation throws or kills the process, not even a write to a pipe without a reader.
 class NativeFile {
 public:
+    /// Opens an existing file for reading. A pipe without a writer is at its end at once. A folder cannot be opened.
+    static NativeFile ForReading(const NativePath& path);
+    /// Opens an existing file for writing, without changing it. Never waits: a pipe without a reader cannot be opened.
+    /// Sets `isMissing` when there is no such file.
+    static NativeFile ForWriting(const NativePath& path, bool& isMissing);
+    /// Creates a file, with the mode of `model` if that is open. No file of that name may exist.
+    static NativeFile Create(const NativePath& path, const NativeFile& model);
+
     NativeFile() = default;
-    explicit NativeFile(std::intptr_t handle) : handle_(handle) {}
     ~NativeFile() { Close(); }
     NativeFile(NativeFile&& other) noexcept : handle_(std::exchange(other.handle_, none)) {}
     NativeFile& operator=(NativeFile&& other) noexcept {
@@ -36,63 +50,29 @@ public:
     }
 
     bool IsOpen() const { return handle_ != none; }
-    /// The system's own descriptor or handle.
-    std::intptr_t Get() const { return handle_; }
-    void Close();
-
-    /// Reads up to `capacity` bytes; `offset` is the number of bytes read before. Waits for a pipe's writer until
-    /// `stopped` is set.
-    /// Returns: the number of bytes read; 0 at the end of the file or when reading fails.
-    std::size_t Read(char* buffer, std::size_t capacity, std::uint64_t offset, const std::atomic<bool>& stopped);
-    /// Writes all of `text` at the current position.
-    /// Returns: false when some of it could not be written.
-    bool Write(std::string_view text);
-    /// Waits until the written data is on the disk.
-    bool Flush();
-
-    // For regular files only.
+    /// Whether it is a file on a disk, not a pipe or a device.
+    bool IsRegular() const;
+    /// The size of a regular file in bytes.
     std::uint64_t Size() const;
     bool SetSize(std::uint64_t size);
-    bool Seek(std::uint64_t offset);
+    void Close();
+
+    /// Reads up to `capacity` bytes at `offset`, which is the number of bytes read before. Waits for a pipe's writer
+    /// until `stopped` is set.
+    /// Returns: the number of bytes read; 0 at the end of the file or when reading fails.
+    std::size_t Read(char* buffer, std::size_t capacity, std::uint64_t offset, const std::atomic<bool>& stopped);
+    /// Writes all of `text`, in a regular file at `offset`.
+    /// Returns: false when some of it could not be written.
+    bool Write(std::string_view text, std::uint64_t offset = 0);
+    /// Waits until the written data is on the disk.
+    bool Sync();
 
 private:
     static constexpr std::intptr_t none = -1;
 
-    std::intptr_t handle_ = none;
+    explicit NativeFile(std::intptr_t handle) : handle_(handle) {}
+
+    std::intptr_t handle_ = none;  // a descriptor or a HANDLE
 };
-
-/// A file whose content is to be replaced, opened for writing. It has not been changed yet.
-struct TargetFile {
-    // clang-format off
-    enum class Kind : std::uint8_t {
-        Unopenable,  ///< it cannot be opened for writing
-        Missing,     ///< it does not exist yet
-        Regular,
-        Stream,      ///< not a regular file: a pipe, a device
-    };
-    // clang-format on
-
-    Kind kind = Kind::Unopenable;
-    NativeFile file;
-    /// The name of a missing or regular file after following all links; empty when no other file can get that name.
-    NativePath name;
-};
-
-/// Opens the file `path` for writing. Never waits: a pipe without a reader cannot be opened.
-/// Throws: std::bad_alloc.
-TargetFile OpenTarget(const NativePath& path);
-/// Opens a file for reading from its beginning. A pipe without a writer is at its end at once. A folder cannot be
-/// opened.
-NativeFile OpenForReading(const NativePath& path);
-
-/// Creates a new file, with the mode of `model` if that is open. `exists` becomes true when a file of that name exists
-/// already.
-NativeFile MakeFile(const NativePath& name, const NativeFile& model, bool& exists);
-void RemoveFile(const NativePath& name);
-/// Renames the closed file `from` to `to` in one step, replacing a file that has that name, and waits until the change
-/// is on the disk.
-/// Returns: false on failure; nothing has changed.
-bool MoveFileOver(const NativePath& from, const NativePath& to);
-std::uint64_t ProcessId();
 
 }  // namespace Morquil

@@ -1,73 +1,44 @@
 #include "settings/settings_file.h"
 
+#include <chrono>
+#include <utility>
+
 #include "core/static_lock.h"
 
 namespace Morquil {
 namespace {
 
-using Kind = TargetFile::Kind;
+NativePath NewNameBeside(const NativePath& path) {
+    const auto now = std::chrono::system_clock::now().time_since_epoch().count();
+    const std::string name = ".morquil-" + std::to_string(now) + ".tmp";
+    return path.substr(0, path.find_last_of(pathSeparators) + 1) + NativePath(name.begin(), name.end());
+}
 
-/// A new file in the target's folder. Deleted at the end of the scope unless it has replaced the target.
-class Replacement {
-public:
-    explicit Replacement(const TargetFile& target) {
-        bool exists = !target.name.empty();
-        while (exists) {
-            name_ = NewNameBeside(target.name);
-            file_ = MakeFile(name_, target.file, exists);
-        }
-        isMade_ = file_.IsOpen();
-    }
-    ~Replacement() {
-        if (isMade_) {
-            file_.Close();
-            RemoveFile(name_);
-        }
-    }
-    Replacement(const Replacement&) = delete;
-    Replacement& operator=(const Replacement&) = delete;
-
-    bool IsMade() const { return isMade_; }
-    bool Fill(std::string_view text) { return file_.Write(text) && file_.Flush(); }
-
-    /// Closes both files and renames this one to the target's name.
-    /// Returns: false when the rename fails.
-    bool TakePlaceOf(TargetFile& target) {
-        file_.Close();
-        target.file.Close();
-        const bool isMoved = MoveFileOver(name_, target.name);
-        isMade_ = !isMoved;
-        return isMoved;
-    }
-
-private:
-    static NativePath NewNameBeside(const NativePath& path) {
-        static std::atomic<std::uint32_t> lastNumber = 0;
-        const std::string name =
-            ".morquil-" + std::to_string(ProcessId()) + '-' + std::to_string(++lastNumber) + ".tmp";
-        return path.substr(0, path.find_last_of(pathSeparators) + 1) + NativePath(name.begin(), name.end());
-    }
-
-    NativePath name_;
-    NativeFile file_;
-    bool isMade_ = false;
-};
-
+// Writes a new file in the target's folder and renames it to the target's name. `old` is the target if that exists.
 // Returns: false when no new file can replace the target. Returns true when the disk has no room for the text: another
 //          way would find no more room either.
-bool Replace(TargetFile& target, std::string_view text) {
-    Replacement replacement(target);
-    return replacement.IsMade() && (!replacement.Fill(text) || replacement.TakePlaceOf(target));
+bool Replace(const NativePath& target, NativeFile old, std::string_view text) {
+    const NativePath name = NewNameBeside(target);
+    NativeFile file = NativeFile::Create(name, old);
+    if (!file.IsOpen()) {
+        return false;
+    }
+    const bool isWritten = file.Write(text) && file.Sync();
+    file.Close();
+    old.Close();
+    const bool isReplaced = isWritten && RenameFile(name, target);
+    if (!isReplaced) {
+        RemoveFile(name);
+    }
+    return isReplaced || !isWritten;
 }
 
 // Writes the part that extends the file first: if the disk has no room for it, nothing is lost.
 void Overwrite(NativeFile file, std::string_view text) {
     const std::uint64_t oldSize = file.Size();
-    if (text.size() > oldSize && !(file.Seek(oldSize) && file.Write(text.substr(static_cast<std::size_t>(oldSize))))) {
-        file.SetSize(oldSize);
-        return;
-    }
-    file.Seek(0) && file.Write(text) && file.SetSize(text.size()) && file.Flush();
+    const bool fits = text.size() <= oldSize || file.Write(text.substr(static_cast<std::size_t>(oldSize)), oldSize);
+    file.SetSize(fits && file.Write(text) ? text.size() : oldSize);
+    file.Sync();
 }
 
 // Two threads must not overwrite one file at the same time, and one thread's open file must not prevent another's
@@ -77,23 +48,28 @@ constinit QRN::Core::StaticLock regularFilesLock;
 }  // namespace
 
 bool WriteSettingsFile(const std::string& path, std::string_view text) {
-    const NativePath nativePath = ToNativePath(path);
-    TargetFile target;
+    const NativePath target = ToNativePath(path);
+    NativeFile file;
     {
         const QRN::Core::StaticLockHold lock(regularFilesLock);
-        target = OpenTarget(nativePath);
-        if (target.kind == Kind::Missing) {
-            return Replace(target, text);
+        bool isMissing = false;
+        file = NativeFile::ForWriting(target, isMissing);
+        if (!file.IsOpen()) {
+            return isMissing && !target.empty() && Replace(target, {}, text);
         }
-        if (target.kind == Kind::Regular) {
-            if (!Replace(target, text)) {
-                Overwrite(OpenTarget(nativePath).file, text);
+        if (file.IsRegular()) {
+            const NativePath name = WithoutLinks(target);
+            if (name.empty() || !Replace(name, std::move(file), text)) {
+                Overwrite(NativeFile::ForWriting(target, isMissing), text);
             }
             return true;
         }
     }
-    // Outside the lock, since a pipe's reader may be slow.
-    return target.kind == Kind::Stream && (target.file.Write(text), true);
+    file.Write(text);  // outside the lock, since a pipe's reader may be slow
+    return true;
 }
+
+SettingsFileReader::SettingsFileReader(const std::string& path, const std::atomic<bool>& stopped)
+    : file_(NativeFile::ForReading(ToNativePath(path))), stopped_(stopped) {}
 
 }  // namespace Morquil

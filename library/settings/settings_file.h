@@ -13,9 +13,9 @@ namespace Morquil {
 /// Replaces the content of the file `path` (UTF-8) with `text`, byte for byte. Creates the file if it does not exist.
 ///
 /// A regular file has either its old content or all of the new content at every moment: the text is written to a new
-/// file in the same folder, which is synced and then renamed over the old one. The file keeps its mode, and symbolic
-/// links to it stay. If no new file can replace it (its folder accepts no new files, or another process has it open),
-/// it is overwritten. Anything else (a pipe, a device) is written to directly.
+/// file in the same folder, which is synced and then renamed over the old one. The file keeps its mode. If no new file
+/// can replace it (its folder accepts no new files, or another process has it open), it is overwritten. Anything else
+/// (a pipe, a device) is written to directly.
 ///
 /// Threads: any, several at once.
 /// Returns: whether the file could be opened for writing; if not, nothing has changed. If the file was opened but
@@ -29,8 +29,7 @@ public:
     /// `path` is UTF-8. A folder cannot be opened. A read that waits for a pipe's writer ends once `stopped` is set.
     /// Ownership: `stopped` must outlive the reader.
     /// Throws:    std::bad_alloc.
-    SettingsFileReader(const std::string& path, const std::atomic<bool>& stopped)
-        : file_(OpenForReading(ToNativePath(path))), stopped_(stopped) {}
+    SettingsFileReader(const std::string& path, const std::atomic<bool>& stopped);
 
     bool IsOpen() const { return file_.IsOpen(); }
     /// Reads up to `capacity` of the next bytes.

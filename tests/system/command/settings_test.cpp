@@ -37,6 +37,13 @@ TEST(SettingsText, KnowsWhatIsPlayedBack) {
     EXPECT_EQ(PlaybackOf({"GENLOCK", "Type", "Input"}), Playback::Applied);
 }
 
+TEST(SettingsText, MissesAStillFrameActionBecauseNoDeviceReportsOne) {
+    const auto wanted = ParseSettings("VIDEO OUTPUT:\nStill frame action: Load\nStill frame present: true\n");
+    const auto missing = MissingLines(wanted, ParseSettings("VIDEO OUTPUT:\nTransition setting: 25\n"));
+    ASSERT_EQ(missing.size(), 1u);
+    EXPECT_EQ(missing[0].key, "Still frame action");
+}
+
 TEST(SettingsText, MissesLinesWithAnotherValue) {
     const auto saved =
         ParseSettings("GENLOCK:\nLine offset: 5\n\nANCILLARY DATA:\nTimecode generate value: 01:02:03;04\n");
@@ -54,7 +61,7 @@ TEST(SettingsFiles, ComeBackAsTheyWereSaved) {
     EXPECT_EQ(RunCommand(device.Address(), {"set", "proc-amp.gain", "3"}).code, ExitCode::Done);
     const Outcome loaded = RunCommand(device.Address(), {"load", file});
     EXPECT_EQ(loaded.code, ExitCode::Done) << loaded.out << loaded.err;
-    EXPECT_EQ(loaded.err, "morquilctl: not played back, as files never do: VIDEO INPUT, ALIGN\n");
+    EXPECT_EQ(loaded.err, "morquilctl: these blocks are never played back: VIDEO INPUT, ALIGN\n");
     EXPECT_EQ(RunCommand(device.Address(), {"get", "proc-amp.gain"}).out, "proc-amp.gain  17\n");
 }
 

@@ -53,6 +53,15 @@ TEST_F(SettingsLoadTest, SetsWhatOnlyTheDeviceKnows) {
     EXPECT_EQ(host.Value("NETWORK CONFIG", "IP address"), "1");
 }
 
+TEST_F(SettingsLoadTest, IgnoresKeysThatNoDeviceReportsWhateverTheirValue) {
+    for (const char* const config : {"ProgCfg4_4", "Nonsense"}) {
+        const std::string line = std::string("Metadata program config: ") + config + "\n";
+        EXPECT_EQ(host.device.LoadSettings("AUDIO:\n" + line + "Metadata dialog level: -27\n\n"), "");
+        EXPECT_EQ(host.Value("AUDIO", "Metadata dialog level"), "-27");
+    }
+    EXPECT_EQ(host.device.LoadSettings("ALIGN:\nResetValues: all\n\n"), "");
+}
+
 struct RefusedText {
     const char* text;
     const char* error;

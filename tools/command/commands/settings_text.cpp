@@ -9,17 +9,12 @@
 #include "protocol/morquil_text_protocol_parser.h"
 #include "protocol/table/message.h"
 #include "protocol/text/ascii.h"
+#include "protocol/text/split_line.h"
 
 namespace Morquil::Command {
 namespace {
 
-std::string_view Trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(" \t");
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
-/// Splits a file into lines and blocks as the library does, whether they are known or not.
+/// The lines that the library's parser finds in a file, whether their blocks and keys are known or not.
 class LineCollector final : public TextProtocolParser {
 public:
     std::vector<SettingsLine> lines;
@@ -30,10 +25,9 @@ private:
         return true;
     }
     void ParseLine(std::string_view line) override {
-        const std::size_t colon = line.find(':');
-        if (colon != std::string_view::npos) {
-            lines.push_back(
-                {block_, std::string(Trimmed(line.substr(0, colon))), std::string(Trimmed(line.substr(colon + 1)))});
+        if (line.find(':') != std::string_view::npos) {
+            const KeyAndValue parts = SplitLine(line);
+            lines.push_back({block_, std::string(parts.key), std::string(parts.value)});
         }
     }
     void EndBlock() override {}
@@ -97,13 +91,21 @@ bool IsSeen(const KeyRow& key) {
     return key.facts.use == KeyUse::Setting && key.facts.isSaved && !std::is_same_v<Kind, Phase>;
 }
 
+/// Whether a line with this key counts as applied only if it is seen. A still frame action never is: no device saves
+/// one, so a file that asks for it was written by hand, and its author must know that nothing confirms it.
+template <class KeyRow>
+bool MustBeSeen(const KeyRow& key) {
+    using Kind = std::remove_cvref_t<decltype(key.kind)>;
+    return IsSeen(key) || std::is_same_v<Kind, WordOf<StillFrameActions>>;
+}
+
 template <class Description>
 Playback PlaybackOfKey(std::string_view line) {
     Playback playback = Playback::Applied;
     const auto tryRow = [&](const auto& row) {
         row.ForEachKey([&](const auto& key) {
             const bool isReported = row.Names().size() != 0;
-            if (IsNamed(key.Names()[0], line) && !(isReported && IsSeen(key))) {
+            if (IsNamed(key.Names()[0], line) && !(isReported && MustBeSeen(key))) {
                 playback = Playback::Unseen;
             }
         });

@@ -1,8 +1,10 @@
 #include "simulator/device/settings_load.h"
 
+#include <tuple>
 #include <utility>
 
 #include "protocol/every_block_sink.h"
+#include "protocol/text/split_line.h"
 #include "simulator/blocks/host_text_parser.h"
 #include "simulator/text/text_lines.h"
 
@@ -10,14 +12,37 @@ namespace Morquil::Simulator {
 
 namespace {
 
+template <class Row>
+bool IsWriteOnly(const Row& /*row*/, std::string_view /*key*/) {
+    return false;
+}
+template <class Row>
+bool IsWriteOnly(const WriteOnly<Row>& row, std::string_view key) {
+    return EqualsIgnoringCase(row.row.name, key);
+}
+
+/// Whether devices accept this key but never report it. A saved file does not hold such a line.
+bool IsNeverReported(std::string_view header, std::string_view key) {
+    bool isNeverReported = false;
+    ForEachBlock<BlockRole::Settings>([&]<class Description>() {
+        if (EqualsIgnoringCase(header, Description::block.header.name)) {
+            isNeverReported =
+                std::apply([&](const auto&... row) { return (IsWriteOnly(row, key) || ...); }, Description::block.rows);
+        }
+    });
+    return isNeverReported;
+}
+
 /// Collects blocks of settings, and the first problem in them.
 class SettingsReader final : public EveryBlockSink<SettingsReader> {
 public:
     void Read(std::string_view text) {
         ForEachLine(text, [&](std::string_view line) {
             Locate(line.substr(0, line.find_last_not_of('\r') + 1));
-            parser_.Feed(line);
-            parser_.Feed("\n");
+            if (!IsNeverReported(block_, SplitLine(line).key)) {
+                parser_.Feed(line);
+                parser_.Feed("\n");
+            }
         });
         parser_.Feed("\n");  // the last block may lack its empty line
     }

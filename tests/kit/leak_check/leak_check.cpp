@@ -39,8 +39,8 @@ public:
             after = CountNow();
         }
         EXPECT_LE(after.threads, allowed_.threads) << test.name() << " leaves threads running";
-        EXPECT_LE(after.handles, allowed_.handles) << test.name() << " leaves handles behind";
-        EXPECT_EQ(after.references, 0U) << test.name() << " leaves references to the discovery object behind";
+        EXPECT_LE(after.handles, allowed_.handles) << test.name() << " leaks handles";
+        EXPECT_EQ(after.references, 0U) << test.name() << " leaks references to the discovery object";
     }
 
 private:

@@ -1,4 +1,4 @@
-// What a part of the library's life leaves behind.
+// What a part of the library's life leaks.
 #pragma once
 
 #include <cstddef>

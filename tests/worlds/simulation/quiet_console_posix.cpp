@@ -9,7 +9,7 @@ namespace Morquil::Testing::Worlds {
 
 namespace {
 
-/// Opened once, before the first test: the conversations are very many, and none of them may leave anything behind.
+/// Opened once, before the first test: the conversations are very many, and none of them may leak anything.
 const int nullDevice = open("/dev/null", O_WRONLY | O_CLOEXEC);
 
 }  // namespace

@@ -133,7 +133,7 @@ TEST(CommandFailures, AValueThatTheDeviceDoesNotReportIsNotApplied) {
     const Outcome outcome = RunCommand(device.Address(), {"set", "-t", "0.5", "proc-amp.gain", "12"});
     EXPECT_LT(std::chrono::steady_clock::now() - start, 750ms);
     EXPECT_EQ(outcome.code, ExitCode::NotApplied);
-    EXPECT_EQ(outcome.err, "morquilctl: proc-amp.gain: not applied within 0.5 s: the device says 0, not 12\n");
+    EXPECT_EQ(outcome.err, "morquilctl: proc-amp.gain: not applied within 0.5 s: the device reports 0, not 12\n");
     device.HangUp();
 }
 

@@ -24,7 +24,7 @@ TEST(InputFile, IsRefusedWhenItIsLarger) {
     const TemporaryFolder folder;
     const FileReading reading = ReadInputFile(folder.Make("file", std::string(mebibyte + 1, 'x')), mebibyte);
     EXPECT_EQ(reading.content, "");
-    EXPECT_EQ(reading.error, "holds more than 1 MiB, the limit for such a file");
+    EXPECT_EQ(reading.error, "is larger than 1 MiB, the limit for such a file");
 }
 
 TEST(Program, RefusesOversizedFiles) {

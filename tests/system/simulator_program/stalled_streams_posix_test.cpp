@@ -61,7 +61,7 @@ TEST(StalledStreams, AnOverlongLineOfStandardInputIsRefusedAndSkipped) {
     ChildProgram program({});
     program.AwaitPort();
     program.Write("lock" + std::string(1000000, ' ') + "\nquit\n");
-    EXPECT_EQ(program.ReadUntil("(end)"), "morquil-sim: a line of at most 4096 bytes is expected\n");
+    EXPECT_EQ(program.ReadUntil("(end)"), "morquil-sim: the line is longer than 4096 bytes\n");
     EXPECT_EQ(program.AwaitEnd(), 0);
 }
 

@@ -29,13 +29,13 @@ TEST(Conversation, IsReadableText) {
 
 TEST(Conversation, NamesTheLineThatItCannotRead) {
     const std::pair<const char*, std::string_view> cases[] = {
-        {"0 1 connects\nsoon 1 leaves\n", "line 2: MILLISECONDS HOST EVENT is expected"},
-        {"0 1 connects\n-1 1 leaves\n", "line 2: MILLISECONDS HOST EVENT is expected"},
-        {"0 0 connects\n", "line 1: MILLISECONDS HOST EVENT is expected"},
-        {"# x\n0 1 sings\n", "line 2: \"sings\" is no event; events are connects host device hangs-up leaves"},
-        {"0 1 connects\n0 1 host PING\n", "line 2: a text in quotes is expected behind \"host\""},
-        {"0 1 connects\n0 1 host \"\"\n", "line 2: a text in quotes is expected behind \"host\""},
-        {"0 1 connects now\n", "line 1: nothing is expected behind \"connects\""},
+        {"0 1 connects\nsoon 1 leaves\n", "line 2: expected MILLISECONDS HOST EVENT"},
+        {"0 1 connects\n-1 1 leaves\n", "line 2: expected MILLISECONDS HOST EVENT"},
+        {"0 0 connects\n", "line 1: expected MILLISECONDS HOST EVENT"},
+        {"# x\n0 1 sings\n", "line 2: \"sings\" is not an event; events are connects host device hangs-up leaves"},
+        {"0 1 connects\n0 1 host PING\n", "line 2: expected a text in quotes after \"host\""},
+        {"0 1 connects\n0 1 host \"\"\n", "line 2: expected a text in quotes after \"host\""},
+        {"0 1 connects now\n", "line 1: expected nothing after \"connects\""},
         {"5 1 connects\n4 1 leaves\n", "line 2: times must not go back"},
         {"0 1 host \"A\"\n", "line 1: host 1 is not connected"},
         {"0 1 connects\n0 1 connects\n", "line 2: host 1 is connected already"},

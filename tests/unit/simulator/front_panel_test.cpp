@@ -43,15 +43,15 @@ TEST_F(FrontPanelTest, SaysWhyItRefusesACommandAndChangesNothing) {
     const std::string before = state.Greeting();
     const Command commands[] = {
         {"turn Gain 12", "unknown command \"turn Gain 12\"; try: set VIDEO PROC AMP Gain 12"},
-        {"set COFFEE Sugar 2", "no block of settings is named at the start of \"COFFEE Sugar 2\""},
+        {"set COFFEE Sugar 2", "expected the name of a block of settings, not \"COFFEE Sugar 2\""},
         {"set PRESET AVAILABILITY Preset range 1 2",
-         "no key of PRESET, with a value behind it, in \"AVAILABILITY Preset range 1 2\""},
-        {"set VIDEO PROC AMP Tint 2", "no key of VIDEO PROC AMP, with a value behind it, in \"Tint 2\""},
-        {"set VIDEO PROC AMP Gain", "no key of VIDEO PROC AMP, with a value behind it, in \"Gain\""},
+         "expected a key of PRESET and a value, not \"AVAILABILITY Preset range 1 2\""},
+        {"set VIDEO PROC AMP Tint 2", "expected a key of VIDEO PROC AMP and a value, not \"Tint 2\""},
+        {"set VIDEO PROC AMP Gain", "expected a key of VIDEO PROC AMP and a value, not \"Gain\""},
         {"set VIDEO PROC AMP Gain x", "Failed to parse \"VideoProcAmp\" value string \"x\""},
         {"set VIDEO PROC AMP Gain 9999", "VIDEO PROC AMP, Gain: 9999: the device does not offer this value"},
         {"set AUDIO AudioOut16 TTMute", "Unknown Audio line \"AudioOut16\""},
-        {"set VIDEO INPUT Timecode present Maybe", "\"Maybe\" is no value of \"Timecode present\""},
+        {"set VIDEO INPUT Timecode present Maybe", "\"Maybe\" is not a value of \"Timecode present\""},
     };
     for (const Command& command : commands) {
         const PanelOutcome outcome = UseFrontPanel(state, command.text);

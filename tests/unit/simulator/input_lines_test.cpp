@@ -32,7 +32,7 @@ TEST(InputLines, KeepNoMoreOfAnEndlessLineThanShowsThatItIsTooLong) {
     input.End();
     ASSERT_EQ(lines.size(), 2U);
     EXPECT_EQ(lines[0].size(), longestScriptLine + 1);
-    EXPECT_EQ(ReadScriptLine(lines[0]).error, "a line of at most 4096 bytes is expected");
+    EXPECT_EQ(ReadScriptLine(lines[0]).error, "the line is longer than 4096 bytes");
     EXPECT_EQ(lines[1], "lock");
 }
 

@@ -64,7 +64,8 @@ TEST_F(ReplayTest, ReportsOnceThatAHostDiffersAndGoesOn) {
     replay->Connect(replayedHost, 0ms);
     replay->Take(replayedHost, 10ms);
     replay->Receive(replayedHost, "pong\n\n", 20ms);
-    EXPECT_EQ(differences, std::vector<std::string>{"host 1 said \"pong\\n\\n\" where \"PING\\n\\n\" is recorded"});
+    EXPECT_EQ(differences,
+              std::vector<std::string>{"host 1 sent \"pong\\n\\n\", but the recording has \"PING\\n\\n\""});
     EXPECT_EQ(replay->Take(replayedHost, 50ms).bytes, "ACK");
 }
 

@@ -35,7 +35,7 @@ TEST(Script, ReadsTimesAndCommands) {
 }
 
 TEST(Script, SaysWhatItExpectsInsteadOfALineThatItCannotRead) {
-    const std::string_view timeExpected = "a time such as 500 ms or 2 s (up to a day) is expected";
+    const std::string_view timeExpected = "expected a time such as 500 ms or 2 s (at most a day)";
     const std::pair<const char*, std::string_view> cases[] = {
         {"at", timeExpected},
         {"at soon drop", timeExpected},
@@ -43,7 +43,7 @@ TEST(Script, SaysWhatItExpectsInsteadOfALineThatItCannotRead) {
         {"at -1 s drop", timeExpected},
         {"after nan s drop", timeExpected},
         {"after 25000000 s drop", timeExpected},
-        {"at 2 s", "a command is expected"},
+        {"at 2 s", "expected a command after the time"},
         {"dance", "unknown command \"dance\"; commands are: set, lock,"},
         {"drop it", "unknown command \"drop it\""},
         {"nack", "unknown command \"nack\""},
@@ -64,7 +64,7 @@ TEST(Script, SkipsCommentsAndBlankLinesAndCountsThem) {
 
 TEST(Script, RefusesTimesThatGoBack) {
     const ScriptReading script = ReadScript("at 2 s lock\ndrop\nat 1 s unlock\n");
-    EXPECT_TRUE(script.error.starts_with("line 3: lines are carried out in order: 2000 ms")) << script.error;
+    EXPECT_TRUE(script.error.starts_with("line 3: times must not go back: 1000 ms follows 2000 ms")) << script.error;
     EXPECT_TRUE(script.lines.empty());
 }
 

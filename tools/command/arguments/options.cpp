@@ -48,8 +48,7 @@ struct Line {
             ->type_name("ADDRESS");
         app.add_option("-t,--timeout", seconds, "How long the command may take, in seconds (5)")->type_name("SECONDS");
         app.add_flag("--json", options.isJson, "Write JSON");
-        app.add_flag("--trace", options.isTraced,
-                     "Show the library's own words and what it receives on standard error");
+        app.add_flag("--trace", options.isTraced, "Show the library's messages and what it receives on standard error");
         app.require_subcommand(1);
         AddCommands();
     }
@@ -59,15 +58,15 @@ struct Line {
         Add("status",     "Show the device, its input and its output", nullptr, "", 0);
         Add("get",        "Show values", "NAME", "A property, the beginning of names, or a pattern", 1);
         Add("set",        "Set values, and wait until the device reports them", "NAME VALUE", "Properties and their values; commands such as timecode.start have none", 1);
-        Add("ranges",     "Show what the device takes at present", "NAME", "A property, the beginning of names, or a pattern", 0, true);
+        Add("ranges",     "Show what the device accepts now", "NAME", "A property, the beginning of names, or a pattern", 0, true);
         CLI::App* const watch = Add("watch", "Show changes until interrupted", "NAME", "A property, the beginning of names, or a pattern", 0, true);
         watch->add_flag("--wait-reconnect", options.reconnects, "Keep watching when the connection is lost");
         Add("save",       "Write the device's settings to a file", "FILE", "The file", 1, false, 1);
-        Add("load",       "Play the settings of a file back", "FILE", "The file", 1, false, 1);
+        Add("load",       "Play back the settings in a file", "FILE", "The file", 1, false, 1);
         AddPreset();
         Add("list",       "Show all properties", "NAME", "A property, the beginning of names, or a pattern", 0, true);
         Add("completion", "Write a script that completes the command line", "SHELL", "bash, zsh or fish", 1, false, 1);
-        Add(hiddenCommand, "", "WORD", "The words of a command line, the last of them not finished", 0, true)->group(hiddenGroup);
+        Add(hiddenCommand, "", "WORD", "The words of a command line; the last may be unfinished", 0, true)->group(hiddenGroup);
         // clang-format on
     }
 
@@ -75,9 +74,9 @@ struct Line {
         CLI::App* const preset = Add("preset", "Save, recall or name presets", nullptr, "", 0);
         preset->require_subcommand(1);
         // clang-format off
-        AddTo(*preset, "save",   "Keep the settings as a preset",              "NUMBER", "The preset", 1, false, 1);
-        AddTo(*preset, "recall", "Bring the settings of a preset back",        "NUMBER", "The preset", 1, false, 1);
-        AddTo(*preset, "name",   "Show the name of a preset, or give it one", "NUMBER [NAME]", "The preset, and its new name", 1, false, 2);
+        AddTo(*preset, "save",   "Save the settings as a preset",        "NUMBER", "The preset", 1, false, 1);
+        AddTo(*preset, "recall", "Recall the settings of a preset",      "NUMBER", "The preset", 1, false, 1);
+        AddTo(*preset, "name",   "Show or set the name of a preset",     "NUMBER [NAME]", "The preset, and its new name", 1, false, 2);
         // clang-format on
     }
 
@@ -113,7 +112,8 @@ struct Line {
             throw UsageFailure(Chosen() + ": " + count.words + " is missing; see: morquilctl --help");
         }
         if (given > count.most) {
-            throw UsageFailure(Chosen() + ": '" + options.words.back() + "' is too much; see: morquilctl --help");
+            throw UsageFailure(Chosen() + ": unexpected argument '" + options.words.back() +
+                               "'; see: morquilctl --help");
         }
     }
 
@@ -137,7 +137,7 @@ std::string OneLine(std::string text) {
 
 void CheckOptions(const Line& line) {
     if (!(line.seconds > 0) || line.seconds > longestTimeout) {
-        throw UsageFailure("--timeout: give seconds, more than 0 and at most 86400");
+        throw UsageFailure("--timeout: expected seconds, more than 0 and at most 86400");
     }
     if (line.options.address.empty()) {
         throw UsageFailure("--device: the address is empty");

@@ -59,7 +59,7 @@ void Send(const Change& change, const Link& link) {
     } catch (const morquil::Error& error) {
         link.CheckIsThere();
         if (error.Result() == E_INVALIDARG) {
-            throw UsageFailure(change.property->name + ": the library does not take " +
+            throw UsageFailure(change.property->name + ": the library does not accept " +
                                FormatValue(change.property->type, change.value));
         }
         throw Failure(ExitCode::NotApplied, change.property->name + ": " + error.what());
@@ -88,14 +88,14 @@ bool IsReported(const Change& change, const Link& link, Clock::time_point sent) 
 [[noreturn]] void ThrowNotApplied(const Change& change, const Link& link) {
     const Property& property = *change.property;
     const std::optional<Value> reported = ReadValue(property, link.Device());
-    std::string text = property.name + ": not applied within " + link.Until().Text() + ": the device ";
-    text += reported ? "says " + FormatValue(property.type, *reported) : "does not report a value";
+    std::string text = property.name + ": not applied within " + link.Until().Text() + ": the device reports ";
+    text += reported ? FormatValue(property.type, *reported) : "no value";
     text += ", not " + FormatValue(property.type, change.value);
     const Offer offer = ReadOffer(property, link.Device());
     if (const auto* const words = std::get_if<std::vector<std::int64_t>>(&offer)) {
         const bool isOffered =
             std::any_of(words->begin(), words->end(), [&](std::int64_t word) { return Value(word) == change.value; });
-        text += isOffered ? "" : "; it takes " + OfferAsText(property, offer);
+        text += isOffered ? "" : "; it accepts " + OfferAsText(property, offer);
     }
     throw Failure(ExitCode::NotApplied, text);
 }
@@ -172,7 +172,7 @@ const Property& FindPresetName(const std::string& number) {
     const std::string name = NameOfPreset(number);
     if (!IsExactName(name)) {
         const Selection names = SelectProperties({NameOfPreset("*")});
-        throw UsageFailure("preset: '" + number + "' is not a preset with a name; they are 1 to " +
+        throw UsageFailure("preset: '" + number + "' is not a preset with a name; expected 1 to " +
                            std::to_string(names.size()));
     }
     return FindProperty(name);

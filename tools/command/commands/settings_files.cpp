@@ -94,7 +94,7 @@ void PrintUnplayedBlocks(const Context& context, const std::vector<SettingsLine>
         names += (names.empty() ? "" : ", ") + block;
     }
     if (!blocks.empty()) {
-        PrintMessage(context.terminal, "not played back, as files never do: " + names);
+        PrintMessage(context.terminal, "these blocks are never played back: " + names);
     }
 }
 
@@ -118,7 +118,7 @@ Json AsJson(const std::vector<SettingsLine>& lines) {
 }
 
 void PrintOutcome(const Context& context, const std::vector<SettingsLine>& wanted,
-                 const std::vector<SettingsLine>& missing) {
+                  const std::vector<SettingsLine>& missing) {
     if (context.options.isJson) {
         PrintJson(context.terminal, {{"file", context.options.words.front()}, {"notApplied", AsJson(missing)}});
         return;

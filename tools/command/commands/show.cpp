@@ -130,7 +130,7 @@ void ShowRanges(const Context& context) {
     Selection selection = SelectProperties(context.options.words);
     std::erase_if(selection, [](const Property* property) { return property->offer == nullptr; });
     if (selection.empty()) {
-        throw UsageFailure("devices do not tell what they take for " + context.options.words.front() +
+        throw UsageFailure("devices do not report what they accept for " + context.options.words.front() +
                            "; its words are in: morquilctl list --json");
     }
     const Link link(context);

@@ -236,7 +236,7 @@ void WriteCompletion(const Context& context) {
             return;
         }
     }
-    throw UsageFailure("completion: '" + shell + "' is not a shell that is known; they are bash, zsh and fish");
+    throw UsageFailure("completion: '" + shell + "' is not a known shell; expected bash, zsh or fish");
 }
 
 }  // namespace Morquil::Command

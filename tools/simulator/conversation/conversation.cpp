@@ -58,22 +58,22 @@ std::string ReadEvent(std::string_view line, ConversationEvent& event) {
     std::string_view rest = line;
     std::uint32_t time = 0;  // 49 days
     if (!TakeNumber(rest, time) || !TakeNumber(rest, event.host) || event.host == 0) {
-        return "MILLISECONDS HOST EVENT is expected, as in: 250 1 host \"PING\\n\\n\"";
+        return "expected MILLISECONDS HOST EVENT, for example: 250 1 host \"PING\\n\\n\"";
     }
     event.time = std::chrono::milliseconds(time);
     const std::string_view word = TakeWord(rest);
     const auto* const found =
         std::find_if(kindWords.begin(), kindWords.end(), [&](const KindWord& known) { return known.word == word; });
     if (found == kindWords.end()) {
-        return "\"" + std::string(word) + "\" is no event; events are" + AllWords();
+        return "\"" + std::string(word) + "\" is not an event; events are" + AllWords();
     }
     event.kind = found->kind;
     const std::optional<std::string> text = found->hasText ? Unescaped(rest) : std::nullopt;
     if (found->hasText && (!text || text->empty())) {
-        return "a text in quotes is expected behind \"" + std::string(word) + "\"";
+        return "expected a text in quotes after \"" + std::string(word) + "\"";
     }
     if (!found->hasText && !rest.empty()) {
-        return "nothing is expected behind \"" + std::string(word) + "\"";
+        return "expected nothing after \"" + std::string(word) + "\"";
     }
     event.text = text.value_or(std::string());
     return {};
@@ -115,8 +115,8 @@ std::string ConversationHeading() {
         heading += "#     " + name + std::string(word.meaning) + "\n";
     }
     return heading +
-           "#   TEXT          the bytes, as a string of the C language: \\n, \\r, \\t, \\\", \\\\ and octal \\000\n"
-           "# Lines that start with # and blank lines mean nothing.\n";
+           "#   TEXT          the bytes, as a C string literal: \\n, \\r, \\t, \\\", \\\\ and octal \\000\n"
+           "# Blank lines and lines that start with # are ignored.\n";
 }
 
 std::string ConversationLine(const ConversationEvent& event) {

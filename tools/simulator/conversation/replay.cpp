@@ -73,10 +73,10 @@ void Replay::PassHostEvents(HostId host, Progress& progress) {
 }
 
 void Replay::Compare(HostId host, Progress& progress, std::string_view recorded) {
-    const std::string_view said = std::string_view(progress.unread).substr(0, recorded.size());
-    if (said != recorded && !std::exchange(progress.differs, true)) {
-        onDifference_("host " + std::to_string(host) + " said " + Escaped(said) + " where " + Escaped(recorded) +
-                      " is recorded");
+    const std::string_view sent = std::string_view(progress.unread).substr(0, recorded.size());
+    if (sent != recorded && !std::exchange(progress.differs, true)) {
+        onDifference_("host " + std::to_string(host) + " sent " + Escaped(sent) + ", but the recording has " +
+                      Escaped(recorded));
     }
 }
 

@@ -79,7 +79,7 @@ public:
         const std::string line = std::string(setting.key) + ": " + std::string(setting.value);
         parser_.Feed(std::string(setting.header) + ":\n" + line + "\n\n");
         if (error_.empty() && !taken_) {
-            error_ = Escaped(setting.value) + " is no value of " + Escaped(setting.key);
+            error_ = Escaped(setting.value) + " is not a value of " + Escaped(setting.key);
         }
         return std::move(error_);
     }
@@ -150,12 +150,12 @@ SettingReading ReadSetting(std::string_view text) {
     std::string_view rest = Trimmed(text.substr(3));
     setting.header = LeadingHeader(rest);
     if (setting.header.empty()) {
-        return Refused("no block of settings is named at the start of " + Escaped(rest));
+        return Refused("expected the name of a block of settings, not " + Escaped(rest));
     }
     rest = Trimmed(rest.substr(setting.header.size()));
     setting.key = LeadingKey(setting.header, rest);
     if (setting.key.empty()) {
-        return Refused("no key of " + std::string(setting.header) + ", with a value behind it, in " + Escaped(rest));
+        return Refused("expected a key of " + std::string(setting.header) + " and a value, not " + Escaped(rest));
     }
     setting.value = Trimmed(rest.substr(setting.key.size()));
     return {setting, {}};

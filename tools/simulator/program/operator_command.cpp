@@ -16,22 +16,22 @@ struct CommandWord {
 };
 // clang-format off
 constexpr std::array<CommandWord, 16> commandWords{{
-    {CommandKind::Set,            "set",              " BLOCK KEY VALUE", "turn a knob at the front panel: set VIDEO PROC AMP Gain 12"},
-    {CommandKind::Lock,           "lock",             "", "switch the remote lock on, and tell the hosts"},
-    {CommandKind::Unlock,         "unlock",           "", "switch the remote lock off, and tell the hosts"},
+    {CommandKind::Set,            "set",              " BLOCK KEY VALUE", "turn a knob on the front panel: set VIDEO PROC AMP Gain 12"},
+    {CommandKind::Lock,           "lock",             "", "switch the remote lock on, and notify the hosts"},
+    {CommandKind::Unlock,         "unlock",           "", "switch the remote lock off, and notify the hosts"},
     {CommandKind::Drop,           "drop",             "", "hang up on all hosts"},
     {CommandKind::DropMidBlock,   "drop mid-block",   "", "hang up on all hosts in the middle of the next block"},
-    {CommandKind::Silent,         "silent",           "", "say nothing more but the preamble"},
-    {CommandKind::Speak,          "speak",            "", "say again what there is to say from now on"},
-    {CommandKind::AcknowledgeOn,  "ack on",           "", "acknowledge blocks (as a device does)"},
-    {CommandKind::AcknowledgeOff, "ack off",          "", "carry blocks out without acknowledging them"},
+    {CommandKind::Silent,         "silent",           "", "send nothing except the preamble"},
+    {CommandKind::Speak,          "speak",            "", "send again from now on"},
+    {CommandKind::AcknowledgeOn,  "ack on",           "", "acknowledge blocks (the default)"},
+    {CommandKind::AcknowledgeOff, "ack off",          "", "carry out blocks without acknowledging them"},
     {CommandKind::RefuseOn,       "nack on",          "", "refuse all blocks"},
-    {CommandKind::RefuseOff,      "nack off",         "", "refuse only blocks that are wrong (as a device does)"},
-    {CommandKind::Garbage,        "garbage",          "", "send all hosts some nonsense"},
+    {CommandKind::RefuseOff,      "nack off",         "", "refuse only invalid blocks (the default)"},
+    {CommandKind::Garbage,        "garbage",          "", "send all hosts some random bytes"},
     {CommandKind::WaitForHost,    "wait-for-host",    "", "wait until a host is connected"},
     {CommandKind::WaitForNoHost,  "wait-for-no-host", "", "wait until no host is connected"},
     {CommandKind::Help,           "help",             "", "list the commands"},
-    {CommandKind::Quit,           "quit",             "", "end the program"},
+    {CommandKind::Quit,           "quit",             "", "exit"},
 }};
 // clang-format on
 

@@ -29,11 +29,11 @@ constexpr const char* examples =
     "  morquil-sim --address 127.0.0.5 --model \"Rack 3\"\n"
     "      a second device on the same machine\n"
     "  morquil-sim --settings studio.txt --latency 40 --fragment random --seed 7\n"
-    "      a device with given settings on a slow line\n"
+    "      a device with these settings on a slow line\n"
     "  echo \"at 2 s set VIDEO PROC AMP Gain 12\" | morquil-sim\n"
-    "      somebody turns a knob two seconds after the start\n"
+    "      turns a knob on the front panel two seconds after the start\n"
     "  morquil-sim --script scenario.txt --record conversation.txt\n"
-    "      plays a scenario and writes down what is said; --replay conversation.txt says it again\n";
+    "      runs a scenario and records the conversation; --replay conversation.txt plays it back\n";
 
 /// Options that the command line gives as words, and that are stored in another form.
 struct Words {
@@ -46,7 +46,7 @@ struct Words {
 template <class Condition>
 CLI::Validator Expect(std::string expected, Condition condition) {
     const auto check = [expected = std::move(expected), condition](const std::string& text) {
-        return condition(text) ? std::string() : expected + " is expected, not \"" + text + "\"";
+        return condition(text) ? std::string() : "expected " + expected + ", not \"" + text + "\"";
     };
     return {check, ""};
 }
@@ -109,7 +109,7 @@ void AddDeviceOptions(CLI::App& app, Options& options, Words& words) {
     const std::string group = "The device";
     app.add_option("--address", options.address, "Address to listen on")
         ->check(ExpectAddress())->type_name("IPV4")->capture_default_str()->group(group);
-    app.add_option("--port", options.port, "TCP port to listen on; 0 takes a free one")
+    app.add_option("--port", options.port, "TCP port to listen on; 0 chooses a free one")
         ->check(ExpectNumber(mostPort))->type_name("NUMBER")->capture_default_str()->group(group);
     app.add_option("--model", identity.modelName, "Model name")
         ->check(ExpectModel())->type_name("NAME")->capture_default_str()->group(group);
@@ -117,20 +117,20 @@ void AddDeviceOptions(CLI::App& app, Options& options, Words& words) {
         ->check(ExpectNumber(mostVersion))->type_name("NUMBER")->group(group);
     app.add_option("--fpga-version", identity.fpgaVersion, "FPGA version, such as 0x1c")
         ->check(ExpectNumber(mostVersion))->type_name("NUMBER")->group(group);
-    app.add_option("--protocol-version", words.protocolVersion, "Protocol version; hosts want a minor of 22")
+    app.add_option("--protocol-version", words.protocolVersion, "Protocol version; hosts accept only a second number of 22")
         ->check(ExpectVersion())->type_name("NUMBER.NUMBER")->capture_default_str()->group(group);
-    app.add_flag("--remote-lock", identity.remoteLock, "Refuse remote control: hosts disconnect")->group(group);
-    app.add_option("--settings", options.settingsFile, "Begin with the settings of this file")
+    app.add_flag("--remote-lock", identity.remoteLock, "Start with remote control locked: hosts disconnect")->group(group);
+    app.add_option("--settings", options.settingsFile, "Start with the settings in this file")
         ->type_name("FILE")->group(group);
 }
 
 void AddLineOptions(CLI::App& app, Faults& faults, Words& words) {
-    const std::string group = "How it speaks";
-    app.add_option("--latency", words.latencyMs, "Say everything this many milliseconds late")
+    const std::string group = "How it sends";
+    app.add_option("--latency", words.latencyMs, "Send everything this many milliseconds late")
         ->check(ExpectNumber(longestLatencyMs))->type_name("MS")->group(group);
     app.add_option("--fragment", words.fragmentation, "Send single bytes, or pieces of random length")
         ->check(Expect(FragmentationNames(), FindFragmentation))->type_name(FragmentationNames())->group(group);
-    app.add_option("--seed", faults.seed, "What is random is the same again with the same number")
+    app.add_option("--seed", faults.seed, "Seed of the random numbers; the same seed repeats the same faults")
         ->check(ExpectNumber(std::numeric_limits<std::uint32_t>::max()))
         ->type_name("NUMBER")->capture_default_str()->group(group);
     app.add_flag("--crlf", faults.crlf, "End lines with carriage return and line feed")->group(group);
@@ -139,19 +139,19 @@ void AddLineOptions(CLI::App& app, Faults& faults, Words& words) {
 
 void AddFaultOptions(CLI::App& app, Faults& faults, Words& words) {
     const std::string group = "Faults";
-    app.add_flag("--never-acknowledge", faults.neverAcknowledge, "Carry blocks out without acknowledging them")
+    app.add_flag("--never-acknowledge", faults.neverAcknowledge, "Carry out blocks without acknowledging them")
         ->group(group);
     app.add_flag("--nack-all", faults.refuseAll, "Refuse all blocks")->group(group);
-    app.add_option("--drop-after", words.dropAfter, "Hang up on a host when it has been sent this many bytes")
+    app.add_option("--drop-after", words.dropAfter, "Hang up on a host after sending it this many bytes")
         ->check(ExpectNumber(std::numeric_limits<std::int32_t>::max()))
         ->type_name("BYTES")
         ->group(group);
     app.add_flag("--close-mid-block", faults.closeMidBlock, "Hang up in the middle of the first block of settings")
         ->group(group);
-    app.add_flag("--garbage", faults.garbage, "Send nonsense between the blocks")->group(group);
+    app.add_flag("--garbage", faults.garbage, "Send random bytes between blocks")->group(group);
     app.add_flag("--long-lines", faults.longLines, "Send a line of 5000 characters in every block")->group(group);
-    app.add_flag("--flood", faults.flood, "Repeat the latest report for ever")->group(group);
-    app.add_flag("--silent", faults.silent, "Say nothing behind the preamble")->group(group);
+    app.add_flag("--flood", faults.flood, "Repeat the latest report as long as the host reads")->group(group);
+    app.add_flag("--silent", faults.silent, "Send nothing after the preamble")->group(group);
 }
 
 std::string Failure(const CLI::App* /*app*/, const CLI::Error& error) {
@@ -160,13 +160,11 @@ std::string Failure(const CLI::App* /*app*/, const CLI::Error& error) {
 
 void AddScenarioOptions(CLI::App& app, Options& options) {
     const std::string group = "Scenarios";
-    app.add_option("--script", options.scriptFile, "Carry out the commands of this file")
+    app.add_option("--script", options.scriptFile, "Run the commands in this file")->type_name("FILE")->group(group);
+    app.add_option("--record", options.recordFile, "Record the conversation, with times, in this file")
         ->type_name("FILE")
         ->group(group);
-    app.add_option("--record", options.recordFile, "Write the conversation, with times, to this file")
-        ->type_name("FILE")
-        ->group(group);
-    app.add_option("--replay", options.replayFile, "Play the device's side of a recorded conversation")
+    app.add_option("--replay", options.replayFile, "Play back the device's side of a recorded conversation")
         ->type_name("FILE")
         ->group(group);
 }
@@ -204,8 +202,8 @@ std::optional<Options> ReadOptions(int argumentCount, const char* const* argumen
     const ProtocolVersion& version = options.identity.protocolVersion;
     Words words{.protocolVersion = std::to_string(version.flags) + "." + std::to_string(version.minor)};
     CLI::App app{"A simulated Morquil video converter.", "morquil-sim"};
-    app.set_help_flag("-h,--help", "Print this help and end");
-    app.set_version_flag("--version", "morquil-sim " MORQUIL_VERSION, "Print the version and end");
+    app.set_help_flag("-h,--help", "Print this help and exit");
+    app.set_version_flag("--version", "morquil-sim " MORQUIL_VERSION, "Print the version and exit");
     app.footer(Footer);
     AddDeviceOptions(app, options, words);
     AddLineOptions(app, options.faults, words);

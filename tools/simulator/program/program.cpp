@@ -66,7 +66,7 @@ int Program::PrepareReplay() {
         return ReportUnusable(options_.replayFile, reading.error);
     }
     if (reading.events.empty()) {
-        return ReportUnusable(options_.replayFile, "holds no conversation; what --record has written is expected");
+        return ReportUnusable(options_.replayFile, "holds no conversation; expected a file that --record has written");
     }
     replay_.emplace(reading.events, [this](const std::string& difference) { console_.PrintError(difference); });
     return 0;
@@ -108,7 +108,7 @@ int Program::PrepareRecording() {
     if (!options_.recordFile.empty()) {
         record_.emplace(options_.recordFile);
         if (!record_->IsOpen()) {
-            return ReportUnusable(options_.recordFile, "cannot be written; a file in a folder that exists is expected");
+            return ReportUnusable(options_.recordFile, "cannot be written");
         }
         recorder_.emplace(station, [this](const std::string& text) { Record(text); });
     }
@@ -118,7 +118,7 @@ int Program::PrepareRecording() {
                                          .onAcceptFailed =
                                              [this](asio::error_code error) {
                                                  console_.PrintError("cannot accept hosts: " + error.message() +
-                                                                   "; trying again until it works");
+                                                                     "; retrying until it works");
                                              }});
     return 0;
 }
@@ -137,7 +137,7 @@ int Program::Listen() {
     }
     if (error) {
         console_.PrintError("cannot listen on " + options_.address + ":" + std::to_string(options_.port) + ": " +
-                          error.message());
+                            error.message());
         return listeningFailure;
     }
     start_ = std::chrono::steady_clock::now();
@@ -155,8 +155,9 @@ int Program::Run() {
 
 int Program::FinishOutput() {
     const auto deadline = [] { return std::chrono::steady_clock::now() + BackgroundWriter::patience; };
-    const int status =
-        record_ && !record_->Finish(deadline()) ? ReportUnusable(options_.recordFile, "could not be written completely") : 0;
+    const int status = record_ && !record_->Finish(deadline())
+                           ? ReportUnusable(options_.recordFile, "could not be written completely")
+                           : 0;
     console_.Finish(deadline());
     return status;
 }
@@ -239,7 +240,7 @@ void Program::CarryOutNow(const OperatorCommand& command) {
     } else if (command.kind == CommandKind::Help) {
         console_.Print(ScriptHelp());
     } else if (!simulation_) {
-        console_.PrintError("what is replayed obeys nobody; only help and quit are possible");
+        console_.PrintError("a replay accepts only the commands help and quit");
     } else {
         const PanelOutcome outcome = CarryOut(command, *simulation_, Now());
         if (!outcome.refusal.empty()) {

@@ -12,7 +12,7 @@ namespace Morquil::Simulator {
 namespace {
 
 constexpr double longestMs = 24.0 * 3600 * 1000;
-constexpr const char* timeExpected = "a time such as 500 ms or 2 s (up to a day) is expected behind \"";
+constexpr const char* timeExpected = "expected a time such as 500 ms or 2 s (at most a day) after \"";
 
 /// Removes a word and the blanks after it from `rest`, and returns the word.
 std::string_view TakeWord(std::string_view& rest) {
@@ -54,22 +54,22 @@ ScriptLineReading ReadScriptLine(std::string_view text) {
         return {};
     }
     if (text.size() > longestScriptLine) {
-        return Refused("a line of at most " + std::to_string(longestScriptLine) + " bytes is expected");
+        return Refused("the line is longer than " + std::to_string(longestScriptLine) + " bytes");
     }
     ScriptLine line;
-    std::string_view behindWord = rest;
-    const std::string_view word = TakeWord(behindWord);
+    std::string_view afterWord = rest;
+    const std::string_view word = TakeWord(afterWord);
     if (EqualsIgnoringCase(word, "at") || EqualsIgnoringCase(word, "after")) {
         line.timing = EqualsIgnoringCase(word, "at") ? ScriptLine::Timing::At : ScriptLine::Timing::After;
-        rest = behindWord;
+        rest = afterWord;
         const auto time = TakeTime(rest);
         if (!time) {
-            return Refused(timeExpected + std::string(word) + "\", not \"" + std::string(behindWord) + "\"");
+            return Refused(timeExpected + std::string(word) + "\", not \"" + std::string(afterWord) + "\"");
         }
         line.time = *time;
     }
     if (rest.empty()) {
-        return Refused("a command is expected behind the time; \"help\" lists them");
+        return Refused("expected a command after the time; \"help\" lists the commands");
     }
     CommandReading reading = ReadCommand(rest);
     if (!reading.command) {
@@ -90,8 +90,7 @@ ScriptReading ReadScript(std::string_view text) {
         }
         ScriptLineReading reading = ReadScriptLine(lineText);
         if (reading.line && reading.line->timing == ScriptLine::Timing::At && reading.line->time < latest) {
-            reading.error = "lines are carried out in order: " + AsText(latest) +
-                                " of a line above, or a later time, is expected, not " + AsText(reading.line->time);
+            reading.error = "times must not go back: " + AsText(reading.line->time) + " follows " + AsText(latest);
         }
         if (!reading.error.empty()) {
             script = {{}, "line " + std::to_string(number) + ": " + reading.error};
@@ -104,11 +103,11 @@ ScriptReading ReadScript(std::string_view text) {
 }
 
 std::string ScriptHelp() {
-    return "Commands, on standard input or in a script, one on each line, are carried out in order:\n" + CommandHelp() +
-           "In front of a command may stand when it is carried out:\n"
-           "  at TIME               at this time since the start, as in: at 2 s drop\n"
-           "  after TIME            this long after the line before it, as in: after 500 ms lock\n"
-           "Blank lines and lines that start with # mean nothing.\n";
+    return "Commands, one on each line of standard input or of a script, run in order:\n" + CommandHelp() +
+           "A command may be preceded by the time at which it runs:\n"
+           "  at TIME               this long after the start, for example: at 2 s drop\n"
+           "  after TIME            this long after the previous line, for example: after 500 ms lock\n"
+           "Blank lines and lines that start with # are ignored.\n";
 }
 
 void ScriptRunner::Add(ScriptLine line, Moment now) {

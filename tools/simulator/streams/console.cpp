@@ -20,7 +20,7 @@ Console::Console()
                    },
                .noteDropped =
                    [](std::size_t count) {
-                       return OutputPiece{ErrorLine("dropped " + std::to_string(count) + " messages: nobody read them"),
+                       return OutputPiece{ErrorLine("dropped " + std::to_string(count) + " unread messages"),
                                           standardError};
                    }},
               pendingLimit) {}

@@ -14,10 +14,10 @@ FileReading ReadInputFile(const std::string& name, std::size_t limit) {
         file.content.append(piece.data(), static_cast<std::size_t>(stream.gcount()));
     }
     if (file.content.size() > limit) {
-        return {{}, "holds more than " + std::to_string(limit / 1024 / 1024) + " MiB, the limit for such a file"};
+        return {{}, "is larger than " + std::to_string(limit / 1024 / 1024) + " MiB, the limit for such a file"};
     }
     // A folder can be opened, but not read to its end.
-    return stream.eof() ? file : FileReading{{}, "cannot be read; the name of a file is expected"};
+    return stream.eof() ? file : FileReading{{}, "cannot be read"};
 }
 
 }  // namespace Morquil::Simulator

@@ -34,7 +34,7 @@ TEST(Program, RefusesOversizedFiles) {
         testing::internal::CaptureStderr();
         EXPECT_EQ(std::make_unique<Program>(options)->Start(), usageError);
         EXPECT_EQ(testing::internal::GetCapturedStderr(),
-                  "morquil-sim: " + file + ": holds more than 4 MiB, the limit for such a file\n");
+                  "morquil-sim: " + file + ": is larger than 4 MiB, the limit for such a file\n");
     }
 }
 

@@ -105,7 +105,7 @@ TEST(StalledStreams, AnUnreadRecordingEndsAndTheHostsAreServed) {
 
 TEST(StalledStreams, AFileWithoutAnEndIsRefused) {
     ChildProgram program({"--script", "/dev/zero"});
-    EXPECT_EQ(program.ReadUntil("\n"), "morquil-sim: /dev/zero: holds more than 4 MiB, the limit for such a file\n");
+    EXPECT_EQ(program.ReadUntil("\n"), "morquil-sim: /dev/zero: is larger than 4 MiB, the limit for such a file\n");
     EXPECT_EQ(program.AwaitEnd(), 2);
 }
 

@@ -47,7 +47,7 @@ TEST(Script, SaysWhatItExpectsInsteadOfALineThatItCannotRead) {
         {"dance", "unknown command \"dance\"; commands are: set, lock,"},
         {"drop it", "unknown command \"drop it\""},
         {"nack", "unknown command \"nack\""},
-        {"set VIDEO PROC AMP Tint 2", "no key of VIDEO PROC AMP"},
+        {"set VIDEO PROC AMP Tint 2", "expected a key of VIDEO PROC AMP"},
         {"set VIDEO PROC AMP Gain much", "Failed to parse"},
     };
     for (const auto& [text, error] : cases) {

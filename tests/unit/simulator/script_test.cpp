@@ -81,7 +81,7 @@ protected:
     /// The commands that are carried out at a moment.
     std::vector<std::string> At(std::chrono::milliseconds now, std::size_t hostCount = 0) {
         std::vector<std::string> commands;
-        while (const auto command = runner.Next(now, hostCount)) {
+        while (const auto command = runner.Next(now, [=](unsigned /*device*/) { return hostCount; })) {
             commands.push_back(command->text);
         }
         return commands;

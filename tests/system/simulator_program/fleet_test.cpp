@@ -134,7 +134,10 @@ TEST(Fleet, IsReadyWhenItHasPrintedFirstAndLastAddress) {
     const std::string line = program.NextLine();
     const std::string port = ":" + std::to_string(PortOf(line));
     EXPECT_EQ(line, "listening on 127.0.0.1" + port + " to 127.0.1.44" + port + " (300 devices)");
-    EXPECT_TRUE(RawHost("127.0.1.44", PortOf(line)).IsConnected());
+    {
+        RawHost host("127.0.1.44", PortOf(line));
+        EXPECT_TRUE(host.ReceiveUntil("\n\n").starts_with("PROTOCOL PREAMBLE:\n"));
+    }
     EXPECT_EQ(program.AwaitEnd(), 0);
 }
 

@@ -12,7 +12,8 @@ namespace Morquil::Simulator {
 struct Options {
     std::string address = "127.0.0.1";
     std::uint16_t port = 9800;
-    /// How many devices there are, each at its own address; without a number, commands name no devices.
+    /// How many devices there are, each at its own address; without a number, commands name no devices. Several devices
+    /// can neither record nor replay.
     std::optional<std::uint32_t> devices = std::nullopt;
     DeviceIdentity identity = {};
     Faults faults = {};

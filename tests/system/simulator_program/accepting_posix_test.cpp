@@ -43,7 +43,8 @@ TEST(Server, WaitsForDescriptorsWithoutSpinning) {
                            EXPECT_EQ(error, asio::error::no_descriptors);
                            ++errors;
                        }});
-    ASSERT_FALSE(server.Listen({asio::ip::address_v4::loopback(), 0}));
+    ASSERT_FALSE(server.Bind({asio::ip::address_v4::loopback(), 0}));
+    ASSERT_FALSE(server.Listen());
     RawHost host("127.0.0.1", server.Endpoint().port());
     {
         const NoMoreDescriptors scarcity;

@@ -20,6 +20,8 @@ public:
     ChildProgram(const ChildProgram&) = delete;
     ChildProgram& operator=(const ChildProgram&) = delete;
 
+    pid_t Id() const { return process_; }
+
     /// Reads its output up to `end`. Returns: what was read; without `end` if the program has ended, or after 10 s.
     std::string ReadUntil(std::string_view end);
     /// Reads the line that says where it listens. Returns: the port.

@@ -28,6 +28,11 @@ TEST(Options, AreThoseOfAnOrdinaryDeviceByDefault) {
     EXPECT_EQ(reading.options->faults.fragmentation, Fragmentation::None);
 }
 
+TEST(Options, AllowOneDeviceWhatTheyAllowWithoutANumberOfDevices) {
+    EXPECT_TRUE(Read({"--devices", "1", "--record", "file"}).options);
+    EXPECT_TRUE(Read({"--devices", "1", "--replay", "file"}).options);
+}
+
 TEST(Options, DescribeTheDevice) {
     const Reading reading = Read({"--address", "127.0.0.7", "--port=9801", "--model", "Rack 3", "--software-version",
                                   "0x1f", "--fpga-version", "12", "--protocol-version", "3.21", "--remote-lock"});
@@ -84,6 +89,14 @@ TEST(Options, SayWhatWouldBeRightInsteadOfWhatIsWrong) {
         {{"--port", "70000"}, "--port: expected a number from 0 to 65535, not \"70000\""},
         {{"--port", "-1"}, "--port: expected a number from 0 to 65535, not \"-1\""},
         {{"--address", "here"}, "--address: expected an IPv4 address such as 127.0.0.1, not \"here\""},
+        {{"--devices", "0"}, "--devices: expected a number from 1 to 10000, not \"0\""},
+        {{"--devices", "70000"}, "--devices: expected a number from 1 to 10000, not \"70000\""},
+        {{"--devices", "text"}, "--devices: expected a number from 1 to 10000, not \"text\""},
+        {{"--devices", "2", "--record", "file"}, "--devices excludes --record"},
+        {{"--devices", "2", "--replay", "file"}, "--devices excludes --replay"},
+        {{"--devices", "300", "--address", "255.255.255.1"}, "there are fewer than 300 addresses from 255.255.255.1"},
+        {{"--devices", "1000", "--model", "a name of 45 bytes, which leaves no room at a"},
+         "--model: expected at most 44 bytes before the number of one of 1000 devices"},
         {{"--model", ""}, "--model: expected a name of 1 to 49 printable bytes"},
         {{"--protocol-version", "2"}, "--protocol-version: expected a version of two numbers, such as 2.22"},
         {{"--software-version", "new"}, "--software-version: expected a number from 0 to 4294967295"},

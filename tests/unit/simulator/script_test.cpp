@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace Morquil::Simulator {
 namespace {
 
@@ -68,10 +70,49 @@ TEST(Script, RefusesTimesThatGoBack) {
     EXPECT_TRUE(script.lines.empty());
 }
 
+TEST(Script, ReadsTheDevicesBeforeACommand) {
+    const std::pair<const char*, Targets> cases[] = {
+        {"@7 drop", {7, 7}},  {"at 2 s @1-10 drop", {1, 10}}, {"after 1 ms  @20  drop", {20, 20}},
+        {"@* drop", {1, 20}}, {"@1-1 drop", {1, 1}},
+    };
+    for (const auto& [text, targets] : cases) {
+        const ScriptLineReading reading = ReadScriptLine(text, 20);
+        ASSERT_TRUE(reading.line) << text << ": " << reading.error;
+        EXPECT_EQ(reading.line->command.targets, targets) << text;
+        EXPECT_EQ(reading.line->command.text, "drop") << text;
+    }
+    EXPECT_TRUE(ReadScriptLine("help", 20).line);
+    EXPECT_TRUE(ReadScriptLine("drop", 1).line);
+}
+
+TEST(Script, SaysWhichDevicesItExpects) {
+    const std::string expected = "expected a device from @1 to @20, a range such as @1-20, or @* for all";
+    const std::pair<const char*, std::string> cases[] = {
+        {"drop", expected + " before \"drop\""},
+        {"@0 drop", expected + ", not \"@0\""},
+        {"@21 drop", expected + ", not \"@21\""},
+        {"@3-2 drop", expected + ", not \"@3-2\""},
+        {"@-3 drop", expected + ", not \"@-3\""},
+        {"@1- drop", expected + ", not \"@1-\""},
+        {"@seven drop", expected + ", not \"@seven\""},
+        {"@99999999999 drop", expected + ", not \"@99999999999\""},
+        {"@ drop", expected + ", not \"@\""},
+        {"@7", "expected a command after the device; \"help\" lists the commands"},
+        {"@7 quit", "\"quit\" is for the whole program and takes no device"},
+        {"@7 dance", "unknown command \"dance\"; commands are: "},
+    };
+    for (const auto& [text, error] : cases) {
+        const ScriptLineReading reading = ReadScriptLine(text, 20);
+        EXPECT_FALSE(reading.line) << text;
+        EXPECT_TRUE(reading.error.starts_with(error)) << text << " -> " << reading.error;
+    }
+    EXPECT_TRUE(ReadScriptLine("@1 drop").error.starts_with("unknown command \"@1 drop\"")) << "a device on its own";
+}
+
 class ScriptRunnerTest : public testing::Test {
 protected:
-    void Add(std::string_view script, std::chrono::milliseconds now = 0ms) {
-        ScriptReading reading = ReadScript(script);
+    void Add(std::string_view script, std::chrono::milliseconds now = 0ms, unsigned deviceCount = 0) {
+        ScriptReading reading = ReadScript(script, deviceCount);
         ASSERT_EQ(reading.error, "");
         for (ScriptLine& line : reading.lines) {
             runner.Add(std::move(line), now);
@@ -81,7 +122,7 @@ protected:
     /// The commands that are carried out at a moment.
     std::vector<std::string> At(std::chrono::milliseconds now, std::size_t hostCount = 0) {
         std::vector<std::string> commands;
-        while (const auto command = runner.Next(now, hostCount)) {
+        while (const auto command = runner.Next(now, [=](unsigned /*device*/) { return hostCount; })) {
             commands.push_back(command->text);
         }
         return commands;
@@ -116,6 +157,28 @@ TEST_F(ScriptRunnerTest, WaitsForAHostToConnectAndToLeave) {
     EXPECT_EQ(runner.NextDue(), 6000ms) << "counted from when the host connected";
     EXPECT_EQ(At(6000ms, 1), Texts{"drop"});
     EXPECT_EQ(At(6001ms, 0), Texts{"quit"});
+}
+
+TEST_F(ScriptRunnerTest, CarriesACommandOutAtOneDeviceAfterTheOther) {
+    Add("after 1 s @2-3 lock\nafter 1 s @1 drop\n", 0ms, 3);
+    EXPECT_EQ(runner.Next(1000ms, {})->targets, (Targets{2, 2}));
+    EXPECT_EQ(runner.PendingCount(), 2U);
+    EXPECT_EQ(runner.Next(1500ms, {})->targets, (Targets{3, 3}));
+    EXPECT_EQ(runner.NextDue(), 2000ms);
+    EXPECT_EQ(runner.Next(2000ms, {})->targets, (Targets{1, 1}));
+    EXPECT_EQ(runner.PendingCount(), 0U);
+}
+
+TEST_F(ScriptRunnerTest, WaitsForTheHostsOfTheDevicesThatItNames) {
+    Add("@2-3 wait-for-host\n@* wait-for-no-host\nquit\n", 0ms, 3);
+    std::map<unsigned, std::size_t> hosts{{1, 1}, {2, 1}, {3, 0}};
+    const auto count = [&](unsigned device) { return hosts.at(device); };
+    EXPECT_FALSE(runner.Next(0ms, count));
+    hosts = {{1, 0}, {2, 1}, {3, 2}};
+    EXPECT_FALSE(runner.Next(1ms, count));
+    EXPECT_EQ(runner.PendingCount(), 2U) << "the first wait is over";
+    hosts = {{1, 0}, {2, 0}, {3, 0}};
+    EXPECT_EQ(runner.Next(2ms, count)->text, "quit");
 }
 
 TEST_F(ScriptRunnerTest, CountsFromWhenALineWasTyped) {

@@ -33,6 +33,17 @@ DeviceBlocks WithoutCommands(DeviceBlocks settings) {
     return settings;
 }
 
+/// The factory settings, which all devices share: a program may hold a thousand of them.
+const DeviceBlocks& Factory() {
+    static const DeviceBlocks factory = [] {
+        DeviceBlocks device = FactoryDevice();
+        FollowModes(device);
+        SettleAll(device);
+        return device;
+    }();
+    return factory;
+}
+
 DeviceBlocks AllResets(const DeviceBlocks& commands, const DeviceBlocks& factory) {
     DeviceBlocks settings;
     ForEachBlock<BlockRole::Settings>([&]<class Description>() {
@@ -43,16 +54,13 @@ DeviceBlocks AllResets(const DeviceBlocks& commands, const DeviceBlocks& factory
 
 }  // namespace
 
-DeviceState::DeviceState(const DeviceIdentity& identity)
-    : factory_(FactoryDevice(identity)), stills_(identity.stillFrameTime) {
-    FollowModes(factory_);
-    SettleAll(factory_);
-    present_ = factory_;
+DeviceState::DeviceState(const DeviceIdentity& identity) : present_(Factory()), stills_(identity.stillFrameTime) {
+    Identify(present_, identity);
 }
 
 ChangeOutcome DeviceState::Change(const DeviceBlocks& changes) {
     const DeviceBlocks settings = WithoutCommands(changes);
-    DeviceBlocks consequences = AllResets(changes, factory_);
+    DeviceBlocks consequences = AllResets(changes, Factory());
     const auto& stillAction = changes.Of<VideoOutputChangeSet>().stillFrameAction;
     StillStore stills = stills_;
     if (stillAction.IsPresent()) {
@@ -62,7 +70,7 @@ ChangeOutcome DeviceState::Change(const DeviceBlocks& changes) {
 
     DeviceBlocks next = present_;
     if (preset.recall.IsPresent()) {
-        presets_.Recall(preset.recall.Get(), factory_, next);
+        presets_.Recall(preset.recall.Get(), Factory(), next);
     }
     MergeSettings(next, consequences);
     MergeSettings(next, settings);

@@ -84,7 +84,6 @@ private:
     ChangeOutcome Adopt(DeviceBlocks next, const DeviceBlocks& checked, const DeviceBlocks& alreadyReported,
                         const DeviceBlocks& mentioned);
 
-    DeviceBlocks factory_;
     DeviceBlocks present_;
     Presets presets_;
     StillStore stills_;

@@ -33,18 +33,9 @@ private:
     MorquilTextProtocolParser parser_;
 };
 
-void Identify(DeviceBlocks& blocks, const DeviceIdentity& identity) {
-    MorquilDeviceChangeSet& device = blocks.Of<MorquilDeviceChangeSet>();
-    device.modelName.Set(identity.modelName);
-    device.softwareVersion.Set(identity.softwareVersion);
-    device.fpgaVersion.Set(identity.fpgaVersion);
-    device.remoteLock.Set(identity.remoteLock);
-    blocks.Of<ProtocolPreambleChangeSet>().version.Set(identity.protocolVersion);
-}
-
 }  // namespace
 
-DeviceBlocks FactoryDevice(const DeviceIdentity& identity) {
+DeviceBlocks FactoryDevice() {
     DeviceBlocks device;
     BlockFiller filler(device);
     filler.Fill(FactorySettings());
@@ -55,9 +46,24 @@ DeviceBlocks FactoryDevice(const DeviceIdentity& identity) {
     Merge(device.Of<AncillaryDataAvailabilityChangeSet>(), OfferedDropFrameModes());
     Merge(device.Of<Mode3DAvailabilityChangeSet>(), Offered3DModes());
     Merge(device.Of<VideoAdvancedAvailabilityChangeSet>(), OfferedProcessingModes());
-    Identify(device, identity);
     ForEachBlock([&]<class Description>() { FillPlainly<Description>(device.Of<Description>()); });
     return device;
+}
+
+void Identify(DeviceBlocks& blocks, const DeviceIdentity& identity) {
+    MorquilDeviceChangeSet& device = blocks.Of<MorquilDeviceChangeSet>();
+    device.modelName.Set(identity.modelName);
+    device.softwareVersion.Set(identity.softwareVersion);
+    device.fpgaVersion.Set(identity.fpgaVersion);
+    device.remoteLock.Set(identity.remoteLock);
+    blocks.Of<ProtocolPreambleChangeSet>().version.Set(identity.protocolVersion);
+    NetworkConfigChangeSet& network = blocks.Of<NetworkConfigChangeSet>();
+    if (identity.friendlyName) {
+        network.friendlyName.Set(*identity.friendlyName);
+    }
+    if (identity.ipAddress) {
+        network.ipAddress.Set(*identity.ipAddress);
+    }
 }
 
 }  // namespace Morquil::Simulator

@@ -5,7 +5,10 @@
 
 namespace Morquil::Simulator {
 
-/// All blocks of a device with its factory settings.
-DeviceBlocks FactoryDevice(const DeviceIdentity& identity);
+/// All blocks of a device with its factory settings, before it has an identity.
+DeviceBlocks FactoryDevice();
+
+/// Gives a device its identity.
+void Identify(DeviceBlocks& blocks, const DeviceIdentity& identity);
 
 }  // namespace Morquil::Simulator

@@ -15,12 +15,14 @@ struct CommandWord {
     std::string_view meaning;
 };
 // clang-format off
-constexpr std::array<CommandWord, 16> commandWords{{
+constexpr std::array<CommandWord, 19> commandWords{{
     {CommandKind::Set,            "set",              " BLOCK KEY VALUE", "turn a knob on the front panel: set VIDEO PROC AMP Gain 12"},
     {CommandKind::Lock,           "lock",             "", "switch the remote lock on, and notify the hosts"},
     {CommandKind::Unlock,         "unlock",           "", "switch the remote lock off, and notify the hosts"},
     {CommandKind::Drop,           "drop",             "", "hang up on all hosts"},
     {CommandKind::DropMidBlock,   "drop mid-block",   "", "hang up on all hosts in the middle of the next block"},
+    {CommandKind::Offline,        "offline",          "", "hang up on all hosts, and refuse new ones"},
+    {CommandKind::Online,         "online",           "", "accept hosts again"},
     {CommandKind::Silent,         "silent",           "", "send nothing except the preamble"},
     {CommandKind::Speak,          "speak",            "", "send again from now on"},
     {CommandKind::AcknowledgeOn,  "ack on",           "", "acknowledge blocks (the default)"},
@@ -30,6 +32,7 @@ constexpr std::array<CommandWord, 16> commandWords{{
     {CommandKind::Garbage,        "garbage",          "", "send all hosts some random bytes"},
     {CommandKind::WaitForHost,    "wait-for-host",    "", "wait until a host is connected"},
     {CommandKind::WaitForNoHost,  "wait-for-no-host", "", "wait until no host is connected"},
+    {CommandKind::Status,         "status",           "", "print the address, and how many hosts are connected"},
     {CommandKind::Help,           "help",             "", "list the commands"},
     {CommandKind::Quit,           "quit",             "", "exit"},
 }};
@@ -82,7 +85,7 @@ CommandReading ReadCommand(std::string_view text) {
         if (!error.empty()) {
             return {std::nullopt, std::move(error)};
         }
-        return {OperatorCommand{command.kind, std::string(Trimmed(text))}, {}};
+        return {OperatorCommand{.kind = command.kind, .text = std::string(Trimmed(text))}, {}};
     }
     return {std::nullopt, "unknown command \"" + words + "\"; commands are: " + AllWords()};
 }
@@ -105,6 +108,7 @@ PanelOutcome CarryOut(const OperatorCommand& command, Simulation& simulation, st
         case CommandKind::Set:            return simulation.UsePanel(command.text, now);
         case CommandKind::Lock:           return SetRemoteLock(simulation, "true", now);
         case CommandKind::Unlock:         return SetRemoteLock(simulation, "false", now);
+        case CommandKind::Offline:
         case CommandKind::Drop:           simulation.HangUp(now); break;
         case CommandKind::DropMidBlock:   simulation.HangUpMidBlock(); break;
         case CommandKind::Silent:         faults.silent = true; break;
@@ -114,8 +118,10 @@ PanelOutcome CarryOut(const OperatorCommand& command, Simulation& simulation, st
         case CommandKind::RefuseOn:       faults.refuseAll = true; break;
         case CommandKind::RefuseOff:      faults.refuseAll = false; break;
         case CommandKind::Garbage:        simulation.SendGarbage(now); break;
+        case CommandKind::Online:
         case CommandKind::WaitForHost:
         case CommandKind::WaitForNoHost:
+        case CommandKind::Status:
         case CommandKind::Help:
         case CommandKind::Quit:           break;
     }

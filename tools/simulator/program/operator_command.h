@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "simulator/program/simulation.h"
+#include "simulator/program/targets.h"
 
 namespace Morquil::Simulator {
 
@@ -15,6 +16,8 @@ enum class CommandKind {
     Unlock,
     Drop,
     DropMidBlock,
+    Offline,
+    Online,
     Silent,
     Speak,
     AcknowledgeOn,
@@ -24,6 +27,7 @@ enum class CommandKind {
     Garbage,
     WaitForHost,
     WaitForNoHost,
+    Status,
     Help,
     Quit
 };
@@ -31,7 +35,8 @@ enum class CommandKind {
 /// A command of the operator, from a script or typed in.
 struct OperatorCommand {
     CommandKind kind = CommandKind::Help;
-    std::string text;  // as written
+    std::string text;  // as written, without its time and devices
+    Targets targets = {};
 };
 
 /// A parsed command, or why the text is not a command.
@@ -41,10 +46,15 @@ struct CommandReading {
 };
 CommandReading ReadCommand(std::string_view text);
 
+/// Whether it concerns devices, and not the whole program.
+constexpr bool IsForDevices(CommandKind kind) {
+    return kind != CommandKind::Help && kind != CommandKind::Quit;
+}
+
 /// A list of all commands for people, one on each line.
 std::string CommandHelp();
 
-/// Carries out a command that concerns the device and its lines. The program itself handles waiting, help and ending.
+/// Carries out a command that concerns a device and its lines. The program itself handles everything else.
 PanelOutcome CarryOut(const OperatorCommand& command, Simulation& simulation, std::chrono::milliseconds now);
 
 }  // namespace Morquil::Simulator

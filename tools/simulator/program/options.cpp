@@ -8,6 +8,7 @@
 
 #include "protocol/text/ascii.h"
 #include "protocol/text/value_reader.h"
+#include "simulator/program/fleet.h"
 #include "simulator/program/script.h"
 
 namespace Morquil::Simulator {
@@ -16,6 +17,7 @@ namespace {
 
 constexpr std::size_t longestModelName = 49;
 constexpr std::uint64_t longestLatencyMs = 60'000;
+constexpr std::uint64_t mostDevices = 10'000;
 
 struct FragmentationWord {
     std::string_view word;
@@ -28,6 +30,8 @@ constexpr const char* examples =
     "Examples:\n"
     "  morquil-sim --address 127.0.0.5 --model \"Rack 3\"\n"
     "      a second device on the same machine\n"
+    "  morquil-sim --devices 20 --address 127.0.0.11\n"
+    "      twenty devices, from 127.0.0.11 to 127.0.0.30; \"@7 drop\" hangs up on the hosts of the seventh\n"
     "  morquil-sim --settings studio.txt --latency 40 --fragment random --seed 7\n"
     "      a device with these settings on a slow line\n"
     "  echo \"at 2 s set VIDEO PROC AMP Gain 12\" | morquil-sim\n"
@@ -52,14 +56,15 @@ CLI::Validator Expect(std::string expected, Condition condition) {
 }
 
 /// Accepts a whole number, or a hexadecimal one that begins with 0x.
-CLI::Validator ExpectNumber(std::uint64_t most) {
-    return Expect("a number from 0 to " + std::to_string(most), [most](const std::string& text) {
+CLI::Validator ExpectNumber(std::uint64_t most, std::uint64_t least = 0) {
+    const std::string expected = "a number from " + std::to_string(least) + " to " + std::to_string(most);
+    return Expect(expected, [most, least](const std::string& text) {
         const bool isHex = text.starts_with("0x") || text.starts_with("0X");
         const char* const first = text.data() + (isHex ? 2 : 0);
         const char* const end = text.data() + text.size();
         std::uint64_t number = 0;
         const auto [stop, error] = std::from_chars(first, end, number, isHex ? 16 : 10);
-        return error == std::errc() && stop == end && number <= most;
+        return error == std::errc() && stop == end && number >= least && number <= most;
     });
 }
 
@@ -111,6 +116,8 @@ void AddDeviceOptions(CLI::App& app, Options& options, Words& words) {
         ->check(ExpectAddress())->type_name("IPV4")->capture_default_str()->group(group);
     app.add_option("--port", options.port, "TCP port to listen on; 0 chooses a free one")
         ->check(ExpectNumber(mostPort))->type_name("NUMBER")->capture_default_str()->group(group);
+    app.add_option("--devices", options.devices, "Number of devices, at this address and those that follow it")
+        ->check(ExpectNumber(mostDevices, 1))->type_name("NUMBER")->group(group);
     app.add_option("--model", identity.modelName, "Model name")
         ->check(ExpectModel())->type_name("NAME")->capture_default_str()->group(group);
     app.add_option("--software-version", identity.softwareVersion, "Software version, such as 0x20417")
@@ -171,7 +178,7 @@ void AddScenarioOptions(CLI::App& app, Options& options) {
 
 /// A replay sends exactly what was recorded, so only these options can be combined with it.
 void RefuseMixtures(const CLI::App& app) {
-    constexpr std::array<std::string_view, 4> allowed{"--address", "--port", "--record", "--replay"};
+    constexpr std::array<std::string_view, 5> allowed{"--address", "--port", "--devices", "--record", "--replay"};
     if (app.count("--replay") == 0) {
         return;
     }
@@ -180,6 +187,29 @@ void RefuseMixtures(const CLI::App& app) {
         if (option->count() > 0 && std::find(allowed.begin(), allowed.end(), name) == allowed.end()) {
             throw CLI::ExcludesError("--replay", name);
         }
+    }
+}
+
+/// Several devices need addresses and names, and have no common conversation.
+void RefuseImpossibleFleet(const CLI::App& app, const Options& options) {
+    const unsigned count = options.DeviceCount();
+    if (count == 1) {
+        return;
+    }
+    for (const char* name : {"--record", "--replay"}) {
+        if (app.count(name) > 0) {
+            throw CLI::ExcludesError("--devices", name);
+        }
+    }
+    if (!HasAddresses(options)) {
+        throw CLI::ValidationError("--address", "there are fewer than " + std::to_string(count) + " addresses from " +
+                                                    options.address + " on");
+    }
+    const std::size_t longest = longestModelName - 1 - std::to_string(count).size();
+    if (options.identity.modelName.size() > longest) {
+        throw CLI::ValidationError("--model", "expected at most " + std::to_string(longest) +
+                                                  " bytes before the number of one of " + std::to_string(count) +
+                                                  " devices");
     }
 }
 
@@ -213,6 +243,7 @@ std::optional<Options> ReadOptions(int argumentCount, const char* const* argumen
     try {
         app.parse(argumentCount, arguments);
         RefuseMixtures(app);
+        RefuseImpossibleFleet(app, options);
     } catch (const CLI::ParseError& error) {
         exitStatus = app.exit(error) == 0 ? 0 : usageError;
         return std::nullopt;

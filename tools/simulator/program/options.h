@@ -12,6 +12,9 @@ namespace Morquil::Simulator {
 struct Options {
     std::string address = "127.0.0.1";
     std::uint16_t port = 9800;
+    /// How many devices there are, each at its own address; without a number, commands name no devices. Several devices
+    /// can neither record nor replay.
+    std::optional<std::uint32_t> devices = std::nullopt;
     DeviceIdentity identity = {};
     Faults faults = {};
     // Files; an empty name means none.
@@ -19,6 +22,8 @@ struct Options {
     std::string scriptFile = {};
     std::string recordFile = {};
     std::string replayFile = {};
+
+    unsigned DeviceCount() const { return devices.value_or(1); }
 };
 
 /// The exit status for a wrong command line, or an unusable file that it names.

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <utility>
 
+#include "simulator/program/fleet.h"
 #include "simulator/streams/input_file.h"
 #include "simulator/text/text_lines.h"
 
@@ -49,11 +50,17 @@ std::optional<std::string> Program::ReadOrReport(const std::string& file, std::s
 }
 
 int Program::Prepare() {
-    int status = options_.replayFile.empty() ? PrepareSimulation() : PrepareReplay();
+    int status = options_.replayFile.empty() ? PrepareSimulations() : PrepareReplay();
     if (status == 0) {
         status = PrepareScript();
     }
-    return status == 0 ? PrepareRecording() : status;
+    if (status == 0) {
+        status = PrepareRecording();
+    }
+    if (status == 0) {
+        PrepareServers();
+    }
+    return status;
 }
 
 int Program::PrepareReplay() {
@@ -72,8 +79,10 @@ int Program::PrepareReplay() {
     return 0;
 }
 
-int Program::PrepareSimulation() {
-    simulation_.emplace(options_.identity, options_.faults);
+int Program::PrepareSimulations() {
+    for (unsigned number = 1; number <= options_.DeviceCount(); ++number) {
+        simulations_.emplace_back(IdentityOf(options_, number), FaultsOf(options_, number));
+    }
     if (options_.settingsFile.empty()) {
         return 0;
     }
@@ -81,8 +90,13 @@ int Program::PrepareSimulation() {
     if (!text) {
         return usageError;
     }
-    const std::string error = simulation_->LoadSettings(*text, Moment{0});
-    return error.empty() ? 0 : ReportUnusable(options_.settingsFile, error);
+    for (Simulation& simulation : simulations_) {
+        const std::string error = simulation.LoadSettings(*text, Moment{0});
+        if (!error.empty()) {
+            return ReportUnusable(options_.settingsFile, error);
+        }
+    }
+    return 0;
 }
 
 int Program::PrepareScript() {
@@ -93,7 +107,7 @@ int Program::PrepareScript() {
     if (!text) {
         return usageError;
     }
-    ScriptReading script = ReadScript(*text);
+    ScriptReading script = ReadScript(*text, options_.devices.value_or(0));
     if (!script.error.empty()) {
         return ReportUnusable(options_.scriptFile, script.error);
     }
@@ -104,23 +118,36 @@ int Program::PrepareScript() {
 }
 
 int Program::PrepareRecording() {
-    Station& station = replay_ ? static_cast<Station&>(*replay_) : *simulation_;
     if (!options_.recordFile.empty()) {
+        Station& station = replay_ ? static_cast<Station&>(*replay_) : simulations_.front();
         record_.emplace(options_.recordFile);
         if (!record_->IsOpen()) {
             return ReportUnusable(options_.recordFile, "cannot be written");
         }
         recorder_.emplace(station, [this](const std::string& text) { Record(text); });
     }
-    server_.emplace(context_, recorder_ ? static_cast<Station&>(*recorder_) : station,
-                    Server::Surroundings{.now = [this] { return Now(); },
-                                         .onHostsChanged = [this] { asio::post(context_, [this] { RunScripts(); }); },
-                                         .onAcceptFailed =
-                                             [this](asio::error_code error) {
-                                                 console_.PrintError("cannot accept hosts: " + error.message() +
-                                                                     "; retrying until it works");
-                                             }});
     return 0;
+}
+
+void Program::PrepareServers() {
+    if (recorder_ || replay_) {
+        AddServer(recorder_ ? static_cast<Station&>(*recorder_) : *replay_);
+        return;
+    }
+    for (Simulation& simulation : simulations_) {
+        AddServer(simulation);
+    }
+}
+
+void Program::AddServer(Station& station) {
+    const unsigned number = servers_.Count() + 1;
+    servers_.Add(context_, station,
+                 {.now = [this] { return Now(); },
+                  .onHostsChanged = [this] { asio::post(context_, [this] { RunScripts(); }); },
+                  .onAcceptFailed =
+                      [this, number](asio::error_code error) {
+                          PrintError(number, "cannot accept hosts: " + error.message() + "; retrying until it works");
+                      }});
 }
 
 void Program::Record(const std::string& text) {
@@ -130,19 +157,14 @@ void Program::Record(const std::string& text) {
 }
 
 int Program::Listen() {
-    asio::error_code error;
-    const asio::ip::address address = asio::ip::make_address(options_.address, error);
-    if (!error) {
-        error = server_->Listen({address, options_.port});
-    }
-    if (error) {
-        console_.PrintError("cannot listen on " + options_.address + ":" + std::to_string(options_.port) + ": " +
-                            error.message());
+    const std::string problem = servers_.Listen();
+    if (!problem.empty()) {
+        console_.PrintError(problem);
         return listeningFailure;
     }
     start_ = std::chrono::steady_clock::now();
     // Scripts wait for this line, so that they know when hosts can connect.
-    console_.Print("listening on " + options_.address + ":" + std::to_string(Endpoint().port()) + "\n");
+    console_.Print("listening on " + servers_.Addresses() + "\n");
     return 0;
 }
 
@@ -184,7 +206,7 @@ void Program::Submit(std::string line) {
 }
 
 void Program::ProcessLine(const std::string& text) {
-    ScriptLineReading reading = ReadScriptLine(text);
+    ScriptLineReading reading = ReadScriptLine(text, options_.devices.value_or(0));
     if (reading.line) {
         typedScript_.Add(std::move(*reading.line), Now());
         ++typedLines_;
@@ -211,7 +233,7 @@ void Program::RunScripts() {
 
 bool Program::RunSome(ScriptRunner& script) {
     for (int count = 0; count < commandsInARow && !context_.stopped(); ++count) {
-        const auto command = script.Next(Now(), server_->HostCount());
+        const auto command = script.Next(Now(), [this](unsigned number) { return servers_.Of(number).HostCount(); });
         if (!command) {
             return true;
         }
@@ -239,19 +261,42 @@ void Program::CarryOutNow(const OperatorCommand& command) {
         Stop();
     } else if (command.kind == CommandKind::Help) {
         console_.Print(ScriptHelp());
-    } else if (!simulation_) {
+    } else if (simulations_.empty()) {
         console_.PrintError("a replay accepts only the commands help and quit");
     } else {
-        const PanelOutcome outcome = CarryOut(command, *simulation_, Now());
-        if (!outcome.refusal.empty()) {
-            console_.PrintError(outcome.refusal);
-        }
-        PrintReport(outcome.report);
-        server_->SendAll();
+        CarryOutAt(command.targets.first, command);
     }
 }
 
-void Program::PrintReport(const std::string& report) {
+void Program::CarryOutAt(unsigned number, const OperatorCommand& command) {
+    Server& server = servers_.Of(number);
+    const PanelOutcome outcome = CarryOut(command, simulations_[number - 1], Now());
+    if (!outcome.refusal.empty()) {
+        PrintError(number, outcome.refusal);
+    }
+    PrintReport(number, outcome.report);
+    server.SendAll();
+    if (command.kind == CommandKind::Offline) {
+        server.GoOffline();
+    } else if (command.kind == CommandKind::Online) {
+        const std::string problem = servers_.GoOnline(number);
+        if (!problem.empty()) {
+            PrintError(number, problem);
+        }
+    } else if (command.kind == CommandKind::Status) {
+        console_.Print(Prefix(number) + "status: " + servers_.Status(number) + "\n");
+    }
+}
+
+std::string Program::Prefix(unsigned number) const {
+    return servers_.Count() > 1 ? "@" + std::to_string(number) + " " : std::string();
+}
+
+void Program::PrintError(unsigned number, const std::string& text) {
+    console_.PrintError(Prefix(number) + text);
+}
+
+void Program::PrintReport(unsigned number, const std::string& report) {
     std::string header;
     ForEachLine(report, [&](std::string_view line) {
         if (line.empty()) {
@@ -259,7 +304,7 @@ void Program::PrintReport(const std::string& report) {
         } else if (header.empty()) {
             header = line;
         } else {
-            console_.Print("panel: " + header + " " + std::string(line) + "\n");
+            console_.Print(Prefix(number) + "panel: " + header + " " + std::string(line) + "\n");
         }
     });
 }

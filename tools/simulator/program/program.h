@@ -2,6 +2,7 @@
 
 #include <asio.hpp>
 #include <chrono>
+#include <deque>
 #include <optional>
 #include <string>
 
@@ -9,7 +10,7 @@
 #include "simulator/conversation/replay.h"
 #include "simulator/program/options.h"
 #include "simulator/program/script.h"
-#include "simulator/program/server.h"
+#include "simulator/program/servers.h"
 #include "simulator/program/simulation.h"
 #include "simulator/streams/console.h"
 #include "simulator/streams/pending_lines.h"
@@ -17,7 +18,7 @@
 
 namespace Morquil::Simulator {
 
-/// The whole program except its command line and standard input: a device on the network, or a replayed one, and the
+/// The whole program except its command line and standard input: devices on the network, or a replayed one, and the
 /// operator's commands. It prints its own messages.
 class Program {
 public:
@@ -29,7 +30,7 @@ public:
     /// Reads the files. Blocks while one of them is a pipe without data.
     /// Returns: 0, or the exit status, after printing the reason.
     int Prepare();
-    /// Starts to listen.
+    /// Starts to listen, with all devices or none.
     /// Returns: as `Prepare` does.
     int Listen();
     /// Calls `Prepare`, then `Listen`.
@@ -43,8 +44,8 @@ public:
     /// Makes the signals that end a program end `Run`.
     void EndOnSignals();
 
-    /// The address and port that hosts can connect to, once the program has started.
-    asio::ip::tcp::endpoint Endpoint() const { return server_->Endpoint(); }
+    /// The address and port at which hosts can connect to the first device, once the program has started.
+    asio::ip::tcp::endpoint Endpoint() const { return servers_.Of(1).Endpoint(); }
 
     /// Threads: any.
     void Stop();
@@ -56,11 +57,13 @@ private:
     using Moment = Station::Moment;
 
     int PrepareReplay();
-    int PrepareSimulation();
+    int PrepareSimulations();
     int PrepareScript();
     int PrepareRecording();
     int ReportUnusable(const std::string& file, const std::string& why);
     std::optional<std::string> ReadOrReport(const std::string& file, std::size_t limit);
+    void PrepareServers();
+    void AddServer(Station& station);
     void Record(const std::string& text);
     int FinishOutput();
 
@@ -71,7 +74,11 @@ private:
     bool RunSome(ScriptRunner& script);
     void AwaitScripts();
     void CarryOutNow(const OperatorCommand& command);
-    void PrintReport(const std::string& report);
+    void CarryOutAt(unsigned number, const OperatorCommand& command);
+    void PrintReport(unsigned number, const std::string& report);
+    void PrintError(unsigned number, const std::string& text);
+    /// What a message about a device begins with.
+    std::string Prefix(unsigned number) const;
 
     Options options_;
     Console console_;
@@ -79,11 +86,12 @@ private:
     asio::signal_set endSignals_{context_};
     asio::steady_timer scriptTimer_{context_};
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
-    std::optional<Simulation> simulation_;
-    std::optional<Replay> replay_;
+    // The simulation and the server of each device, in the order of their numbers, which begin with 1.
+    std::deque<Simulation> simulations_;
+    std::optional<Replay> replay_;  // in place of a simulation
     std::optional<RecordFile> record_;
     std::optional<Recorder> recorder_;
-    std::optional<Server> server_;
+    Servers servers_{options_};
     // A script file and a typed script do not wait for each other.
     ScriptRunner fileScript_;
     ScriptRunner typedScript_;

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -31,14 +32,15 @@ struct ScriptLineReading {
     std::optional<ScriptLine> line;
     std::string error;
 };
-ScriptLineReading ReadScriptLine(std::string_view text);
+/// `deviceCount`: how many devices a command can be for; with 0, commands name no devices.
+ScriptLineReading ReadScriptLine(std::string_view text, unsigned deviceCount = 0);
 
 /// A whole script, or the first error, which begins with its line number.
 struct ScriptReading {
     std::vector<ScriptLine> lines;
     std::string error;
 };
-ScriptReading ReadScript(std::string_view text);
+ScriptReading ReadScript(std::string_view text, unsigned deviceCount = 0);
 
 /// Explains for people how to write times and comments.
 std::string ScriptHelp();
@@ -51,8 +53,12 @@ public:
     /// Adds a line that was read at `now`, after all others.
     void Add(ScriptLine line, Moment now);
 
-    /// Returns the next command to carry out now; nothing if there is none. Handles waiting for hosts itself.
-    std::optional<OperatorCommand> Next(Moment now, std::size_t hostCount);
+    /// Returns how many hosts a device has.
+    using HostCounts = std::function<std::size_t(unsigned device)>;
+
+    /// Returns the next command to carry out now; nothing if there is none. A command for several devices is returned
+    /// for one after the other. Handles waiting for hosts itself.
+    std::optional<OperatorCommand> Next(Moment now, const HostCounts& hostCount);
     /// When `Next` returns a command even if hosts do nothing until then.
     std::optional<Moment> NextDue() const;
 
@@ -66,6 +72,7 @@ private:
     };
 
     Moment DueOf(const Waiting& waiting) const;
+    static bool IsWaitOver(const OperatorCommand& wait, const HostCounts& hostCount);
 
     std::deque<Waiting> waiting_;
     Moment latest_{0};  // when the line before the first waiting line was due

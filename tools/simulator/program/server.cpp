@@ -7,21 +7,6 @@
 
 namespace Morquil::Simulator {
 
-namespace {
-
-#ifdef _WIN32
-// On Windows this would let two programs listen on the same address.
-constexpr bool reusesAddresses = false;
-#else
-// Connections of a program that has just ended do not prevent the next one from listening.
-constexpr bool reusesAddresses = true;
-#endif
-
-/// The pause between attempts to accept hosts while that fails.
-constexpr std::chrono::milliseconds acceptPause{100};
-
-}  // namespace
-
 /// The socket of one host. Pending operations keep it alive; once closed it does nothing more.
 class Server::Connection : public std::enable_shared_from_this<Connection> {
 public:
@@ -117,62 +102,52 @@ private:
 };
 
 Server::Server(asio::io_context& context, Station& station, Surroundings surroundings)
-    : acceptor_(context),
-      acceptTimer_(context),
-      stationTimer_(context),
-      station_(station),
-      surroundings_(std::move(surroundings)) {}
+    : context_(context), stationTimer_(context), station_(station), surroundings_(std::move(surroundings)) {}
 
-Server::~Server() = default;
+Server::~Server() {
+    CloseListener();
+}
 
-asio::error_code Server::Listen(const asio::ip::tcp::endpoint& endpoint) {
-    asio::error_code error;
-    acceptor_.open(endpoint.protocol(), error);
-    if (!error && reusesAddresses) {
-        acceptor_.set_option(asio::socket_base::reuse_address(true), error);
-    }
-    if (!error) {
-        acceptor_.bind(endpoint, error);
-    }
-    if (!error) {
-        acceptor_.listen(asio::socket_base::max_listen_connections, error);
-    }
-    if (!error) {
-        Accept();
+asio::error_code Server::Bind(const asio::ip::tcp::endpoint& endpoint) {
+    listener_ = std::make_shared<Listener>(
+        context_, Listener::Actions{.onAccepted = [this](asio::ip::tcp::socket socket) { Welcome(std::move(socket)); },
+                                    .onFailed = surroundings_.onAcceptFailed});
+    const asio::error_code error = listener_->Bind(endpoint);
+    if (error) {
+        CloseListener();
+    } else {
+        endpoint_ = listener_->Endpoint();
     }
     return error;
 }
 
-asio::ip::tcp::endpoint Server::Endpoint() const {
-    asio::error_code ignored;
-    return acceptor_.local_endpoint(ignored);
-}
-
-void Server::Accept() {
-    acceptor_.async_accept([this](asio::error_code error, asio::ip::tcp::socket socket) {
-        if (error == asio::error::operation_aborted) {
-            return;
-        }
-        if (error) {
-            AcceptLater(error);
-            return;
-        }
-        acceptFails_ = false;
-        Welcome(std::move(socket));
-        Accept();
-    });
-}
-
-void Server::AcceptLater(asio::error_code error) {
-    if (!std::exchange(acceptFails_, true)) {
-        surroundings_.onAcceptFailed(error);
+asio::error_code Server::Listen() {
+    const asio::error_code error = listener_->Listen();
+    if (error) {
+        CloseListener();
     }
-    acceptTimer_.expires_after(acceptPause);
-    acceptTimer_.async_wait([this](asio::error_code stopped) {
-        if (!stopped) {
-            Accept();
-        }
-    });
+    return error;
+}
+
+void Server::CloseListener() {
+    if (listener_) {
+        std::exchange(listener_, nullptr)->Close();
+    }
+}
+
+void Server::GoOffline() {
+    CloseListener();
+    while (!connections_.empty()) {
+        Drop(connections_.begin()->first);
+    }
+}
+
+asio::error_code Server::GoOnline() {
+    if (listener_) {
+        return {};
+    }
+    const asio::error_code error = Bind(endpoint_);
+    return error ? error : Listen();
 }
 
 void Server::Welcome(asio::ip::tcp::socket socket) {

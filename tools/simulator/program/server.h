@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "simulator/link/station.h"
+#include "simulator/program/listener.h"
 
 namespace Morquil::Simulator {
 
@@ -26,11 +27,19 @@ public:
     Server(asio::io_context& context, Station& station, Surroundings surroundings);
     ~Server();
 
-    /// Starts to listen. Returns why that is impossible, or no error.
-    asio::error_code Listen(const asio::ip::tcp::endpoint& endpoint);
+    /// Occupies the address. Returns why that is impossible, or no error.
+    asio::error_code Bind(const asio::ip::tcp::endpoint& endpoint);
+    /// Starts to listen at the occupied address. Returns why that is impossible, or no error.
+    asio::error_code Listen();
 
-    /// The address and port that hosts can connect to.
-    asio::ip::tcp::endpoint Endpoint() const;
+    /// Drops all hosts and gives up the address, so that new ones are refused.
+    void GoOffline();
+    /// Listens again where it did before. Returns why that is impossible, or no error.
+    asio::error_code GoOnline();
+    bool IsOnline() const { return listener_ != nullptr; }
+
+    /// The address and port that hosts can connect to while it is online.
+    asio::ip::tcp::endpoint Endpoint() const { return endpoint_; }
 
     std::size_t HostCount() const { return connections_.size(); }
 
@@ -41,18 +50,17 @@ private:
     class Connection;
     friend class Connection;
 
-    void Accept();
-    void AcceptLater(asio::error_code error);
+    void CloseListener();
     void Welcome(asio::ip::tcp::socket socket);
     void Drop(Station::HostId host);
     void AwaitStation();
 
-    asio::ip::tcp::acceptor acceptor_;
-    asio::steady_timer acceptTimer_;
+    asio::io_context& context_;
     asio::steady_timer stationTimer_;
     Station& station_;
     Surroundings surroundings_;
-    bool acceptFails_ = false;
+    std::shared_ptr<Listener> listener_;  // none while offline
+    asio::ip::tcp::endpoint endpoint_;
     Station::HostId lastHost_ = 0;
     std::map<Station::HostId, std::shared_ptr<Connection>> connections_;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string_view>
 
 #include "protocol/text/ascii.h"
@@ -29,6 +30,14 @@ constexpr std::string_view Trimmed(std::string_view text) {
         return {};
     }
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+/// Removes a word and the blanks after it from `rest`, and returns the word.
+constexpr std::string_view TakeWord(std::string_view& rest) {
+    const std::size_t end = std::min(rest.find_first_of(" \t"), rest.size());
+    const std::string_view word = rest.substr(0, end);
+    rest = Trimmed(rest.substr(end));
+    return word;
 }
 
 }  // namespace Morquil::Simulator

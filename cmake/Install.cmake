@@ -68,9 +68,10 @@ if(MORQUIL_TOOLS)
     if(NOT WIN32)
         file(RELATIVE_PATH libraryFromTools /prefix/${CMAKE_INSTALL_BINDIR} /prefix/${CMAKE_INSTALL_LIBDIR})
         set_target_properties(morquilctl PROPERTIES INSTALL_RPATH $ORIGIN/${libraryFromTools})
-        install(FILES docs/man/morquilctl.1 docs/man/morquil-sim.1
-            DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Tools)
     endif()
+    # "scripts/build-docs.sh --man" makes the man pages; without it there are none.
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/build/docs/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Tools
+        OPTIONAL FILES_MATCHING PATTERN "*.1")
 endif()
 
 # ---- Examples, and files for Windows only -------------------------------------------------------------------------

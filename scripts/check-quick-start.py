@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Follows docs/quick-start.md to the letter, and compares what is printed with what the page shows.
+"""Follows docs/getting-started/quick-start.md to the letter, and compares what is printed with what the page shows.
 
     scripts/check-quick-start.py packages          the installed packages, as the environment finds them
     scripts/check-quick-start.py clone FOLDER      a clone in FOLDER; it is built there
@@ -9,85 +9,22 @@ Port 9800 of 127.0.0.1 must be free. Exit status 0: every block was run and prin
 """
 import os
 import re
-import subprocess
 import sys
 import tempfile
 
-LONGEST_SECONDS = 1800
-PAGE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "docs", "quick-start.md")
-BLOCK = re.compile(r"(?:^<!-- (?P<note>[^\n]*) -->\n)?^```(?P<language>\w*)\n(?P<text>.*?)^```$", re.M | re.S)
+from page_follower import Follower, Mismatch, blocks_of
 
-
-class Block:
-    def __init__(self, match):
-        self.note, self.language, self.text = match["note"] or "", match["language"], match["text"]
-        self.expected = []
+PAGE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "docs", "getting-started", "quick-start.md")
 
 
 def section(heading):
-    """The blocks of a section; one without a language is the output of the one before it."""
     page = open(PAGE, encoding="utf-8").read()
-    body = re.search(rf"^## {re.escape(heading)}\n(.*?)(?=^## |\Z)", page, re.M | re.S)[1]
-    blocks = []
-    for match in BLOCK.finditer(body):
-        if match["language"]:
-            blocks.append(Block(match))
-        else:
-            blocks[-1].expected = match["text"].splitlines()
-    return blocks
-
-
-class Follower:
-    """Carries out blocks, in one folder."""
-
-    def __init__(self, folder, command):
-        self.folder, self.command = folder, command
-        self.running, self.done = [], 0
-
-    def follow(self, block):
-        file = re.match(r"file: ([\w.]+)", block.note)
-        if file:
-            with open(os.path.join(self.folder, file[1]), "w", encoding="utf-8") as target:
-                target.write(block.text)
-        elif block.note.startswith("in the background until: "):
-            self.start(block, block.note.partition(": ")[2])
-        else:
-            self.run(block)
-        self.done += 1
-
-    def start(self, block, awaited):
-        process = subprocess.Popen(self.command(block.text), cwd=self.folder, stdin=subprocess.PIPE,
-                                   stdout=subprocess.PIPE, text=True)
-        self.running.append(process)
-        line = process.stdout.readline().strip()
-        if not line.startswith(awaited) or [line] != block.expected:
-            sys.exit(f"{block.text.strip()}\nprinted: {line}\ninstead of: {block.expected}")
-
-    def run(self, block):
-        result = subprocess.run(self.command(block.text), cwd=self.folder, stdin=subprocess.DEVNULL, text=True,
-                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=LONGEST_SECONDS)
-        printed = [line.rstrip() for line in result.stdout.splitlines()]
-        # Build tools print their progress, too: only the end of the output is compared.
-        if result.returncode != 0 or printed[len(printed) - len(block.expected):] != block.expected:
-            sys.exit("\n".join([block.text.strip(), f"exit status {result.returncode}, printed:", *printed[-40:],
-                                "instead of:", *block.expected]))
-
-    def stop(self):
-        """Ends the simulated device by a command on its standard input."""
-        for process in self.running:
-            try:
-                process.communicate("quit\n", timeout=20)
-            except subprocess.TimeoutExpired:
-                process.kill()
+    return blocks_of(re.search(rf"^## {re.escape(heading)}\n(.*?)(?=^## |\Z)", page, re.M | re.S)[1])
 
 
 def follow_all(folder, command, blocks):
     follower = Follower(folder, command)
-    try:
-        for block in blocks:
-            follower.follow(block)
-    finally:
-        follower.stop()
+    follower.follow_all(blocks)
     print(f"  ok      the quick start: {follower.done} blocks")
 
 
@@ -97,8 +34,7 @@ def in_shell(beginning=""):
 
 def packages():
     with tempfile.TemporaryDirectory() as folder:
-        blocks = [block for block in section("Linux, from packages") if not block.note.startswith("by hand")]
-        follow_all(folder, in_shell(), blocks)
+        follow_all(folder, in_shell(), section("Linux, from packages"))
 
 
 def clone(root):
@@ -111,7 +47,7 @@ def clone(root):
         os.symlink(root, os.path.join(folder, "MorquilAPI"))
         blocks = [lists if block.note.startswith("file: CMakeLists.txt") else block
                   for block in section("Linux, from packages")
-                  if not block.note.startswith(("by hand", "installed packages only"))]
+                  if block.note != "installed packages only"]
         follow_all(folder, in_shell(f"cd '{root}'; {exports}cd '{folder}'\n"), blocks)
 
 
@@ -131,7 +67,10 @@ def main():
     way = ways.get((sys.argv[1] if len(sys.argv) > 1 else "", len(sys.argv) - 2))
     if way is None:
         sys.exit(__doc__)
-    way(*(os.path.abspath(argument) for argument in sys.argv[2:]))
+    try:
+        way(*(os.path.abspath(argument) for argument in sys.argv[2:]))
+    except Mismatch as mismatch:
+        sys.exit(str(mismatch))
 
 
 if __name__ == "__main__":

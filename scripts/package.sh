@@ -46,7 +46,7 @@ package_windows() {
             cmake --install build/windows --prefix "$tree" --strip --component "$component"
     done
     cp build/native/tools/description/morquilapi.json "$tree/share/morquilapi/"
-    cp -r build/docs/html "$tree/share/doc/MorquilAPI/html"
+    cp -r build/docs/html CHANGELOG.md "$tree/share/doc/MorquilAPI/"
     cmake -E chdir "$packages" cmake -E tar cf "$name.zip" --format=zip \
         --mtime="$(date --utc --date="@$SOURCE_DATE_EPOCH" '+%Y-%m-%d %H:%M:%S UTC')" "$name"
     rm -r "$tree"

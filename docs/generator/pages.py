@@ -1,184 +1,96 @@
-"""Inserts the tables into the pages of the reference: a line {{name}} is replaced by the table of that name.
+"""The written pages, taken from the tree: links between them are kept, links to files that the site does not have lose
+their target, and a list of links in the index becomes the sidebar."""
 
-    pages.py DESCRIPTION.json FOLDER PAGE.md...
-"""
-
-import json
 import os
 import re
-import sys
+
+import diagrams
+import markdown
+
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+
+# Pages that are elsewhere in the tree, and their places in the site.
+ELSEWHERE = {
+    "docs/README.md": "index.md",
+    "SECURITY.md": "operators/security.md",
+    "CHANGELOG.md": "changelog.md",
+    "CONTRIBUTING.md": "internals/contributing.md",
+    "bench/README.md": "internals/benchmarks.md",
+    "examples/README.md": "guides/examples.md",
+}
 
 
-def table(heads, rows):
-    def line(cells):
-        return "| " + " | ".join(str(cell).replace("|", "\\|") for cell in cells) + " |"
-    return "\n".join([line(heads), line("---" for _ in heads)] + [line(row) for row in rows])
+def source_pages():
+    """Source path, relative to the root of the tree, to the page's path in the site."""
+    found = dict(ELSEWHERE)
+    for folder, _, files in os.walk(f"{ROOT}/docs"):
+        for file in files:
+            path = os.path.relpath(os.path.join(folder, file), ROOT)
+            if file.endswith(".md") and path not in found:
+                found[path] = path.removeprefix("docs/")
+    for example in sorted(os.listdir(f"{ROOT}/examples")):
+        if os.path.exists(f"{ROOT}/examples/{example}/README.md"):
+            found[f"examples/{example}/README.md"] = f"guides/examples/{example}.md"
+    return found
 
 
-def code(text):
-    return f"`{text}`" if text else ""
+LINK = re.compile(r"\[([^]]*)\]\(([^)\s#]+)(#[^)\s]*)?\)")
 
 
-def hexadecimal(number):
-    return f"0x{number:08X}"
+def with_links(text, source, sources):
+    """Links as the site needs them. A folder stands for its README."""
+    own = sources[source]
+
+    def changed(match):
+        words, target, anchor = match[1], match[2], match[3] or ""
+        if re.match(r"\w+:", target):
+            return match[0]
+        path = os.path.normpath(os.path.join(os.path.dirname(source), target))
+        page = sources.get(path) or sources.get(path + "/README.md")
+        if page is None:
+            return words
+        return f"[{words}]({os.path.relpath(page, os.path.dirname(own) or '.')}{anchor})"
+
+    return markdown.outside_code(text, lambda part: LINK.sub(changed, part))
 
 
-def outcomes(rows, with_characters=False):
-    def value(number):
-        characters = number.to_bytes(4, "big").decode() if with_characters else ""
-        return hexadecimal(number) + (f" '{characters}'" if characters else "")
-    return table(["Name", "Value", "Cause", "What to do"],
-                 [[code(row["name"]), value(row["value"]), row["cause"], row["cure"]] for row in rows])
-
-
-def results(description):
-    return outcomes(description["results"])
-
-
-def connection_failures(description):
-    return outcomes(description["connectionFailures"], with_characters=True)
-
-
-def kinds(description):
-    return table(["Kind", "Value in a line"], description["kinds"].items())
-
-
-# ---- Properties ---------------------------------------------------------------------------------------------------
-
-def interface_methods(row):
-    """Getter, setter and the getter of the range, linked to the interface's reference."""
-    calls = [row[call].split("::") for call in ("getter", "setter", "range") if call in row]
-    calls = [("IMorquilDevice" if owner == "Device" else row["interface"], method) for owner, method in calls]
-    return "<br>".join(f"{owner}::{method}" for owner, method in calls)
-
-
-def property_values(row):
-    if row["kind"] == "word":
-        return "word: " + ", ".join(code(word) for word in row["words"])
-    return row["kind"] + (f", at most {row['mostBytes']} bytes" if "mostBytes" in row else "")
-
-
-def access(row):
-    return "command" if not row["readable"] else "read, write" if row["writable"] else "read"
-
-
-def merged(rows):
-    """Properties that differ only in a number share one row."""
-    kept = []
-    for row in rows:
-        stem, _, number = row["name"].rpartition(".")
-        if number.isdigit() and kept and kept[-1]["first"] == stem:
-            kept[-1]["last"] = number
-            continue
-        kept.append(dict(row, first=stem if number.isdigit() else "", last=""))
-    for row in kept:
-        if row["last"]:
-            row["name"] = f"{row['first']}.1` to `{row['first']}.{row['last']}"
-    return kept
-
-
-def properties(description):
-    features = {row["interface"]: row for row in description["features"]}
-    groups = {}
-    for row in description["properties"]:
-        groups.setdefault(row["name"].split(".")[0], []).append(row)
+def contents(index):
+    """A hidden table of contents for each list of links of the index; the heading above the list is its caption."""
     parts = []
-    for group, rows in groups.items():
-        interface = rows[0]["interface"]
-        feature = features.get(interface)
-        about = f"Interface {interface}"
-        if feature:
-            about += f", property set '{feature['propertySet']['characters']}', block `{feature['block']}`"
-        else:
-            about += ", property set 'devc', block `MORQUIL DEVICE`"
-        parts += [f"## {group}", about + ".",
-                  table(["Property", "Meaning", "Access", "Values", "Methods"],
-                        [[code(row["name"]), row["summary"], access(row), property_values(row), interface_methods(row)]
-                         for row in merged(rows)])]
+    for heading, body in re.findall(r"^## ([^\n]+)\n(.*?)(?=^## |\Z)", index, flags=re.M | re.S):
+        pages = re.findall(r"^- \[[^]]+\]\(([\w/.-]+)\.md\)", body, flags=re.M)
+        if pages:
+            parts.append(tree(pages, f":hidden:\n:caption: {heading}\n:maxdepth: 2"))
     return "\n\n".join(parts)
 
 
-# ---- Protocol -----------------------------------------------------------------------------------------------------
-
-def anchor(name):
-    return re.sub(r"[^a-z0-9]+", "-", name.lower())
+def tree(pages, options):
+    return "```{toctree}\n" + options + "\n\n" + "\n".join(pages) + "\n```\n"
 
 
-ROLES = {"announcement": "The device sends it once, at the start.",
-         "settings": "The device reports it; a host changes settings by sending their keys.",
-         "offer": "What the settings can be set to. The device reports it when a host sends the empty block."}
+def written(sources):
+    """Path and text of each page."""
+    for source, page in sources.items():
+        text = open(f"{ROOT}/{source}", encoding="utf-8").read()
+        text = with_links(diagrams.with_drawings(text), source, sources)
+        if page == "index.md":
+            text += "\n" + contents(text)
+        yield page, text
 
 
-def key_name(row):
-    return code(row["key"] + "N" if "count" in row else row["key"])
+def with_parts(pages):
+    """A page whose name is also a folder ends with a list of the pages in there."""
+    for page in sorted(pages):
+        stem = page.removesuffix(".md")
+        parts = sorted(other for other in pages if os.path.dirname(other) == stem)
+        if parts:
+            pages[page] += "\n\n" + tree(["/" + part.removesuffix(".md") for part in parts], ":maxdepth: 1")
+    return pages
 
 
-def key_values(row):
-    text = row["kind"]
-    if "vocabulary" in row:
-        text += f" of [{row['vocabulary']}](#words-{anchor(row['vocabulary'])})"
-    if "count" in row:
-        text += f"; N from 0 to {row['count'] - 1}"
-    return text
-
-
-def key_notes(row):
-    notes = []
-    if row["needed"]:
-        notes.append("needed to connect")
-    if not row["read"]:
-        notes.append("only written: ignored in a report")
-    if row["selects"]:
-        notes.append("selects what the following lines belong to")
-    if "group" in row:
-        notes.append(f"for the preceding {code(row['group'])}")
-    if "offeredBy" in row:
-        notes.append("offered by " + ", ".join(code(key) for key in row["offeredBy"]))
-    return "; ".join(notes)
-
-
-def block_notes(row):
-    notes = [ROLES[row["role"]]]
-    notes.append("Needed to connect." if row["needed"] else "Not needed to connect.")
-    if not row["sentByLibrary"]:
-        notes.append("The library never sends it.")
-    return " ".join(notes)
-
-
-def blocks(description):
-    parts = []
-    for row in description["blocks"]:
-        parts += [f"### {row['number']}. {row['header']} {{#block-{anchor(row['header'])}}}", block_notes(row),
-                  table(["Key", "Value", "Example", "Notes"],
-                        [[key_name(key), key_values(key), code(key.get("example", "")), key_notes(key)]
-                         for key in row["keys"]])]
-    return "\n\n".join(parts)
-
-
-def vocabularies(description):
-    parts = []
-    for row in description["vocabularies"]:
-        owner = f"::{row['enumeration']}" if "enumeration" in row else "no enumeration of the interfaces"
-        parts += [f"### {row['name']} {{#words-{anchor(row['name'])}}}", f"Values of {owner}.",
-                  table(["Value", "Word", "Constant"],
-                        [[word["value"], code(word["word"]), code(word.get("constant", ""))] for word in row["words"]])]
-    return "\n\n".join(parts)
-
-
-TABLES = {"results": results, "connection failures": connection_failures, "kinds": kinds, "properties": properties,
-          "blocks": blocks, "vocabularies": vocabularies}
-
-
-def main():
-    description_path, folder = sys.argv[1:3]
-    description = json.load(open(description_path, encoding="utf-8"))
-    os.makedirs(folder, exist_ok=True)
-    for path in sys.argv[3:]:
-        page = open(path, encoding="utf-8").read()
-        page = re.sub(r"^\{\{([\w ]+)\}\}$", lambda name: TABLES[name[1]](description), page, flags=re.M)
-        with open(f"{folder}/{os.path.basename(path)}", "w", encoding="utf-8") as file:
-            file.write(page)
-
-
-if __name__ == "__main__":
-    main()
+def write(folder, pages):
+    for page, text in pages.items():
+        path = f"{folder}/{page}"
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text.rstrip() + "\n")

@@ -43,6 +43,7 @@ build_site() {
     python3 docs/generator/site.py "$native/tools/description/morquilapi.json" \
         "$native/bindings/cpp/morquil/interfaces.hpp" "$docs/doxygen/xml" "$docs/source"
     run_sphinx html "$docs/source" "$docs/html"
+    python3 docs/generator/check_site.py "$docs/html"
     echo "  ok      $docs/html/index.html"
 }
 

@@ -55,7 +55,7 @@ def flowchart(lines):
 
 # ---- Sequences ------------------------------------------------------------------------------------------------------
 
-LANE, ROW, TOP = 190, 40, 56
+LANE, ROW, TOP = 230, 36, 44
 ARROW_HEAD = ('<defs><marker id="arrow" markerWidth="9" markerHeight="8" refX="9" refY="4" orient="auto">'
               '<path d="M0,0 L9,4 L0,8 z" fill="currentColor"/></marker></defs>')
 

@@ -3,7 +3,6 @@ the pages of the tools, and a site that works as files."""
 
 import os
 import re
-import shutil
 
 from docutils import nodes
 from sphinx.transforms.post_transforms import SphinxPostTransform
@@ -35,6 +34,21 @@ class OptionsOfManPages(SphinxPostTransform):
                 table.replace_self(definitions(rows))
 
 
+class HeadsOfCells(SphinxPostTransform):
+    """In the site each cell has the head of its column with it, which is shown where a table becomes a list."""
+
+    default_priority = 100
+    formats = ("html",)
+
+    def run(self, **kwargs):
+        for table in self.document.findall(nodes.table):
+            heads = [entry.astext() for entry in next(iter(table.findall(nodes.thead)), nodes.thead()).findall(nodes.entry)]
+            for row in (row for body in table.findall(nodes.tbody) for row in body.findall(nodes.row)):
+                for head, entry in list(zip(heads, row.children))[1:]:
+                    if len(heads) > 2 and entry.astext() and isinstance(entry.children[0], nodes.paragraph):
+                        entry.children[0].insert(0, nodes.inline("", f"{head}: ", classes=["cell-head"]))
+
+
 def definitions(rows):
     found = nodes.definition_list()
     for term, text in rows:
@@ -62,23 +76,27 @@ def without_unused_scripts(app, page, template, context, tree):
 
 
 def complete_files(app, error):
-    """Debian's theme reads a style sheet from a web server's folder; beside the others it is found without one."""
+    """Debian's theme imports a style sheet from a web server's folder; as a part of its own it needs no server."""
     static = f"{app.outdir}/_static"
     if error or app.builder.name != "html":
         return
     for script in UNUSED_SCRIPTS:
         os.remove(f"{static}/{script}")
-    shutil.copy("/usr/share/javascript/normalize.css/normalize.css", f"{static}/styles")
     path = f"{static}/styles/furo.css"
     text = open(path, encoding="utf-8").read()
     with open(path, "w", encoding="utf-8") as file:
-        file.write(text.replace("/javascript/normalize.css/", ""))
+        file.write(re.sub(r"@import url\(/javascript/([\w./]+)\);", shared_style, text))
+
+
+def shared_style(match):
+    return open(f"/usr/share/javascript/{match[1]}", encoding="utf-8").read()
 
 
 def setup(app):
     app.add_object_type("property", "property", objname="property", indextemplate="pair: %s; property")
     app.add_post_transform(NoSecondSummary)
     app.add_post_transform(OptionsOfManPages)
+    app.add_post_transform(HeadsOfCells)
     app.connect("config-inited", man_pages)
     app.connect("html-page-context", without_unused_scripts)
     app.connect("build-finished", complete_files)

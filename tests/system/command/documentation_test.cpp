@@ -15,26 +15,24 @@ namespace {
 
 using Command::ExitCode;
 
-std::string ManPage() {
-    std::ifstream file(MORQUIL_SOURCES "/docs/man/morquilctl.1", std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(file), {}};
-    // In the source a hyphen to be typed has a backslash.
-    std::erase(text, '\\');
-    return text;
+/// The man page is made from it.
+std::string Manual() {
+    std::ifstream file(MORQUIL_SOURCES "/docs/tools/morquilctl.md", std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
-TEST(ManPage, DescribesEveryCommandAndOption) {
-    const std::string page = ManPage();
+TEST(Manual, DescribesEveryCommandAndOption) {
+    const std::string page = Manual();
     const Command::Grammar grammar = Command::CommandLineGrammar();
     EXPECT_GE(grammar.commands.size(), 10u);
     std::vector<Command::OptionForm> options = grammar.options;
     for (const Command::Grammar& command : grammar.commands) {
         options.insert(options.end(), command.options.begin(), command.options.end());
-        const std::regex heading("\\n\\.B[IR]? \"?" + command.name + "\\b");
-        EXPECT_TRUE(std::regex_search(page, heading)) << command.name;
+        const std::regex row("\\n\\| `" + command.name + "\\b");
+        EXPECT_TRUE(std::regex_search(page, row)) << command.name;
     }
     for (const Command::OptionForm& option : options) {
-        EXPECT_NE(page.find(option.name), std::string::npos) << option.name;
+        EXPECT_NE(page.find("`" + option.name), std::string::npos) << option.name;
     }
 }
 

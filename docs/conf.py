@@ -31,6 +31,7 @@ html_copy_source = False
 # Pages that are opened as files cannot read other files: the script would only fail.
 html_show_search_summary = False
 html_show_sphinx = False
+html_show_copyright = False
 html_theme_options = {"top_of_page_button": None}
 
 man_show_urls = False

@@ -26,7 +26,7 @@ def classes(folder):
         if compound.get("kind") in ("class", "struct") and name.count("::") == 1:
             definition = xml.parse(f"{folder}/{compound.get('refid')}.xml").find("compounddef")
             yield file_of(definition), markdown.directive(
-                "doxygen" + compound.get("kind"), name, ":members:")
+                "doxygen" + compound.get("kind"), name, ":members:\n:undoc-members:")
 
 
 def functions(folder):
@@ -40,10 +40,10 @@ def functions(folder):
             yield file_of(member), markdown.directive("doxygentypedef", name)
 
 
-def title_of(path):
+def first_comment(path):
     """The first comment of a header says what it is about."""
-    first = re.match(r"// (.*)\.\n", open(path, encoding="utf-8").read())
-    return f"{os.path.basename(path)}: {first[1][0].lower() + first[1][1:]}" if first else os.path.basename(path)
+    first = re.match(r"// (.*\.)\n", open(path, encoding="utf-8").read())
+    return first[1] if first else ""
 
 
 def pages(folder, sources):
@@ -53,4 +53,4 @@ def pages(folder, sources):
         entries.setdefault(header, []).append(entry)
     for header, found in sorted(entries.items()):
         stem = os.path.splitext(os.path.basename(header))[0]
-        yield f"{FOLDER}/{stem}.md", "\n\n".join([f"# {title_of(os.path.join(sources, header))}", *found])
+        yield f"{FOLDER}/{stem}.md", "\n\n".join([f"# {os.path.basename(header)}", first_comment(os.path.join(sources, header)), *found])

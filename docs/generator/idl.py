@@ -28,7 +28,9 @@ class Enumeration:
 
 def comment_text(comment):
     """The text of a /* */ comment, a blank line between its paragraphs."""
-    lines = [re.sub(r"^\s*\* ?", "", line).strip() for line in comment[2:-2].strip("*\n ").split("\n")]
+    # What is indented after an asterisk stays so: it is an example.
+    lines = [re.sub(r"^\s*\* ?", "", line).rstrip() if re.match(r"\s*\*", line) else line.strip()
+             for line in comment[2:-2].strip("*\n ").split("\n")]
     return "\n".join(lines).strip()
 
 
@@ -41,7 +43,7 @@ METHOD = re.compile(r"(?P<comment>/\*.*?\*/)|HRESULT (?P<name>\w+)\((?P<paramete
 PART = re.compile(
     r"(?P<comment>/\*.*?\*/)"
     r"|typedef \[v1_enum\] enum (?P<enumeration>\w+)\s*\{(?P<constants>.*?)\}"
-    r"|helpstring\(\"(?P<help>[^\"]*)\"\) \]\s*interface (?P<interface>\w+) : IUnknown\s*\{(?P<body>.*?)\n    \};",
+    r"|helpstring\(\"(?P<help>[^\"]*)\"\) \]\s*interface (?P<interface>\w+) : IUnknown\s*\{(?P<body>.*?)\n *\};",
     re.S)
 
 

@@ -1,5 +1,7 @@
 """The pages of the COM interfaces and their enumerations, made from the IDL, its comments and the properties."""
 
+import glob
+import os
 import re
 
 import idl
@@ -10,7 +12,10 @@ FOLDER = "reference/interfaces"
 
 
 def signature(method):
-    return ", ".join(f"{kind.replace('long', 'LONG')} {name}" for _, kind, name in method.parameters)
+    """As a host in C or C++ declares it."""
+    def c_type(kind):
+        return kind.replace("unsigned __int64", "UINT64").replace("long", "LONG")
+    return ", ".join(f"{c_type(kind)} {name}" for _, kind, name in method.parameters)
 
 
 def usual_comment(method):
@@ -102,13 +107,10 @@ class Pages:
         return f"## {enumeration.name.removeprefix('_')}\n\n" + markdown.directive(
             "cpp:enum", enumeration.name, body, colons=6)
 
-    def all(self, conventions, enumerations, interfaces):
-        yield f"{FOLDER}/conventions.md", conventions_page(conventions)
-        for interface in interfaces:
-            yield f"{FOLDER}/{interface.name}.md", self.interface(interface)
+    def enumerations(self, enumerations):
         words = {word["constant"]: word["word"] for row in self.description["vocabularies"] for word in row["words"]
                  if "constant" in word}
-        yield f"{FOLDER}/enumerations.md", "# Enumerations\n\n" + "\n\n".join(
+        return "# Enumerations\n\n" + "\n\n".join(
             self.enumeration(enumeration, words) for enumeration in enumerations)
 
 
@@ -120,12 +122,19 @@ def meaning(name, value, words):
     return f"\n'{number.to_bytes(4, 'big').decode()}'" if number > 0xFFFF else ""
 
 
-def conventions_page(conventions):
-    """The first words of each paragraph of the conventions are its title."""
-    first, _, rest = conventions.partition("Conventions of every interface")
-    return "# Conventions of every interface\n\n" + re.sub(r"^(\w[\w ]{2,14}\.) ", r"**\1** ", rest.strip(), flags=re.M)
+def file_page(path, comment):
+    """What the first comment of a file says. The first words of some of its paragraphs are their titles."""
+    return f"# {os.path.basename(path)}\n\n" + re.sub(r"^(\w[\w ]{2,14}\.) ", r"**\1** ", comment, flags=re.M)
 
 
-def pages(description, idl_path, layer_header, unusual):
+def pages(description, folder, layer_header, unusual):
     """Path and text of each page."""
-    yield from Pages(description, layer_header, unusual).all(*idl.read(idl_path))
+    result = Pages(description, layer_header, unusual)
+    enumerations = []
+    for path in sorted(glob.glob(f"{folder}/*.idl")):
+        comment, of_file, interfaces = idl.read(path)
+        enumerations += of_file
+        yield f"{FOLDER}/{os.path.basename(path).removesuffix('.idl')}.md", file_page(path, comment)
+        for interface in interfaces:
+            yield f"{FOLDER}/{interface.name}.md", result.interface(interface)
+    yield f"{FOLDER}/enumerations.md", result.enumerations(enumerations)

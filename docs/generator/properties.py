@@ -117,7 +117,7 @@ def group_page(group, rows, features):
     about = (f"Interface {{cpp:class}}`{rows[0]['interface']}`, property set '{feature['propertySet']['characters']}', "
              f"block [`{feature['block']}`](block-{markdown.file_name(feature['block'])}).")
     entries = [f"({anchor(row['name'])})=\n{entry(row, feature)}" for row in rows]
-    return "\n\n".join([f"# {group}", about, overview(rows), *entries])
+    return "\n\n".join([f"# {group} properties", about, overview(rows), *entries])
 
 
 def pages(description):

@@ -53,11 +53,11 @@ def blocks_page(description):
     about = ("*Needed to connect*: a host is connected only when the block has arrived with all of its keys that are "
              "marked the same way. The input's `Video mode` and `Video pixel format` are needed only while a signal is "
              "present.")
-    return "\n\n".join(["# Blocks", about, *map(block, description["blocks"])])
+    return "\n\n".join(["# Blocks of the protocol", about, *map(block, description["blocks"])])
 
 
 def kinds_page(description):
-    return "# Kinds of values\n\n" + markdown.table(["Kind", "Value in a line"], description["kinds"].items())
+    return "# Kinds of values of the protocol\n\n" + markdown.table(["Kind", "Value in a line"], description["kinds"].items())
 
 
 def vocabulary(row):
@@ -72,7 +72,7 @@ def vocabulary(row):
 def words_page(description):
     about = ("The words of a list are separated by spaces. So a word that contains a space can be used on its own, but "
              "cannot be read from a list.")
-    return "\n\n".join(["# Words", about, *map(vocabulary, description["vocabularies"])])
+    return "\n\n".join(["# Words of the protocol", about, *map(vocabulary, description["vocabularies"])])
 
 
 def pages(description):

@@ -23,7 +23,7 @@ def whole_site(description_path, layer_path, doxygen):
     found.update(properties.pages(description))
     found.update(protocol.pages(description))
     found.update(outcomes.pages(description))
-    found.update(interfaces.pages(description, f"{pages.ROOT}/api/MorquilAPI.idl", layer,
+    found.update(interfaces.pages(description, f"{pages.ROOT}/api", layer,
                                   found["reference/unusual-results.md"]))
     found.update(cpp_layer.pages(doxygen, f"{pages.ROOT}/bindings/cpp"))
     return pages.with_parts(found)

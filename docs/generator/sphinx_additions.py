@@ -94,6 +94,8 @@ def shared_style(match):
 
 def setup(app):
     app.add_object_type("property", "property", objname="property", indextemplate="pair: %s; property")
+    # A search shows them before the methods and constants of the same name.
+    app.registry.domain_object_types["std"]["property"].attrs["searchprio"] = 0
     app.add_post_transform(NoSecondSummary)
     app.add_post_transform(OptionsOfManPages)
     app.add_post_transform(HeadsOfCells)

@@ -64,6 +64,7 @@ class Pages:
         return link + (f" to `{last}`" if last.rpartition(".")[0] == first.rpartition(".")[0] and last != first else "")
 
     def facts(self, interface, method):
+        """What is to be known about a method, by name."""
         role, rows = self.properties.of(interface.name, method.name)
         layer = ("In C++", self.layer.of(interface.name, method.name))
         if not rows:
@@ -73,9 +74,9 @@ class Pages:
         return [("Property", self.property_link(rows)),
                 ("Values", properties.values(row)),
                 ("Unit", properties.unit(row)),
-                ("Range", properties.limits(row) if role != "range" else ""),
+                ("Range", properties.limits(row) if role != "range" else "what this method answers"),
                 ("Device", properties.device_behaviour(row) if changes or not row["writable"] else ""),
-                ("Notifies", properties.notification(self.features[interface.name])
+                ("Notifies", properties.notification(row, self.features[interface.name])
                     if role == "getter" and interface.name in self.features else ""),
                 layer]
 
@@ -124,7 +125,7 @@ def meaning(name, value, words):
 
 def file_page(path, comment):
     """What the first comment of a file says. The first words of some of its paragraphs are their titles."""
-    return f"# {os.path.basename(path)}\n\n" + re.sub(r"^(\w[\w ]{2,14}\.) ", r"**\1** ", comment, flags=re.M)
+    return f"# {os.path.basename(path)}\n\n" + re.sub(r"(?<=\n\n)(\w[\w ]{2,14}\.) ", r"**\1** ", comment)
 
 
 def pages(description, folder, layer_header, unusual):

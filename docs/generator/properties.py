@@ -7,9 +7,7 @@ FOLDER = "reference/properties"
 
 def unit(row):
     """The unit of a property's value; the only place that reads it."""
-    if "unit" in row:
-        return row["unit"]
-    return "none: the device's own number" if row["kind"] in ("number", "decimal") else ""
+    return row.get("unit") or ("none: the device's own number" if row["kind"] in ("number", "decimal") else "none")
 
 
 def access(row):
@@ -43,9 +41,9 @@ def limits(row):
     if "range" in row:
         what = "limits" if row["kind"] in ("number", "decimal") else "words"
         return f"the {what} that the device reports now: {method_link(row, 'range')}"
-    if "min" in row and row["kind"] == "number" and row["writable"]:
+    if "min" in row:
         return f"{row['min']} to {row['max']}; the device reports no limits"
-    return ""
+    return {"none": "none", "decimal": "the device reports no limits"}.get(row["kind"], "every value of its kind")
 
 
 def device_behaviour(row):
@@ -61,10 +59,10 @@ def device_behaviour(row):
     return "reports the new value, or refuses the change; the old value then stays"
 
 
-def notification(feature):
-    own = feature["propertySet"]["characters"] in ("ouco", "devc")
-    return (f"observers of '{feature['propertySet']['characters']}'"
-            + (", also of this host's own changes" if own else ", not of this host's own changes"))
+def notification(row, feature):
+    characters = feature["propertySet"]["characters"]
+    own = "also" if characters in ("ouco", "devc") else "not"
+    return f"observers of '{characters}'" + (f", {own} of this host's own changes" if row["writable"] else "")
 
 
 def features_by_interface(description):
@@ -96,7 +94,7 @@ def entry(row, feature):
     calls = [method_link(row, call) for call in ("getter", "setter") if call in row]
     facts = [("Access", access(row)), ("Values", values(row)), ("Unit", unit(row)), ("Range", limits(row)),
              ("Device", device_behaviour(row)),
-             ("Notifies", notification(feature) if row["readable"] else ""),
+             ("Notifies", notification(row, feature) if row["readable"] else ""),
              ("Methods", ", ".join(calls)), ("Example", example(row))]
     return markdown.directive("property", names, f"\n{row['summary']}.\n\n{markdown.fields(facts)}")
 

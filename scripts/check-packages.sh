@@ -80,6 +80,19 @@ purges() {
     dpkg --purge $package_names && [ -n "$files" ] && ! ls $files 2> /dev/null
 }
 
+# documented DOCUMENTS CHANGELOG PAGES: the site with its search, the changelog and the manual pages.
+documented() {
+    test -s "$1/html/index.html" && test -s "$1/html/searchindex.js" && test -s "$1/html/_static/searchtools.js" &&
+        test -s "$2" && ls "$3"/morquilctl.1* "$3"/morquil-sim.1*
+}
+
+every_package_has_the_changelog() {
+    local package
+    for package in $package_names; do
+        test -s "/usr/share/doc/$package/CHANGELOG.md.gz" || return 1
+    done
+}
+
 completes() {
     test -s /usr/share/bash-completion/completions/morquilctl && test -s /usr/share/zsh/vendor-completions/_morquilctl &&
         test "$(fish --command 'complete -C "morquilctl stat"' | cut -f1)" = status
@@ -92,6 +105,9 @@ check_installed() {
     # shellcheck disable=SC2046  # one word per file
     expect "Debian: apt installs the packages" debian-apt apt-get install --yes $(package_files)
     expect "Debian: the quick start" debian-quick-start scripts/check-quick-start.py packages
+    expect "Debian: site, changelog and manual pages" debian-documents documented \
+        /usr/share/doc/morquilapi-doc /usr/share/doc/morquilapi-doc/CHANGELOG.md.gz /usr/share/man/man1
+    expect "Debian: every package has the changelog" debian-changelog every_package_has_the_changelog
     expect "Debian: shells complete morquilctl" debian-completion completes
     expect "Debian: find_package" debian-find-package build_with_cmake "$examples" "$work/find_package"
     for example in host raw_host c_host device_test; do
@@ -136,6 +152,8 @@ check_windows() {
     use_wine
     expect "Windows: no path of the build in any file" windows-paths holds_no_path_of_the_build "$root"
     expect "Windows: the quick start" windows-quick-start scripts/check-quick-start.py windows "$root"
+    expect "Windows: site, changelog and manual pages" windows-documents documented \
+        "$root/share/doc/MorquilAPI" "$root/share/doc/MorquilAPI/CHANGELOG.md" "$root/share/man/man1"
     expect "Windows: find_package" windows-find-package \
         build_with_cmake "$root/share/doc/MorquilAPI/examples" "$work/find_package_windows" \
         -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-w64.cmake" -DCMAKE_PREFIX_PATH="$root"

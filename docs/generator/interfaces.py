@@ -70,12 +70,12 @@ class Pages:
         if not rows:
             return [layer]
         row = rows[0]
-        changes = role == "setter"
         return [("Property", self.property_link(rows)),
                 ("Values", properties.values(row)),
                 ("Unit", properties.unit(row)),
                 ("Range", properties.limits(row) if role != "range" else "what this method answers"),
-                ("Device", properties.device_behaviour(row) if changes or not row["writable"] else ""),
+                ("Device", properties.device_behaviour(row) if role == "setter" or not row["writable"] else
+                    "reports it when a host connects, and after every change"),
                 ("Notifies", properties.notification(row, self.features[interface.name])
                     if role == "getter" and interface.name in self.features else ""),
                 layer]

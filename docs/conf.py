@@ -1,6 +1,5 @@
 """Sphinx's settings for the site and the man pages. scripts/build-docs.sh builds both."""
 
-import os
 import pathlib
 import re
 import sys

@@ -9,7 +9,9 @@ import pathlib
 import sys
 import tempfile
 
-from page_follower import Follower, Mismatch, blocks_of
+sys.dont_write_bytecode = True
+
+from page_follower import Follower, Mismatch, blocks_of  # noqa: E402
 
 PAGES = pathlib.Path(__file__).resolve().parent.parent / "docs" / "operators"
 

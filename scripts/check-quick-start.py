@@ -12,7 +12,9 @@ import re
 import sys
 import tempfile
 
-from page_follower import Follower, Mismatch, blocks_of
+sys.dont_write_bytecode = True
+
+from page_follower import Follower, Mismatch, blocks_of  # noqa: E402
 
 PAGE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "docs", "getting-started", "quick-start.md")
 

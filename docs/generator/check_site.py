@@ -63,7 +63,8 @@ def findings(page, pages):
 def main():
     root = pathlib.Path(sys.argv[1]).resolve()
     pages = {path: Page(path) for path in sorted(root.rglob("*.html"))}
-    wrong = [f"{path.relative_to(root)}: {finding}" for path, page in pages.items() for finding in findings(page, pages)]
+    wrong = [f"{path.relative_to(root)}: {finding}"
+             for path, page in pages.items() for finding in findings(page, pages)]
     index = (root / "searchindex.js").read_text(encoding="utf-8")
     wrong += [f"a search does not find: {word}" for word in SEARCHED if f'"{word}": ' not in index]
     for line in wrong:

@@ -53,4 +53,5 @@ def pages(folder, sources):
         entries.setdefault(header, []).append(entry)
     for header, found in sorted(entries.items()):
         stem = os.path.splitext(os.path.basename(header))[0]
-        yield f"{FOLDER}/{stem}.md", "\n\n".join([f"# {os.path.basename(header)}", first_comment(os.path.join(sources, header)), *found])
+        about = first_comment(os.path.join(sources, header))
+        yield f"{FOLDER}/{stem}.md", "\n\n".join([f"# {os.path.basename(header)}", about, *found])

@@ -68,7 +68,7 @@ class Pages:
         role, rows = self.properties.of(interface.name, method.name)
         layer = ("In C++", self.layer.of(interface.name, method.name))
         if not rows:
-            return [layer]
+            return [("Property", "none") if interface.name in self.features else ("", ""), layer]
         row = rows[0]
         return [("Property", self.property_link(rows)),
                 ("Values", properties.values(row)),

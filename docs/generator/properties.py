@@ -15,7 +15,8 @@ def access(row):
 
 
 KINDS = {"number": "a whole number", "decimal": "a decimal number", "bits": "a bit mask of 32 bits",
-         "timecode": "a timecode, `HH:MM:SS:FF`", "address": "a network address", "none": "none: it is only carried out"}
+         "timecode": "a timecode, `HH:MM:SS:FF`", "address": "a network address",
+         "none": "none: it is only carried out"}
 
 
 def values(row):

@@ -57,7 +57,8 @@ def blocks_page(description):
 
 
 def kinds_page(description):
-    return "# Kinds of values of the protocol\n\n" + markdown.table(["Kind", "Value in a line"], description["kinds"].items())
+    rows = description["kinds"].items()
+    return "# Kinds of values of the protocol\n\n" + markdown.table(["Kind", "Value in a line"], rows)
 
 
 def vocabulary(row):

@@ -42,7 +42,7 @@ class HeadsOfCells(SphinxPostTransform):
 
     def run(self, **kwargs):
         for table in self.document.findall(nodes.table):
-            heads = [entry.astext() for entry in next(iter(table.findall(nodes.thead)), nodes.thead()).findall(nodes.entry)]
+            heads = [entry.astext() for head in table.findall(nodes.thead) for entry in head.findall(nodes.entry)]
             for row in (row for body in table.findall(nodes.tbody) for row in body.findall(nodes.row)):
                 for head, entry in list(zip(heads, row.children))[1:]:
                     if len(heads) > 2 and entry.astext() and isinstance(entry.children[0], nodes.paragraph):

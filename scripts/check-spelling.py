@@ -36,8 +36,8 @@ def texts():
 
 
 def words_of(text):
-    """Names in CamelCase and with digits or underscores are code, wherever they stand."""
-    text = re.sub(r"\b\w*(?:[a-z][A-Z]|[\d_])\w*\b", " ", text.replace("’", "'"))
+    """Names of files, names in CamelCase and names with digits or underscores are code, wherever they stand."""
+    text = re.sub(r"\b\w*(?:[a-z][A-Z]|[\d_]|\.\w)\w*\b", " ", text.replace("’", "'"))
     return set(re.findall(r"[A-Za-z][A-Za-z']*", text))
 
 

@@ -27,6 +27,7 @@ html_title = f"MorquilAPI {release}"
 html_static_path = ["static"]
 html_css_files = ["site.css"]
 html_copy_source = False
+html_use_index = False
 # Pages that are opened as files cannot read other files: the script would only fail.
 html_show_search_summary = False
 html_show_sphinx = False

@@ -5,7 +5,7 @@ import re
 import sys
 
 root = pathlib.Path(__file__).resolve().parent.parent
-sys.path.insert(0, str(root / "docs" / "generator"))
+sys.path.append(str(root / "docs" / "generator"))
 
 project = "MorquilAPI"
 release = re.search(r"^project\(MorquilAPI VERSION ([\d.]+)", (root / "CMakeLists.txt").read_text(), re.M)[1]

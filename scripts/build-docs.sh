@@ -19,7 +19,7 @@ run_sphinx() {
 
 build_man_pages() {
     rm -rf "$docs/man" "$docs/man-source"
-    python3 docs/generator/site.py "$docs/man-source"
+    python3 docs/generator/sources.py "$docs/man-source"
     run_sphinx man "$docs/man-source" "$docs/man"
     echo "  ok      $docs/man"
 }
@@ -40,7 +40,7 @@ build_site() {
     rm -rf "$docs/source" "$docs/doxygen" "$docs/html"
     mkdir -p "$docs/doxygen"
     run_logged build/logs/docs-doxygen.log doxygen docs/Doxyfile
-    python3 docs/generator/site.py "$native/tools/description/morquilapi.json" \
+    python3 docs/generator/sources.py "$native/tools/description/morquilapi.json" \
         "$native/bindings/cpp/morquil/interfaces.hpp" "$docs/doxygen/xml" "$docs/source"
     run_sphinx html "$docs/source" "$docs/html"
     python3 docs/generator/check_site.py "$docs/html"

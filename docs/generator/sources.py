@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Writes the sources of the site, which Sphinx then builds: the written pages and the generated ones.
 
-    site.py DESCRIPTION.json INTERFACES.hpp DOXYGEN-XML FOLDER     the whole site
-    site.py FOLDER                                                 the pages of the tools, for the man pages
+    sources.py DESCRIPTION.json INTERFACES.hpp DOXYGEN-XML FOLDER     the whole site
+    sources.py FOLDER                                                 the pages of the tools, for the man pages
 """
 
 import json

@@ -1,15 +1,12 @@
-#include "command/properties/property.h"
+#include "properties/property.h"
 
 #include <algorithm>
-#include <functional>
-#include <span>
 
-#include "command/arguments/exit_code.h"
-#include "command/properties/lower_case.h"
-#include "command/properties/property_table.h"
-#include "command/properties/suggestion.h"
+#include "properties/lower_case.h"
+#include "properties/property_table.h"
+#include "properties/suggestion.h"
 
-namespace Morquil::Command {
+namespace Morquil::Properties {
 namespace {
 
 std::vector<Property> MakeTable() {
@@ -35,38 +32,27 @@ bool Matches(std::string_view pattern, std::string_view name) {
 }
 
 // Several stars in a row mean the same as one; left in place, they would make matching far too slow.
-std::string WithoutDoubleStars(std::string pattern) {
+std::string WithoutDoubleStars(std::string_view pattern) {
+    std::string single(pattern);
     const auto bothStars = [](char left, char right) { return left == '*' && right == '*'; };
-    pattern.erase(std::unique(pattern.begin(), pattern.end(), bothStars), pattern.end());
-    return pattern;
+    single.erase(std::unique(single.begin(), single.end(), bothStars), single.end());
+    return single;
 }
 
-bool IsMeant(const std::string& pattern, const std::string& name) {
-    return Matches(pattern, name) || Matches(pattern + ".*", name);
+bool Precedes(std::string_view left, std::string_view right) {
+    return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
+                                        [](char one, char other) { return Lower(one) < Lower(other); });
 }
 
-[[noreturn]] void RefuseName(std::string_view name) {
-    std::vector<std::string_view> names;
+/// All properties in the order of their names.
+Selection MakeIndex() {
+    Selection index;
     for (const Property& property : AllProperties()) {
-        names.push_back(property.name);
-        for (std::size_t point = property.name.find('.'); point != std::string::npos;
-             point = property.name.find('.', point + 1)) {
-            names.push_back(std::string_view(property.name).substr(0, point));
-        }
+        index.push_back(&property);
     }
-    const std::string_view nearest = Nearest(name, names);
-    throw UsageFailure(
-        "'" + std::string(name) + "' is not a property" +
-        (nearest.empty() ? std::string("; see: morquilctl list") : "; nearest: " + std::string(nearest)));
-}
-
-const Property* Look(std::string_view name) {
-    const auto same = [name](const Property& property) {
-        return std::equal(name.begin(), name.end(), property.name.begin(), property.name.end(),
-                          [](char left, char right) { return Lower(left) == right; });
-    };
-    const auto found = std::find_if(AllProperties().begin(), AllProperties().end(), same);
-    return found != AllProperties().end() ? &*found : nullptr;
+    std::sort(index.begin(), index.end(),
+              [](const Property* left, const Property* right) { return Precedes(left->name, right->name); });
+    return index;
 }
 
 }  // namespace
@@ -76,62 +62,40 @@ const std::vector<Property>& AllProperties() {
     return all;
 }
 
-const Property& FindProperty(std::string_view name) {
-    const Property* const found = Look(name);
-    if (found == nullptr) {
-        RefuseName(name);
+const Property* FindProperty(std::string_view name) {
+    static const Selection index = MakeIndex();
+    const auto found = std::lower_bound(
+        index.begin(), index.end(), name,
+        [](const Property* property, std::string_view wanted) { return Precedes(property->name, wanted); });
+    return found != index.end() && IsSameButForCase((*found)->name, name) ? *found : nullptr;
+}
+
+std::string_view NearestName(std::string_view name) {
+    std::vector<std::string_view> names;
+    for (const Property& property : AllProperties()) {
+        names.push_back(property.name);
+        for (std::size_t point = property.name.find('.'); point != std::string::npos;
+             point = property.name.find('.', point + 1)) {
+            names.push_back(std::string_view(property.name).substr(0, point));
+        }
     }
-    return *found;
+    return Nearest(name, names);
 }
 
-bool IsExactName(const std::string& pattern) {
-    return Look(pattern) != nullptr;
-}
-
-Selection SelectProperties(const std::vector<std::string>& patterns) {
+Selection Matching(std::string_view pattern) {
+    const std::string name = WithoutDoubleStars(pattern);
+    const std::string beginning = name + ".*";
     Selection selection;
-    std::vector<bool> isTaken(AllProperties().size(), false);
-    const auto take = [&](std::size_t at) {
-        if (!isTaken[at]) {
-            isTaken[at] = true;
-            selection.push_back(&AllProperties()[at]);
+    for (const Property& property : AllProperties()) {
+        if (Matches(name, property.name) || Matches(beginning, property.name)) {
+            selection.push_back(&property);
         }
-    };
-    const auto takeAll = [&](const std::string& pattern) {
-        bool found = false;
-        for (std::size_t at = 0; at < isTaken.size(); ++at) {
-            if (IsMeant(pattern, AllProperties()[at].name)) {
-                take(at);
-                found = true;
-            }
-        }
-        return found;
-    };
-    for (const std::string& given : patterns) {
-        if (!takeAll(WithoutDoubleStars(given))) {
-            RefuseName(given);
-        }
-    }
-    if (patterns.empty()) {
-        takeAll("*");
     }
     return selection;
 }
 
-std::optional<Value> ReadValue(const Property& property, const morquil::Device& device) {
-    try {
-        return property.read(device, property.number);
-    } catch (const morquil::NotKnown&) {
-        return std::nullopt;
-    }
+std::string_view NameOf(Access access) {
+    return access == Access::Command ? "command" : access == Access::ReadWrite ? "read/write" : "read";
 }
 
-Offer ReadOffer(const Property& property, const morquil::Device& device) {
-    try {
-        return property.offer != nullptr ? property.offer(device) : Offer();
-    } catch (const morquil::NotKnown&) {
-        return {};
-    }
-}
-
-}  // namespace Morquil::Command
+}  // namespace Morquil::Properties

@@ -1,20 +1,15 @@
+// Values of properties: their kinds, their text, and how they compare.
 #pragma once
 
-#include <array>
 #include <cstdint>
-#include <limits>
-#include <nlohmann/json.hpp>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
-#include "morquil.hpp"
-
-namespace Morquil::Command {
-
-/// Keeps members in the order in which they are written.
-using Json = nlohmann::ordered_json;
+namespace Morquil::Properties {
 
 /// The kind of value that a property has.
 enum class Kind {
@@ -29,6 +24,14 @@ enum class Kind {
     Address,   // four numbers and points; the number has the first in its top byte
 };
 
+/// What a number counts. Most levels are steps of the device's own, which have no unit.
+enum class Unit {
+    None,
+    LineNumber,  // not an amount: which line of the frame
+    Lines,
+    Pixels,
+};
+
 /// Words, whole numbers, timecodes and addresses are stored as numbers. A command without a value has an empty text.
 using Value = std::variant<std::int64_t, double, bool, std::string>;
 
@@ -40,42 +43,54 @@ struct NamedValue {
 /// What a property can hold on any device.
 struct ValueType {
     Kind kind = Kind::Nothing;
-    std::string noun = {};  // what one value is called: "video mode"
+    Unit unit = Unit::None;
+    std::string noun = {};              // what one value is called: "video mode"
+    std::string_view enumeration = {};  // of a word: the enumeration of the interfaces, "_MorquilAPIVideoMode"
     std::int64_t smallest = 0;
     std::int64_t largest = 0;
     std::span<const NamedValue> words = {};
     std::size_t mostBytes = 0;  // for texts; 0 means no limit
 };
 
-/// The words of an enumeration.
-template <class Enumeration>
-inline constexpr auto namedValues = [] {
-    std::array<NamedValue, std::size(morquil::Words<Enumeration>::all)> values{};
-    for (std::size_t at = 0; at < values.size(); ++at) {
-        const auto& word = morquil::Words<Enumeration>::all[at];
-        values[at] = {word.text, static_cast<std::int64_t>(word.value)};
-    }
-    return values;
-}();
+/// Why a value is not accepted.
+struct Refusal {
+    enum class Reason {
+        ReadOnly,    // the property cannot be set
+        Malformed,   // not a value of the property's kind
+        OutOfRange,  // a number or a text outside its limits
+        NotOffered,  // a word that exists, but that the device does not accept now
+    };
+
+    Reason reason;
+    std::string text;                 // for people: "99 is outside -60 to 60"
+    std::vector<Value> nearest = {};  // accepted values like the one that was given, the nearest first
+
+    bool operator==(const Refusal& other) const = default;
+};
+
+/// A value, or why the given one is not accepted.
+using Checked = std::variant<Value, Refusal>;
 
 /// Parses `text` as a value of `type`.
-/// Throws: UsageFailure, which says what is wrong and what would be accepted.
-Value ParseValue(const ValueType& type, std::string_view text);
+Checked ParseValue(const ValueType& type, std::string_view text);
 
-/// The value as people write it. `ParseValue` reads it back. Not escaped.
+/// The value as people write it, without its unit. `ParseValue` reads it back. Not escaped.
 std::string FormatValue(const ValueType& type, const Value& value);
 
-/// Numbers, booleans and texts become JSON values; everything else is formatted by `FormatValue`.
-Json ToJson(const ValueType& type, const Value& value);
+/// How far a device's report confirms a value that was set.
+enum class Confirmation {
+    No,
+    /// Confirmed, unless a later report says otherwise: the text differs in case only, and devices may keep the old
+    /// spelling; or it is empty, which a device may leave out of its report.
+    Likely,
+    Yes,
+};
+/// `reported`: nothing if the device has not reported a value. Decimals are sent with six decimal places.
+Confirmation Confirms(const std::optional<Value>& reported, const Value& wanted);
 
-/// Whether `reported` confirms `wanted`. Decimals are sent with six decimal places.
-bool IsSame(const Value& wanted, const Value& reported);
-
-/// Whether two texts differ only in the case of ASCII letters. Devices and the library's copies may keep the old
-/// spelling.
-bool IsSameButForCase(const Value& wanted, const Value& reported);
-
-/// The name of the kind: "number", "word".
+/// The name of a kind: "number", "word".
 std::string_view NameOf(Kind kind);
+/// The name of a unit: "lines", "pixels"; empty for none.
+std::string_view NameOf(Unit unit);
 
-}  // namespace Morquil::Command
+}  // namespace Morquil::Properties

@@ -12,7 +12,7 @@
 #include <tuple>
 #include <vector>
 
-#include "command/properties/property.h"
+#include "properties/property.h"
 #include "protocol/every_block_sink.h"
 #include "protocol/morquil_text_protocol_parser.h"
 
@@ -198,7 +198,7 @@ TEST(Description, NamesTheKeyThatOffersTheValuesOfASetting) {
 }
 
 TEST(Description, HasEveryPropertyWithItsInterface) {
-    ASSERT_EQ(Whole().at("properties").size(), Command::AllProperties().size());
+    ASSERT_EQ(Whole().at("properties").size(), Properties::AllProperties().size());
     const std::string definitions = InterfaceDefinitions();
     for (const Json& property : Whole().at("properties")) {
         const std::string heading = "interface " + property.at("interface").get<std::string>() + " :";

@@ -16,6 +16,7 @@ namespace Morquil::Testing {
 namespace {
 
 using namespace Properties;
+using Properties::Limits;  // not the namesake of the blocks
 
 // Values that a property could have, whatever the device.
 std::vector<Value> PossibleValues(const ValueType& type) {
@@ -63,6 +64,16 @@ Value AnotherValue(const Property& property, const morquil::Device& device) {
     return {};
 }
 
+/// A host whose device offers more than one value of a property.
+class HostFor : public CompleteHost {
+public:
+    explicit HostFor(const Property& property) {
+        if (property.name == "output.aspect-ratio") {
+            DeviceSends("VIDEO OUTPUT:\nVideo mode: 625i50 PAL\n\n");
+        }
+    }
+};
+
 /// The property sets that have been notified of changes.
 class NotifiedSets {
 public:
@@ -96,19 +107,22 @@ TEST(EveryProperty, IsKnownOnceADeviceHasReportedEverything) {
 }
 
 TEST(EveryProperty, HasAnOfferIfTheDeviceReportsOne) {
+    // Its words hold blanks, which also separate the words of a list: no device can report it.
+    constexpr std::string_view unreadable = "advanced.proc-mode";
     const CompleteHost host;
     for (const Property& property : AllProperties()) {
+        const bool isReported = property.offer != nullptr && property.name != unreadable;
         const Offer offer = Offered(property, host.Device());
-        EXPECT_EQ(!std::holds_alternative<std::monostate>(offer), property.offer != nullptr) << property.name;
+        EXPECT_EQ(!std::holds_alternative<std::monostate>(offer), isReported) << property.name;
         EXPECT_EQ(property.range.empty(), property.offer == nullptr) << property.name;
     }
 }
 
 TEST(EveryProperty, IsCheckedAndSetAndReportedAsItWasSet) {
-    CompleteHost host;
     int set = 0;
     for (const Property& property : AllProperties()) {
         if (property.Access() == Access::ReadWrite) {
+            HostFor host(property);
             const Value value = AnotherValue(property, host.Device());
             const Checked checked = Check(property, host.Device(), FormatValue(property.type, value));
             ASSERT_TRUE(std::holds_alternative<Value>(checked))
@@ -133,18 +147,17 @@ TEST(EveryProperty, IsSentIfItIsACommand) {
 }
 
 TEST(EveryProperty, ThatCanBeSetIsInTheSetThatNotifiesOfItsChanges) {
-    CompleteHost host;
-    NotifiedSets notified(host.Device());
     for (const Property& property : AllProperties()) {
         if (property.Access() == Access::ReadWrite) {
+            HostFor host(property);
+            NotifiedSets notified(host.Device());
             const Value before = Read(property, host.Device()).value();
             const Value other = AnotherValue(property, host.Device());
             const std::string change = host.BlockSentBy([&] { Set(property, host.Device(), other); });
-            const std::string back = host.BlockSentBy([&] { Set(property, host.Device(), before); });
+            host.BlockSentBy([&] { Set(property, host.Device(), before); });
             notified.Take();
             host.DeviceSends(change);
             EXPECT_EQ(notified.Take(), std::set{property.set}) << property.name << ": " << change;
-            host.DeviceSends(back);
         }
     }
 }

@@ -152,8 +152,8 @@ TEST(Values, ARefusalNamesTheNearestValue) {
 }
 
 TEST(Suggestions, PreferTheSameBeginningAmongEqualOnes) {
-    constexpr std::string_view words[] = {"720p60", "1080p25", "1080p50", "1080i59.94"};
-    EXPECT_EQ(Properties::NearestFirst("1080p60", words, 2), (std::vector<std::size_t>{2, 0}));
+    constexpr std::string_view words[] = {"720p60", "2080p60", "1080p50"};
+    EXPECT_EQ(Properties::NearestFirst("1080p60", words, 2), (std::vector<std::size_t>{2, 1}));
     EXPECT_EQ(Properties::NearestFirst("ab", std::span<const std::string_view>(), 2), std::vector<std::size_t>());
 }
 

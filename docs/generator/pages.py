@@ -55,11 +55,14 @@ def interface_methods(row):
 def property_values(row):
     if row["kind"] == "word":
         return "word: " + ", ".join(code(word) for word in row["words"])
-    return row["kind"] + (f", at most {row['mostBytes']} bytes" if "mostBytes" in row else "")
+    limit = f", at most {row['mostBytes']} bytes" if "mostBytes" in row else ""
+    return row["kind"] + (f" ({row['unit']})" if "unit" in row else "") + limit
 
 
-def access(row):
-    return "command" if not row["readable"] else "read, write" if row["writable"] else "read"
+def property_meaning(row):
+    """The summary, and which other properties change what the device accepts."""
+    followed = " and ".join(code(name) for name in row.get("offerFollows", []))
+    return row["summary"] + (f"; what the device accepts depends on {followed}" if followed else "")
 
 
 def merged(rows):
@@ -93,7 +96,7 @@ def properties(description):
             about += ", property set 'devc', block `MORQUIL DEVICE`"
         parts += [f"## {group}", about + ".",
                   table(["Property", "Meaning", "Access", "Values", "Methods"],
-                        [[code(row["name"]), row["summary"], access(row), property_values(row), interface_methods(row)]
+                        [[code(row["name"]), property_meaning(row), row["access"], property_values(row), interface_methods(row)]
                          for row in merged(rows)])]
     return "\n\n".join(parts)
 

@@ -54,6 +54,10 @@ Checked ParseOffered(const Property& property, const Offer& offer, std::string_v
 
 }  // namespace
 
+bool Exists(const Property& property, const morquil::Device& device) {
+    return property.exists == nullptr || property.exists(device, property.number);
+}
+
 std::optional<Value> Read(const Property& property, const morquil::Device& device) {
     return property.IsReadable() ? property.read(device, property.number) : std::nullopt;
 }
@@ -79,6 +83,9 @@ std::optional<Refusal> CheckOffered(const Property& property, const Offer& offer
 Checked Check(const Property& property, const morquil::Device& device, std::string_view text) {
     if (!property.IsWritable()) {
         return Refusal{Refusal::Reason::ReadOnly, "it can only be read"};
+    }
+    if (!Exists(property, device)) {
+        return Refusal{Refusal::Reason::NotOffered, "this device does not have it"};
     }
     const Offer offer = Offered(property, device);
     Checked checked = ParseOffered(property, offer, text);

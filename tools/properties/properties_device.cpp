@@ -11,7 +11,7 @@ namespace {
 // Longer texts would be truncated.
 constexpr std::size_t nameBytes = receivedTextLimit;
 // The device stores no more names, whatever the range of its presets.
-constexpr int presetNames = std::tuple_size_v<decltype(PresetChangeSet::presetName)>;
+constexpr std::size_t presetNames = std::tuple_size_v<decltype(PresetChangeSet::presetName)>;
 
 void AddDevice(std::vector<Property>& all) {
     using F = morquil::DeviceCalls;
@@ -56,11 +56,18 @@ struct PresetNumbers {
     }
 };
 
+bool HasPreset(const morquil::Device& device, int number) {
+    const auto range = Try<&morquil::features::Preset::GetPresetRange>(device);
+    return !range || (range->min <= number && number <= range->max);
+}
+
 void AddPresets(std::vector<Property>& all) {
     using F = morquil::features::Preset;
     FeatureRows<F> rows(all, "preset");
     // clang-format off
-    rows.Settings<&F::GetPresetName, &F::SetPresetName>(presetNames, "name", "Name of a preset", nameBytes);
+    for (Property& name : rows.Settings<&F::GetPresetName, &F::SetPresetName>(presetNames, "name", "Name of a preset")) {
+        name.AtMost(nameBytes).exists = &HasPreset;
+    }
     rows.Command<&F::SavePreset, PresetNumbers<PresetChangeSet::namelessPresets>{}>("save", "Keeps the settings as a preset");
     rows.Command<&F::RecallPreset, PresetNumbers<PresetChangeSet::recallablePresets>{}>("recall", "Brings the settings of a preset back");
     // clang-format on

@@ -50,10 +50,11 @@ struct Property {
     std::string_view interfaceName = {};  // "IMorquilVideoProcAmp"
     std::string_view getter = {};         // "VideoProcAmp::GetGain"; empty if there is none
     std::string_view setter = {};
-    std::string_view range = {};                         // reports what the device accepts
+    std::string_view range = {};                          // reports what the device accepts
     std::span<const std::string_view> offerFollows = {};  // the properties that change what the device accepts
 
-    // For `Read`, `Set` and `Offered`.
+    // For `Exists`, `Read`, `Set` and `Offered`.
+    bool (*exists)(const morquil::Device& device, int number) = nullptr;
     std::optional<Value> (*read)(const morquil::Device& device, int number) = nullptr;
     void (*write)(const morquil::Device& device, int number, const Value& value) = nullptr;
     Offer (*offer)(const morquil::Device& device) = nullptr;
@@ -99,6 +100,9 @@ Selection Matching(std::string_view pattern);
 
 // Threads: any, for all that follow. They throw morquil::Error only when a call fails for want of memory, or, from
 // `Set`, because the library refuses the value or cannot send.
+
+/// Whether the device has the property, as far as it has reported that: it may have fewer presets than there are names.
+bool Exists(const Property& property, const morquil::Device& device);
 
 /// What the device has reported; nothing if it has not, or if the property cannot be read. Never waits.
 std::optional<Value> Read(const Property& property, const morquil::Device& device);

@@ -115,14 +115,15 @@ public:
     Property& Command(std::string_view name, std::string_view summary) {
         return AddCalls<nullptr, set, offer>(Add(name, summary));
     }
-    /// A property that can be read and set for each of `count`.
+    /// A property that can be read and set for each of `count`. Returns the rows, until others are added.
     template <auto get, auto set, auto offer = nullptr>
-    void Settings(int count, std::string_view name, std::string_view summary, std::size_t mostBytes = 0) {
-        for (int number = 1; number <= count; ++number) {
-            Property& property = AddCalls<get, set, offer>(Add(name, summary)).AtMost(mostBytes);
+    std::span<Property> Settings(std::size_t count, std::string_view name, std::string_view summary) {
+        for (std::size_t number = 1; number <= count; ++number) {
+            Property& property = AddCalls<get, set, offer>(Add(name, summary));
             property.name += "." + std::to_string(number);
-            property.number = number;
+            property.number = static_cast<int>(number);
         }
+        return std::span(all_).last(count);
     }
 
 private:

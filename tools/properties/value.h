@@ -24,7 +24,7 @@ enum class Kind {
     Address,   // four numbers and points; the number has the first in its top byte
 };
 
-/// What a number counts. Most levels are steps of the device's own, which have no unit.
+/// What a number counts. The protocol gives most levels no unit.
 enum class Unit {
     None,
     LineNumber,  // not an amount: which line of the frame
@@ -58,7 +58,7 @@ struct Refusal {
         ReadOnly,    // the property cannot be set
         Malformed,   // not a value of the property's kind
         OutOfRange,  // a number or a text outside its limits
-        NotOffered,  // a word that exists, but that the device does not accept now
+        NotOffered,  // a word that the device does not accept now, or a property that it does not have
     };
 
     Reason reason;

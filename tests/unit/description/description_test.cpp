@@ -206,6 +206,37 @@ TEST(Description, HasEveryPropertyWithItsInterface) {
     }
 }
 
+TEST(Description, PutsEveryPropertyIntoTheSetOfItsFeature) {
+    const std::string definitions = InterfaceDefinitions();
+    std::map<std::string, std::uint32_t> sets = {{"IMorquilDevice", morquilDeviceControlPropertySetId}};
+    for (const Json& feature : Whole().at("features")) {
+        sets[feature.at("interface")] = feature.at("propertySet").at("value");
+    }
+    for (const Json& property : Whole().at("properties")) {
+        const std::regex definition(property.at("propertySet").get<std::string>() + R"(\s*= (0x\w+))");
+        std::smatch number;
+        ASSERT_TRUE(std::regex_search(definitions, number, definition)) << property;
+        EXPECT_EQ(std::stoul(number[1], nullptr, 16), sets.at(property.at("interface"))) << property;
+    }
+}
+
+TEST(Description, GivesEveryPropertyTheWordsOfItsEnumeration) {
+    std::map<std::string, Json> words;
+    for (const Json& vocabulary : Whole().at("vocabularies")) {
+        for (const Json& word : vocabulary.at("words")) {
+            words[vocabulary.value("enumeration", "")].push_back(word.at("word"));
+        }
+    }
+    int compared = 0;
+    for (const Json& property : Whole().at("properties")) {
+        if (property.at("kind") == "word") {
+            EXPECT_EQ(property.at("words"), words.at(property.at("enumeration"))) << property;
+            ++compared;
+        }
+    }
+    EXPECT_GT(compared, 50);
+}
+
 TEST(Description, NamesTheBlockThatEachFeatureFollows) {
     std::set<std::string> interfaces;
     for (const Json& feature : Whole().at("features")) {

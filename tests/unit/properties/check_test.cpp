@@ -101,10 +101,12 @@ TEST_F(CheckTest, SendsNothing) {
     EXPECT_EQ(host.SendCount(), before);
 }
 
-TEST_F(CheckTest, NamesNoPresetThatTheDeviceDoesNotHave) {
+TEST_F(CheckTest, RefusesToNameAPresetThatTheDeviceDoesNotHave) {
+    EXPECT_EQ(CheckedFor("preset.name.5", "x"), Checked(Value(std::string("x"))));
     host.DeviceSends("PRESET AVAILABILITY:\nPreset range: 1 4\n\n");
     EXPECT_NE(Read(*FindProperty("preset.name.4"), host.Device()), std::nullopt);
     EXPECT_EQ(Read(*FindProperty("preset.name.5"), host.Device()), std::nullopt);
+    EXPECT_EQ(RefusalFor("preset.name.5", "x").text, "this device does not have it");
 }
 
 }  // namespace

@@ -61,10 +61,8 @@ TEST(Values, WordsAreReadInAnyCase) {
 }
 
 TEST(Values, AnUnknownWordIsRefusedWithTheNearest) {
-    EXPECT_EQ(RefusalOf(TypeOf("output.sdi-mode"), "LevelC"),
-              "'LevelC' is not an SDI mode; nearest: LevelA");
-    EXPECT_EQ(RefusalOf(TypeOf("output.sdi-mode"), "x"),
-              "'x' is not an SDI mode; there are LevelA, LevelB");
+    EXPECT_EQ(RefusalOf(TypeOf("output.sdi-mode"), "LevelC"), "'LevelC' is not an SDI mode; nearest: LevelA");
+    EXPECT_EQ(RefusalOf(TypeOf("output.sdi-mode"), "x"), "'x' is not an SDI mode; there are LevelA, LevelB");
 }
 
 TEST(Values, NumbersHaveBounds) {

@@ -81,8 +81,8 @@ void RefuseUnknown(const std::vector<std::string>& names, const morquil::Device&
 }
 
 // The members of a row in "list --json", in this order. The description file has more.
-constexpr const char* listedMembers[] = {"name",   "kind",   "readable", "writable", "summary", "interface", "getter",
-                                         "setter", "range",  "min",      "max",      "mostBytes", "words"};
+constexpr const char* listedMembers[] = {"name",   "kind",  "readable", "writable", "summary",   "interface", "getter",
+                                         "setter", "range", "min",      "max",      "mostBytes", "words"};
 
 Json AsListed(const Property& property) {
     const Json described = DescribeProperty(property);
@@ -147,8 +147,7 @@ void ShowList(const Context& context) {
     for (const Property* const property : SelectProperties(context.options.words)) {
         document.push_back(AsListed(*property));
         rows.push_back({property->name, std::string(NameOf(property->type.kind)),
-                        std::string(NameOf(property->Access())),
-                        Cell(std::string(property->summary), Style::Faint)});
+                        std::string(NameOf(property->Access())), Cell(std::string(property->summary), Style::Faint)});
     }
     context.options.isJson ? PrintJson(context.terminal, document) : PrintTable(context.terminal, rows);
 }

@@ -22,8 +22,9 @@ ARROWS = {
     "device": {"core", "delivery", "features", "observers", "platform", "protocol", "settings", "transport"},
     "module": {"core", "device", "platform"},
     "simulator": {"core", "platform", "protocol"},
-    "command": {"core", "platform", "protocol"},
-    "description": {"command", "device", "features", "protocol", "simulator", "transport"},
+    "properties": {"protocol"},
+    "command": {"core", "platform", "properties", "protocol"},
+    "description": {"device", "features", "properties", "protocol", "simulator", "transport"},
 }
 
 

@@ -2,10 +2,10 @@
 
 #include <set>
 
-#include "command/properties/description.h"
 #include "description/block_description.h"
 #include "description/features_description.h"
 #include "description/outcomes.h"
+#include "properties/json/property_json.h"
 
 namespace Morquil::Description {
 namespace {
@@ -134,7 +134,7 @@ nlohmann::ordered_json DescribeAsJson() {
             {"blocks", Blocks()},
             {"vocabularies", Enumerations()},
             {"features", Features()},
-            {"properties", Command::DescribeProperties()},
+            {"properties", Properties::DescribeProperties()},
             {"results", Outcomes(Results())},
             {"connectionFailures", Outcomes(ConnectionFailures())}};
 }

@@ -3,19 +3,19 @@
 
 #include <string_view>
 
-#include "command/properties/spelling.h"
+#include "properties/spelling.h"
 
 namespace Morquil::Description {
 
 template <class Named>
 constexpr std::string_view TypeName() {
-    return Command::LastName(__PRETTY_FUNCTION__);
+    return Properties::LastName(__PRETTY_FUNCTION__);
 }
 
 /// The name of an enumeration's constant; empty for a value without one.
 template <auto constant>
 constexpr std::string_view ConstantName() {
-    const std::string_view name = Command::LastName(__PRETTY_FUNCTION__);
+    const std::string_view name = Properties::LastName(__PRETTY_FUNCTION__);
     return name.front() == '(' ? std::string_view() : name;
 }
 

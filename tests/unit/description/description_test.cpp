@@ -12,7 +12,7 @@
 #include <tuple>
 #include <vector>
 
-#include "command/properties/property.h"
+#include "properties/property.h"
 #include "protocol/every_block_sink.h"
 #include "protocol/morquil_text_protocol_parser.h"
 
@@ -198,12 +198,43 @@ TEST(Description, NamesTheKeyThatOffersTheValuesOfASetting) {
 }
 
 TEST(Description, HasEveryPropertyWithItsInterface) {
-    ASSERT_EQ(Whole().at("properties").size(), Command::AllProperties().size());
+    ASSERT_EQ(Whole().at("properties").size(), Properties::AllProperties().size());
     const std::string definitions = InterfaceDefinitions();
     for (const Json& property : Whole().at("properties")) {
         const std::string heading = "interface " + property.at("interface").get<std::string>() + " :";
         EXPECT_NE(definitions.find(heading), std::string::npos) << property;
     }
+}
+
+TEST(Description, PutsEveryPropertyIntoTheSetOfItsFeature) {
+    const std::string definitions = InterfaceDefinitions();
+    std::map<std::string, std::uint32_t> sets = {{"IMorquilDevice", morquilDeviceControlPropertySetId}};
+    for (const Json& feature : Whole().at("features")) {
+        sets[feature.at("interface")] = feature.at("propertySet").at("value");
+    }
+    for (const Json& property : Whole().at("properties")) {
+        const std::regex definition(property.at("propertySet").get<std::string>() + R"(\s*= (0x\w+))");
+        std::smatch number;
+        ASSERT_TRUE(std::regex_search(definitions, number, definition)) << property;
+        EXPECT_EQ(std::stoul(number[1], nullptr, 16), sets.at(property.at("interface"))) << property;
+    }
+}
+
+TEST(Description, GivesEveryPropertyTheWordsOfItsEnumeration) {
+    std::map<std::string, Json> words;
+    for (const Json& vocabulary : Whole().at("vocabularies")) {
+        for (const Json& word : vocabulary.at("words")) {
+            words[vocabulary.value("enumeration", "")].push_back(word.at("word"));
+        }
+    }
+    int compared = 0;
+    for (const Json& property : Whole().at("properties")) {
+        if (property.at("kind") == "word") {
+            EXPECT_EQ(property.at("words"), words.at(property.at("enumeration"))) << property;
+            ++compared;
+        }
+    }
+    EXPECT_GT(compared, 50);
 }
 
 TEST(Description, NamesTheBlockThatEachFeatureFollows) {

@@ -13,7 +13,7 @@ constexpr std::chrono::milliseconds longestWait{50};
 void WatchFeed::Look(const Property& property, const morquil::Device& device) {
     // Read under the lock: of two threads that read, the later one has the later value.
     const std::lock_guard lock(mutex_);
-    log_.Note(property, ReadValue(property, device), WallClock::now());
+    log_.Note(property, Read(property, device), WallClock::now());
     if (!log_.IsEmpty()) {
         added_.notify_one();
     }

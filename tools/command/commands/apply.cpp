@@ -18,12 +18,16 @@ struct Change {
     Value value;
 };
 
+[[noreturn]] void Refuse(const Property& property, const Properties::Refusal& refusal) {
+    throw UsageFailure(property.name + ": " + refusal.text);
+}
+
 Value ParseFor(const Property& property, const std::string& text) {
-    try {
-        return ParseValue(property.type, text);
-    } catch (const UsageFailure& failure) {
-        throw UsageFailure(property.name + ": " + failure.what());
+    Properties::Checked checked = ParseValue(property.type, text);
+    if (const auto* const refusal = std::get_if<Properties::Refusal>(&checked)) {
+        Refuse(property, *refusal);
     }
+    return std::get<Value>(std::move(checked));
 }
 
 // Names and values in turn; a property without a value has its name alone.
@@ -43,19 +47,19 @@ std::vector<Change> ParseChanges(const std::vector<std::string>& words) {
     return changes;
 }
 
+// What is outside a range is refused; a word that is not offered is sent, and left to the device.
 void CheckRange(const Change& change, const Link& link) {
-    const Offer offer = ReadOffer(*change.property, link.Device());
-    const Limits* const limits = std::get_if<Limits>(&offer);
-    if (limits != nullptr && (change.value < limits->smallest || limits->largest < change.value)) {
-        throw UsageFailure(change.property->name + ": " + FormatValue(change.property->type, change.value) +
-                           " is outside " + OfferAsText(*change.property, offer));
+    const Offer offer = Offered(*change.property, link.Device());
+    const auto refusal = CheckOffered(*change.property, offer, change.value);
+    if (refusal && std::holds_alternative<Limits>(offer)) {
+        Refuse(*change.property, *refusal);
     }
 }
 
 // Sends the change, and reports what a setter's failure means for it.
 void Send(const Change& change, const Link& link) {
     try {
-        change.property->write(link.Device(), change.property->number, change.value);
+        Set(*change.property, link.Device(), change.value);
     } catch (const morquil::Error& error) {
         link.CheckIsThere();
         if (error.Result() == E_INVALIDARG) {
@@ -76,27 +80,20 @@ void SendCommand(const Change& change, const Link& link) {
 }
 
 bool IsReported(const Change& change, const Link& link, Clock::time_point sent) {
-    const std::optional<Value> reported = ReadValue(*change.property, link.Device());
-    if (!reported) {
-        // An empty text has no line of its own.
-        return change.value == Value(std::string()) && Clock::now() >= sent + grace;
-    }
-    return IsSame(change.value, *reported) ||
-           (IsSameButForCase(change.value, *reported) && Clock::now() >= sent + grace);
+    using Properties::Confirmation;
+    const Confirmation confirmation = Properties::Confirms(Read(*change.property, link.Device()), change.value);
+    return confirmation == Confirmation::Yes || (confirmation == Confirmation::Likely && Clock::now() >= sent + grace);
 }
 
 [[noreturn]] void ThrowNotApplied(const Change& change, const Link& link) {
     const Property& property = *change.property;
-    const std::optional<Value> reported = ReadValue(property, link.Device());
+    const std::optional<Value> reported = Read(property, link.Device());
     std::string text = property.name + ": not applied within " + link.Until().Text() + ": the device reports ";
     text += reported ? FormatValue(property.type, *reported) : "no value";
     text += ", not " + FormatValue(property.type, change.value);
-    const Offer offer = ReadOffer(property, link.Device());
-    if (const auto* const words = std::get_if<std::vector<std::int64_t>>(&offer)) {
-        const bool isOffered =
-            std::any_of(words->begin(), words->end(), [&](std::int64_t word) { return Value(word) == change.value; });
-        text += isOffered ? "" : "; it accepts " + OfferAsText(property, offer);
-    }
+    const Offer offer = Offered(property, link.Device());
+    const bool isList = std::holds_alternative<std::vector<std::int64_t>>(offer);
+    text += isList && CheckOffered(property, offer, change.value) ? "; it accepts " + FormatOffer(property, offer) : "";
     throw Failure(ExitCode::NotApplied, text);
 }
 
@@ -115,7 +112,7 @@ public:
 
     void Add(const Change& change, const Link& link) {
         const Property& property = *change.property;
-        const std::optional<Value> reported = property.IsReadable() ? ReadValue(property, link.Device()) : change.value;
+        const std::optional<Value> reported = property.IsReadable() ? Read(property, link.Device()) : change.value;
         rows_.push_back({property.name, property.IsReadable() ? ValueAsCell(property, reported) : Cell("sent")});
         changes_.push_back({{"name", property.name},
                             {"value", ValueAsJson(property, reported)},

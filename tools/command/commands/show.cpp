@@ -4,7 +4,6 @@
 
 #include "command/commands/commands.h"
 #include "command/output/rendering.h"
-#include "command/properties/description.h"
 #include "command/properties/property.h"
 
 namespace Morquil::Command {
@@ -51,7 +50,7 @@ std::string Joined(const StatusLine& line, const morquil::Device& device, Json& 
             break;
         }
         const Property& property = FindProperty(name);
-        const std::optional<Value> value = ReadValue(property, device);
+        const std::optional<Value> value = Read(property, device);
         document[name] = ValueAsJson(property, value);
         const std::string text = StatusText(property, value);
         joined += (joined.empty() || text.empty() ? "" : ", ") + text;
@@ -75,28 +74,25 @@ void RefuseCommands(const std::vector<std::string>& names) {
 // A property that was requested by its full name must have been reported.
 void RefuseUnknown(const std::vector<std::string>& names, const morquil::Device& device) {
     for (const std::string& name : names) {
-        if (IsExactName(name) && !ReadValue(FindProperty(name), device)) {
+        if (IsExactName(name) && !Read(FindProperty(name), device)) {
             throw Failure(ExitCode::NotApplied, name + ": the device has not reported the value");
         }
     }
 }
 
-Json OfferAsJson(const Property& property, const Offer& offer) {
-    if (const Limits* const limits = std::get_if<Limits>(&offer)) {
-        return {{"min", ToJson(property.type, limits->smallest)}, {"max", ToJson(property.type, limits->largest)}};
-    }
-    Json words = Json::array();
-    if (const auto* const offered = std::get_if<std::vector<std::int64_t>>(&offer)) {
-        for (const std::int64_t word : *offered) {
-            words.push_back(FormatValue(property.type, word));
-        }
-        return words;
-    }
-    return nullptr;
-}
+// The members of a row in "list --json", in this order. The description file has more.
+constexpr const char* listedMembers[] = {"name",   "kind",  "readable", "writable", "summary",   "interface", "getter",
+                                         "setter", "range", "min",      "max",      "mostBytes", "words"};
 
-std::string AccessOf(const Property& property) {
-    return property.IsCommand() ? "command" : property.IsWritable() ? "read/write" : "read";
+Json AsListed(const Property& property) {
+    const Json described = DescribeProperty(property);
+    Json row = Json::object();
+    for (const char* const member : listedMembers) {
+        if (described.contains(member)) {
+            row[member] = described.at(member);
+        }
+    }
+    return row;
 }
 
 }  // namespace
@@ -119,7 +115,7 @@ void ShowValues(const Context& context) {
     Json document = Json::object();
     std::vector<Row> rows;
     for (const Property* const property : selection) {
-        const std::optional<Value> value = ReadValue(*property, link.Device());
+        const std::optional<Value> value = Read(*property, link.Device());
         document[property->name] = ValueAsJson(*property, value);
         rows.push_back({property->name, ValueAsCell(*property, value)});
     }
@@ -137,9 +133,9 @@ void ShowRanges(const Context& context) {
     Json document = Json::object();
     std::vector<Row> rows;
     for (const Property* const property : selection) {
-        const Offer offer = ReadOffer(*property, link.Device());
-        document[property->name] = OfferAsJson(*property, offer);
-        const std::string text = OfferAsText(*property, offer);
+        const Offer offer = Offered(*property, link.Device());
+        document[property->name] = ToJson(property->type, offer);
+        const std::string text = FormatOffer(*property, offer);
         rows.push_back({property->name, text.empty() ? Cell("-", Style::Faint) : Cell(text)});
     }
     context.options.isJson ? PrintJson(context.terminal, document) : PrintTable(context.terminal, rows);
@@ -149,9 +145,9 @@ void ShowList(const Context& context) {
     Json document = Json::array();
     std::vector<Row> rows;
     for (const Property* const property : SelectProperties(context.options.words)) {
-        document.push_back(DescribeProperty(*property));
-        rows.push_back({property->name, std::string(NameOf(property->type.kind)), AccessOf(*property),
-                        Cell(std::string(property->summary), Style::Faint)});
+        document.push_back(AsListed(*property));
+        rows.push_back({property->name, std::string(NameOf(property->type.kind)),
+                        std::string(NameOf(property->Access())), Cell(std::string(property->summary), Style::Faint)});
     }
     context.options.isJson ? PrintJson(context.terminal, document) : PrintTable(context.terminal, rows);
 }

@@ -6,8 +6,8 @@
 
 #include "command/commands/commands.h"
 #include "command/completion/completion_scripts.h"
-#include "command/properties/lower_case.h"
 #include "command/properties/property.h"
+#include "properties/lower_case.h"
 
 namespace Morquil::Command {
 namespace {
@@ -200,7 +200,7 @@ Candidates OperandsFor(const TypedLine& line) {
 bool BeginsWith(std::string_view text, std::string_view beginning) {
     return text.size() >= beginning.size() &&
            std::equal(beginning.begin(), beginning.end(), text.begin(),
-                      [](char left, char right) { return Lower(left) == Lower(right); });
+                      [](char left, char right) { return Properties::Lower(left) == Properties::Lower(right); });
 }
 
 }  // namespace

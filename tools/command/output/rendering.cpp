@@ -11,7 +11,7 @@ std::string AsText(const Json& json, int indent) {
 }  // namespace
 
 std::string ValueAsText(const Property& property, const std::optional<Value>& value) {
-    return value ? FormatValue(property.type, *value) : "-";
+    return value ? Properties::FormatValue(property.type, *value) : "-";
 }
 
 Cell ValueAsCell(const Property& property, const std::optional<Value>& value) {
@@ -19,20 +19,7 @@ Cell ValueAsCell(const Property& property, const std::optional<Value>& value) {
 }
 
 Json ValueAsJson(const Property& property, const std::optional<Value>& value) {
-    return value ? ToJson(property.type, *value) : Json(nullptr);
-}
-
-std::string OfferAsText(const Property& property, const Offer& offer) {
-    if (const Limits* const limits = std::get_if<Limits>(&offer)) {
-        return FormatValue(property.type, limits->smallest) + " to " + FormatValue(property.type, limits->largest);
-    }
-    std::string text;
-    if (const auto* const words = std::get_if<std::vector<std::int64_t>>(&offer)) {
-        for (const std::int64_t word : *words) {
-            text += (text.empty() ? "" : ", ") + FormatValue(property.type, word);
-        }
-    }
-    return text;
+    return Properties::ToJson(property.type, value);
 }
 
 Row ChangeAsRow(const ValueChange& change) {

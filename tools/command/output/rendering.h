@@ -16,9 +16,6 @@ std::string ValueAsText(const Property& property, const std::optional<Value>& va
 /// The same for programs; null if it has not been reported.
 Json ValueAsJson(const Property& property, const std::optional<Value>& value);
 
-/// "-60 to 60", or the words; empty if the device has not reported it.
-std::string OfferAsText(const Property& property, const Offer& offer);
-
 /// "gain  0 -> 12  (3 values skipped)", with its time.
 Row ChangeAsRow(const ValueChange& change);
 Json ChangeAsJson(const ValueChange& change);

@@ -1,13 +1,11 @@
 // The device's inputs and outputs.
-#include "command/properties/present_mode.h"
-#include "command/properties/property_rows.h"
-#include "command/properties/property_table.h"
+#include "properties/property_rows.h"
+#include "properties/property_table.h"
 
-namespace Morquil::Command {
+namespace Morquil::Properties {
 namespace {
 
 using morquil::AspectRatio;
-using morquil::PropertySet;
 using morquil::VideoMode;
 
 bool IsConverted(const morquil::Device& device, VideoMode input, VideoMode output) {
@@ -19,22 +17,34 @@ bool IsConverted(const morquil::Device& device, VideoMode input, VideoMode outpu
     return false;
 }
 
-Offer OutputModes(const morquil::Device& device) {
-    const VideoMode input = InputMode(device);
-    return WordsWith<VideoMode>([&](VideoMode output) { return IsConverted(device, input, output); });
-}
+struct OutputModes {
+    static constexpr std::string_view call = MethodFacts<&morquil::DeviceCalls::IsConversionSupported>::name;
+    static constexpr std::array follows{InputMode::property};
+    static Offer Of(const morquil::Device& device) {
+        const std::optional<VideoMode> input = InputMode::Of(device);
+        return input ? WordsWith<VideoMode>([&](VideoMode output) { return IsConverted(device, *input, output); })
+                     : Offer();
+    }
+};
 
 // The feature's own answer is always yes.
-Offer OutputRatios(const morquil::Device& device) {
-    const VideoMode input = InputMode(device);
-    const VideoMode output = OutputMode(device);
-    return WordsWith<AspectRatio>(
-        [&](AspectRatio ratio) { return device.IsConversionSupported(input, output, ratio); });
-}
+struct OutputRatios {
+    static constexpr std::string_view call = MethodFacts<&morquil::DeviceCalls::IsConversionSupported>::name;
+    static constexpr std::array follows{InputMode::property, OutputMode::property};
+    static Offer Of(const morquil::Device& device) {
+        const std::optional<VideoMode> input = InputMode::Of(device);
+        const std::optional<VideoMode> output = OutputMode::Of(device);
+        if (!input || !output) {
+            return {};
+        }
+        return WordsWith<AspectRatio>(
+            [&](AspectRatio ratio) { return device.IsConversionSupported(*input, *output, ratio); });
+    }
+};
 
 void AddInput(std::vector<Property>& all) {
     using F = morquil::features::InputConfiguration;
-    FeatureRows rows(all, "input", PropertySet::InputConfiguration);
+    FeatureRows<F> rows(all, "input");
     // clang-format off
     rows.Setting<&F::GetVideoSource, &F::SetVideoSource, &F::IsVideoSourceAvailable>("video-source", "Connector of the picture");
     rows.Setting<&F::GetVideoMode, &F::SetVideoMode>("video-mode", "Format of the picture");
@@ -54,10 +64,10 @@ void AddInput(std::vector<Property>& all) {
 
 void AddOutput(std::vector<Property>& all) {
     using F = morquil::features::OutputConfiguration;
-    FeatureRows rows(all, "output", PropertySet::OutputConfiguration);
+    FeatureRows<F> rows(all, "output");
     // clang-format off
-    rows.Setting<&F::GetVideoMode, &F::SetVideoMode, &OutputModes>("video-mode", "Format of the picture").AskedWith(CallName<&morquil::DeviceCalls::IsConversionSupported>());
-    rows.Setting<&F::GetAspectRatio, &F::SetAspectRatio, &OutputRatios>("aspect-ratio", "How the picture fills the frame").AskedWith(CallName<&morquil::DeviceCalls::IsConversionSupported>());
+    rows.Setting<&F::GetVideoMode, &F::SetVideoMode, OutputModes{}>("video-mode", "Format of the picture");
+    rows.Setting<&F::GetAspectRatio, &F::SetAspectRatio, OutputRatios{}>("aspect-ratio", "How the picture fills the frame");
     rows.Setting<&F::GetPixelFormat, &F::SetPixelFormat, &F::IsPixelFormatAvailable>("pixel-format", "Sampling of the picture");
     rows.Setting<&F::GetDualLinkEnabled, &F::SetDualLinkEnabled, &F::IsDemuxModeAvailable>("demux-mode", "How many SDI links carry the picture");
     rows.Setting<&F::GetSDIMode, &F::SetSDIMode, &F::IsSDIModeAvailable>("sdi-mode", "Mapping of 3G SDI");
@@ -77,12 +87,12 @@ void AddOutput(std::vector<Property>& all) {
 
 void AddReference(std::vector<Property>& all) {
     using F = morquil::features::Reference;
-    FeatureRows rows(all, "reference", PropertySet::Reference);
+    FeatureRows<F> rows(all, "reference");
     // clang-format off
     rows.Setting<&F::GetType, &F::SetType>("type", "What the output is locked to");
     rows.Setting<&F::GetGenRef, &F::SetGenRef, &F::IsGenRefAvailable>("gen-ref", "Signal at the reference input");
-    rows.Setting<&F::GetLineOffset, &F::SetLineOffset, &RangeOfOutputMode<&F::GetLineOffsetRange>>("line-offset", "Vertical offset to the reference").AskedWith(CallName<&F::GetLineOffsetRange>());
-    rows.Setting<&F::GetPixelOffset, &F::SetPixelOffset, &RangeOfOutputMode<&F::GetPixelOffsetRange>>("pixel-offset", "Horizontal offset to the reference").AskedWith(CallName<&F::GetPixelOffsetRange>());
+    rows.Setting<&F::GetLineOffset, &F::SetLineOffset, RangeOfOutputMode<&F::GetLineOffsetRange>{}>("line-offset", "Vertical offset to the reference").In(Unit::Lines);
+    rows.Setting<&F::GetPixelOffset, &F::SetPixelOffset, RangeOfOutputMode<&F::GetPixelOffsetRange>{}>("pixel-offset", "Horizontal offset to the reference").In(Unit::Pixels);
     rows.Reading<&F::GetSignalLocked>("signal-locked", "Whether the reference is locked");
     // clang-format on
 }
@@ -95,4 +105,4 @@ void AddSignalRows(std::vector<Property>& all) {
     AddReference(all);
 }
 
-}  // namespace Morquil::Command
+}  // namespace Morquil::Properties

@@ -1,12 +1,12 @@
 // Sound.
-#include "command/properties/property_rows.h"
-#include "command/properties/property_table.h"
+#include "properties/property_rows.h"
+#include "properties/property_table.h"
 
-namespace Morquil::Command {
+namespace Morquil::Properties {
 
 void AddAudioRows(std::vector<Property>& all) {
     using F = morquil::features::AudioMapping;
-    FeatureRows rows(all, "audio", morquil::PropertySet::AudioMapping);
+    FeatureRows<F> rows(all, "audio");
     // clang-format off
     rows.Setting<&F::GetAudioGain, &F::SetAudioGain, &F::GetAudioGainRange>("gain", "Level of all input channels");
     rows.Setting<&F::GetAudioDelay, &F::SetAudioDelay, &F::GetAudioDelayRange>("delay", "Delay of all channels");
@@ -19,4 +19,4 @@ void AddAudioRows(std::vector<Property>& all) {
     // clang-format on
 }
 
-}  // namespace Morquil::Command
+}  // namespace Morquil::Properties

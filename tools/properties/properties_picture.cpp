@@ -1,15 +1,13 @@
 // Picture processing.
-#include "command/properties/property_rows.h"
-#include "command/properties/property_table.h"
+#include "properties/property_rows.h"
+#include "properties/property_table.h"
 
-namespace Morquil::Command {
+namespace Morquil::Properties {
 namespace {
-
-using morquil::PropertySet;
 
 void AddProcAmp(std::vector<Property>& all) {
     using F = morquil::features::VideoProcAmp;
-    FeatureRows rows(all, "proc-amp", PropertySet::VideoProcAmp);
+    FeatureRows<F> rows(all, "proc-amp");
     // clang-format off
     rows.Setting<&F::GetGain, &F::SetGain, &F::GetGainRange>("gain", "Gain");
     rows.Setting<&F::GetBlackLevel, &F::SetBlackLevel, &F::GetBlackLevelRange>("black-level", "Black level");
@@ -25,7 +23,7 @@ void AddProcAmp(std::vector<Property>& all) {
 
 void AddColor(std::vector<Property>& all) {
     using F = morquil::features::ColorCorrection;
-    FeatureRows rows(all, "color", PropertySet::ColorCorrection);
+    FeatureRows<F> rows(all, "color");
     // clang-format off
     rows.Setting<&F::GetRed, &F::SetRed, &F::GetRedRange>("red", "Level of red");
     rows.Setting<&F::GetGreen, &F::SetGreen, &F::GetGreenRange>("green", "Level of green");
@@ -36,7 +34,7 @@ void AddColor(std::vector<Property>& all) {
 
 void AddClip(std::vector<Property>& all) {
     using F = morquil::features::VideoClip;
-    FeatureRows rows(all, "clip", PropertySet::VideoClip);
+    FeatureRows<F> rows(all, "clip");
     // clang-format off
     rows.Setting<&F::GetLumaLow, &F::SetLumaLow, &F::GetLumaLowRange>("luma-low", "Lowest luma");
     rows.Setting<&F::GetLumaHigh, &F::SetLumaHigh, &F::GetLumaHighRange>("luma-high", "Highest luma");
@@ -48,7 +46,7 @@ void AddClip(std::vector<Property>& all) {
 
 void AddNoiseReduction(std::vector<Property>& all) {
     using F = morquil::features::NoiseReduction;
-    FeatureRows rows(all, "noise-reduction", PropertySet::NoiseReduction);
+    FeatureRows<F> rows(all, "noise-reduction");
     // clang-format off
     rows.Setting<&F::GetEnabled, &F::SetEnabled>("enabled", "Whether noise is reduced");
     rows.Setting<&F::GetBias, &F::SetBias, &F::GetBiasRange>("bias", "How strongly");
@@ -60,7 +58,7 @@ void AddNoiseReduction(std::vector<Property>& all) {
 
 void AddTestPattern(std::vector<Property>& all) {
     using F = morquil::features::TestPattern;
-    FeatureRows rows(all, "test-pattern", PropertySet::TestPattern);
+    FeatureRows<F> rows(all, "test-pattern");
     // clang-format off
     rows.Setting<&F::GetOutput, &F::SetOutput, &F::IsTestPatternAvailable>("output", "Pattern that is put out");
     rows.Setting<&F::GetNoSignal, &F::SetNoSignal, &F::IsTestPatternAvailable>("no-signal", "Pattern while the input has no signal");
@@ -74,7 +72,7 @@ void AddTestPattern(std::vector<Property>& all) {
 
 void AddAdvanced(std::vector<Property>& all) {
     using F = morquil::features::VideoAdvanced;
-    FeatureRows rows(all, "advanced", PropertySet::VideoAdvanced);
+    FeatureRows<F> rows(all, "advanced");
     // clang-format off
     rows.Setting<&F::GetCleanCadence, &F::SetCleanCadence>("clean-cadence", "Whether the cadence of film is cleaned");
     rows.Setting<&F::GetScenecutDetect, &F::SetScenecutDetect>("scenecut-detect", "Whether cuts are found");
@@ -89,7 +87,7 @@ void AddAdvanced(std::vector<Property>& all) {
 
 void AddMode3d(std::vector<Property>& all) {
     using F = morquil::features::Mode3d;
-    FeatureRows rows(all, "3d", PropertySet::Mode3d);
+    FeatureRows<F> rows(all, "3d");
     // clang-format off
     rows.Setting<&F::GetMode, &F::SetMode>("mode", "Use of 3D");
     rows.Setting<&F::GetIntensity, &F::SetIntensity, &F::GetIntensityRange>("intensity", "Intensity of 2D to 3D");
@@ -111,4 +109,4 @@ void AddPictureRows(std::vector<Property>& all) {
     AddMode3d(all);
 }
 
-}  // namespace Morquil::Command
+}  // namespace Morquil::Properties

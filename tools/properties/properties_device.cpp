@@ -1,20 +1,21 @@
 // The device itself, its network settings, files and presets.
-#include "command/properties/property_rows.h"
-#include "command/properties/property_table.h"
+#include <tuple>
 
-namespace Morquil::Command {
+#include "properties/property_rows.h"
+#include "properties/property_table.h"
+#include "protocol/blocks/preset.h"
+
+namespace Morquil::Properties {
 namespace {
 
-using morquil::PropertySet;
-
-// The device stores no more names, whatever the range of its presets.
-constexpr int presetNames = 6;
 // Longer texts would be truncated.
-constexpr std::size_t nameBytes = 49;
+constexpr std::size_t nameBytes = receivedTextLimit;
+// The device stores no more names, whatever the range of its presets.
+constexpr std::size_t presetNames = std::tuple_size_v<decltype(PresetChangeSet::presetName)>;
 
 void AddDevice(std::vector<Property>& all) {
     using F = morquil::DeviceCalls;
-    FeatureRows rows(all, "device", PropertySet::DeviceControl);
+    FeatureRows<F> rows(all, "device");
     // clang-format off
     rows.Reading<&F::GetDeviceName>("name", "Model");
     rows.Reading<&F::GetSoftwareVersion>("software-version", "Version of the software").As(Kind::Bits);
@@ -27,7 +28,7 @@ void AddDevice(std::vector<Property>& all) {
 
 void AddNetwork(std::vector<Property>& all) {
     using F = morquil::features::NetworkConfig;
-    FeatureRows rows(all, "network", PropertySet::NetworkConfig);
+    FeatureRows<F> rows(all, "network");
     // clang-format off
     rows.Setting<&F::GetFriendlyName, &F::SetFriendlyName>("name", "What people call the device").AtMost(nameBytes);
     rows.Reading<&F::GetDHCPEnabled>("dhcp", "Whether the address comes from a server");
@@ -39,25 +40,36 @@ void AddNetwork(std::vector<Property>& all) {
 
 void AddFiles(std::vector<Property>& all) {
     using F = morquil::features::DeviceFilenames;
-    FeatureRows rows(all, "files", PropertySet::DeviceFilenames);
+    FeatureRows<F> rows(all, "files");
     rows.Setting<&F::GetStillFrameName, &F::SetStillFrameName>("still-frame-name", "Name of the still frame")
         .AtMost(nameBytes);
 }
 
-// The API accepts some numbers above the range that devices report.
+/// The API accepts some numbers above the range that devices report.
 template <std::int64_t above>
-Offer PresetNumbers(const morquil::Device& device) {
-    const morquil::Range<int> range = device.Preset().GetPresetRange();
-    return Limits{std::int64_t{range.min}, std::int64_t{range.max} + above};
+struct PresetNumbers {
+    static constexpr std::string_view call = MethodFacts<&morquil::features::Preset::GetPresetRange>::name;
+    static constexpr std::array<std::string_view, 0> follows{};
+    static Offer Of(const morquil::Device& device) {
+        const auto range = Try<&morquil::features::Preset::GetPresetRange>(device);
+        return range ? Limits{std::int64_t{range->min}, std::int64_t{range->max} + above} : Offer();
+    }
+};
+
+bool HasPreset(const morquil::Device& device, int number) {
+    const auto range = Try<&morquil::features::Preset::GetPresetRange>(device);
+    return !range || (range->min <= number && number <= range->max);
 }
 
 void AddPresets(std::vector<Property>& all) {
     using F = morquil::features::Preset;
-    FeatureRows rows(all, "preset", PropertySet::Preset);
+    FeatureRows<F> rows(all, "preset");
     // clang-format off
-    rows.Settings<&F::GetPresetName, &F::SetPresetName>(presetNames, "name", "Name of a preset", nameBytes);
-    rows.Command<&F::SavePreset, &PresetNumbers<1>>("save", "Keeps the settings as a preset").AskedWith(CallName<&F::GetPresetRange>());
-    rows.Command<&F::RecallPreset, &PresetNumbers<2>>("recall", "Brings the settings of a preset back").AskedWith(CallName<&F::GetPresetRange>());
+    for (Property& name : rows.Settings<&F::GetPresetName, &F::SetPresetName>(presetNames, "name", "Name of a preset")) {
+        name.AtMost(nameBytes).exists = &HasPreset;
+    }
+    rows.Command<&F::SavePreset, PresetNumbers<PresetChangeSet::namelessPresets>{}>("save", "Keeps the settings as a preset");
+    rows.Command<&F::RecallPreset, PresetNumbers<PresetChangeSet::recallablePresets>{}>("recall", "Brings the settings of a preset back");
     // clang-format on
 }
 
@@ -70,4 +82,4 @@ void AddDeviceRows(std::vector<Property>& all) {
     AddPresets(all);
 }
 
-}  // namespace Morquil::Command
+}  // namespace Morquil::Properties

@@ -1,28 +1,33 @@
 // What accompanies the picture: timecode, captions, format description.
-#include "command/properties/present_mode.h"
-#include "command/properties/property_rows.h"
-#include "command/properties/property_table.h"
+#include "properties/property_rows.h"
+#include "properties/property_table.h"
 
-namespace Morquil::Command {
+namespace Morquil::Properties {
 namespace {
 
-using morquil::PropertySet;
-
-Offer DropFrameModes(const morquil::Device& device) {
-    const auto timecode = device.Timecode();
-    const morquil::VideoMode output = OutputMode(device);
-    return WordsWith<morquil::TimecodeDropFrameMode>(
-        [&](morquil::TimecodeDropFrameMode mode) { return timecode.IsDropFrameModeAvailable(output, mode); });
-}
+struct DropFrameModes {
+    static constexpr std::string_view call = MethodFacts<&morquil::features::Timecode::IsDropFrameModeAvailable>::name;
+    static constexpr std::array follows{OutputMode::property};
+    static Offer Of(const morquil::Device& device) {
+        const std::optional<morquil::VideoMode> output = OutputMode::Of(device);
+        if (!output) {
+            return {};
+        }
+        return WordsWith<morquil::TimecodeDropFrameMode>(
+            [timecode = device.Timecode(), output](morquil::TimecodeDropFrameMode mode) {
+                return timecode.IsDropFrameModeAvailable(*output, mode);
+            });
+    }
+};
 
 void AddTimecode(std::vector<Property>& all) {
     using F = morquil::features::Timecode;
-    FeatureRows rows(all, "timecode", PropertySet::Timecode);
+    FeatureRows<F> rows(all, "timecode");
     // clang-format off
     rows.Setting<&F::GetMode, &F::SetMode, &F::IsModeAvailable>("mode", "Where the timecode comes from");
-    rows.Setting<&F::GetInputLine, &F::SetInputLine, &RangeOfHeight<&F::GetLineRange, &InputMode>>("input-line", "Line at the input").AskedWith(CallName<&F::GetLineRange>());
-    rows.Setting<&F::GetOutputLine, &F::SetOutputLine, &RangeOfHeight<&F::GetLineRange, &OutputMode>>("output-line", "Line at the output").AskedWith(CallName<&F::GetLineRange>());
-    rows.Setting<&F::GetDropFrameMode, &F::SetDropFrameMode, &DropFrameModes>("drop-frame-mode", "Whether frames are dropped").AskedWith(CallName<&F::IsDropFrameModeAvailable>());
+    rows.Setting<&F::GetInputLine, &F::SetInputLine, RangeOfHeight<&F::GetLineRange, InputMode>{}>("input-line", "Line at the input").In(Unit::LineNumber);
+    rows.Setting<&F::GetOutputLine, &F::SetOutputLine, RangeOfHeight<&F::GetLineRange, OutputMode>{}>("output-line", "Line at the output").In(Unit::LineNumber);
+    rows.Setting<&F::GetDropFrameMode, &F::SetDropFrameMode, DropFrameModes{}>("drop-frame-mode", "Whether frames are dropped");
     rows.Setting<&F::GetLossMode, &F::SetLossMode>("loss-mode", "What happens when the input loses it");
     rows.Setting<&F::GetSource, &F::SetSource>("source", "Kind of timecode at the input");
     rows.Setting<&F::GetGenerateValue, &F::SetGenerateValue>("generate-value", "Where the generator starts").As(Kind::Timecode);
@@ -34,11 +39,11 @@ void AddTimecode(std::vector<Property>& all) {
 
 void AddClosedCaption(std::vector<Property>& all) {
     using F = morquil::features::ClosedCaption;
-    FeatureRows rows(all, "closed-caption", PropertySet::ClosedCaption);
+    FeatureRows<F> rows(all, "closed-caption");
     // clang-format off
     rows.Setting<&F::GetEnabled, &F::SetEnabled>("enabled", "Whether captions are passed on");
-    rows.Setting<&F::GetInputLine, &F::SetInputLine, &F::GetInputLineRange>("input-line", "Line at the input");
-    rows.Setting<&F::GetOutputLine, &F::SetOutputLine, &F::GetOutputLineRange>("output-line", "Line at the output");
+    rows.Setting<&F::GetInputLine, &F::SetInputLine, &F::GetInputLineRange>("input-line", "Line at the input").In(Unit::LineNumber);
+    rows.Setting<&F::GetOutputLine, &F::SetOutputLine, &F::GetOutputLineRange>("output-line", "Line at the output").In(Unit::LineNumber);
     rows.Setting<&F::GetService2Source, &F::SetService2Source>("service2-source", "Source of the second service");
     rows.Setting<&F::GetService1Language, &F::SetService1Language>("service1-language", "Language of the first service");
     rows.Setting<&F::GetService2Language, &F::SetService2Language>("service2-language", "Language of the second service");
@@ -48,11 +53,11 @@ void AddClosedCaption(std::vector<Property>& all) {
 
 void AddVideoIndex(std::vector<Property>& all) {
     using F = morquil::features::VideoIndex;
-    FeatureRows rows(all, "video-index", PropertySet::VideoIndex);
+    FeatureRows<F> rows(all, "video-index");
     // clang-format off
     rows.Setting<&F::GetIndexReaction, &F::SetIndexReaction>("reaction", "Whether the input's format description is followed");
     rows.Setting<&F::GetAFDInsertType, &F::SetAFDInsertType, &F::IsAFDInsertTypeAvailable>("afd-insert-type", "Format description that is put in");
-    rows.Setting<&F::GetAFDOutputLine, &F::SetAFDOutputLine, &RangeOfHeight<&F::GetAFDOutputLineRange, &OutputMode>>("afd-output-line", "Line at the output").AskedWith(CallName<&F::GetAFDOutputLineRange>());
+    rows.Setting<&F::GetAFDOutputLine, &F::SetAFDOutputLine, RangeOfHeight<&F::GetAFDOutputLineRange, OutputMode>{}>("afd-output-line", "Line at the output").In(Unit::LineNumber);
     // clang-format on
 }
 
@@ -64,4 +69,4 @@ void AddAncillaryRows(std::vector<Property>& all) {
     AddVideoIndex(all);
 }
 
-}  // namespace Morquil::Command
+}  // namespace Morquil::Properties

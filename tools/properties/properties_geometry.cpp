@@ -1,15 +1,13 @@
 // Where the picture is placed in the frame, and what fills the rest.
-#include "command/properties/property_rows.h"
-#include "command/properties/property_table.h"
+#include "properties/property_rows.h"
+#include "properties/property_table.h"
 
-namespace Morquil::Command {
+namespace Morquil::Properties {
 namespace {
-
-using morquil::PropertySet;
 
 void AddAspectFill(std::vector<Property>& all) {
     using F = morquil::features::AspectFill;
-    FeatureRows rows(all, "aspect-fill", PropertySet::AspectFill);
+    FeatureRows<F> rows(all, "aspect-fill");
     // clang-format off
     rows.Setting<&F::GetLuma, &F::SetLuma, &F::GetLumaRange>("luma", "Luma beside the picture");
     rows.Setting<&F::GetCb, &F::SetCb, &F::GetCbRange>("cb", "Blue difference beside the picture");
@@ -20,7 +18,7 @@ void AddAspectFill(std::vector<Property>& all) {
 
 void AddAspect(std::vector<Property>& all) {
     using F = morquil::features::VariableAspectRatio;
-    FeatureRows rows(all, "aspect", PropertySet::VariableAspectRatio);
+    FeatureRows<F> rows(all, "aspect");
     // clang-format off
     rows.Setting<&F::GetSizeX, &F::SetSizeX, &F::GetSizeXRange>("size-x", "Width of the picture");
     rows.Setting<&F::GetSizeY, &F::SetSizeY, &F::GetSizeYRange>("size-y", "Height of the picture");
@@ -29,10 +27,10 @@ void AddAspect(std::vector<Property>& all) {
     rows.Setting<&F::GetTrimX, &F::SetTrimX, &F::GetTrimXRange>("trim-x", "What is cut off at the sides");
     rows.Setting<&F::GetTrimY, &F::SetTrimY, &F::GetTrimYRange>("trim-y", "What is cut off above and below");
     rows.Setting<&F::GetZoomCrop, &F::SetZoomCrop>("zoom-crop", "Whether the picture is zoomed and cropped");
-    rows.Reading<&F::GetLastInputWidth>("last-input-width", "Width that the values were made for, at the input");
-    rows.Reading<&F::GetLastInputHeight>("last-input-height", "Height that the values were made for, at the input");
-    rows.Reading<&F::GetLastOutputWidth>("last-output-width", "Width that the values were made for, at the output");
-    rows.Reading<&F::GetLastOutputHeight>("last-output-height", "Height that the values were made for, at the output");
+    rows.Reading<&F::GetLastInputWidth>("last-input-width", "Width that the values were made for, at the input").In(Unit::Pixels);
+    rows.Reading<&F::GetLastInputHeight>("last-input-height", "Height that the values were made for, at the input").In(Unit::Pixels);
+    rows.Reading<&F::GetLastOutputWidth>("last-output-width", "Width that the values were made for, at the output").In(Unit::Pixels);
+    rows.Reading<&F::GetLastOutputHeight>("last-output-height", "Height that the values were made for, at the output").In(Unit::Pixels);
     rows.Command<&F::ResetValues>("reset-values", "Resets the values whose bits are set").As(Kind::Bits);
     // clang-format on
 }
@@ -44,4 +42,4 @@ void AddGeometryRows(std::vector<Property>& all) {
     AddAspect(all);
 }
 
-}  // namespace Morquil::Command
+}  // namespace Morquil::Properties

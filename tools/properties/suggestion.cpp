@@ -1,12 +1,24 @@
-#include "command/properties/suggestion.h"
+#include "properties/suggestion.h"
 
 #include <algorithm>
 #include <numeric>
-#include <vector>
+#include <utility>
 
-#include "command/properties/lower_case.h"
+#include "properties/lower_case.h"
 
-namespace Morquil::Command {
+namespace Morquil::Properties {
+namespace {
+
+std::size_t SharedBeginning(std::string_view left, std::string_view right) {
+    std::size_t length = 0;
+    while (length < std::min(left.size(), right.size()) && Lower(left[length]) == Lower(right[length])) {
+        ++length;
+    }
+    return length;
+}
+
+}  // namespace
+
 std::size_t EditDistance(std::string_view left, std::string_view right) {
     // Holds one row of the distance table: row[n] is the distance between the part of `left` read so far and n letters
     // of `right`.
@@ -37,4 +49,21 @@ std::string_view Nearest(std::string_view text, std::span<const std::string_view
     return nearest;
 }
 
-}  // namespace Morquil::Command
+std::vector<std::size_t> NearestFirst(std::string_view text, std::span<const std::string_view> candidates,
+                                      std::size_t most) {
+    using Rank = std::pair<std::size_t, std::size_t>;  // edits, and letters at the beginning that are missing
+    std::vector<std::pair<Rank, std::size_t>> ranked;
+    for (const std::string_view candidate : candidates) {
+        const Rank rank{EditDistance(text, candidate), text.size() - SharedBeginning(text, candidate)};
+        ranked.emplace_back(rank, ranked.size());
+    }
+    std::sort(ranked.begin(), ranked.end());
+    std::vector<std::size_t> nearest;
+    for (const auto& [rank, at] : ranked) {
+        nearest.push_back(at);
+    }
+    nearest.resize(std::min(nearest.size(), most));
+    return nearest;
+}
+
+}  // namespace Morquil::Properties

@@ -2,21 +2,23 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <fstream>
 #include <iterator>
 #include <regex>
 #include <set>
 
-#include "command/arguments/exit_code.h"
-#include "command/properties/property.h"
-#include "command/properties/spelling.h"
+#include "properties/property.h"
+#include "properties/spelling.h"
 
 namespace Morquil::Testing {
 namespace {
 
-using Command::AllProperties;
-using Command::Property;
-using Command::SelectProperties;
+using Properties::AllProperties;
+using Properties::FindProperty;
+using Properties::Matching;
+using Properties::NearestName;
+using Properties::Property;
 
 // The device does not return this interface.
 constexpr std::string_view notOfTheDevice = "Align";
@@ -66,7 +68,7 @@ TEST(PropertyTable, HasARowForEveryMethodThatChangesSomething) {
     std::set<std::string> covered;
     for (const Property& property : AllProperties()) {
         if (property.IsWritable()) {
-            covered.insert(property.setter);
+            covered.insert(std::string(property.setter));
         }
     }
     EXPECT_EQ(covered, MethodsLike(changingMethod));
@@ -76,7 +78,7 @@ TEST(PropertyTable, HasARowForEveryMethodThatReadsAValue) {
     std::set<std::string> covered;
     for (const Property& property : AllProperties()) {
         if (property.getter.find("::Get") != std::string::npos) {
-            covered.insert(property.getter);
+            covered.insert(std::string(property.getter));
         }
     }
     std::set<std::string> getters = MethodsLike(std::regex("Get\\w+"));
@@ -95,25 +97,37 @@ TEST(PropertyTable, HasUniqueNamesOfOneForm) {
     }
 }
 
-TEST(PropertyTable, FindsNamesInAnyCase) {
-    EXPECT_EQ(Command::FindProperty("Proc-Amp.GAIN").name, "proc-amp.gain");
+TEST(PropertyTable, FindsEveryNameInAnyCase) {
+    for (const Property& property : AllProperties()) {
+        std::string name = property.name;
+        name.front() = static_cast<char>(std::toupper(name.front()));
+        EXPECT_EQ(FindProperty(name), &property) << name;
+    }
+    EXPECT_EQ(FindProperty("proc-amp"), nullptr);
+    EXPECT_EQ(FindProperty("zzz"), nullptr);
+}
+
+TEST(PropertyTable, SuggestsNamesAndTheirBeginnings) {
+    EXPECT_EQ(NearestName("proc-amp.gian"), "proc-amp.gain");
+    EXPECT_EQ(NearestName("procamp"), "proc-amp");
+    EXPECT_EQ(NearestName("0"), "");
 }
 
 TEST(PropertyTable, SelectsByNameBeginningAndPattern) {
-    EXPECT_EQ(SelectProperties({"proc-amp.gain"}).size(), 1u);
-    EXPECT_EQ(SelectProperties({"proc-amp"}), SelectProperties({"proc-amp.*"}));
-    EXPECT_EQ(SelectProperties({"audio.map"}).size(), 16u);
-    EXPECT_EQ(SelectProperties({"audio.map.?"}).size(), 9u);
-    EXPECT_EQ(SelectProperties({"clip", "clip.luma-low"}), SelectProperties({"clip"}));
-    EXPECT_EQ(SelectProperties({}).size(), AllProperties().size());
-    EXPECT_THROW(SelectProperties({"proc-am"}), Command::UsageFailure);
+    EXPECT_EQ(Matching("proc-amp.gain").size(), 1u);
+    EXPECT_EQ(Matching("proc-amp"), Matching("proc-amp.*"));
+    EXPECT_EQ(Matching("audio.map").size(), 16u);
+    EXPECT_EQ(Matching("audio.map.?").size(), 9u);
+    EXPECT_EQ(Matching("AUDIO.**1").size(), 3u);
+    EXPECT_EQ(Matching("*").size(), AllProperties().size());
+    EXPECT_TRUE(Matching("proc-am").empty());
 }
 
 TEST(Spelling, NamesTypesForPeople) {
-    EXPECT_EQ(Command::Spoken("VideoMode"), "video mode");
-    EXPECT_EQ(Command::Spoken("SDIMode"), "SDI mode");
-    EXPECT_EQ(Command::Spoken("AFDInsertType"), "AFD insert type");
-    EXPECT_EQ(Command::Spoken("QuadSDIOutput"), "quad SDI output");
+    EXPECT_EQ(Properties::Spoken("VideoMode"), "video mode");
+    EXPECT_EQ(Properties::Spoken("SDIMode"), "SDI mode");
+    EXPECT_EQ(Properties::Spoken("AFDInsertType"), "AFD insert type");
+    EXPECT_EQ(Properties::Spoken("QuadSDIOutput"), "quad SDI output");
 }
 
 }  // namespace

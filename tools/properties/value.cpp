@@ -1,17 +1,15 @@
-#include "command/properties/value.h"
+#include "properties/value.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
-#include <optional>
-#include <vector>
 
-#include "command/arguments/exit_code.h"
-#include "command/properties/lower_case.h"
-#include "command/properties/suggestion.h"
+#include "properties/lower_case.h"
+#include "properties/suggestion.h"
 
-namespace Morquil::Command {
+namespace Morquil::Properties {
 namespace {
 
 constexpr int decimals = 6;
@@ -21,10 +19,8 @@ std::string Quoted(std::string_view text) {
     return "'" + std::string(text) + "'";
 }
 
-std::string LowerCase(std::string_view text) {
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(), Lower);
-    return lower;
+Refusal Malformed(std::string text, std::vector<Value> nearest = {}) {
+    return {Refusal::Reason::Malformed, std::move(text), std::move(nearest)};
 }
 
 // "an SDI mode", "a video mode": for acronyms, the name of the first letter decides.
@@ -58,69 +54,75 @@ std::string Spanned(const ValueType& type) {
     return std::to_string(type.smallest) + " to " + std::to_string(type.largest);
 }
 
-Value ParseNumber(const ValueType& type, std::string_view text) {
+Checked ParseNumber(const ValueType& type, std::string_view text) {
     const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
     const std::optional<std::int64_t> value = isHexadecimal ? ReadWhole(text.substr(2), 16) : ReadWhole(text, 10);
     if (!value) {
-        throw UsageFailure(Quoted(text) + " is not a whole number");
+        return Malformed(Quoted(text) + " is not a whole number");
     }
     if (*value < type.smallest || *value > type.largest) {
-        throw UsageFailure(std::string(text) + " is outside " + Spanned(type));
+        return Refusal{Refusal::Reason::OutOfRange,
+                       std::string(text) + " is outside " + Spanned(type),
+                       {std::clamp(*value, type.smallest, type.largest)}};
     }
-    return *value;
+    return Value(*value);
 }
 
-Value ParseDecimal(std::string_view text) {
+Checked ParseDecimal(std::string_view text) {
     const std::string_view digits = text.starts_with('+') ? text.substr(1) : text;
     double value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
     if (error != std::errc() || end != digits.data() + digits.size() || !std::isfinite(value)) {
-        throw UsageFailure(Quoted(text) + " is not a number such as 1.25");
+        return Malformed(Quoted(text) + " is not a number such as 1.25");
     }
-    return value;
+    return Value(value);
 }
 
-Value ParseYesNo(std::string_view text) {
-    const std::string lower = LowerCase(text);
+Checked ParseYesNo(std::string_view text) {
     for (const std::string_view yes : {"true", "yes", "on", "1"}) {
-        if (lower == yes) {
-            return true;
+        if (IsSameButForCase(text, yes)) {
+            return Value(true);
         }
     }
     for (const std::string_view no : {"false", "no", "off", "0"}) {
-        if (lower == no) {
-            return false;
+        if (IsSameButForCase(text, no)) {
+            return Value(false);
         }
     }
-    throw UsageFailure(Quoted(text) + " is neither true nor false");
+    return Malformed(Quoted(text) + " is neither true nor false");
 }
 
-Value ParseWord(const ValueType& type, std::string_view text) {
+Checked ParseWord(const ValueType& type, std::string_view text) {
     std::vector<std::string_view> words;
     for (const NamedValue& named : type.words) {
-        if (LowerCase(named.word) == LowerCase(text)) {
-            return named.value;
+        if (IsSameButForCase(named.word, text)) {
+            return Value(named.value);
         }
         words.push_back(named.word);
     }
-    const std::string_view nearest = Nearest(text, words);
-    throw UsageFailure(Quoted(text) + " is not " + WithArticle(type.noun) +
-                       (nearest.empty() ? "; " + Choice(words) : "; nearest: " + std::string(nearest)));
+    const std::string refusal = Quoted(text) + " is not " + WithArticle(type.noun) + "; ";
+    const auto nearest = std::find(words.begin(), words.end(), Nearest(text, words));
+    if (nearest == words.end()) {
+        return Malformed(refusal + Choice(words));
+    }
+    const auto at = static_cast<std::size_t>(nearest - words.begin());
+    return Malformed(refusal + "nearest: " + std::string(*nearest), {type.words[at].value});
 }
 
-Value ParseText(const ValueType& type, std::string_view text) {
+Checked ParseText(const ValueType& type, std::string_view text) {
     if (text.find_first_of(std::string_view("\n\r\0", 3)) != std::string_view::npos) {
-        throw UsageFailure("a text has neither line ends nor zero characters in it");
+        return Malformed("a text has neither line ends nor zero characters in it");
     }
     if (type.mostBytes != 0 && text.size() > type.mostBytes) {
-        throw UsageFailure("the text has " + std::to_string(text.size()) + " bytes, and at most " +
-                           std::to_string(type.mostBytes) + " are kept");
+        return Refusal{Refusal::Reason::OutOfRange, "the text has " + std::to_string(text.size()) +
+                                                        " bytes, and at most " + std::to_string(type.mostBytes) +
+                                                        " are kept"};
     }
-    return std::string(text);
+    return Value(std::string(text));
 }
 
 // Two digits in each of four places, with any separator between them.
-Value ParseTimecode(std::string_view text) {
+Checked ParseTimecode(std::string_view text) {
     constexpr std::array<int, 4> beyond = {24, 60, 60, 60};
     const auto digit = [&](std::size_t at) { return text[at] - '0'; };
     std::int64_t packed = 0;
@@ -133,24 +135,24 @@ Value ParseTimecode(std::string_view text) {
         packed = packed << 8 | digit(at) << 4 | digit(at + 1);
     }
     if (!good) {
-        throw UsageFailure(Quoted(text) + " is not a timecode such as 01:02:03:04");
+        return Malformed(Quoted(text) + " is not a timecode such as 01:02:03:04");
     }
-    return packed;
+    return Value(packed);
 }
 
-Value ParseAddress(std::string_view text) {
+Checked ParseAddress(std::string_view text) {
     std::int64_t packed = 0;
     std::string_view rest = text;
     for (int place = 0; place < 4; ++place) {
         const std::size_t end = place < 3 ? rest.find('.') : rest.size();  // without a point: beyond any number
         const std::optional<std::int64_t> byte = end > 3 ? std::nullopt : ReadWhole(rest.substr(0, end), 10);
         if (!byte || *byte < 0 || *byte > 255) {
-            throw UsageFailure(Quoted(text) + " is not an address such as 192.168.1.10");
+            return Malformed(Quoted(text) + " is not an address such as 192.168.1.10");
         }
         packed = packed << 8 | *byte;
         rest.remove_prefix(place < 3 ? end + 1 : end);
     }
-    return packed;
+    return Value(packed);
 }
 
 unsigned ByteOf(std::int64_t packed, int place) {
@@ -194,9 +196,14 @@ std::string FormatWord(const ValueType& type, std::int64_t value) {
     return found != type.words.end() ? std::string(found->word) : std::to_string(value);
 }
 
+// The protocol rounds to the last decimal, so the difference is at most half of one.
+bool IsSame(double wanted, double reported) {
+    return std::abs(wanted - reported) <= 0.51 * std::pow(10, -decimals);
+}
+
 }  // namespace
 
-Value ParseValue(const ValueType& type, std::string_view text) {
+Checked ParseValue(const ValueType& type, std::string_view text) {
     switch (type.kind) {
         case Kind::Number:
         case Kind::Bits:
@@ -216,7 +223,7 @@ Value ParseValue(const ValueType& type, std::string_view text) {
         case Kind::Nothing:
             break;
     }
-    return std::string();
+    return Value(std::string());
 }
 
 std::string FormatValue(const ValueType& type, const Value& value) {
@@ -244,25 +251,20 @@ std::string FormatValue(const ValueType& type, const Value& value) {
     }
 }
 
-Json ToJson(const ValueType& type, const Value& value) {
-    if (type.kind == Kind::Number || type.kind == Kind::Decimal || type.kind == Kind::YesNo) {
-        return std::visit([](const auto& held) { return Json(held); }, value);
+Confirmation Confirms(const std::optional<Value>& reported, const Value& wanted) {
+    const std::string* const text = std::get_if<std::string>(&wanted);
+    if (!reported) {
+        return text != nullptr && text->empty() ? Confirmation::Likely : Confirmation::No;
     }
-    return FormatValue(type, value);
-}
-
-bool IsSame(const Value& wanted, const Value& reported) {
-    if (std::holds_alternative<double>(wanted) && std::holds_alternative<double>(reported)) {
-        // The protocol rounds to the last decimal, so the difference is at most half of one.
-        return std::abs(std::get<double>(wanted) - std::get<double>(reported)) <= 0.51 * std::pow(10, -decimals);
+    const double* const decimal = std::get_if<double>(&wanted);
+    const double* const reportedDecimal = std::get_if<double>(&*reported);
+    const bool areDecimals = decimal != nullptr && reportedDecimal != nullptr;
+    if (areDecimals ? IsSame(*decimal, *reportedDecimal) : wanted == *reported) {
+        return Confirmation::Yes;
     }
-    return wanted == reported;
-}
-
-bool IsSameButForCase(const Value& wanted, const Value& reported) {
-    const std::string* const left = std::get_if<std::string>(&wanted);
-    const std::string* const right = std::get_if<std::string>(&reported);
-    return left != nullptr && right != nullptr && LowerCase(*left) == LowerCase(*right);
+    const std::string* const reportedText = std::get_if<std::string>(&*reported);
+    const bool isSimilar = text != nullptr && reportedText != nullptr && IsSameButForCase(*text, *reportedText);
+    return isSimilar ? Confirmation::Likely : Confirmation::No;
 }
 
 std::string_view NameOf(Kind kind) {
@@ -282,4 +284,16 @@ std::string_view NameOf(Kind kind) {
     return {};
 }
 
-}  // namespace Morquil::Command
+std::string_view NameOf(Unit unit) {
+    // clang-format off
+    switch (unit) {
+        case Unit::None:       return "";
+        case Unit::LineNumber: return "line number";
+        case Unit::Lines:      return "lines";
+        case Unit::Pixels:     return "pixels";
+    }
+    // clang-format on
+    return {};
+}
+
+}  // namespace Morquil::Properties

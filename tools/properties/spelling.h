@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace Morquil::Command {
+namespace Morquil::Properties {
 
 /// The last name in the compiler's text for a template argument: "... = a::b::Name]" or "... = a::b::Name; ...]".
 constexpr std::string_view QualifiedName(std::string_view instance) {
@@ -24,4 +24,4 @@ constexpr std::string_view LastTwoNames(std::string_view instance) {
 /// A type's name as people say it: "VideoMode" becomes "video mode", "SDIMode" becomes "SDI mode".
 std::string Spoken(std::string_view typeName);
 
-}  // namespace Morquil::Command
+}  // namespace Morquil::Properties

@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "command/properties/property.h"
+#include "properties/property.h"
 
-namespace Morquil::Command {
+namespace Morquil::Properties {
 
 // The parts of the table. Names are lower case, with a point between feature and property and hyphens between words. If
 // there are several of a kind, their number follows after another point, counted from 1 as on the front panel.
@@ -16,4 +16,4 @@ void AddGeometryRows(std::vector<Property>& all);
 void AddAncillaryRows(std::vector<Property>& all);
 void AddAudioRows(std::vector<Property>& all);
 
-}  // namespace Morquil::Command
+}  // namespace Morquil::Properties

@@ -1,6 +1,6 @@
-#include "command/properties/spelling.h"
+#include "properties/spelling.h"
 
-namespace Morquil::Command {
+namespace Morquil::Properties {
 namespace {
 
 bool IsUpper(char c) {
@@ -24,4 +24,4 @@ std::string Spoken(std::string_view typeName) {
     return spoken;
 }
 
-}  // namespace Morquil::Command
+}  // namespace Morquil::Properties

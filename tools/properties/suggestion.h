@@ -3,8 +3,9 @@
 #include <cstddef>
 #include <span>
 #include <string_view>
+#include <vector>
 
-namespace Morquil::Command {
+namespace Morquil::Properties {
 
 /// How many letters must be inserted, removed or replaced to turn one text into the other. Ignores the case of ASCII
 /// letters.
@@ -13,4 +14,9 @@ std::size_t EditDistance(std::string_view left, std::string_view right);
 /// The candidate with the smallest edit distance, the first if there are several; empty if none is similar to `text`.
 std::string_view Nearest(std::string_view text, std::span<const std::string_view> candidates);
 
-}  // namespace Morquil::Command
+/// The positions of at most `most` candidates, the most similar first; of equally similar ones, those that begin like
+/// `text`.
+std::vector<std::size_t> NearestFirst(std::string_view text, std::span<const std::string_view> candidates,
+                                      std::size_t most);
+
+}  // namespace Morquil::Properties

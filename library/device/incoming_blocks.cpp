@@ -9,6 +9,10 @@
 #include "features/reference.h"
 #include "features/video_advanced.h"
 #include "protocol/block_table.h"
+#include "protocol/blocks/genlock.h"
+#include "protocol/blocks/video_advanced.h"
+#include "protocol/blocks/video_input.h"
+#include "protocol/blocks/video_output.h"
 #include "protocol/table/message.h"
 
 using namespace Morquil;

@@ -50,7 +50,10 @@ public:
     /// `owner` counts the references, `queue` accepts the messages; both must outlive the object.
     Feature(IUnknown& owner, IMessageQueue& queue, REFIID iid, _MorquilPropertySetId propertySet,
             AvailabilityChange availabilityChange = AvailabilityChange::Notify)
-        : FeatureBase(iid, propertySet, {placeOf<Set>, placeOf<AvailabilityDescription>}), owner_(owner), queue_(queue), availabilityChange_(availabilityChange) {}
+        : FeatureBase(iid, propertySet, {placeOf<Set>, placeOf<AvailabilityDescription>}),
+          owner_(owner),
+          queue_(queue),
+          availabilityChange_(availabilityChange) {}
 
     STDMETHODIMP QueryInterface(REFIID iid, void** out) override { return owner_.QueryInterface(iid, out); }
     STDMETHODIMP_(ULONG) AddRef() override { return owner_.AddRef(); }

@@ -12,8 +12,8 @@ namespace Morquil {
 /// What the device needs from every feature object, whatever its blocks.
 class FeatureBase : public CObservablePropertySet {
 public:
-    /// The places in the block table of the blocks that a feature keeps. `availability` is beyond the table for a feature
-    /// that has no such block.
+    /// The places in the block table of the blocks that a feature keeps. `availability` is beyond the table for a
+    /// feature that has no such block.
     struct Blocks {
         std::size_t settings;
         std::size_t availability;

@@ -12,7 +12,7 @@ namespace {
 template <class... Classes>
 void Make(std::type_identity<std::tuple<Classes...>> /*classes*/, std::unique_ptr<FeatureBase>* place, IUnknown& owner,
           IMessageQueue& queue) {
-    ((*place++ = std::make_unique<Classes>(owner, queue)), ...);
+    ((place++->reset(new Classes(owner, queue))), ...);
 }
 
 }  // namespace

@@ -92,8 +92,8 @@ constexpr void ForEachBlock(Visit visit) {
 /// The facts about every block, by its place in the table.
 inline constexpr std::array<BlockFacts, blockCount> factsByPlace =
     []<class... Entries>(std::type_identity<std::tuple<Entries...>>) {
-    return std::array<BlockFacts, blockCount>{Entries::facts...};
-}(std::type_identity<BlockTable>());
+        return std::array<BlockFacts, blockCount>{Entries::facts...};
+    }(std::type_identity<BlockTable>());
 
 inline constexpr std::size_t savedBlockCount = static_cast<std::size_t>(std::count_if(
     factsByPlace.begin(), factsByPlace.end(), [](const BlockFacts& facts) { return facts.savedPlace != 0; }));

@@ -5,6 +5,7 @@
 #include <tuple>
 #include <utility>
 
+#include "protocol/blocks/all.h"
 #include "protocol/sink.h"
 
 namespace Morquil {

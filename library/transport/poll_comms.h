@@ -41,8 +41,8 @@ private:
     SocketState Translate(short reported);
 
     int socket_ = -1;
-    bool isConnected_ = false;    // the connection is known to be up
-    bool hasEnded_ = false;  // poll has reported the end, which is passed on once all bytes have been received
+    bool isConnected_ = false;  // the connection is known to be up
+    bool hasEnded_ = false;     // poll has reported the end, which is passed on once all bytes have been received
     std::uint32_t waitTimeoutMs_ = 0;
     bool includeSocket_ = false;
     Signals signals_;

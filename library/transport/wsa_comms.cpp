@@ -133,8 +133,8 @@ bool WSAComms::WaitForConnect(std::int32_t timeoutMs) {
         const DWORD limit = timeoutMs < 0 ? WSA_INFINITE : static_cast<DWORD>(timeoutMs);
         const HANDLE handle = connectEvent.Get();
         isConnected_ = connectEvent.IsOpen() && WSAEventSelect(socket_, handle, FD_CONNECT) == 0 &&
-                  WSAWaitForMultipleEvents(1, &handle, FALSE, limit, FALSE) == WSA_WAIT_EVENT_0 &&
-                  HasConnected(socket_, handle);
+                       WSAWaitForMultipleEvents(1, &handle, FALSE, limit, FALSE) == WSA_WAIT_EVENT_0 &&
+                       HasConnected(socket_, handle);
     }
     Arm(socket_);
     return isConnected_;

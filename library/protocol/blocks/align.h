@@ -16,8 +16,6 @@ struct AlignAvailabilityBlock {
     static constexpr Block block{
         BlockHeader{.name = "ALIGN AVAILABILITY", .unknownKeyText = "Unknown supported align line \"%s\"\n"},
         GeometryRangeRows<"Align ">()};
-
-    MORQUIL_DELIVERED_BY(OnAlignAvailability, AlignAvailabilityBlock);
 };
 
 /// The alignment of the two pictures of a 3D pair.
@@ -32,8 +30,6 @@ struct AlignChangeSet : GeometryFields {
             GeometryLastSizeRows<"Align ">(),
             std::tuple{WriteOnly{Key{"ResetValues", &GeometryFields::resetValues, UnsignedAsSigned{}}.Command()}})};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnAlign, AlignChangeSet);
 };
 
 using AlignMessage = TextProtocolMessage<AlignChangeSet>;

@@ -13,8 +13,6 @@ struct VariableAspectRatioAvailabilityChangeSet : GeometryRangeFields {
     static constexpr Block block{BlockHeader{.name = "VARIABLE ASPECT RATIO AVAILABILITY",
                                              .unknownKeyText = "Unknown supported variable aspect ratio line \"%s\"\n"},
                                  GeometryRangeRows<"Variable Aspect Ratio ">()};
-
-    MORQUIL_DELIVERED_BY(OnVariableAspectRatioAvailability, VariableAspectRatioAvailabilityChangeSet);
 };
 
 /// The variable aspect ratio: where the picture goes in the frame.
@@ -32,8 +30,6 @@ struct VariableAspectRatioChangeSet : GeometryFields {
             GeometryLastSizeRows<"Variable Aspect Ratio ">(),
             std::tuple{Key{"ResetValues", &GeometryFields::resetValues, UnsignedAsSigned{}}.Command()})};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnVariableAspectRatio, VariableAspectRatioChangeSet);
 };
 
 using VariableAspectRatioMessage = TextProtocolMessage<VariableAspectRatioChangeSet>;

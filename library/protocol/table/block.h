@@ -9,7 +9,6 @@
 
 #include "protocol/table/key_rows.h"
 #include "protocol/table/line_context.h"
-#include "protocol/table/sink_operation.h"
 #include "protocol/table/value_kinds.h"
 #include "protocol/text/ascii.h"
 #include "protocol/text/message_sender.h"

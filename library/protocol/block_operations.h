@@ -19,7 +19,7 @@ struct ChangeSets {
     struct Of;
     template <class... Entries>
     struct Of<std::tuple<Entries...>> {
-        using Type = std::tuple<ChangeSetOf<typename Entries::Description>...>;
+        using Type = PlainTuple<ChangeSetOf<typename Entries::Description>...>;
     };
 
     Of<BlockTable>::Type all;
@@ -35,16 +35,16 @@ struct BlockOperationsOf {
 
     template <std::size_t block>
     static void Begin(Parser& parser) {
-        Clear(std::get<block>(parser.changeSets_->all));
+        Clear(parser.changeSets_->all.template Get<block>());
     }
     template <std::size_t block>
     static void Read(Parser& parser, const LineContext& line, std::string_view key) {
         KeyIndex<typename Entry<block>::Description, side>::ReadLine(line, key,
-                                                                     std::get<block>(parser.changeSets_->all));
+                                                                     parser.changeSets_->all.template Get<block>());
     }
     template <std::size_t block>
     static void Deliver(Parser& parser, IMorquilTextProtocolSink& sink) {
-        (sink.*sinkOperation<block>)(std::get<block>(parser.changeSets_->all));
+        (sink.*sinkOperation<block>)(parser.changeSets_->all.template Get<block>());
     }
 
     static constexpr std::array<BlockOperations, blockCount> all =

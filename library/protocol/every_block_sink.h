@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstddef>
-#include <tuple>
 #include <utility>
 
 #include "protocol/blocks/all.h"

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <tuple>
-
 #include "protocol/blocks/geometry.h"
 #include "protocol/blocks/variable_aspect_ratio.h"
 #include "protocol/table/block.h"
@@ -25,10 +23,10 @@ struct AlignChangeSet : GeometryFields {
     // clang-format off
     static constexpr Block block{
         BlockHeader{.name = "ALIGN", .unknownKeyText = "Unknown align line \"%s\"\n"},
-        std::tuple_cat(
+        Joined(
             GeometrySideRows<"Align ">(),
             GeometryLastSizeRows<"Align ">(),
-            std::tuple{WriteOnly{Key{"ResetValues", &GeometryFields::resetValues, UnsignedAsSigned{}}.Command()}})};
+            PlainTuple{WriteOnly{Key{"ResetValues", &GeometryFields::resetValues, UnsignedAsSigned{}}.Command()}})};
     // clang-format on
 };
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <tuple>
-
 #include "protocol/blocks/geometry.h"
 #include "protocol/table/block.h"
 #include "protocol/table/message.h"
@@ -24,11 +22,11 @@ struct VariableAspectRatioChangeSet : GeometryFields {
     // clang-format off
     static constexpr Block block{
         BlockHeader{.name = "VARIABLE ASPECT RATIO", .unknownKeyText = "Unknown variable aspect ratio line \"%s\"\n"},
-        std::tuple_cat(
+        Joined(
             GeometrySideRows<"Variable Aspect Ratio ">(),
-            std::tuple{Key{"Variable Aspect Ratio zoom/crop", &VariableAspectRatioChangeSet::zoomCrop, YesNo{}}},
+            PlainTuple{Key{"Variable Aspect Ratio zoom/crop", &VariableAspectRatioChangeSet::zoomCrop, YesNo{}}},
             GeometryLastSizeRows<"Variable Aspect Ratio ">(),
-            std::tuple{Key{"ResetValues", &GeometryFields::resetValues, UnsignedAsSigned{}}.Command()})};
+            PlainTuple{Key{"ResetValues", &GeometryFields::resetValues, UnsignedAsSigned{}}.Command()})};
     // clang-format on
 };
 

@@ -1,7 +1,6 @@
 #include "command/commands/settings_text.h"
 
 #include <algorithm>
-#include <tuple>
 #include <type_traits>
 #include <utility>
 
@@ -108,7 +107,7 @@ Playback PlaybackOfKey(std::string_view line) {
             }
         });
     };
-    std::apply([&](const auto&... row) { (tryRow(row), ...); }, Description::block.rows);
+    Description::block.rows.ForEach(tryRow);
     return playback;
 }
 

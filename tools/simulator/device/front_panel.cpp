@@ -54,7 +54,7 @@ std::size_t LeadingKeyOf(std::string_view text) {
             tryKey(key);
         }
     };
-    std::apply([&](const auto&... row) { (tryRow(row), ...); }, Description::block.rows);
+    Description::block.rows.ForEach(tryRow);
     return length;
 }
 

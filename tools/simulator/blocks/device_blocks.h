@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <tuple>
 
+#include "protocol/any_block.h"
 #include "protocol/block_table.h"
 #include "protocol/blocks/all.h"
 
@@ -20,6 +22,10 @@ public:
         return blocks_.template Get<placeOf<Description>>();
     }
 
+    AnyBlock At(std::size_t place) const;
+    /// Merges the values of one block into those it holds.
+    void Merge(AnyBlock block);
+
 private:
     template <class Table>
     struct AllStored;
@@ -30,6 +36,9 @@ private:
 
     AllStored<BlockTable>::Type blocks_;
 };
+
+/// Whether every field of a block is absent.
+bool IsEmpty(AnyBlock block);
 
 /// The device's input and output video modes, as rows of `VideoModes`.
 inline std::size_t InputMode(const DeviceBlocks& device) {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "protocol/every_block_sink.h"
+#include "protocol/sink.h"
 #include "simulator/blocks/host_text_parser.h"
 #include "simulator/text/text_lines.h"
 
@@ -11,7 +11,7 @@ namespace Morquil::Simulator {
 namespace {
 
 /// Collects blocks of settings, and the first problem in them.
-class SettingsReader final : public EveryBlockSink<SettingsReader> {
+class SettingsReader final : public IMorquilTextProtocolSink {
 public:
     void Read(std::string_view text) {
         ForEachLine(text, [&](std::string_view line) {
@@ -22,10 +22,9 @@ public:
         parser_.Feed("\n");  // the last block may lack its empty line
     }
 
-    template <class Description>
-    void OnBlock(const ChangeSetOf<Description>& set) {
-        if constexpr (factsOf<Description>.role == BlockRole::Settings) {
-            Merge(settings.Of<Description>(), set);
+    void OnOtherBlock(std::size_t place, const void* changeSet) override {
+        if (factsByPlace[place].role == BlockRole::Settings) {
+            settings.Merge({place, changeSet});
         }
     }
     void OnPing() override {}

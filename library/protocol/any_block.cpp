@@ -1,6 +1,7 @@
 #include "protocol/any_block.h"
 
 #include <array>
+#include <type_traits>
 
 #include "protocol/block_table.h"
 #include "protocol/blocks/all.h"
@@ -12,10 +13,16 @@ namespace Morquil {
 namespace {
 
 struct Operations {
+    bool (*isEmpty)(const void* changeSet);
     std::string (*text)(const void* changeSet);
     std::unique_ptr<TextProtocolMessageBase> (*makeMessage)(const void* changeSet);
     std::unique_ptr<TextProtocolMessageBase> (*makeRequest)();
 };
+
+template <class Description>
+bool IsEmptyBlock(const void* changeSet) {
+    return IsEmpty(*static_cast<const ChangeSetOf<Description>*>(changeSet));
+}
 
 template <class Description>
 std::string TextOfBlock(const void* changeSet) {
@@ -38,6 +45,7 @@ constexpr std::array<Operations, blockCount> operations = [] {
     std::array<Operations, blockCount> all{};
     ForEachBlock([&]<class Description>() {
         Operations& block = all[placeOf<Description>];
+        block.isEmpty = &IsEmptyBlock<Description>;
         block.text = &TextOfBlock<Description>;
         if constexpr (factsOf<Description>.slot != 0 && std::is_same_v<ChangeSetOf<Description>, Description>) {
             block.makeMessage = &MakeMessageOf<Description>;
@@ -48,6 +56,10 @@ constexpr std::array<Operations, blockCount> operations = [] {
 }();
 
 }  // namespace
+
+bool IsEmpty(AnyBlock block) {
+    return operations[block.place].isEmpty(block.changeSet);
+}
 
 std::string BlockText(AnyBlock block) {
     return operations[block.place].text(block.changeSet);

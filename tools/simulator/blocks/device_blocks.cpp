@@ -9,22 +9,17 @@ namespace {
 struct Operations {
     const void* (*find)(const DeviceBlocks& blocks);
     void (*merge)(DeviceBlocks& blocks, const void* changeSet);
-    bool (*isEmpty)(const void* changeSet);
 };
-
-template <class Description>
-const ChangeSetOf<Description>& As(const void* changeSet) {
-    return *static_cast<const ChangeSetOf<Description>*>(changeSet);
-}
 
 constexpr std::array<Operations, blockCount> operations = [] {
     std::array<Operations, blockCount> all{};
     ForEachBlock([&]<class Description>() {
         all[placeOf<Description>] = {
             .find = [](const DeviceBlocks& blocks) -> const void* { return &blocks.Of<Description>(); },
-            .merge = [](DeviceBlocks& blocks,
-                        const void* changeSet) { Merge(blocks.Of<Description>(), As<Description>(changeSet)); },
-            .isEmpty = [](const void* changeSet) { return Morquil::IsEmpty(As<Description>(changeSet)); }};
+            .merge =
+                [](DeviceBlocks& blocks, const void* changeSet) {
+                    Merge(blocks.Of<Description>(), *static_cast<const ChangeSetOf<Description>*>(changeSet));
+                }};
     });
     return all;
 }();
@@ -37,10 +32,6 @@ AnyBlock DeviceBlocks::At(std::size_t place) const {
 
 void DeviceBlocks::Merge(AnyBlock block) {
     operations[block.place].merge(*this, block.changeSet);
-}
-
-bool IsEmpty(AnyBlock block) {
-    return operations[block.place].isEmpty(block.changeSet);
 }
 
 }  // namespace Morquil::Simulator

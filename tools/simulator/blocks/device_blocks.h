@@ -37,9 +37,6 @@ private:
     AllStored<BlockTable>::Type blocks_;
 };
 
-/// Whether every field of a block is absent.
-bool IsEmpty(AnyBlock block);
-
 /// The device's input and output video modes, as rows of `VideoModes`.
 inline std::size_t InputMode(const DeviceBlocks& device) {
     return static_cast<std::size_t>(device.Of<VideoInputChangeSet>().videoMode.Get());

@@ -9,12 +9,11 @@ namespace {
 /// The slots whose messages are sent.
 constexpr std::array<bool, PendingMessages::slotCount> scannedSlots = [] {
     std::array<bool, PendingMessages::slotCount> scanned{};
-    ForEachBlock([&]<class Description>() {
-        constexpr BlockFacts facts = factsOf<Description>;
+    for (const BlockFacts& facts : factsByPlace) {
         if (facts.isSent) {
             scanned[facts.slot - 1] = true;
         }
-    });
+    }
     return scanned;
 }();
 

@@ -1,7 +1,5 @@
 #include "transport/reported_keys.h"
 
-#include <tuple>
-
 #include "protocol/block_table.h"
 #include "protocol/blocks/all.h"
 
@@ -21,7 +19,7 @@ constexpr void ForEachUnreportedKey(Visit visit) {
             }
         });
     };
-    std::apply([&](const auto&... row) { (visitRow(row), ...); }, Description::block.rows);
+    Description::block.rows.ForEach(visitRow);
 }
 
 }  // namespace

@@ -1,13 +1,13 @@
 #include "command/commands/settings_text.h"
 
 #include <algorithm>
-#include <tuple>
 #include <type_traits>
 #include <utility>
 
-#include "protocol/every_block_sink.h"
+#include "protocol/any_block.h"
+#include "protocol/blocks/all.h"
 #include "protocol/morquil_text_protocol_parser.h"
-#include "protocol/table/message.h"
+#include "protocol/sink.h"
 #include "protocol/text/ascii.h"
 #include "protocol/text/split_line.h"
 
@@ -39,7 +39,7 @@ private:
 };
 
 /// A line as the library understands it, in its own text: lines with the same value have the same text.
-class LineReader final : private EveryBlockSink<LineReader> {
+class LineReader final : private IMorquilTextProtocolSink {
 public:
     LineReader() { parser_.SetSink(this); }
 
@@ -51,12 +51,10 @@ public:
     }
 
 private:
-    friend EveryBlockSink;
-
-    template <class Description>
-    void OnBlock(const ChangeSetOf<Description>& set) {
-        if (!IsEmpty(set)) {
-            text_ = BlockText<Description>(set);
+    void OnOtherBlock(std::size_t place, const void* changeSet) override {
+        const AnyBlock block{place, changeSet};
+        if (!IsEmpty(block)) {
+            text_ = BlockText(block);
         }
     }
     void OnPing() override {}
@@ -110,7 +108,7 @@ Playback PlaybackOfKey(std::string_view line) {
             }
         });
     };
-    std::apply([&](const auto&... row) { (tryRow(row), ...); }, Description::block.rows);
+    Description::block.rows.ForEach(tryRow);
     return playback;
 }
 

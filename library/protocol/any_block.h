@@ -1,0 +1,30 @@
+// What can be done with a block that is known only by its place in the table.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+namespace Morquil {
+
+class TextProtocolMessageBase;
+
+/// A change set of any block, and the block's place in the table, counted from 0.
+struct AnyBlock {
+    std::size_t place;
+    const void* changeSet;
+};
+
+/// Whether every field of a block is absent.
+bool IsEmpty(AnyBlock block);
+
+/// The protocol text of a block with this content.
+std::string BlockText(AnyBlock block);
+
+/// A message with this content, less what would not fit into its line.
+std::unique_ptr<TextProtocolMessageBase> MakeMessage(AnyBlock block);
+
+/// A message without any field: it requests the block.
+std::unique_ptr<TextProtocolMessageBase> MakeRequest(std::size_t place);
+
+}  // namespace Morquil

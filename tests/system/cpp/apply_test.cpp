@@ -133,7 +133,7 @@ TEST(CppApply, ThrowsWhatASetterThrows) {
     const auto setNonsense = [&] { output.SetVideoMode(static_cast<morquil::VideoMode>(34)); };
     EXPECT_THROW(connected.host.Apply(setNonsense), morquil::InvalidArgument);
     EXPECT_THROW(connected.host.ApplyAsync(setNonsense), morquil::InvalidArgument);
-    EXPECT_EQ(connected.host.Apply([&] { output.SetBlackValue(1); }, patience), Result::Applied);
+    EXPECT_EQ(connected.host.Apply([&] { connected.host.VideoProcAmp().SetGain(1); }, patience), Result::Applied);
 }
 
 TEST(CppApply, CoversOnlyWhatItsOwnThreadSets) {

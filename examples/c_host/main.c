@@ -1,5 +1,6 @@
 /*
- * A host in plain C: connects to a device, reads two values, changes one, and is notified of what the device made of it.
+ * A host in plain C: connects to a device, reads two values, changes one, and is notified of what the device made of
+ * it.
  *
  *     morquil-c-host [ADDRESS]
  *
@@ -42,8 +43,8 @@ static UINT adjustedBlocks;
 static int connectionHasEnded;
 
 /* Called on a thread of the library, which waits until they return: note what happened, wake the host's own thread. */
-static HRESULT STDMETHODCALLTYPE Answered(IMorquilReceiptObserver* This, UINT64 receipt, UINT acknowledged, UINT refused,
-                                          UINT kept) {
+static HRESULT STDMETHODCALLTYPE Answered(IMorquilReceiptObserver* This, UINT64 receipt, UINT acknowledged,
+                                          UINT refused, UINT kept) {
     (void)This, (void)receipt, (void)acknowledged, (void)kept;
     refusedMessages = refused;
     return S_OK;

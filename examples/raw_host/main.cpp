@@ -176,8 +176,8 @@ public:
     }
 
 private:
-    /// What became of the change that `set` queues. A setter only queues; the receipt says when the device has confirmed
-    /// the change, or has refused it.
+    /// What became of the change that `set` queues. A setter only queues; the receipt says when the device has
+    /// confirmed the change, or has refused it.
     template <class Setter>
     std::string OutcomeOf(Setter set) {
         const Owned<ReceiptWatcher> watcher(new ReceiptWatcher);
@@ -219,8 +219,8 @@ private:
 bool UseDevice(IMorquilDevice* connected) {
     ConnectedDevice device(connected);
     const bool succeeded = device.ReadValues() && device.StartWatching() && device.ChangeGain() &&
-                           device.ExceedTheGain() && device.ChangeOutputMode() && device.ExpectNoNotificationOfOwnGain() &&
-                           device.AwaitFrontPanel();
+                           device.ExceedTheGain() && device.ChangeOutputMode() &&
+                           device.ExpectNoNotificationOfOwnGain() && device.AwaitFrontPanel();
     device.StopWatching();
     return succeeded;
 }

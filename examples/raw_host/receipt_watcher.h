@@ -24,8 +24,8 @@ public:
     STDMETHODIMP Settled(UINT64 receipt, UINT confirmed, UINT adjusted) override;
     STDMETHODIMP Lost(UINT64 receipt, UINT acknowledged, UINT refused, UINT unanswered, UINT unsent) override;
 
-    /// Waits until the device has reported or refused everything, and gives up after `limit`. Returns what became of the
-    /// changes, in words: "applied", "refused", "adjusted", "lost" or "timed out".
+    /// Waits until the device has reported or refused everything, and gives up after `limit`. Returns what became of
+    /// the changes, in words: "applied", "refused", "adjusted", "lost" or "timed out".
     const char* Await(std::chrono::seconds limit);
 
 private:

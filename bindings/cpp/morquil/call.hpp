@@ -125,7 +125,8 @@ public:
     Other Ask() const {
         using OtherRaw = std::remove_pointer_t<decltype(std::declval<Other>().Raw())>;
         void* found = nullptr;
-        detail::Check("QueryInterface", raw_->QueryInterface(detail::Identifier<OtherRaw>::value, &found), detail::CallKind::Set);
+        detail::Check("QueryInterface", raw_->QueryInterface(detail::Identifier<OtherRaw>::value, &found),
+                      detail::CallKind::Set);
         return Other(Pointer<OtherRaw>::Adopt(static_cast<OtherRaw*>(found)));
     }
 

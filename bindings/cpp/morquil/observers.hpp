@@ -97,8 +97,8 @@ public:
         if (object == nullptr) {
             return E_POINTER;
         }
-        const bool known = IsEqualIID(iid, Identifier<IUnknown>::value) ||
-                           IsEqualIID(iid, Identifier<RawInterface>::value);
+        const bool known =
+            IsEqualIID(iid, Identifier<IUnknown>::value) || IsEqualIID(iid, Identifier<RawInterface>::value);
         *object = known ? static_cast<RawInterface*>(this) : nullptr;
         if (known) {
             AddRef();

@@ -151,9 +151,10 @@ inline Outcome AwaitOutcome(std::future<Outcome>& future, std::chrono::milliseco
 /// For calls that wait.
 inline void ExpectNoCallback(const char* call) {
     if (CallbackScope::IsInside()) {
-        throw WouldDeadlock(call, E_UNEXPECTED,
-                            "it waits for the library's thread, and this handler runs on it: use ApplyAsync, or run the "
-                            "handler on another thread with an executor");
+        throw WouldDeadlock(
+            call, E_UNEXPECTED,
+            "it waits for the library's thread, and this handler runs on it: use ApplyAsync, or run the "
+            "handler on another thread with an executor");
     }
 }
 

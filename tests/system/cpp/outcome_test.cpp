@@ -1,7 +1,12 @@
 // From the notifications of a receipt to an outcome, without a device.
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <functional>
+#include <future>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "tests/system/cpp/fake_delivery.h"
 
@@ -71,8 +76,7 @@ TEST_F(CppOutcome, IsNotSentWhenOneMessageNeverIs) {
 }
 
 TEST_F(CppOutcome, IsLostWhenTheConnectionEnds) {
-    const Outcome outcome =
-        OutcomeOf([](IMorquilReceiptObserver& observer) { observer.Lost(number, 1, 1, 1, 2); });
+    const Outcome outcome = OutcomeOf([](IMorquilReceiptObserver& observer) { observer.Lost(number, 1, 1, 1, 2); });
     EXPECT_EQ(outcome, Result::Lost);
     EXPECT_EQ(outcome.acknowledged, 1U);
     EXPECT_EQ(outcome.refused, 1U);
@@ -87,16 +91,14 @@ TEST_F(CppOutcome, IsTimedOutWhenTheDeviceDoesNotAnswer) {
 }
 
 TEST_F(CppOutcome, IsTimedOutWhenTheDeviceAcceptsAndDoesNotReport) {
-    const Outcome outcome =
-        OutcomeOf([](IMorquilReceiptObserver& observer) { observer.Answered(number, 1, 0, 0); });
+    const Outcome outcome = OutcomeOf([](IMorquilReceiptObserver& observer) { observer.Answered(number, 1, 0, 0); });
     EXPECT_EQ(outcome, Result::TimedOut);
     EXPECT_EQ(outcome.acknowledged, 1U);
     EXPECT_EQ(ToText(outcome), "timed out: the device has accepted the change, but not reported it yet");
 }
 
 TEST_F(CppOutcome, IsRefusedEvenWhenTheRestIsNotReportedInTime) {
-    const Outcome outcome =
-        OutcomeOf([](IMorquilReceiptObserver& observer) { observer.Answered(number, 1, 1, 0); });
+    const Outcome outcome = OutcomeOf([](IMorquilReceiptObserver& observer) { observer.Answered(number, 1, 1, 0); });
     EXPECT_EQ(outcome, Result::Refused);
 }
 
@@ -190,9 +192,10 @@ TEST_F(CppOutcome, IsRefusedToAHandlerThatTheDeviceWouldWaitFor) {
             failure = error.what();
         }
     });
-    EXPECT_EQ(failure,
-              "Device::Apply: it waits for the library's thread, and this handler runs on it: use ApplyAsync, or run the "
-              "handler on another thread with an executor");
+    EXPECT_EQ(
+        failure,
+        "Device::Apply: it waits for the library's thread, and this handler runs on it: use ApplyAsync, or run the "
+        "handler on another thread with an executor");
     EXPECT_EQ(device.Apply(setNothing), Result::Applied);  // the callback is over
 }
 

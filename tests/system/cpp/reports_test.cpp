@@ -1,6 +1,8 @@
 // What the library passes on as it comes: reports of the device, and its own text.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <string>
@@ -62,8 +64,7 @@ TEST(CppReports, IncludeWhatIsAvailable) {
     Entries<Report> reports;
     const morquil::Subscription all = connected.host.OnReport([&](const Report& report) { reports.Add(report); });
     connected.device.Send("VIDEO PROC AMP AVAILABILITY:\nGain min: -60\n\n");
-    EXPECT_TRUE(
-        reports.Await([](const Report& report) { return report.kind == ReportKind::Availability; }));
+    EXPECT_TRUE(reports.Await([](const Report& report) { return report.kind == ReportKind::Availability; }));
 }
 
 TEST(CppReports, EndWithTheirSubscription) {
@@ -71,8 +72,8 @@ TEST(CppReports, EndWithTheirSubscription) {
     Entries<Report> reports;
     morquil::Subscription all = connected.host.OnReport([&](const Report& report) { reports.Add(report); });
     all.Cancel();
-    EXPECT_TRUE(connected.host.Apply([&] { connected.host.VideoProcAmp().SetGain(1); }, std::chrono::seconds(60))
-                    .IsApplied());
+    EXPECT_TRUE(
+        connected.host.Apply([&] { connected.host.VideoProcAmp().SetGain(1); }, std::chrono::seconds(60)).IsApplied());
     EXPECT_EQ(reports.Count(), 0U);
 }
 

@@ -1,7 +1,8 @@
-// Included first: what the layer uses of the standard library and of Windows, with the macros that <windows.h> has unless
-// NOMINMAX is defined. From here on only what Microsoft's compiler knows is known.
-#include "tests/system/windows_macros/standard_library.h"
+// Included first: what the layer uses of the standard library and of Windows, with the macros that <windows.h> has
+// unless NOMINMAX is defined. From here on only what Microsoft's compiler knows is known.
 #include <windows.h>
+
+#include "tests/system/windows_macros/standard_library.h"
 
 #include <oaidl.h>
 #include <ole2.h>

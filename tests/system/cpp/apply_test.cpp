@@ -178,6 +178,20 @@ TEST(CppApply, WorksInAHandlerWithoutWaiting) {
     EXPECT_EQ(text.Await(), "applied");
 }
 
+TEST(CppApply, MayWaitInTheHandlerOfANewConnection) {
+    ScriptedDevice device(Answering(Accept));
+    std::promise<morquil::Device> made;
+    Said<std::string> text;
+    const auto setUp = [&] {
+        const morquil::Device host = made.get_future().get();
+        text.Say(ToText(host.Apply([&] { host.VideoProcAmp().SetGain(1); }, patience)));
+    };
+    const morquil::Connecting connecting = morquil::ConnectAsync(device.Address(), {setUp, {}});
+    made.set_value(connecting.device);
+    EXPECT_EQ(text.Await(), "applied");
+    connecting.device.Disconnect();
+}
+
 TEST(CppApply, ReportsNothingOnceItsSubscriptionHasEnded) {
     ConnectedTo connected(SayNothing);
     int calls = 0;

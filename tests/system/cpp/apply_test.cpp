@@ -18,7 +18,7 @@ using morquil::Result;
 using namespace std::chrono_literals;
 
 /// For changes that the device confirms, however busy the machine is.
-constexpr std::chrono::seconds patience{60};
+constexpr std::chrono::seconds settleLimit{60};
 
 TEST(CppApply, ReturnsWhenTheDeviceReportsWhatWasSet) {
     const ConnectedTo connected(Accept);
@@ -29,7 +29,7 @@ TEST(CppApply, ReturnsWhenTheDeviceReportsWhatWasSet) {
             amp.SetGain(20);
             output.SetVideoMode(morquil::VideoMode::Mode720p50);
         },
-        patience);
+        settleLimit);
     EXPECT_EQ(ToText(outcome), "applied");
     EXPECT_EQ(outcome.acknowledged, 2U);
     EXPECT_EQ(outcome.confirmed, 2U);
@@ -39,13 +39,13 @@ TEST(CppApply, ReturnsWhenTheDeviceReportsWhatWasSet) {
 
 TEST(CppApply, OfNothingIsApplied) {
     const ConnectedTo connected(Accept);
-    EXPECT_EQ(ToText(connected.host.Apply([] {}, patience)), "applied");
+    EXPECT_EQ(ToText(connected.host.Apply([] {}, settleLimit)), "applied");
 }
 
 TEST(CppApply, SaysThatTheDeviceRefuses) {
     const ConnectedTo connected(Refuse);
     const auto amp = connected.host.VideoProcAmp();
-    EXPECT_EQ(ToText(connected.host.Apply([&] { amp.SetGain(99); }, patience)),
+    EXPECT_EQ(ToText(connected.host.Apply([&] { amp.SetGain(99); }, settleLimit)),
               "refused: the device has refused 1 of 1 message");
     EXPECT_EQ(amp.GetGain(), 0);
 }
@@ -58,7 +58,7 @@ TEST(CppApply, SaysWhatIsRefusedAmongOthers) {
             connected.host.VideoProcAmp().SetGain(99);
             connected.host.NoiseReduction().SetEnabled(true);
         },
-        patience);
+        settleLimit);
     EXPECT_EQ(ToText(outcome), "refused: the device has refused 1 of 2 messages");
     EXPECT_EQ(outcome.confirmed, 1U);
     EXPECT_TRUE(connected.host.NoiseReduction().GetEnabled());
@@ -67,7 +67,7 @@ TEST(CppApply, SaysWhatIsRefusedAmongOthers) {
 TEST(CppApply, SaysThatTheDeviceReportsAnotherValue) {
     const ConnectedTo connected([](const std::string&) { return "ACK\n\nVIDEO PROC AMP:\nGain: 60\n\n"; });
     const auto amp = connected.host.VideoProcAmp();
-    EXPECT_EQ(ToText(connected.host.Apply([&] { amp.SetGain(99); }, patience)),
+    EXPECT_EQ(ToText(connected.host.Apply([&] { amp.SetGain(99); }, settleLimit)),
               "adjusted: the device reports other values in 1 of 1 block");
     EXPECT_EQ(amp.GetGain(), 60);
 }
@@ -86,7 +86,7 @@ TEST(CppApply, CountsChangesThatWereMergedWhileTheyWaitedInEachOutcome) {
     EXPECT_EQ(connected.device.NextChange(), "VIDEO PROC AMP:\nGain: 3\n\n");
     connected.device.Send(Accept("VIDEO PROC AMP:\nGain: 3\n\n"));
     for (std::future<Outcome>& outcome : outcomes) {
-        ASSERT_EQ(outcome.wait_for(patience), std::future_status::ready);
+        ASSERT_EQ(outcome.wait_for(settleLimit), std::future_status::ready);
         EXPECT_EQ(ToText(outcome.get()), "applied");
     }
 }
@@ -138,13 +138,13 @@ TEST(CppApply, ThrowsWhatASetterThrows) {
     const auto setNonsense = [&] { output.SetVideoMode(static_cast<morquil::VideoMode>(34)); };
     EXPECT_THROW(connected.host.Apply(setNonsense), morquil::InvalidArgument);
     EXPECT_THROW(connected.host.ApplyAsync(setNonsense), morquil::InvalidArgument);
-    EXPECT_EQ(connected.host.Apply([&] { connected.host.VideoProcAmp().SetGain(1); }, patience), Result::Applied);
+    EXPECT_EQ(connected.host.Apply([&] { connected.host.VideoProcAmp().SetGain(1); }, settleLimit), Result::Applied);
 }
 
 TEST(CppApply, CoversOnlyWhatItsOwnThreadSets) {
     ConnectedTo connected(Accept);
-    const Outcome outcome =
-        connected.host.Apply([&] { std::thread([&] { connected.host.VideoProcAmp().SetGain(1); }).join(); }, patience);
+    const Outcome outcome = connected.host.Apply(
+        [&] { std::thread([&] { connected.host.VideoProcAmp().SetGain(1); }).join(); }, settleLimit);
     EXPECT_EQ(outcome.acknowledged, 0U);
     EXPECT_EQ(connected.device.NextChange(), "VIDEO PROC AMP:\nGain: 1\n\n");
 }
@@ -184,7 +184,7 @@ TEST(CppApply, MayWaitInTheHandlerOfANewConnection) {
     Said<std::string> text;
     const auto setUp = [&] {
         const morquil::Device host = made.get_future().get();
-        text.Say(ToText(host.Apply([&] { host.VideoProcAmp().SetGain(1); }, patience)));
+        text.Say(ToText(host.Apply([&] { host.VideoProcAmp().SetGain(1); }, settleLimit)));
     };
     const morquil::Connecting connecting = morquil::ConnectAsync(device.Address(), {setUp, {}});
     made.set_value(connecting.device);
@@ -219,9 +219,9 @@ TEST(CppApply, WorksAThousandTimesAtOnceOnSeveralThreads) {
             for (int change = 0; change < 250; ++change) {
                 outcomes.push_back(connected.host.ApplyAsync([&] { amp.SetGain(7); }));
             }
-            EXPECT_EQ(connected.host.Apply([&] { amp.SetGain(7); }, patience), Result::Applied);
+            EXPECT_EQ(connected.host.Apply([&] { amp.SetGain(7); }, settleLimit), Result::Applied);
             for (std::future<Outcome>& outcome : outcomes) {
-                ASSERT_EQ(outcome.wait_for(patience), std::future_status::ready);
+                ASSERT_EQ(outcome.wait_for(settleLimit), std::future_status::ready);
                 EXPECT_EQ(outcome.get(), Result::Applied);
             }
         });
@@ -236,12 +236,12 @@ TEST(CppApply, WorksInASession) {
     Said<std::string> whenConnected;
     morquil::SessionHandlers handlers;
     handlers.connected = [&](const morquil::Device& host) {
-        whenConnected.Say(ToText(host.Apply([&] { host.VideoProcAmp().SetGain(5); }, patience)));
+        whenConnected.Say(ToText(host.Apply([&] { host.VideoProcAmp().SetGain(5); }, settleLimit)));
     };
     morquil::Session session(device.Address(), handlers);
     EXPECT_EQ(whenConnected.Await(), "applied");
     const auto setGain = [](const morquil::Device& host) { host.VideoProcAmp().SetGain(6); };
-    EXPECT_EQ(ToText(session.Apply(setGain, patience)), "applied");
+    EXPECT_EQ(ToText(session.Apply(setGain, settleLimit)), "applied");
     EXPECT_EQ(session.Current()->VideoProcAmp().GetGain(), 6);
     session.Stop();
     EXPECT_TRUE(device.AwaitHostGone());

@@ -88,7 +88,7 @@ public:
 private:
     enum class Event { Answered, Settled, Lost };
 
-    void Begin(const ObservedReceipt& receipt) {
+    void Begin(const ObservedReceipt& receipt) REQUIRES(receipts_.lock_) {
         numbers_ = *receipt.receipt;
         observer_ = receipt.observer;
         receipts_.notifications_.Add(*this);

@@ -17,7 +17,7 @@ namespace {
 /// Longer than a silent device is waited for.
 constexpr Time longTime = 30'000;
 
-class DeliveryWorld final : private WireListener {
+class DeliveryWorld final : public WireListener {
 public:
     DeliveryWorld(Dice& dice, const std::string& name) : dice_(dice) {
         Scheduler::Instance().Begin(dice, [this, name] {

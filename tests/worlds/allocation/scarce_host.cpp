@@ -39,6 +39,8 @@ ScarceHost::~ScarceHost() {
     Release();
     EXPECT_TRUE(connectionObserver_->AwaitReferences(1));
     EXPECT_TRUE(propertyObserver_->AwaitReferences(1));
+    EXPECT_TRUE(receiptObserver_->AwaitReferences(1));
+    EXPECT_TRUE(reportObserver_->AwaitReferences(1));
 }
 
 void ScarceHost::Create() {

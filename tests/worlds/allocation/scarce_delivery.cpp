@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -12,10 +11,6 @@
 
 namespace Morquil::Testing {
 namespace {
-
-void ExpectStated(HRESULT result, HRESULT success, const std::set<HRESULT>& failures) {
-    EXPECT_TRUE(result == success || (ScarceMemory::HasRunOut() && failures.count(result) != 0)) << std::hex << result;
-}
 
 bool Contains(const std::vector<std::string>& notifications, const std::string& text) {
     return std::any_of(notifications.begin(), notifications.end(),

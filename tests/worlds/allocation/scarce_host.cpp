@@ -6,7 +6,6 @@
 #include <chrono>
 #include <cstdio>
 #include <new>
-#include <set>
 #include <thread>
 #include <utility>
 
@@ -16,11 +15,6 @@
 namespace Morquil::Testing {
 namespace {
 
-/// A host gets success, or one of these failures if memory has run out.
-void ExpectStated(HRESULT result, HRESULT success, const std::set<HRESULT>& failures) {
-    EXPECT_TRUE(result == success || (ScarceMemory::HasRunOut() && failures.count(result) != 0)) << std::hex << result;
-}
-
 /// Ends each answer with its number: a reader of the number has read everything before it.
 std::string Version(std::size_t number) {
     char text[64];
@@ -29,6 +23,10 @@ std::string Version(std::size_t number) {
 }
 
 }  // namespace
+
+void ExpectStated(HRESULT result, HRESULT success, const std::set<HRESULT>& failures) {
+    EXPECT_TRUE(result == success || (ScarceMemory::HasRunOut() && failures.count(result) != 0)) << std::hex << result;
+}
 
 ScarceHost::ScarceHost() {
     link.AnswerWith([this](const std::string& sent) { return DeviceAnswer(sent) + Version(link.Sends().size()); });

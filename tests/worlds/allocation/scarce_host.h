@@ -3,6 +3,7 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "device/device.h"
@@ -97,5 +98,8 @@ private:
 public:
     FakeConnection link;
 };
+
+/// A host gets success, or one of these failures if memory has run out.
+void ExpectStated(HRESULT result, HRESULT success, const std::set<HRESULT>& failures);
 
 }  // namespace Morquil::Testing

@@ -18,7 +18,6 @@
 namespace Morquil::Fuzz {
 namespace {
 
-constexpr std::uint64_t seeds = 20'000;
 /// The longest input that the fuzzer tries.
 constexpr std::size_t longest = 4096;
 
@@ -134,10 +133,11 @@ const std::vector<Story>& DeliveryStories() {
 }
 // clang-format on
 
-/// The stories of one target, and how its worlds run.
+/// The stories of one target, how its worlds run, and how many are searched.
 struct Library {
     const std::vector<Story>& stories;
     Testing::Worlds::Outcome (*run)(Testing::Worlds::Dice& dice, const std::string& name);
+    std::uint64_t seeds;
 };
 
 bool Write(const std::string& path, const std::string& bytes) {
@@ -149,7 +149,7 @@ bool Write(const std::string& path, const std::string& bytes) {
 std::vector<std::string> Record(const Library& library) {
     const Testing::Worlds::QuietConsole quiet;
     std::vector<std::string> shortest(library.stories.size());
-    for (std::uint64_t seed = 1; seed <= seeds; ++seed) {
+    for (std::uint64_t seed = 1; seed <= library.seeds; ++seed) {
         RecordingDice dice(seed);
         const std::string trace = library.run(dice, "seed " + std::to_string(seed)).trace;
         for (std::size_t story = 0; story < shortest.size() && dice.Bytes().size() <= longest; ++story) {
@@ -173,8 +173,8 @@ int main(int argumentCount, char** arguments) {
         return 2;
     }
     const Library library = target == "device"
-                                ? Library{DeviceStories(), &Morquil::Testing::Worlds::RunScenario}
-                                : Library{DeliveryStories(), &Morquil::Testing::Worlds::RunDeliveryScenario};
+                                ? Library{DeviceStories(), &Morquil::Testing::Worlds::RunScenario, 20'000}
+                                : Library{DeliveryStories(), &Morquil::Testing::Worlds::RunDeliveryScenario, 2'000};
     bool isComplete = true;
     const std::vector<std::string> recordings = Record(library);
     for (std::size_t story = 0; story < recordings.size(); ++story) {

@@ -1,7 +1,6 @@
 #include "protocol/any_block.h"
 
 #include <array>
-#include <type_traits>
 
 #include "protocol/block_table.h"
 #include "protocol/blocks/all.h"
@@ -13,16 +12,10 @@ namespace Morquil {
 namespace {
 
 struct Operations {
-    bool (*isEmpty)(const void* changeSet);
     std::string (*text)(const void* changeSet);
     std::unique_ptr<TextProtocolMessageBase> (*makeMessage)(const void* changeSet);
     std::unique_ptr<TextProtocolMessageBase> (*makeRequest)();
 };
-
-template <class Description>
-bool IsEmptyBlock(const void* changeSet) {
-    return IsEmpty(*static_cast<const ChangeSetOf<Description>*>(changeSet));
-}
 
 template <class Description>
 std::string TextOfBlock(const void* changeSet) {
@@ -45,10 +38,13 @@ constexpr std::array<Operations, blockCount> operations = [] {
     std::array<Operations, blockCount> all{};
     ForEachBlock([&]<class Description>() {
         Operations& block = all[placeOf<Description>];
-        block.isEmpty = &IsEmptyBlock<Description>;
-        block.text = &TextOfBlock<Description>;
-        if constexpr (factsOf<Description>.slot != 0 && std::is_same_v<ChangeSetOf<Description>, Description>) {
+        if constexpr (factsOf<Description>.role == BlockRole::Settings) {
+            block.text = &TextOfBlock<Description>;
+        }
+        if constexpr (factsOf<Description>.isPlayedBack) {
             block.makeMessage = &MakeMessageOf<Description>;
+        }
+        if constexpr (factsOf<Description>.role == BlockRole::Offers && factsOf<Description>.isSent) {
             block.makeRequest = &MakeRequestOf<Description>;
         }
     });
@@ -56,10 +52,6 @@ constexpr std::array<Operations, blockCount> operations = [] {
 }();
 
 }  // namespace
-
-bool IsEmpty(AnyBlock block) {
-    return operations[block.place].isEmpty(block.changeSet);
-}
 
 std::string BlockText(AnyBlock block) {
     return operations[block.place].text(block.changeSet);

@@ -15,16 +15,14 @@ struct AnyBlock {
     const void* changeSet;
 };
 
-/// Whether every field of a block is absent.
-bool IsEmpty(AnyBlock block);
-
-/// The protocol text of a block with this content.
+/// The protocol text of a block of settings.
 std::string BlockText(AnyBlock block);
 
-/// A message with this content, less what would not fit into its line.
+/// A message with the content of a block that is played back from settings files, less what would not fit into its
+/// line.
 std::unique_ptr<TextProtocolMessageBase> MakeMessage(AnyBlock block);
 
-/// A message without any field: it requests the block.
+/// A message without any field, which requests what a device offers.
 std::unique_ptr<TextProtocolMessageBase> MakeRequest(std::size_t place);
 
 }  // namespace Morquil

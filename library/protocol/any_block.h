@@ -15,6 +15,9 @@ struct AnyBlock {
     const void* changeSet;
 };
 
+/// Whether every field of a block is absent.
+bool IsEmpty(AnyBlock block);
+
 /// The protocol text of a block of settings.
 std::string BlockText(AnyBlock block);
 

@@ -68,10 +68,13 @@ TEST_F(Receipt, IsSettledAtOnceWhenEverythingWasRefused) {
 
 TEST_F(Receipt, CountsWhatTheDeviceHasAdjusted) {
     ConnectToSilentDevice();
+    SetLineOffset(1);  // in flight, so the levels wait together
+    ASSERT_TRUE(rig.link.AwaitIdle());
     const UINT64 receipt = Open(observer);
     SetGain(500);
     SetHue(3);
     Mark(receipt);
+    rig.DeviceSends("ACK\n\nGENLOCK:\nLine offset: 1\n\n");
     rig.DeviceSends("ACK\n\nVIDEO PROC AMP:\nGain: 100\nHue: 3\n\n");
     EXPECT_EQ(observer->Notifications(), (Texts{"1: answered 1 0 0", "1: settled 0 1"}));
     EXPECT_EQ(rig.Gain(), 100);
@@ -366,7 +369,7 @@ TEST_F(Receipt, IsNotifiedOfNothingAfterTheLastRelease) {
 // ---- Inside a callback ----------------------------------------------------------------------------------------------
 
 TEST_F(Receipt, MayDisconnectInItsCallback) {
-    Connect();
+    ConnectToSilentDevice();
     const Held<ConnectionObserver> connection;
     const Held<ReceiptObserver> second;
     rig.device->AddConnectionObserver(connection.Get());
@@ -375,6 +378,7 @@ TEST_F(Receipt, MayDisconnectInItsCallback) {
     Open(second);
     SetGain(5);
     Mark(receipt);
+    rig.link.Push("ACK\n\n");
     ASSERT_TRUE(connection->AwaitNotified("disconnected cfnr"));
     ASSERT_TRUE(rig.link.AwaitClosed());
     EXPECT_EQ(observer->Notifications(), (Texts{"1: answered 1 0 0", "1: lost 1 0 0 0"}));

@@ -207,11 +207,11 @@ def write_property(row, numbers):
         "unit": row.get("unit", ""), "feature": feature_name(row["interface"]),
         "property_set": numbers[row["propertySet"]], "getter": function_name(row.get("getter", "")),
         "setter": function_name(row.get("setter", "")), "range_getter": function_name(row.get("range", "")),
-        "offer_follows": tuple(row.get("offerFollows", ())), "index": row.get("index", -1),
+        "offer_follows": tuple(row.get("offerFollows", ())), "item": row.get("index", -1),
         "smallest": row.get("min", 0), "largest": row.get("max", 0), "most_bytes": row.get("mostBytes", 0),
     }
     # What is not said has a default.
-    given = {key: value for key, value in values.items() if value not in ("", (), 0, -1) or (key, value) == ("index", 0)}
+    given = {key: value for key, value in values.items() if value not in ("", (), 0, -1) or (key, value) == ("item", 0)}
     text = ", ".join(f"{key}={json.dumps(value) if isinstance(value, str) else value}" for key, value in given.items())
     words = f", words=words.{enumeration_name(row['enumeration'])}" if "enumeration" in row else ""
     return f"    Property({text}{words}),"

@@ -22,6 +22,10 @@ def properties(pattern: str = "*") -> List[Property]:
     return TABLE.matching(pattern)
 
 
+def _converted(convert: Callable[[int], Value], method: Callable[[], int]) -> Callable[[], Value]:
+    return lambda: convert(method())
+
+
 def judged(receipt_outcome: Outcome, address: str) -> Outcome:
     """Raises Refused for an outcome that is one."""
     if receipt_outcome.refused:
@@ -92,8 +96,8 @@ class Controls(DeviceFeatures):
         method = getattr(self.feature_of(row), row.getter)
         convert = from_raw(row)
         if convert is not None:
-            return lambda: convert(method())
-        return method if row.index < 0 else lambda: method(row.index)  # type: ignore[no-any-return]
+            return _converted(convert, method)
+        return method if row.item < 0 else lambda: method(row.item)  # type: ignore[no-any-return]
 
     def _value_of(self, row: Property) -> Optional[Value]:
         if not exists(self, row):
@@ -130,7 +134,7 @@ class Controls(DeviceFeatures):
             return setter  # type: ignore[no-any-return]
         raw = to_raw(row, value)
         check_offered(row, offered(self, row), raw)
-        return (lambda: setter(raw)) if row.index < 0 else (lambda: setter(row.index, raw))
+        return (lambda: setter(raw)) if row.item < 0 else (lambda: setter(row.item, raw))
 
     def _prepare_all(self, values: Mapping[str, Optional[Value]]) -> Callable[[], None]:
         changes = [self._prepare(name, value) for name, value in values.items()]

@@ -98,17 +98,18 @@ def candidates() -> Iterator[str]:
     yield name
 
 
-def registered() -> Iterator[str]:
+def registered() -> List[str]:
     """The DLL that is registered with Windows."""
-    if sys.platform == "win32":
-        import uuid
-        import winreg
+    if sys.platform != "win32":
+        return []
+    import uuid
+    import winreg
 
-        key = f"CLSID\\{{{uuid.UUID(bytes_le=_contract.DISCOVERY_CLASS)}}}\\InprocServer32"
-        try:
-            yield winreg.QueryValue(winreg.HKEY_CLASSES_ROOT, key)
-        except OSError:
-            pass
+    key = f"CLSID\\{{{uuid.UUID(bytes_le=_contract.DISCOVERY_CLASS)}}}\\InprocServer32"
+    try:
+        return [winreg.QueryValue(winreg.HKEY_CLASSES_ROOT, key)]
+    except OSError:
+        return []
 
 
 def _load() -> Library:

@@ -64,14 +64,14 @@ def offered(device: "Controls", row: Property) -> Offer:
     """What the device accepts now."""
     if not row.range_getter:
         return None
-    ask = getattr(device.feature_of(row), row.range_getter, None)
     try:
-        if ask is None:
+        if row.range_getter == "is_conversion_supported":
             return _conversions(device, row)
+        ask: Callable[..., Any] = getattr(device.feature_of(row), row.range_getter)
         if not row.range_getter.startswith("is_"):
             return _range(device, row, ask) if row.words is None else _words_within(row, *ask())
         followed = [device.get(name) for name in row.offer_follows]
-        return _known(row, lambda word: ask(*followed, word))
+        return _known(row, lambda word: bool(ask(*followed, word)))
     except NotKnown:
         return None
 
@@ -79,10 +79,10 @@ def offered(device: "Controls", row: Property) -> Offer:
 def exists(device: "Controls", row: Property) -> bool:
     """Whether the device has the property, as far as it has reported that: it may have fewer presets than there are
     names."""
-    if row.feature != "preset" or row.index < 0:
+    if row.feature != "preset" or row.item < 0:
         return True
     try:
-        return row.index + 1 in device.preset.get_preset_range()
+        return row.item + 1 in device.preset.get_preset_range()
     except NotKnown:
         return True
 
@@ -91,7 +91,7 @@ def check_offered(row: Property, offer: Offer, value: Optional[Value]) -> None:
     """Raises unless the value may be set."""
     if isinstance(offer, Range):
         if value not in offer:
-            nearest = offer.min if value < offer.min else offer.max  # type: ignore[operator]
+            nearest = offer.min if value < offer.min else offer.max
             raise InvalidValue(f"{row.name}: {value} is outside {offer}", (nearest,))
     elif offer is not None and value not in offer:
         nearest_words = nearest_first(str(value), offer, 3)

@@ -24,7 +24,7 @@ class Property(NamedTuple):
     setter: str = ""
     range_getter: str = ""
     offer_follows: Tuple[str, ...] = ()
-    index: int = -1
+    item: int = -1  # the number of its channel, pair or preset, counted from 0, if there are several
     smallest: int = 0
     largest: int = 0
     most_bytes: int = 0
@@ -86,13 +86,13 @@ def _truth(row: Property, value: Value) -> Value:
 
 def _word(row: Property, value: Value) -> Value:
     assert row.words is not None
-    for word in row.words:
-        if isinstance(value, str) and word.lower() == value.lower():
-            return word
+    found = row.words.named(value) if isinstance(value, str) else None
+    if found is not None:
+        return found
     known = tuple(row.words)
     given = str(value)
     best = nearest(given, known)
-    similar = tuple(row.words(word) for word in nearest_first(given, known, 3)) if best else ()
+    similar = tuple(nearest_first(given, known, 3)) if best else ()
     hint = f"nearest: {best}" if best else f"there are {', '.join(known[:8])}" + (" and others" if len(known) > 8 else "")
     raise InvalidValue(f"{value!r} is not a word of {row.name}; {hint}", similar)
 

@@ -1,8 +1,8 @@
 """Ranges of values."""
 
-from typing import Generic, Iterator, TypeVar
+from typing import Any, Generic, Iterator, Tuple, TypeVar, Union
 
-T = TypeVar("T", int, float, str)
+T = TypeVar("T", bound=Union[int, float, str])
 
 
 class Range(Generic[T]):
@@ -11,18 +11,19 @@ class Range(Generic[T]):
     __slots__ = ("max", "min")
 
     def __init__(self, min: T, max: T) -> None:
-        self.min = min
-        self.max = max
+        self.min: T = min
+        self.max: T = max
 
-    def __contains__(self, value: T) -> bool:
-        return self.min <= value <= self.max
+    def __contains__(self, value: Any) -> bool:
+        return bool(self.min <= value <= self.max)
 
     def __iter__(self) -> Iterator[T]:
         """For `smallest, largest = ...`."""
         return iter((self.min, self.max))
 
     def __eq__(self, other: object) -> bool:
-        return isinstance(other, Range) and tuple(self) == tuple(other)  # pyright: ignore[reportUnknownArgumentType]
+        ends: Tuple[object, ...] = tuple(other) if isinstance(other, Range) else ()  # pyright: ignore
+        return tuple(self) == ends
 
     def __hash__(self) -> int:
         return hash(tuple(self))

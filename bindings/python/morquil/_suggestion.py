@@ -1,6 +1,8 @@
 """The most similar of several texts."""
 
-from typing import List, Sequence
+from typing import List, Sequence, TypeVar
+
+S = TypeVar("S", bound=str)
 
 __all__ = ["edit_distance", "nearest", "nearest_first"]
 
@@ -32,7 +34,7 @@ def _shared_beginning(left: str, right: str) -> int:
     return length
 
 
-def nearest_first(text: str, candidates: Sequence[str], most: int) -> List[str]:
+def nearest_first(text: str, candidates: Sequence[S], most: int) -> List[S]:
     """At most `most` candidates, the most similar first; of equally similar ones, those that begin like `text`."""
     rank = {each: (edit_distance(text, each), -_shared_beginning(text, each)) for each in candidates}
     return sorted(candidates, key=rank.__getitem__)[:most]

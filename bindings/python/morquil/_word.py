@@ -2,13 +2,14 @@
 
 import math
 from enum import Enum
-from typing import Dict, Type, TypeVar
+from typing import Dict, Optional, Type, TypeVar
 
 from .errors import Error, InvalidValue
 
 W = TypeVar("W", bound="Word")
 
-_members: "Dict[type, Dict[int, Word]]" = {}
+_by_number: "Dict[type, Dict[int, Word]]" = {}
+_by_word: "Dict[type, Dict[str, Word]]" = {}
 
 
 class Word(str, Enum):
@@ -21,7 +22,8 @@ class Word(str, Enum):
         member = str.__new__(cls, word)
         member._value_ = word
         member.number = number
-        _members.setdefault(cls, {})[number] = member
+        _by_number.setdefault(cls, {})[number] = member
+        _by_word.setdefault(cls, {})[word.lower()] = member
         return member
 
     def __str__(self) -> str:
@@ -34,19 +36,26 @@ class Word(str, Enum):
     def of(cls: Type[W], number: int) -> W:
         """The member with this number."""
         try:
-            return _members[cls][number]  # type: ignore[return-value]
+            return _by_number[cls][number]  # type: ignore[return-value]
         except KeyError:
             raise Error(f"{cls.__name__} has no value {number}") from None
+
+
+    @classmethod
+    def named(cls: Type[W], word: str) -> Optional[W]:
+        """The member with this word, ignoring case."""
+        return _by_word[cls].get(word.lower())  # type: ignore[return-value]
 
 
 def number_of(kind: Type[Word], value: str) -> int:
     """The number of a member, or of its word."""
     if type(value) is kind:
         return value.number
-    try:
-        return kind(value).number
-    except ValueError:
-        raise InvalidValue(f"{value!r} is not one of {kind.__name__}: {', '.join(kind)}", tuple(kind)) from None
+    # A word of another enumeration may be spelt the same.
+    found = kind.named(value) if type(value) is str else None
+    if found is None:
+        raise InvalidValue(f"{value!r} is not one of {kind.__name__}: {', '.join(kind)}", tuple(kind))
+    return found.number
 
 
 def whole(value: int, smallest: int, largest: int) -> int:

@@ -1,0 +1,77 @@
+"""What all tests of the Python package share."""
+
+import ctypes
+import os
+import sys
+import threading
+from typing import Any, Callable, Iterator
+
+import pytest
+
+pytest_plugins = ["morquil.testing"]
+
+
+def traced(function: Callable[..., Any]) -> Callable[..., Any]:
+    """Has the lines counted that run on the library's threads, which Python has not started."""
+
+    def call(*arguments: Any) -> Any:
+        trace = getattr(threading, "_trace_hook", None)
+        if trace is not None and sys.gettrace() is None:
+            sys.settrace(trace)
+        return function(*arguments)
+
+    return call
+
+
+def counting(make_type: Callable[..., Any]) -> Callable[..., Any]:
+    def make(*types: Any) -> Any:
+        kind = make_type(*types)
+        return lambda target: kind(traced(target) if callable(target) else target)
+
+    return make
+
+
+# Before the package is imported.
+if "coverage" in sys.modules:
+    ctypes.CFUNCTYPE = counting(ctypes.CFUNCTYPE)
+
+
+def pytest_addoption(parser: pytest.Parser) -> None:
+    parser.addoption("--checks", action="store_true", help='print "ok" or "FAILED" for each test')
+
+
+def pytest_configure(config: pytest.Config) -> None:
+    config.addinivalue_line("markers", "long: takes minutes; runs when MORQUIL_LONG is set")
+    if config.getoption("--checks"):
+        config.pluginmanager.register(Checks(config))
+
+
+class Checks:
+    """Prints the result of each test as scripts/count-tests.py counts it."""
+
+    def __init__(self, config: pytest.Config) -> None:
+        self._writer = config.get_terminal_writer()
+
+    def pytest_runtest_logreport(self, report: pytest.TestReport) -> None:
+        if report.failed:
+            self._writer.line(f"\n  FAILED  {report.nodeid}")
+        elif report.when == "call" and report.passed:
+            self._writer.line(f"\n  ok      {report.nodeid}")
+
+
+def pytest_runtest_setup(item: pytest.Item) -> None:
+    if item.get_closest_marker("long") and not os.environ.get("MORQUIL_LONG"):
+        pytest.skip("long")
+
+
+@pytest.fixture(autouse=True)
+def _nothing_is_left_over() -> Iterator[None]:
+    """After every test the library has released every observer."""
+    import gc
+
+    from morquil._host_object import objects_alive
+
+    before = objects_alive()
+    yield
+    gc.collect()
+    assert objects_alive() <= before

@@ -1,0 +1,244 @@
+"""A device: reading, checking, setting."""
+
+import os
+import pathlib
+from typing import Any
+
+import pytest
+from hypothesis import HealthCheck, given, settings
+from hypothesis import strategies as st
+
+import morquil
+from morquil.enumerations import AspectRatio, ConnectFailure, GenReference, VideoMode
+from morquil.testing import SimulatedDevice
+
+
+def test_a_getter_answers_what_the_device_has_reported(connected_device: morquil.Device) -> None:
+    assert connected_device.get("output.video-mode") is VideoMode.MODE_1080I50
+    assert connected_device.get("output.video-mode") == "1080i50"
+    assert connected_device.get("Timecode.Generate-Value") == "10:00:00:00"
+    assert connected_device.get("device.name") == "Morquil Simulator"
+    assert connected_device.get("audio.map.2") == "AudioIn2"
+    assert connected_device.get("input.signal-present") is True
+
+
+def test_features_have_every_method_of_their_interfaces(connected_device: morquil.Device) -> None:
+    amp = connected_device.video_proc_amp
+    assert amp.get_gain() == 0
+    assert amp.get_gain_range() == morquil.Range(-60, 60)
+    assert connected_device.calls.is_conversion_supported(VideoMode.PAL, VideoMode.PAL, AspectRatio.ANAMORPHIC) in (
+        True,
+        False,
+    )
+    assert connected_device.reference.is_gen_ref_available(GenReference.BLACKBURST)
+
+
+def test_what_is_offered_follows_other_settings(connected_device: morquil.Device) -> None:
+    before = connected_device.offered("reference.line-offset")
+    connected_device.set("output.video-mode", "625i50 PAL")
+    assert connected_device.offered("reference.line-offset") != before
+    assert connected_device.offered("timecode.output-line") is not None
+
+
+@pytest.mark.parametrize("row", morquil.properties(), ids=lambda row: row.name)
+def test_every_property_can_be_asked_what_it_is(row: morquil.Property, shared_device: morquil.Device) -> None:
+    offer = shared_device.offered(row.name)
+    if row.is_readable:
+        value = shared_device.values(row.name).get(row.name)
+        assert value is not None or offer is None or not row.is_writable or row.feature == "preset"
+
+
+@pytest.mark.parametrize("row", [row for row in morquil.properties() if row.is_readable and row.is_writable],
+                         ids=lambda row: row.name)
+def test_every_property_accepts_its_own_value(row: morquil.Property, shared_device: morquil.Device) -> None:
+    value = shared_device.values(row.name).get(row.name)
+    offer = shared_device.offered(row.name)
+    if value is None or (isinstance(offer, tuple) and value not in offer):
+        return  # a device need not offer what it has
+    assert shared_device.set(row.name, value).acknowledged == 1
+    assert shared_device.get(row.name) == value
+
+
+@pytest.fixture(scope="module")
+def shared_device() -> Any:
+    with SimulatedDevice() as simulated, morquil.Device.connect(simulated.address) as device:
+        yield device
+
+
+@pytest.mark.parametrize(
+    "name, value",
+    [
+        ("proc-amp.gain", 61),
+        ("proc-amp.gain", 2**40),
+        ("proc-amp.gain", "12"),
+        ("proc-amp.gain", True),
+        ("proc-amp.gain", None),
+        ("output.video-mode", "1080i51"),
+        ("output.video-mode", "xyz"),
+        ("output.video-mode", 5),
+        ("network.name", "two\nlines"),
+        ("network.name", "half \ud800"),
+        ("network.name", "x" * 50),
+        ("network.name", 5),
+        ("aspect.size-x", float("nan")),
+        ("noise-reduction.enabled", 1),
+        ("timecode.generate-value", "25:00:00:00"),
+        ("timecode.start", 1),
+        ("preset.name.99", "x"),
+        ("preset.save", 99),
+    ],
+)
+def test_a_bad_argument_raises_before_anything_is_sent(name: str, value: Any, shared_device: morquil.Device) -> None:
+    def unexpected(*_: Any) -> None:
+        raise AssertionError("a receipt was opened")
+
+    original, shared_device.apply = shared_device.apply, unexpected  # type: ignore[method-assign,assignment]
+    try:
+        with pytest.raises((morquil.InvalidValue, morquil.NoSuchProperty)):
+            shared_device.set(name, value)
+    finally:
+        shared_device.apply = original  # type: ignore[method-assign]
+
+
+def test_an_error_suggests_what_would_be_accepted(shared_device: morquil.Device) -> None:
+    with pytest.raises(morquil.InvalidValue) as outside:
+        shared_device.check("proc-amp.gain", -99)
+    assert outside.value.nearest == (-60,)
+    with pytest.raises(morquil.InvalidValue) as misspelt:
+        shared_device.check("output.video-mode", "1080i51")
+    assert misspelt.value.nearest[0] is VideoMode.MODE_1080I50
+    with pytest.raises(morquil.NotOffered) as not_now:
+        shared_device.check("output.video-mode", "1080p60")
+    assert "1080p50" in not_now.value.nearest
+    with pytest.raises(morquil.NoSuchProperty) as unknown:
+        shared_device.get("proc-amp.gian")
+    assert unknown.value.nearest == "proc-amp.gain"
+    with pytest.raises(morquil.ReadOnly):
+        shared_device.set("device.name", "x")
+    with pytest.raises(morquil.NotKnown):
+        shared_device.get("timecode.start")
+
+
+def test_a_preset_that_the_device_does_not_have_is_refused() -> None:
+    names = [row.name for row in morquil.properties("preset.name")]
+    assert len(names) > 1
+    with SimulatedDevice() as simulated, morquil.Device.connect(simulated.address) as device:
+        simulated.command("set PRESET Preset range 1,1")
+        if names[-1] not in device.values("preset"):
+            with pytest.raises(morquil.NotOffered):
+                device.check(names[-1], "x")
+        device.check(names[0], "x")
+
+
+def test_typed_setters_check_what_they_pass(shared_device: morquil.Device) -> None:
+    for call in (
+        lambda: shared_device.video_proc_amp.set_gain(2**31),
+        lambda: shared_device.output_configuration.set_video_mode("nothing"),  # type: ignore[arg-type]
+        lambda: shared_device.network_config.set_friendly_name("a\0b"),
+        lambda: shared_device.noise_reduction.set_enabled(1),  # type: ignore[arg-type]
+    ):
+        with pytest.raises(morquil.InvalidValue):
+            shared_device.apply(call)
+
+
+def test_a_result_of_the_library_is_an_exception(shared_device: morquil.Device) -> None:
+    with pytest.raises(morquil.Error, match="outside its bounds"):
+        shared_device.preset.recall_preset(99)
+    assert shared_device.get("proc-amp.gain") is not None
+
+
+@settings(deadline=None, max_examples=25, suppress_health_check=[HealthCheck.function_scoped_fixture])
+@given(text=st.text(alphabet=st.characters(blacklist_categories=["Cs", "Cc"]), max_size=12))
+def test_every_text_survives_the_way_to_the_device_and_back(text: str, shared_device: morquil.Device) -> None:
+    wanted = text.strip()
+    shared_device.set("network.name", wanted)
+    assert shared_device.values("network.name").get("network.name", "") == wanted
+
+
+def test_several_properties_are_set_at_once_or_not_at_all(connected_device: morquil.Device) -> None:
+    assert connected_device.update({"proc-amp.gain": 5, "proc-amp.hue": 6}).acknowledged == 1
+    with pytest.raises(morquil.InvalidValue):
+        connected_device.update({"proc-amp.gain": 7, "proc-amp.hue": 999})
+    assert connected_device.values("proc-amp")["proc-amp.gain"] == 5
+
+
+def test_a_command_needs_no_value(connected_device: morquil.Device) -> None:
+    connected_device.set("timecode.start")
+    connected_device.set("preset.save", 1)
+
+
+def test_patterns_select_properties() -> None:
+    assert [row.name for row in morquil.properties("color")] == ["color.red", "color.green", "color.blue",
+                                                                "color.reset-values"]
+    assert len(morquil.properties("preset.name.?")) >= 6
+    assert morquil.properties("COLOR.RED")[0].name == "color.red"
+    with pytest.raises(morquil.NoSuchProperty):
+        morquil.properties("nothing-like-it")
+
+
+def test_settings_are_saved_and_loaded(connected_device: morquil.Device, tmp_path: pathlib.Path) -> None:
+    path = str(tmp_path / "settings.txt")
+    connected_device.set("proc-amp.gain", 21)
+    connected_device.save_settings(path)
+    connected_device.set("proc-amp.gain", 0)
+    connected_device.save_settings(str(tmp_path / "other.txt"))
+    connected_device.load_settings(path)
+    assert connected_device.get("proc-amp.gain") == 21
+    assert sorted(os.listdir(tmp_path)) == ["other.txt", "settings.txt"]
+
+
+def test_a_saved_file_is_replaced_only_by_a_complete_one(connected_device: morquil.Device,
+                                                         tmp_path: pathlib.Path) -> None:
+    path = tmp_path / "settings.txt"
+    path.write_text("old")
+    connected_device.save_settings(str(path))
+    assert path.read_text() != "old"
+    path.write_text("old")
+    connected_device.close()
+    with pytest.raises(morquil.Lost):
+        connected_device.save_settings(str(path))
+    assert path.read_text() == "old"
+
+
+def test_a_file_that_cannot_be_written_or_read_is_an_error(connected_device: morquil.Device,
+                                                           tmp_path: pathlib.Path) -> None:
+    with pytest.raises(morquil.Error, match="cannot be written"):
+        connected_device.save_settings(str(tmp_path / "missing" / "settings.txt"))
+    with pytest.raises(FileNotFoundError):
+        connected_device.load_settings(str(tmp_path / "missing.txt"))
+
+
+def test_an_attempt_fails_with_its_reason() -> None:
+    with pytest.raises(morquil.ConnectError) as nothing_there:
+        morquil.Device.connect("127.250.250.250")
+    assert nothing_there.value.reason is ConnectFailure.NO_RESPONSE
+    with SimulatedDevice("--remote-lock") as locked, pytest.raises(morquil.ConnectError, match="locked") as refused:
+        morquil.Device.connect(locked.address)
+    assert refused.value.reason is ConnectFailure.REMOTE_LOCK
+    with pytest.raises(morquil.InvalidValue):
+        morquil.Device.connect("two\nlines")
+
+
+def test_an_attempt_can_have_a_limit() -> None:
+    with SimulatedDevice("--silent") as silent, pytest.raises(TimeoutError):
+        morquil.Device.connect(silent.address, timeout=0.2)
+
+
+def test_a_device_says_how_it_is(simulated_device: SimulatedDevice) -> None:
+    device = morquil.Device.connect(simulated_device.address)
+    assert device.is_connected and repr(device) == f"<Device {simulated_device.address}, connected>"
+    assert 0 <= device.silence < 20
+    device.close()
+    device.close()
+    assert not device.is_connected and repr(device) == f"<Device {simulated_device.address}, not connected>"
+    for call in (lambda: device.silence, lambda: device.get("proc-amp.gain"), lambda: device.set("proc-amp.gain", 1),
+                 lambda: device.video_proc_amp, device.changes):
+        with pytest.raises(morquil.Lost, match="was closed"):
+            call()
+
+
+def test_a_feature_that_was_kept_does_not_outlive_its_connection(connected_device: morquil.Device) -> None:
+    amp = connected_device.video_proc_amp
+    connected_device.close()
+    with pytest.raises(morquil.Lost):
+        amp.get_gain()

@@ -22,7 +22,7 @@ def test_a_change_is_confirmed(simulated_device: SimulatedDevice) -> None:
     async def body() -> None:
         async with await AsyncDevice.connect(simulated_device.address) as device:
             assert (await device.set("proc-amp.gain", 12)).is_applied
-            assert (await device.update({"color.red": 1, "color.blue": 2})).acknowledged == 1
+            assert (await device.update({"color.red": 1, "color.blue": 2})).is_applied
             assert device.get("proc-amp.gain") == 12 and device.video_proc_amp.get_gain() == 12
             with pytest.raises(morquil.InvalidValue):
                 await device.set("proc-amp.gain", 99)
@@ -71,14 +71,14 @@ def test_a_loss_is_raised_within_a_second(simulated_device: SimulatedDevice) -> 
     async def body() -> None:
         async with await AsyncDevice.connect(simulated_device.address) as device:
             changes = device.changes()
-            lost_at: List[float] = []
-            device.on_end(lambda _: lost_at.append(time.monotonic()))
+            lost_at: "asyncio.Queue[float]" = asyncio.Queue()
+            device.on_end(lambda _: lost_at.put_nowait(time.monotonic()))
             simulated_device.command("drop")
             with pytest.raises(morquil.Lost):
                 async for _ in changes:
                     pass
-            await asyncio.sleep(0)
-            assert time.monotonic() - lost_at[0] < 1
+            raised_at = time.monotonic()
+            assert raised_at - await lost_at.get() < 1
 
     run(body)
 
@@ -145,8 +145,9 @@ def test_settings_are_loaded(simulated_device: SimulatedDevice, tmp_path: Any) -
             await device.set("proc-amp.gain", 21)
             device.save_settings(str(tmp_path / "settings.txt"))
             await device.set("proc-amp.gain", 0)
-            await device.load_settings(str(tmp_path / "settings.txt"))
-            assert device.get("proc-amp.gain") == 21
+            changes = device.changes("proc-amp.gain", timeout=20)
+            assert (await device.load_settings(str(tmp_path / "settings.txt"))).acknowledged > 5
+            assert (await changes.__anext__()).new == 21
 
     run(body)
 

@@ -43,9 +43,11 @@ class ConnectionObserver(HostObject):
 class Receipt:
     """What has been reported of the changes of one call."""
 
-    __slots__ = ("ended", "is_lost", "outcome")
+    __slots__ = ("ended", "is_answer_enough", "is_lost", "outcome")
 
     def __init__(self) -> None:
+        #: Whether it ends when the device has answered, and does not wait for its reports.
+        self.is_answer_enough = False
         self.outcome = Outcome()
         self.is_lost = False
         self.ended: Once[Outcome] = Once()
@@ -66,7 +68,10 @@ class ReceiptObserver(HostObject):
         return self.receipts.setdefault(number, Receipt())
 
     def answered(self, number: int, acknowledged: int, refused: int, kept: int) -> None:
-        self.receipt(number).outcome = Outcome(acknowledged, refused, kept)
+        receipt = self.receipt(number)
+        receipt.outcome = Outcome(acknowledged, refused, kept)
+        if receipt.is_answer_enough:
+            receipt.ended.set(receipt.outcome)
 
     def settled(self, number: int, confirmed: int, adjusted: int) -> None:
         receipt = self.receipt(number)
@@ -124,6 +129,7 @@ class Connection:
 
     def __init__(self, address: str) -> None:
         self.link = Link(address)
+        self._is_closed = False
         self._at_close: List[Callable[[], object]] = []
         self._discovery = library().discovery
         self._observer = ConnectionObserver(self.link)
@@ -144,7 +150,7 @@ class Connection:
 
     def feature(self, kind: Type[F]) -> F:
         """A feature of the device."""
-        if self.link.is_closed:
+        if self.link.ended.is_set:
             raise self.link.loss()
         return kind(self.device.query(kind.contract), self.link)
 
@@ -155,9 +161,10 @@ class Connection:
     def close(self) -> None:
         """Ends the connection. Outside a callback no observer is called any more when this returns.
         Threads: any, also inside a callback."""
-        if self.link.is_closed:
+        if self._is_closed:
             return
-        self.link.is_closed = True
+        self._is_closed = True
+        self.link.is_closed = not self.link.ended.is_set
         self._discovery.disconnect(self.device)
         self.device.call("remove_connection_observer", self._observer.address)
         self.link.ended.set(ConnectFailure.NO_RESPONSE)

@@ -26,17 +26,6 @@ def _converted(convert: Callable[[int], Value], method: Callable[[], int]) -> Ca
     return lambda: convert(method())
 
 
-def judged(receipt_outcome: Outcome, address: str) -> Outcome:
-    """Raises Refused for an outcome that is one."""
-    if receipt_outcome.refused:
-        total = receipt_outcome.acknowledged + receipt_outcome.refused
-        text = f"{address}: the device has refused {receipt_outcome.refused} of {total} messages"
-        raise Refused(text, receipt_outcome)
-    if receipt_outcome.kept:
-        raise Refused(f"{address}: {receipt_outcome.kept} messages are of a kind that is never sent", receipt_outcome)
-    return receipt_outcome
-
-
 class Controls(DeviceFeatures):
     """A connected device. A getter never waits: it answers what the device has last reported."""
 
@@ -150,7 +139,7 @@ class Controls(DeviceFeatures):
         """A receipt for what this thread sets; cancelled unless it ends."""
         connection = self._connection
         observer = connection.receipts
-        number = 0 if connection.link.is_closed else connection.delivery.open_receipt(observer)
+        number = 0 if connection.link.ended.is_set else connection.delivery.open_receipt(observer)
         if number == 0:
             raise connection.link.loss(Outcome())
         receipt = observer.receipt(number)
@@ -169,7 +158,11 @@ class Controls(DeviceFeatures):
         """The outcome of a receipt that has ended, or an exception."""
         if receipt.is_lost:
             raise self._connection.link.loss(receipt.outcome)
-        return judged(receipt.outcome, self.address)
+        outcome = receipt.outcome
+        if outcome.refused:
+            total = outcome.acknowledged + outcome.refused
+            raise Refused(f"{self.address}: the device has refused {outcome.refused} of {total} messages", outcome)
+        return outcome
 
     def _timeout(self, seconds: Optional[float], receipt: Receipt) -> Timeout:
         answered = "accepted the change, but not reported it" if receipt.outcome.acknowledged else "not answered"

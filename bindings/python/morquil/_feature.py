@@ -26,7 +26,7 @@ class Link:
         #: None when the device is connected, else why the attempt has failed.
         self.begun: Once[Optional[ConnectFailure]] = Once()
         self.ended: Once[ConnectFailure] = Once()
-        #: Whether this host has ended it.
+        #: Whether this host has ended it, before anything else did.
         self.is_closed = False
 
     def loss(self, outcome: "Optional[object]" = None) -> Lost:

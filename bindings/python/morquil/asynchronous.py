@@ -6,7 +6,7 @@ from typing import Any, Callable, Mapping, Optional, TypeVar
 
 from ._backoff import Backoff
 from ._changes import Change, Executor, Pending, weak
-from ._connection import Connection
+from ._connection import Connection, Receipt
 from ._controls import Controls
 from ._once import Once
 from ._property import Value
@@ -93,13 +93,20 @@ class AsyncDevice(Controls):
         see `Device.apply`."""
         with self._receipt() as (number, receipt):
             self._queue(number, function)
-            if not await _arrival(receipt.ended, timeout):
-                raise self._timeout(timeout, receipt)
-            return self._judge(receipt)
+            return await self._await(receipt, timeout)
+
+    async def _await(self, receipt: Receipt, timeout: Optional[float]) -> Outcome:
+        if not await _arrival(receipt.ended, timeout):
+            raise self._timeout(timeout, receipt)
+        return self._judge(receipt)
 
     async def load_settings(self, path: str, *, timeout: Optional[float] = 30.0) -> Outcome:
-        """Sends the settings in a file, and waits until the device has confirmed them."""
-        return await self.apply(lambda: load_settings(self.calls, path), timeout=timeout)
+        """Sends the settings in a file, and waits until the device has accepted or refused them; see
+        `Device.load_settings`."""
+        with self._receipt() as (number, receipt):
+            receipt.is_answer_enough = True
+            self._queue(number, lambda: load_settings(self.calls, path))
+            return await self._await(receipt, timeout)
 
     def changes(self, pattern: str = "*", *, timeout: Optional[float] = None) -> "AsyncChangeStream":
         """The changes of the properties that `pattern` means, from now on; see `Device.changes`."""

@@ -3,7 +3,7 @@
 from typing import Callable, Mapping, Optional
 
 from ._changes import ChangeStream, at_once
-from ._connection import Connection, open_connection
+from ._connection import Connection, Receipt, open_connection
 from ._controls import Controls
 from ._host_object import expect_no_callback
 from ._property import Value
@@ -45,13 +45,20 @@ class Device(Controls):
         expect_no_callback("apply")
         with self._receipt() as (number, receipt):
             self._queue(number, function)
-            if not receipt.ended.wait(timeout):
-                raise self._timeout(timeout, receipt)
-            return self._judge(receipt)
+            return self._await(receipt, timeout)
+
+    def _await(self, receipt: Receipt, timeout: Optional[float]) -> Outcome:
+        if not receipt.ended.wait(timeout):
+            raise self._timeout(timeout, receipt)
+        return self._judge(receipt)
 
     def load_settings(self, path: str, *, timeout: Optional[float] = 30.0) -> Outcome:
-        """Sends the settings in a file, and waits until the device has confirmed them."""
-        return self.apply(lambda: load_settings(self.calls, path), timeout=timeout)
+        """Sends the settings in a file, and waits until the device has accepted or refused them. What it accepts it
+        reports a little later. `kept` counts the settings that are never sent."""
+        with self._receipt() as (number, receipt):
+            receipt.is_answer_enough = True
+            self._queue(number, lambda: load_settings(self.calls, path))
+            return self._await(receipt, timeout)
 
     def changes(self, pattern: str = "*", *, timeout: Optional[float] = None) -> ChangeStream:
         """The changes of the properties that `pattern` means, from now on, as an iterator that waits. It ends when the

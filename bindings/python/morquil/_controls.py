@@ -1,7 +1,7 @@
 """What synchronous and asynchronous devices share: everything that does not wait."""
 
 from contextlib import contextmanager
-from typing import Any, Callable, Dict, Iterator, List, Mapping, Optional, Tuple, Type
+from typing import Any, Callable, Dict, Generator, List, Mapping, Optional, Tuple, Type
 
 from ._changes import Change, Executor, Subscription, Tracker
 from ._connection import Connection, F, Receipt
@@ -135,7 +135,7 @@ class Controls(DeviceFeatures):
         return queue
 
     @contextmanager
-    def _receipt(self) -> Iterator[Tuple[int, Receipt]]:
+    def _receipt(self) -> "Generator[Tuple[int, Receipt], None, None]":
         """A receipt for what this thread sets; cancelled unless it ends."""
         connection = self._connection
         observer = connection.receipts

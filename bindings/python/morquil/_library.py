@@ -4,9 +4,9 @@ import atexit
 import os
 import sys
 from contextlib import contextmanager
-from ctypes import CDLL, byref, c_char_p, c_int32, c_uint, c_void_p, string_at
+from ctypes import CDLL, byref, c_char_p, c_uint, c_void_p, string_at
 from threading import Lock
-from typing import Any, Callable, Iterator, List, Optional
+from typing import Any, Callable, Generator, Iterator, List, Optional
 
 from . import _contract
 from ._com import Interface, check
@@ -165,9 +165,9 @@ def take_text(text: c_void_p) -> str:
         library().free(text)
 
 
-def check_text(text: str) -> bytes:
+def check_text(text: object) -> bytes:
     """A text as the interfaces take it."""
-    if not isinstance(text, str):  # pyright: ignore[reportUnnecessaryIsInstance]
+    if not isinstance(text, str):
         raise InvalidValue(f"{text!r} is not a text")
     if not text.isprintable() and any(character in text for character in "\n\r\0"):
         raise InvalidValue("a text has neither line ends nor zero characters in it")
@@ -178,7 +178,7 @@ def check_text(text: str) -> bytes:
 
 
 @contextmanager
-def text_in(text: str) -> Iterator[int]:
+def text_in(text: object) -> "Generator[int, None, None]":
     """A text that is passed to the library; freed afterwards."""
     units = check_text(text)
     allocated = library().allocate(units, len(units) // 2)

@@ -1,9 +1,9 @@
 """The properties of a device by name: what each is, and its values."""
 
-from typing import TYPE_CHECKING, Callable, Dict, List, NamedTuple, Optional, Tuple, Type, Union
+from typing import Callable, Dict, List, NamedTuple, Optional, Tuple, Type, Union
 
 from ._library import check_text
-from ._word import Word, decimal, number_of, whole, yes_or_no
+from ._word import Word, decimal, whole, yes_or_no
 from .errors import InvalidValue, NoSuchProperty
 from ._suggestion import nearest, nearest_first
 
@@ -47,7 +47,7 @@ def format_timecode(packed: int) -> str:
     return ":".join(f"{packed >> shift & 0xFF:02x}" for shift in (24, 16, 8, 0))
 
 
-def parse_timecode(text: str) -> int:
+def parse_timecode(text: object) -> int:
     """The opposite; any of : ; . separates."""
     parts = text.replace(";", ":").replace(".", ":").split(":") if isinstance(text, str) else []
     beyond = (24, 60, 60, 60)
@@ -77,11 +77,11 @@ def from_raw(row: Property) -> "Optional[Callable[[int], Value]]":
 
 
 def _number(row: Property, value: Value) -> Value:
-    return whole(value, row.smallest, row.largest)  # type: ignore[arg-type]
+    return whole(value, row.smallest, row.largest)
 
 
 def _truth(row: Property, value: Value) -> Value:
-    return bool(yes_or_no(value))  # type: ignore[arg-type]
+    return bool(yes_or_no(value))
 
 
 def _word(row: Property, value: Value) -> Value:
@@ -98,7 +98,7 @@ def _word(row: Property, value: Value) -> Value:
 
 
 def _text(row: Property, value: Value) -> Value:
-    check_text(value)  # type: ignore[arg-type]
+    check_text(value)
     length = len(str(value).encode())
     if row.most_bytes and length > row.most_bytes:
         raise InvalidValue(f"the text has {length} bytes, and at most {row.most_bytes} are kept")
@@ -112,11 +112,11 @@ def _nothing(row: Property, value: Value) -> Value:
 _CHECKS: "Dict[str, Callable[[Property, Value], Value]]" = {
     "number": _number,
     "bits": _number,
-    "decimal": lambda row, value: decimal(value),  # type: ignore[arg-type]
+    "decimal": lambda row, value: decimal(value),
     "yes/no": _truth,
     "word": _word,
     "text": _text,
-    "timecode": lambda row, value: parse_timecode(value),  # type: ignore[arg-type]
+    "timecode": lambda row, value: parse_timecode(value),
     "none": _nothing,
 }
 

@@ -1,6 +1,6 @@
 """Values of the interfaces: words, and numbers that fit."""
 
-import math
+import sys
 from enum import Enum
 from typing import Dict, Optional, Type, TypeVar
 
@@ -58,7 +58,7 @@ def number_of(kind: Type[Word], value: str) -> int:
     return found.number
 
 
-def whole(value: int, smallest: int, largest: int) -> int:
+def whole(value: object, smallest: int, largest: int) -> int:
     """A whole number within limits."""
     if not isinstance(value, int) or isinstance(value, bool):
         raise InvalidValue(f"{value!r} is not a whole number")
@@ -68,27 +68,24 @@ def whole(value: int, smallest: int, largest: int) -> int:
     return value
 
 
-def int32(value: int) -> int:
+def int32(value: object) -> int:
     """A number that a method takes as `int`."""
     return whole(value, -0x80000000, 0x7FFFFFFF)
 
 
-def uint32(value: int) -> int:
+def uint32(value: object) -> int:
     """A number that a method takes as `unsigned int`."""
     return whole(value, 0, 0xFFFFFFFF)
 
 
-def decimal(value: float) -> float:
+def decimal(value: object) -> float:
     """A number that a method takes as `double`."""
-    try:
-        if not isinstance(value, (bool, str)) and math.isfinite(value):
-            return float(value)
-    except (TypeError, OverflowError):
-        pass
+    if isinstance(value, (int, float)) and not isinstance(value, bool) and abs(value) <= sys.float_info.max:
+        return float(value)
     raise InvalidValue(f"{value!r} is not a number such as 1.25")
 
 
-def yes_or_no(value: bool) -> int:
+def yes_or_no(value: object) -> int:
     """What a method takes as `long`."""
     if isinstance(value, bool):
         return int(value)

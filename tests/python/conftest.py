@@ -1,6 +1,7 @@
 """What all tests of the Python package share."""
 
 import ctypes
+import gc
 import os
 import sys
 import threading
@@ -26,7 +27,11 @@ def traced(function: Callable[..., Any]) -> Callable[..., Any]:
 def counting(make_type: Callable[..., Any]) -> Callable[..., Any]:
     def make(*types: Any) -> Any:
         kind = make_type(*types)
-        return lambda target: kind(traced(target) if callable(target) else target)
+
+        def function(target: Any) -> Any:
+            return kind(traced(target) if callable(target) else target)
+
+        return function
 
     return make
 
@@ -35,6 +40,10 @@ def counting(make_type: Callable[..., Any]) -> Callable[..., Any]:
 if "coverage" in sys.modules:
     ctypes.CFUNCTYPE = counting(ctypes.CFUNCTYPE)
 
+from morquil import Device  # noqa: E402
+from morquil._host_object import objects_alive  # noqa: E402
+from morquil.simulated_device import SimulatedDevice  # noqa: E402
+
 
 def pytest_addoption(parser: pytest.Parser) -> None:
     parser.addoption("--checks", action="store_true", help='print "ok" or "FAILED" for each test')
@@ -42,6 +51,7 @@ def pytest_addoption(parser: pytest.Parser) -> None:
 
 def pytest_configure(config: pytest.Config) -> None:
     config.addinivalue_line("markers", "long: takes minutes; runs when MORQUIL_LONG is set")
+    config.addinivalue_line("markers", "cost: measures time or memory, and must not run while lines are counted")
     if config.getoption("--checks"):
         config.pluginmanager.register(Checks(config))
 
@@ -64,13 +74,20 @@ def pytest_runtest_setup(item: pytest.Item) -> None:
         pytest.skip("long")
 
 
+@pytest.fixture
+def unanswered_device(simulated_device: SimulatedDevice) -> "Iterator[Device]":
+    """A connection to a simulated device that acknowledges nothing any more."""
+    with Device.connect(simulated_device.address) as device:
+        with device.changes("proc-amp.hue", timeout=20) as changes:
+            simulated_device.command("ack off")
+            simulated_device.command("set VIDEO PROC AMP Hue 5")
+            next(changes)  # so the command before it has been carried out, too
+        yield device
+
+
 @pytest.fixture(autouse=True)
 def _nothing_is_left_over() -> Iterator[None]:
     """After every test the library has released every observer."""
-    import gc
-
-    from morquil._host_object import objects_alive
-
     before = objects_alive()
     yield
     gc.collect()

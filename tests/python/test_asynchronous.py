@@ -94,10 +94,17 @@ def test_closing_ends_the_iteration(simulated_device: SimulatedDevice) -> None:
     run(body)
 
 
+async def stop_acknowledging(simulated_device: SimulatedDevice, device: AsyncDevice) -> None:
+    changes = device.changes("proc-amp.hue", timeout=20)
+    simulated_device.command("ack off")
+    simulated_device.command("set VIDEO PROC AMP Hue 5")
+    await changes.__anext__()
+
+
 def test_a_loss_ends_the_wait_for_a_change(simulated_device: SimulatedDevice) -> None:
     async def body() -> None:
         async with await AsyncDevice.connect(simulated_device.address) as device:
-            simulated_device.command("silent")
+            await stop_acknowledging(simulated_device, device)
             asyncio.get_running_loop().call_later(0.2, simulated_device.command, "drop")
             with pytest.raises(morquil.Lost):
                 await device.set("proc-amp.gain", 1, timeout=50)
@@ -108,7 +115,7 @@ def test_a_loss_ends_the_wait_for_a_change(simulated_device: SimulatedDevice) ->
 def test_a_wait_can_be_cancelled(simulated_device: SimulatedDevice) -> None:
     async def body() -> None:
         async with await AsyncDevice.connect(simulated_device.address) as device:
-            simulated_device.command("silent")
+            await stop_acknowledging(simulated_device, device)
             with pytest.raises(morquil.Timeout):
                 await device.set("proc-amp.gain", 1, timeout=0.1)
             task = asyncio.ensure_future(device.set("proc-amp.gain", 2, timeout=None))

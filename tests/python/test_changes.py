@@ -99,7 +99,11 @@ def test_an_exception_in_a_handler_is_reported_and_goes_no_further(
     connected_device: morquil.Device, monkeypatch: pytest.MonkeyPatch
 ) -> None:
     reported: List[Any] = []
-    monkeypatch.setattr(sys, "unraisablehook", lambda report: reported.append(report.exc_type))
+
+    def report(unraisable: Any) -> None:
+        reported.append(unraisable.exc_type)
+
+    monkeypatch.setattr(sys, "unraisablehook", report)
 
     def fail(_: Change) -> None:
         raise KeyError("mine")

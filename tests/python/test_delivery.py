@@ -45,34 +45,30 @@ def test_the_exception_of_a_function_is_passed_on(connected_device: morquil.Devi
     assert connected_device.set("proc-amp.gain", 1).is_applied
 
 
-def test_a_device_that_does_not_answer_is_a_timeout() -> None:
-    with SimulatedDevice() as simulated, morquil.Device.connect(simulated.address) as device:
-        simulated.command("silent")
-        started = time.monotonic()
-        with pytest.raises(morquil.Timeout, match="not answered within 0.2 s"):
-            device.set("proc-amp.gain", 1, timeout=0.2)
-        assert time.monotonic() - started < 10
+def test_a_device_that_does_not_answer_is_a_timeout(unanswered_device: morquil.Device) -> None:
+    started = time.monotonic()
+    with pytest.raises(morquil.Timeout, match="not answered within 0.2 s"):
+        unanswered_device.set("proc-amp.gain", 1, timeout=0.2)
+    assert time.monotonic() - started < 10
 
 
-def test_a_loss_ends_the_wait(simulated_device: SimulatedDevice) -> None:
-    with morquil.Device.connect(simulated_device.address) as device:
-        simulated_device.command("silent")
-        threading.Timer(0.2, lambda: simulated_device.command("drop")).start()
-        with pytest.raises(morquil.Lost) as lost:
-            device.set("proc-amp.gain", 1, timeout=60)
-        assert lost.value.outcome is not None
-        assert lost.value.outcome.unanswered + lost.value.outcome.unsent == 1
-        with pytest.raises(morquil.Lost):
-            device.set("proc-amp.gain", 2)
+def test_a_loss_ends_the_wait(unanswered_device: morquil.Device, simulated_device: SimulatedDevice) -> None:
+    def change() -> None:
+        unanswered_device.video_proc_amp.set_gain(1)
+        simulated_device.command("drop")
 
-
-def test_closing_ends_the_wait_of_another_thread(simulated_device: SimulatedDevice) -> None:
-    device = morquil.Device.connect(simulated_device.address)
-    simulated_device.command("silent")
-    threading.Timer(0.2, device.close).start()
+    with pytest.raises(morquil.Lost) as lost:
+        unanswered_device.apply(change, timeout=60)
+    assert lost.value.outcome is not None
+    assert lost.value.outcome.unanswered + lost.value.outcome.unsent == 1
     with pytest.raises(morquil.Lost):
-        device.set("proc-amp.gain", 1, timeout=60)
-    device.close()
+        unanswered_device.set("proc-amp.gain", 2)
+
+
+def test_closing_ends_the_wait_of_another_thread(unanswered_device: morquil.Device) -> None:
+    threading.Timer(0.2, unanswered_device.close).start()
+    with pytest.raises(morquil.Lost):
+        unanswered_device.set("proc-amp.gain", 1, timeout=60)
 
 
 def test_receipts_of_several_threads_are_their_own(connected_device: morquil.Device) -> None:

@@ -2,13 +2,15 @@
 
 import os
 import pathlib
-from typing import Any
+from typing import Any, Dict
 
 import pytest
 from hypothesis import HealthCheck, given, settings
 from hypothesis import strategies as st
 
 import morquil
+from morquil import _settings_file
+from morquil._offer import frame_height
 from morquil.enumerations import AspectRatio, ConnectFailure, GenReference, VideoMode
 from morquil.testing import SimulatedDevice
 
@@ -40,17 +42,18 @@ def test_what_is_offered_follows_other_settings(connected_device: morquil.Device
     assert connected_device.offered("timecode.output-line") is not None
 
 
-@pytest.mark.parametrize("row", morquil.properties(), ids=lambda row: row.name)
-def test_every_property_can_be_asked_what_it_is(row: morquil.Property, shared_device: morquil.Device) -> None:
+@pytest.mark.parametrize("name", [row.name for row in morquil.properties()])
+def test_every_property_can_be_asked_what_it_is(name: str, shared_device: morquil.Device) -> None:
+    (row,) = morquil.properties(name)
     offer = shared_device.offered(row.name)
     if row.is_readable:
         value = shared_device.values(row.name).get(row.name)
         assert value is not None or offer is None or not row.is_writable or row.feature == "preset"
 
 
-@pytest.mark.parametrize("row", [row for row in morquil.properties() if row.is_readable and row.is_writable],
-                         ids=lambda row: row.name)
-def test_every_property_accepts_its_own_value(row: morquil.Property, shared_device: morquil.Device) -> None:
+@pytest.mark.parametrize("name", [row.name for row in morquil.properties() if row.access == "read/write"])
+def test_every_property_accepts_its_own_value(name: str, shared_device: morquil.Device) -> None:
+    (row,) = morquil.properties(name)
     value = shared_device.values(row.name).get(row.name)
     offer = shared_device.offered(row.name)
     if value is None or (isinstance(offer, tuple) and value not in offer):
@@ -88,16 +91,15 @@ def shared_device() -> Any:
         ("preset.save", 99),
     ],
 )
-def test_a_bad_argument_raises_before_anything_is_sent(name: str, value: Any, shared_device: morquil.Device) -> None:
+def test_a_bad_argument_raises_before_anything_is_sent(
+    name: str, value: Any, shared_device: morquil.Device, monkeypatch: pytest.MonkeyPatch
+) -> None:
     def unexpected(*_: Any) -> None:
         raise AssertionError("a receipt was opened")
 
-    original, shared_device.apply = shared_device.apply, unexpected  # type: ignore[method-assign,assignment]
-    try:
-        with pytest.raises((morquil.InvalidValue, morquil.NoSuchProperty)):
-            shared_device.set(name, value)
-    finally:
-        shared_device.apply = original  # type: ignore[method-assign]
+    monkeypatch.setattr(shared_device, "apply", unexpected)
+    with pytest.raises((morquil.InvalidValue, morquil.NoSuchProperty)):
+        shared_device.set(name, value)
 
 
 def test_an_error_suggests_what_would_be_accepted(shared_device: morquil.Device) -> None:
@@ -119,15 +121,41 @@ def test_an_error_suggests_what_would_be_accepted(shared_device: morquil.Device)
         shared_device.get("timecode.start")
 
 
-def test_a_preset_that_the_device_does_not_have_is_refused() -> None:
+def test_a_preset_that_the_device_does_not_have_is_refused(shared_device: morquil.Device,
+                                                           monkeypatch: pytest.MonkeyPatch) -> None:
+    class Preset:
+        get_preset_range = staticmethod(lambda: morquil.Range(1, 1))
+
     names = [row.name for row in morquil.properties("preset.name")]
-    assert len(names) > 1
-    with SimulatedDevice() as simulated, morquil.Device.connect(simulated.address) as device:
-        simulated.command("set PRESET Preset range 1,1")
-        if names[-1] not in device.values("preset"):
-            with pytest.raises(morquil.NotOffered):
-                device.check(names[-1], "x")
-        device.check(names[0], "x")
+    monkeypatch.setitem(vars(shared_device), "preset", Preset)
+    with pytest.raises(morquil.NotOffered, match="does not have it"):
+        shared_device.check(names[1], "x")
+    assert names[1] not in shared_device.values("preset")
+
+
+def test_what_is_not_reported_is_not_checked(shared_device: morquil.Device, monkeypatch: pytest.MonkeyPatch) -> None:
+    def unknown(*_: Any) -> None:
+        raise morquil.NotKnown("nothing is known")
+
+    class Feature:
+        get_preset_range = get_gain_range = get_gain = staticmethod(unknown)
+        set_gain = set_preset_name = save_preset = staticmethod(lambda *_: None)
+
+    monkeypatch.setitem(vars(shared_device), "preset", Feature)
+    monkeypatch.setitem(vars(shared_device), "video_proc_amp", Feature)
+    getters: Dict[str, Any] = shared_device._getters
+    monkeypatch.setitem(getters, "proc-amp.gain", unknown)
+    assert shared_device.offered("proc-amp.gain") is None
+    assert shared_device.values("proc-amp.gain") == {}
+    shared_device.check("proc-amp.gain", 5000)
+    shared_device.check("preset.name.2", "x")
+
+
+@pytest.mark.parametrize("mode, height", [("525i59.94 NTSC", 486), ("625i50 PAL", 576), ("720p50", 720),
+                                          ("1080i50", 1080), ("2K DCI 24p", 1080), ("2160p25", 2160)])
+def test_ranges_of_lines_are_requested_by_frame_height(mode: str, height: int) -> None:
+    member = VideoMode.named(mode)
+    assert member is not None and frame_height(member) == height
 
 
 def test_typed_setters_check_what_they_pass(shared_device: morquil.Device) -> None:
@@ -201,10 +229,17 @@ def test_a_saved_file_is_replaced_only_by_a_complete_one(connected_device: morqu
     assert path.read_text() == "old"
 
 
-def test_a_file_that_cannot_be_written_or_read_is_an_error(connected_device: morquil.Device,
-                                                           tmp_path: pathlib.Path) -> None:
+def test_a_file_that_cannot_be_written_or_read_is_an_error(
+    connected_device: morquil.Device, tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
     with pytest.raises(morquil.Error, match="cannot be written"):
         connected_device.save_settings(str(tmp_path / "missing" / "settings.txt"))
+    read_only = tmp_path / "read_only.txt"
+    read_only.write_text("old")
+    monkeypatch.setattr(_settings_file, "SAVED", 7)  # no result says that it was saved
+    with pytest.raises(morquil.Error, match="cannot be written"):
+        connected_device.save_settings(str(read_only))
+    assert read_only.read_text() == "old" and os.listdir(tmp_path) == ["read_only.txt"]
     with pytest.raises(FileNotFoundError):
         connected_device.load_settings(str(tmp_path / "missing.txt"))
 

@@ -6,7 +6,7 @@ import subprocess
 import sys
 import threading
 from ctypes import byref, c_void_p
-from typing import Any
+from typing import Any, List
 
 import pytest
 
@@ -51,6 +51,7 @@ def connect_and_use(address: str) -> None:
         device.get("device.name")
 
 
+@pytest.mark.cost
 def test_connections_leave_nothing(simulated_device: SimulatedDevice) -> None:
     for _ in range(20):
         connect_and_use(simulated_device.address)
@@ -80,10 +81,11 @@ class CountingObserver(HostObject):
             self.done.set()
 
 
+@pytest.mark.cost
 def test_events_leave_nothing() -> None:
     with SimulatedDevice("--flood") as simulated, morquil.Device.connect(simulated.address) as device:
         delivery = device._connection.delivery
-        sizes = []
+        sizes: List[int] = []
         for wanted in (10_000, 1_000_000 if IS_LONG else 20_000):
             observer = CountingObserver(wanted)
             delivery.call("add_report_observer", observer.address)

@@ -1,0 +1,77 @@
+"""The programs on the pages: each is run, and the quick start is followed to the letter."""
+
+import os
+import pathlib
+import re
+import subprocess
+import sys
+from typing import List, Tuple
+
+import pytest
+
+from morquil.testing import SimulatedDevice
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+PAGES = ["docs/guides/python.md", "bindings/python/README.md"]
+BLOCK = re.compile(r"(?:^<!-- (?P<note>[^\n]*) -->\n)?^```(?P<language>\w*)\n(?P<text>.*?)^```$", re.M | re.S)
+
+
+def blocks(page: str) -> List[Tuple[str, str, str]]:
+    """(note, language, text)"""
+    text = (ROOT / page).read_text(encoding="utf-8")
+    return [(match["note"] or "", match["language"], match["text"]) for match in BLOCK.finditer(text)]
+
+
+PROGRAMS = [text for page in PAGES for note, language, text in blocks(page) if language == "python" and not note]
+
+
+@pytest.mark.parametrize("program", PROGRAMS, ids=range(len(PROGRAMS)))
+def test_a_program_of_the_guide_runs(program: str, simulated_device: SimulatedDevice) -> None:
+    text = f"address = {simulated_device.address!r}\n{program}"
+    result = subprocess.run([sys.executable, "-X", "dev", "-W", "error", "-c", text], capture_output=True, text=True,
+                            timeout=120)
+    assert (result.returncode, result.stderr) == (0, "")
+
+
+def test_the_tests_of_the_guide_pass(tmp_path: pathlib.Path) -> None:
+    for note, _, text in blocks("docs/guides/python.md"):
+        if note.startswith("file: "):
+            (tmp_path / note[6:]).write_text(text, encoding="utf-8")
+    result = subprocess.run([sys.executable, "-m", "pytest", "-q", "-p", "no:cacheprovider", str(tmp_path)],
+                            capture_output=True, text=True, timeout=120)
+    assert result.returncode == 0 and "1 passed" in result.stdout, result.stdout
+
+
+def test_the_quick_start_prints_what_it_shows(tmp_path: pathlib.Path) -> None:
+    """As installed, less the installation: morquil-sim and python3 are found on the path."""
+    python, simulator = tmp_path / "bin" / "python3", tmp_path / "bin" / "morquil-sim"
+    python.parent.mkdir()
+    python.symlink_to(sys.executable)
+    simulator.symlink_to(os.environ["MORQUIL_SIM"])
+    environment = {**os.environ, "PATH": f"{python.parent}{os.pathsep}{os.environ['PATH']}"}
+    shown: List[str] = []
+    printed: List[str] = []
+    running: "List[subprocess.Popen[str]]" = []
+    try:
+        for note, language, text in blocks("bindings/python/README.md"):
+            if note.startswith("by hand"):
+                continue
+            if note.startswith("file: "):
+                (tmp_path / note[6:]).write_text(text, encoding="utf-8")
+            elif note.startswith("in the background"):
+                process = subprocess.Popen(text.split(), stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
+                                           env=environment)
+                running.append(process)
+                assert process.stdout
+                printed.append(process.stdout.readline())
+            elif language == "sh":
+                result = subprocess.run(text, shell=True, cwd=tmp_path, env=environment, capture_output=True, text=True,
+                                        timeout=120)
+                assert (result.returncode, result.stderr) == (0, "")
+                printed.append(result.stdout)
+            elif not language:
+                shown.append(text)
+    finally:
+        for process in running:
+            process.communicate("quit\n", timeout=20)
+    assert printed == shown and len(shown) == 3

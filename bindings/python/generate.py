@@ -10,6 +10,7 @@ import json
 import pathlib
 import re
 import sys
+import uuid
 
 sys.dont_write_bytecode = True  # the sources may be read-only
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
@@ -77,14 +78,19 @@ def write_enumerations(enumerations, words, numbers):
             yield f'    {enumerator(own)} = "{word}", {number}'
 
 
+def in_memory(identifier):
+    """The bytes of an identifier, as hexadecimal digits."""
+    return uuid.UUID(identifier).bytes_le.hex()
+
+
 def write_contract(interfaces, identifiers):
     yield HEADER.format("The interfaces: their identifiers and their methods, in the order of the slots.")
     yield "from ._com import Contract\n"
-    yield f'DISCOVERY_CLASS = bytes.fromhex("{identifiers["CMorquilDiscovery"].hex()}")\n'
+    yield f'DISCOVERY_CLASS = bytes.fromhex("{in_memory(identifiers["CMorquilDiscovery"])}")\n'
     for name, methods in interfaces.items():
         yield f"{interface_name(name)} = Contract("
         yield f'    "{name}",'
-        yield f'    bytes.fromhex("{identifiers[name].hex()}"),'
+        yield f'    bytes.fromhex("{in_memory(identifiers[name])}"),'
         rows = "".join(f'\n        ("{snake(method)}", "{signature(parameters)}"),' for method, parameters in methods)
         yield f"    ({rows}{chr(10) + '    ' if rows else ''}),"
         yield ")"

@@ -32,7 +32,7 @@ check() {
 extract_snippets() {
     rm -rf "$work/snippets"
     mkdir -p "$work/snippets"
-    "$python" - "$work/snippets" docs/guides/python.md bindings/python/README.md <<'END'
+    "$python" - "$work/snippets" docs/guides/python.md docs/getting-started/python.md <<'END'
 import pathlib
 import re
 import sys
@@ -40,7 +40,7 @@ import sys
 folder, *pages = map(pathlib.Path, sys.argv[1:])
 for page in pages:
     for number, text in enumerate(re.findall(r"^```python\n(.*?)^```$", page.read_text(), re.M | re.S)):
-        (folder / f"{page.stem}_{number}.py").write_text('address = "127.0.0.1"\n' + text)
+        (folder / f"{page.parent.name}_{number}.py".replace("-", "_")).write_text('address = "127.0.0.1"\n' + text)
 END
 }
 

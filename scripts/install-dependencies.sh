@@ -28,7 +28,7 @@ proofreading="hunspell hunspell-en-gb"
 clang="clang libclang-rt-14-dev"
 formatting="clang-format"
 linting="clang-tidy"
-packaging="dpkg-dev debhelper lintian pkg-config"
+packaging="dpkg-dev debhelper dh-python lintian pkg-config python3-setuptools python3-wheel"
 benchmarking="libbenchmark-dev libhttp-parser-dev libmpdclient-dev libhiredis-dev libfmt-dev"
 counting="gcovr"
 

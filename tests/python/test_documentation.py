@@ -12,7 +12,8 @@ import pytest
 from morquil.testing import SimulatedDevice
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-PAGES = ["docs/guides/python.md", "bindings/python/README.md"]
+GUIDE = "docs/guides/python.md"
+QUICK_START = "docs/getting-started/python.md"
 BLOCK = re.compile(r"(?:^<!-- (?P<note>[^\n]*) -->\n)?^```(?P<language>\w*)\n(?P<text>.*?)^```$", re.M | re.S)
 
 
@@ -22,7 +23,7 @@ def blocks(page: str) -> List[Tuple[str, str, str]]:
     return [(match["note"] or "", match["language"], match["text"]) for match in BLOCK.finditer(text)]
 
 
-PROGRAMS = [text for page in PAGES for note, language, text in blocks(page) if language == "python" and not note]
+PROGRAMS = [text for note, language, text in blocks(GUIDE) if language == "python" and not note]
 
 
 @pytest.mark.parametrize("program", PROGRAMS, ids=range(len(PROGRAMS)))
@@ -34,7 +35,7 @@ def test_a_program_of_the_guide_runs(program: str, simulated_device: SimulatedDe
 
 
 def test_the_tests_of_the_guide_pass(tmp_path: pathlib.Path) -> None:
-    for note, _, text in blocks("docs/guides/python.md"):
+    for note, _, text in blocks(GUIDE):
         if note.startswith("file: "):
             (tmp_path / note[6:]).write_text(text, encoding="utf-8")
     result = subprocess.run([sys.executable, "-m", "pytest", "-q", "-p", "no:cacheprovider", str(tmp_path)],
@@ -53,7 +54,7 @@ def test_the_quick_start_prints_what_it_shows(tmp_path: pathlib.Path) -> None:
     printed: List[str] = []
     running: "List[subprocess.Popen[str]]" = []
     try:
-        for note, language, text in blocks("bindings/python/README.md"):
+        for note, language, text in blocks(QUICK_START):
             if note.startswith("by hand"):
                 continue
             if note.startswith("file: "):

@@ -60,13 +60,16 @@ class Checks:
     """Prints the result of each test as scripts/count-tests.py counts it."""
 
     def __init__(self, config: pytest.Config) -> None:
-        self._writer = config.get_terminal_writer()
+        self._config = config
+
+    def _say(self, result: str, report: pytest.TestReport) -> None:
+        self._config.get_terminal_writer().line(f"\n  {result}{report.nodeid}")
 
     def pytest_runtest_logreport(self, report: pytest.TestReport) -> None:
         if report.failed:
-            self._writer.line(f"\n  FAILED  {report.nodeid}")
+            self._say("FAILED  ", report)
         elif report.when == "call" and report.passed:
-            self._writer.line(f"\n  ok      {report.nodeid}")
+            self._say("ok      ", report)
 
 
 def pytest_runtest_setup(item: pytest.Item) -> None:

@@ -3,7 +3,8 @@
 #   ./test.sh [--long]
 # --long also runs the tools' tests with sanitizers, lives 20,000 simulated lives instead of 1,000, connects 20,000 times
 # (2,000 times under Wine), makes the packages, installs them elsewhere and builds the examples against them, follows the
-# quick start, and lets the Python package connect, restart and recover for long. What single presets do: cmake --list-presets=all
+# quick start, and lets the Python package connect, restart and recover for long. What single presets do:
+# cmake --list-presets=all
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/flavours.sh

@@ -52,6 +52,8 @@ def pytest_addoption(parser: pytest.Parser) -> None:
 def pytest_configure(config: pytest.Config) -> None:
     config.addinivalue_line("markers", "long: takes minutes; runs when MORQUIL_LONG is set")
     config.addinivalue_line("markers", "cost: measures time or memory, and must not run while lines are counted")
+    for kind in ("PytestUnhandledThreadExceptionWarning", "PytestUnraisableExceptionWarning"):
+        config.addinivalue_line("filterwarnings", f"error::pytest.{kind}")
     if config.getoption("--checks"):
         config.pluginmanager.register(Checks(config))
 

@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import threading
 from typing import Any, Dict
 
 import pytest
@@ -271,6 +272,23 @@ def test_a_device_says_how_it_is(simulated_device: SimulatedDevice) -> None:
                  lambda: device.video_proc_amp, device.changes):
         with pytest.raises(morquil.Lost, match="was closed"):
             call()
+
+
+def test_threads_may_close_a_device_at_once(simulated_device: SimulatedDevice) -> None:
+    for _ in range(20):
+        device = morquil.Device.connect(simulated_device.address)
+        start = threading.Barrier(4)
+
+        def close(device: morquil.Device = device, start: threading.Barrier = start) -> None:
+            start.wait(20)
+            device.close()
+
+        threads = [threading.Thread(target=close) for _ in range(4)]
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+        assert not device.is_connected
 
 
 def test_a_feature_that_was_kept_does_not_outlive_its_connection(connected_device: morquil.Device) -> None:

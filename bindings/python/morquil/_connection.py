@@ -1,5 +1,6 @@
 """One connection to one device."""
 
+from _thread import allocate_lock
 from ctypes import byref, c_uint32, c_uint64
 from typing import Callable, Dict, List, Optional, Type, TypeVar
 from weakref import WeakSet
@@ -129,7 +130,8 @@ class Connection:
 
     def __init__(self, address: str) -> None:
         self.link = Link(address)
-        self._is_closed = False
+        # Held by the one who closes.
+        self._closing = allocate_lock()
         self._at_close: List[Callable[[], object]] = []
         self._discovery = library().discovery
         self._observer = ConnectionObserver(self.link)
@@ -145,7 +147,7 @@ class Connection:
         _register(self)
 
     def __del__(self) -> None:
-        if hasattr(self, "delivery"):
+        if hasattr(self, "device"):
             self.close()
 
     def feature(self, kind: Type[F]) -> F:
@@ -161,9 +163,8 @@ class Connection:
     def close(self) -> None:
         """Ends the connection. Outside a callback no observer is called any more when this returns.
         Threads: any, also inside a callback."""
-        if self._is_closed:
+        if not self._closing.acquire(False):
             return
-        self._is_closed = True
         self.link.is_closed = not self.link.ended.is_set
         self._discovery.disconnect(self.device)
         self.device.call("remove_connection_observer", self._observer.address)

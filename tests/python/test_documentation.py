@@ -9,6 +9,7 @@ from typing import List, Tuple
 
 import pytest
 
+from morquil.simulated_device import unused_address
 from morquil.testing import SimulatedDevice
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
@@ -44,7 +45,9 @@ def test_the_tests_of_the_guide_pass(tmp_path: pathlib.Path) -> None:
 
 
 def test_the_quick_start_prints_what_it_shows(tmp_path: pathlib.Path) -> None:
-    """As installed, less the installation: morquil-sim and python3 are found on the path."""
+    """As installed, less the installation: morquil-sim and python3 are found on the path. The device has an address that
+    no other test uses."""
+    address = unused_address()
     python, simulator = tmp_path / "bin" / "python3", tmp_path / "bin" / "morquil-sim"
     python.parent.mkdir()
     python.symlink_to(sys.executable)
@@ -54,13 +57,15 @@ def test_the_quick_start_prints_what_it_shows(tmp_path: pathlib.Path) -> None:
     printed: List[str] = []
     running: "List[subprocess.Popen[str]]" = []
     try:
-        for note, language, text in blocks(QUICK_START):
+        for note, language, shown_text in blocks(QUICK_START):
+            text = shown_text.replace("127.0.0.1", address)
             if note.startswith("by hand"):
                 continue
             if note.startswith("file: "):
                 (tmp_path / note[6:]).write_text(text, encoding="utf-8")
             elif note.startswith("in the background"):
-                process = subprocess.Popen(text.split(), stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
+                pipe = subprocess.PIPE
+                process = subprocess.Popen([*text.split(), "--address", address], stdin=pipe, stdout=pipe, text=True,
                                            env=environment)
                 running.append(process)
                 assert process.stdout

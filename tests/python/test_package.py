@@ -85,5 +85,3 @@ def test_a_library_that_is_missing_says_what_to_do() -> None:
     program = "import os; os.environ['MORQUIL_LIBRARY'] = '/nowhere.so'; import morquil; morquil.silence_library()"
     result = run(program)
     assert result.returncode == 1 and "LibraryNotFound" in result.stderr and "MORQUIL_LIBRARY" in result.stderr
-
-

@@ -2,8 +2,9 @@
 # Installs what is missing, builds every preset and runs all tests; ends with the line "N passed, N failed".
 #   ./test.sh [--long]
 # --long also runs the tools' tests with sanitizers, lives 20,000 simulated lives instead of 1,000, connects 20,000 times
-# (2,000 times under Wine), makes the packages, installs them elsewhere and builds the examples against them, and follows
-# the quick start. What single presets do: cmake --list-presets=all
+# (2,000 times under Wine), makes the packages, installs them elsewhere and builds the examples against them, follows the
+# quick start, and lets the Python package connect, restart and recover for long. What single presets do:
+# cmake --list-presets=all
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/flavours.sh
@@ -71,6 +72,7 @@ if [ -n "$long" ]; then
     check debian-packages scripts/check-packages.sh debian
     check windows-packages scripts/check-packages.sh windows
     check quick-start scripts/check-quick-start.py clone .
+    check python scripts/check-python.sh build/native --long
 fi
 
 scripts/count-tests.py --more "$checks_passed" "$checks_failed" "${runs[@]}"

@@ -24,6 +24,13 @@ target_link_libraries(morquil-bench-echo PRIVATE MorquilBenchConnection MorquilP
 morquil_benchmark(receipts receipts.cpp)
 target_link_libraries(morquil-bench-receipts PRIVATE MorquilBenchConnection)
 
+if(NOT WIN32)
+    # For python_layer.py.
+    morquil_benchmark(apply apply.cpp)
+    target_link_libraries(morquil-bench-apply PRIVATE MorquilCpp)
+    set_target_properties(morquil-bench-apply PROPERTIES CXX_STANDARD 17)
+endif()
+
 morquil_benchmark(echo-output echo_output.cpp)
 target_link_libraries(morquil-bench-echo-output PRIVATE MorquilBenchConnection)
 

@@ -43,6 +43,8 @@ def device(run, options):
 
 def command(run, options, result):
     folder, suffix, starter = (options.native, "", []) if run["system"] == "native" else (options.wine, ".exe", ["wine"])
+    if "script" in run:
+        return pin(run) + [sys.executable, str(HERE / run["script"]), str(folder), f"--benchmark_out={result}"]
     program = folder / "bench" / f"morquil-bench-{run['program']}{suffix}"
     return pin(run) + starter + [str(program), f"--benchmark_out={result}"] + ARGUMENTS + run.get("arguments", [])
 

@@ -28,7 +28,7 @@ holds_no_path_of_the_build() { ! grep -rl -e "$PWD" "$1"; }
 
 # ---- Debian --------------------------------------------------------------------------------------------------------
 
-readonly package_names="libmorquilapi1 libmorquilapi-dev morquilapi-tools morquilapi-doc"
+readonly package_names="libmorquilapi1 libmorquilapi-dev morquilapi-tools morquilapi-doc python3-morquil"
 package_files() { printf "$PWD/build/packages/%s_*.deb " $package_names; }
 
 # in_own_root COMMAND...: runs in an overlay of this machine's root; changes are discarded, except those in build/.
@@ -93,6 +93,12 @@ every_package_has_the_changelog() {
     done
 }
 
+# Nothing answers there: that is the library's own word.
+finds_the_library() { "$@" /usr/bin/python3 -m morquil 127.250.250.250 2>&1 | grep "no answer from a device"; }
+
+# Python imports from a wheel as it is.
+wheel_works() { finds_the_library env PYTHONPATH="$(echo "$PWD"/build/packages/morquil-*.whl)"; }
+
 completes() {
     test -s /usr/share/bash-completion/completions/morquilctl && test -s /usr/share/zsh/vendor-completions/_morquilctl &&
         test "$(fish --command 'complete -C "morquilctl stat"' | cut -f1)" = status
@@ -108,6 +114,8 @@ check_installed() {
     expect "Debian: site, changelog and manual pages" debian-documents documented \
         /usr/share/doc/morquilapi-doc /usr/share/doc/morquilapi-doc/CHANGELOG.md.gz /usr/share/man/man1
     expect "Debian: every package has the changelog" debian-changelog every_package_has_the_changelog
+    expect "Debian: the Python package finds the library" debian-python finds_the_library env
+    expect "Python: the wheel finds the library" wheel wheel_works
     expect "Debian: shells complete morquilctl" debian-completion completes
     expect "Debian: find_package" debian-find-package build_with_cmake "$examples" "$work/find_package"
     for example in host raw_host c_host device_test; do

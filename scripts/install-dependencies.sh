@@ -22,12 +22,13 @@ tools="libasio-dev libcli11-dev nlohmann-json3-dev"
 windows="g++-mingw-w64-x86-64-posix wine wine64"
 testing="libgtest-dev libgmock-dev googletest"
 shells="zsh fish"
+python="python3-pytest python3-hypothesis python3-coverage mypy"
 documenting="doxygen graphviz python3-sphinx python3-myst-parser furo python3-breathe"
 proofreading="hunspell hunspell-en-gb"
 clang="clang libclang-rt-14-dev"
 formatting="clang-format"
 linting="clang-tidy"
-packaging="dpkg-dev debhelper lintian pkg-config"
+packaging="dpkg-dev debhelper dh-python lintian pkg-config python3-setuptools python3-wheel"
 benchmarking="libbenchmark-dev libhttp-parser-dev libmpdclient-dev libhiredis-dev libfmt-dev"
 counting="gcovr"
 
@@ -36,7 +37,7 @@ packages_for() {
     case "$1" in
         build) echo "$compiling $tools" ;;
         demo) echo "$compiling $tools $windows" ;;
-        test) echo "$compiling $tools $windows $testing $shells $documenting $proofreading $clang $formatting" ;;
+        test) echo "$compiling $tools $windows $testing $shells $python $documenting $proofreading $clang $formatting" ;;
         fuzz) echo "$compiling $clang" ;;
         bench) echo "$compiling $tools $windows $benchmarking" ;;
         coverage) echo "$compiling $tools $testing $counting" ;;

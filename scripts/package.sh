@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Makes the release packages, in build/packages: Debian packages and a Windows zip.
-#   scripts/package.sh            both
-#   scripts/package.sh debian     libmorquilapi1, libmorquilapi-dev, morquilapi-tools, morquilapi-doc
+# Makes the release packages, in build/packages: Debian packages, Python packages and a Windows zip.
+#   scripts/package.sh            all of them
+#   scripts/package.sh debian     libmorquilapi1, libmorquilapi-dev, morquilapi-tools, morquilapi-doc, python3-morquil
+#   scripts/package.sh python     a wheel and a source distribution for Python
 #   scripts/package.sh windows    MorquilAPI-VERSION-windows-x64.zip
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -52,16 +53,32 @@ package_windows() {
     rm -r "$tree"
 }
 
+# Without the network: what it needs is installed.
+package_python() {
+    local tree=build/python
+    build native -- --target MorquilPython
+    rm -rf "$tree" "$packages"/morquil-*
+    mkdir -p "$packages"
+    cp -r build/native/bindings/python/package "$tree"
+    rm -rf "$tree/morquil/__pycache__"
+    run_logged build/logs/package-python.log env --chdir="$tree" /usr/bin/python3 -c "
+from setuptools import build_meta
+build_meta.build_sdist('$packages')
+build_meta.build_wheel('$packages')"
+}
+
 scripts/install-dependencies.sh package
-case "${1:-both}" in
+case "${1:-all}" in
     debian) package_debian ;;
     windows) package_windows ;;
-    both)
+    python) package_python ;;
+    all)
         package_debian
+        package_python
         package_windows
         ;;
     *)
-        echo "usage: scripts/package.sh [debian|windows]" >&2
+        echo "usage: scripts/package.sh [debian|python|windows]" >&2
         exit 2
         ;;
 esac

@@ -23,7 +23,7 @@ constexpr void ForEachUnreportedKey(Visit visit) {
             const bool isWriteOnly = row.Names().empty();
             row.ForEachKey([&](const auto& key) {
                 if constexpr (requires { key.name; }) {
-                    if (isWriteOnly || key.facts.use == KeyUse::Command) {
+                    if (isWriteOnly || key.facts.use != KeyUse::Setting) {
                         visit(UnreportedKey{factsOf<Description>.slot - 1, key.name});
                     }
                 }

@@ -137,6 +137,17 @@ TEST_F(Receipt, OfACommandIsSettledByTheAnswer) {
     EXPECT_EQ(observer->Notifications(), (Texts{"1: answered 2 0 0", "1: settled 2 0"}));
 }
 
+TEST_F(Receipt, OfWhatOnlyTheDeviceDetectsIsSettledByTheAnswer) {
+    ConnectToDeviceThatAnswers("ACK\n\n");
+    const TemporaryFolder folder;
+    const OwnedBstr path(BstrFromUtf8(folder.Make("settings", "GENLOCK:\nSignal locked: true\n\n")));
+    const UINT64 receipt = Open(observer);
+    EXPECT_EQ(rig.device->LoadSettingsFile(path.Get()), S_FALSE);
+    Mark(receipt);
+    ASSERT_TRUE(rig.link.AwaitIdle());
+    EXPECT_EQ(observer->Notifications(), (Texts{"1: answered 1 0 0", "1: settled 1 0"}));
+}
+
 TEST_F(Receipt, ComparesNumbersAsTheyAreWritten) {
     Connect();
     const UINT64 receipt = Open(observer);

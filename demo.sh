@@ -62,30 +62,22 @@ turn_gain_knob() {
 
 # ---- Running the host ----------------------------------------------------------------------------------------------
 
-# run_host LOG GAIN COMMAND...: runs the host, shows its own lines, and turns the knob when the host waits for that.
+# run_host LOG GAIN COMMAND...: runs the host, shows its output, and turns the knob when the host waits for that.
 run_host() {
     local log=$1 gain=$2 line
     shift 2
-    exec {host_says}< <(exec timeout 200 "$@" 2>&1)
+    exec {host_says}< <(exec timeout 200 "$@" 2>"$log")
     host_pid=$!
-    : >"$log"
     while IFS= read -r line || [ -n "$line" ]; do
         line=${line%$'\r'}
-        printf '%s\n' "$line" >>"$log"
-        case $line in
-            "host: waiting for someone to turn"*)
-                echo "    ${line#host: }"
-                turn_gain_knob "$gain"
-                ;;
-            "host: "*) echo "    ${line#host: }" ;;
-        esac
+        echo "    $line"
+        case $line in "waiting for someone to turn"*) turn_gain_knob "$gain" ;; esac
     done <&"$host_says"
     exec {host_says}<&-
     local status=0
     wait "$host_pid" || status=$?
     host_pid=""
-    echo "    (everything that the library printed, including the device's text: $log)"
-    [ "$status" -eq 0 ] || die "the host failed with exit status $status"
+    [ "$status" -eq 0 ] || die "the host failed with exit status $status; what it wrote to standard error: $log"
 }
 
 # ---- Wine ----------------------------------------------------------------------------------------------------------

@@ -4,8 +4,8 @@
     scripts/run-example.py README SIMULATOR PROGRAM...
 
 SIMULATOR and PROGRAM... are commands; the program gets the arguments of the README's command. Lines of the README's
-console blocks must appear in their order, and "Type `...` where morquil-sim runs" is typed there once all lines before
-it have appeared. Exit status 0: everything appeared.
+console blocks must appear in their order, and nothing else, unless the README's command picks lines with a filter. "Type
+`...` where morquil-sim runs" is typed there once all lines before it have appeared. Exit status 0: everything appeared.
 """
 import os
 import random
@@ -20,20 +20,22 @@ README_ADDRESS = "127.0.0.1"
 
 
 def steps_of(readme):
-    """The arguments of the command, and the steps in order: ("expect", line) and ("type", command)."""
-    arguments, steps, in_console = None, [], False
+    """The arguments of the command, whether its output is filtered, and the steps in order: ("expect", line) and
+    ("type", command)."""
+    arguments, is_filtered, steps, in_console = None, False, [], False
     for line in readme.splitlines():
         if line.startswith("```"):
             in_console = line == "```console"
         elif in_console and re.match(r"[$>] ", line):
-            arguments = shlex.split(line[2:].split("|")[0], posix=False)[1:]
+            command, is_filtered, _ = line[2:].partition("|")
+            arguments = shlex.split(command, posix=False)[1:]
         elif in_console:
             steps.append(("expect", line))
         elif typed := re.match(r"Type `(.+)` where morquil-sim runs", line):
             steps.append(("type", typed[1]))
     if arguments is None or not steps:
         sys.exit("the README holds no console block with a command and its output")
-    return arguments, steps
+    return arguments, bool(is_filtered), steps
 
 
 def start_simulator(command):
@@ -54,7 +56,7 @@ def normalised(line):
     return re.sub(r"\(\d+ ms\)", "(N ms)", line.rstrip("\r\n"))
 
 
-def run(steps, program, simulator):
+def run(steps, is_filtered, program, simulator):
     """Goes through the steps; returns the problem, or None."""
     remaining = list(steps)
     seen = []
@@ -64,7 +66,7 @@ def run(steps, program, simulator):
             simulator.stdin.write(remaining.pop(0)[1] + "\n")
             simulator.stdin.flush()
 
-    prefixes = tuple({re.match(r"\S+", line)[0] for kind, line in steps if kind == "expect"})
+    prefixes = tuple({re.match(r"\S+", line)[0] for kind, line in steps if kind == "expect"}) if is_filtered else ("",)
     for raw in program.stdout:
         line = normalised(raw.decode("utf-8", "replace"))
         if not line.startswith(prefixes):
@@ -73,7 +75,7 @@ def run(steps, program, simulator):
         if remaining and line == normalised(remaining[0][1]):
             remaining.pop(0)
             type_pending_commands()
-        elif line.startswith("host:"):
+        elif not is_filtered or line.startswith("host:"):
             return f"not in the README at this place: {line}"
     if program.wait() != 0:
         return f"exit status {program.returncode}, after: {seen[-1:]}"
@@ -83,7 +85,7 @@ def run(steps, program, simulator):
 def main():
     readme, simulator_command, *program_command = sys.argv[1:]
     with open(readme, encoding="utf-8") as file:
-        arguments, steps = steps_of(file.read())
+        arguments, is_filtered, steps = steps_of(file.read())
     simulator, address = start_simulator(simulator_command)
     try:
         arguments = [argument.replace(README_ADDRESS, address) for argument in arguments]
@@ -91,7 +93,7 @@ def main():
         program = subprocess.Popen([*program_command, *arguments], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
         watchdog = threading.Timer(LONGEST_SECONDS, program.kill)
         watchdog.start()
-        problem = run(steps, program, simulator)
+        problem = run(steps, is_filtered, program, simulator)
         watchdog.cancel()
         program.kill()
         program.wait()

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Makes the part of the C++ layer that follows from the interfaces: enumerations, their words, and one class per
-interface with one function per method.
+"""Makes the part of the C++ layer that follows from the interfaces: identifiers, enumerations, their words, and one class
+per interface with one function per method.
 
-    generate.py MorquilAPI.idl interfaces.hpp VOCABULARY.h...
+    generate.py interfaces.hpp MorquilAPI.idl MorquilDelivery.idl VOCABULARY.h...
 
-The interfaces come from the IDL, the words of the enumerations from the tables that the library itself reads and
+The interfaces come from the IDLs, the words of the enumerations from the tables that the library itself reads and
 writes them with, so neither is stated a second time.
 """
 
@@ -13,12 +13,13 @@ import sys
 
 NUMBERS = {"int": "int", "unsigned int": "unsigned int", "double": "double", "long": "bool"}  # every long is a yes or no
 
-# Two limits, not a choice.
-NO_ENUMERATIONS = {"_MorquilAPIAudioMaxChannels"}
+# Two limits, not a choice; and what the layer chooses itself.
+NO_ENUMERATIONS = {"_MorquilAPIAudioMaxChannels", "_MorquilReceiptScope", "_MorquilConsoleMode"}
 
 # What makes or watches objects, and what has unusual results, is written by hand.
 HAND_WRITTEN_INTERFACES = {"IMorquilConnectionObserver", "IMorquilPropertyObserver", "IMorquilDiscovery",
-                           "IMorquilIterator"}
+                           "IMorquilIterator", "IMorquilReportObserver", "IMorquilReceiptObserver", "IMorquilDelivery",
+                           "IMorquilConsoleObserver", "IMorquilConsole"}
 HAND_WRITTEN_METHODS = {"SaveSettingsFile", "LoadSettingsFile", "IsGenRefAvailable"}
 
 # The device object is not its own feature, and does not hand out the alignment.
@@ -91,6 +92,12 @@ def read_interfaces(idl):
         methods = re.findall(r"HRESULT (\w+)\((.*?)\);", body, flags=re.S)
         interfaces[name] = [(method, read_parameters(text)) for method, text in methods]
     return interfaces
+
+
+def read_identifiers(idl):
+    """Interface or class -> its identifier."""
+    found = re.findall(r"uuid\(([0-9A-F-]+)\)[^]]*\]\s*(?:interface|coclass) (\w+)", idl)
+    return {name: identifier for identifier, name in found}
 
 
 def read_parameters(text):
@@ -167,11 +174,13 @@ class Writer:
     def raw_type(self, kind):
         return "LONG" if kind == "long" else kind
 
-    def identifier(self, name):
+    def identifier(self, name, text):
+        first, second, third, *rest = text.split("-")
+        last = ", ".join(f"0x{byte}" for byte in re.findall("..", "".join(rest)))
         self.write("template <>")
-        self.write(f"inline const IID& IidOf<{name}>() {{")
-        self.write(f"    return MORQUIL_IID({name});")
-        self.write("}")
+        self.write(f"struct Identifier<{name}> {{")
+        self.write(f"    static constexpr IID value = {{0x{first}, 0x{second}, 0x{third}, {{{last}}}}};")
+        self.write("};")
 
     def interface(self, name, methods):
         cpp = interface_name(name)
@@ -200,9 +209,9 @@ class Writer:
 
 
 def main():
-    idl = without_comments(open(sys.argv[1], encoding="utf-8").read())
+    idl = "".join(without_comments(open(path, encoding="utf-8").read()) for path in sys.argv[2:4])
     enumerations = read_enumerations(idl)
-    words = read_words(open(path, encoding="utf-8").read() for path in sys.argv[3:])
+    words = read_words(open(path, encoding="utf-8").read() for path in sys.argv[4:])
     interfaces = read_interfaces(idl)
     writer = Writer(enumerations, words)
     writer.write("// Generated from the interface definitions. Include morquil.hpp instead.")
@@ -216,8 +225,8 @@ def main():
         writer.enumeration(name, constants)
     shown = {n: m for n, m in interfaces.items() if n not in HAND_WRITTEN_INTERFACES}
     writer.write("namespace detail {")
-    for name in interfaces:
-        writer.identifier(name)
+    for name, text in read_identifiers(idl).items():
+        writer.identifier(name, text)
     writer.write("}  // namespace detail")
     writer.write()
     writer.write("/// The feature interfaces, method by method. MorquilAPI.idl describes each method.")
@@ -240,7 +249,7 @@ def main():
     writer.write("};")
     writer.write()
     writer.write("}  // namespace morquil")
-    with open(sys.argv[2], "w", encoding="utf-8") as header:
+    with open(sys.argv[1], "w", encoding="utf-8") as header:
         header.write("\n".join(writer.lines) + "\n")
 
 

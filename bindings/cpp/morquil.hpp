@@ -6,13 +6,16 @@
 /// #include <morquil.hpp>
 ///
 /// morquil::Device device = morquil::Connect("192.168.10.60");
-/// device.OutputConfiguration().SetVideoMode(morquil::VideoMode::Mode1080i50);   // queued, not done
-/// std::string mode(ToText(device.OutputConfiguration().GetVideoMode()));       // what the device has reported
+/// const auto output = device.OutputConfiguration();
+/// const morquil::Outcome outcome = device.Apply([&] { output.SetVideoMode(morquil::VideoMode::Mode1080i50); });
+/// std::string what = ToText(outcome);              // "applied", or why not
+/// std::string mode(ToText(output.GetVideoMode())); // what the device reports now
 /// \endcode
 ///
 /// The rules of the underlying interfaces apply: a setter that returns has queued a change, the device's answer updates
-/// the mirror, and a getter never waits.
+/// the mirror, and a getter never waits. `Apply` waits until the device has confirmed or refused the changes.
 #pragma once
 
+#include "morquil/console.hpp"
 #include "morquil/device.hpp"
 #include "morquil/session.hpp"

@@ -47,6 +47,16 @@ private:
     std::deque<std::string> messages_;
 };
 
+/// The library prints what devices send; the output is the tests' own.
+class QuietLibrary : public testing::Environment {
+public:
+    void SetUp() override {
+        [[maybe_unused]] const morquil::Apartment apartment;
+        morquil::SilenceLibrary();
+    }
+};
+const testing::Environment* const quietLibrary = testing::AddGlobalTestEnvironment(new QuietLibrary);
+
 TEST(InputMonitor, ReportsALostSignal) {
     const SimulatedDevice device(
         "wait-for-host\n"

@@ -1,11 +1,9 @@
-// A first host: connects to a device, reads some values, changes two settings, and is notified of a change made by
+// A first host: connects to a device, reads some values, changes some settings, and is notified of a change made by
 // someone else. Every step checks its result; the exit status is 0 only if all of them succeeded.
 //
 //     morquil-host [ADDRESS]
-//
-// The library itself writes its diagnostics, and everything that it receives, to standard output. This host's own lines
-// start with "host: ", to distinguish them.
 
+#include <chrono>
 #include <condition_variable>
 #include <iostream>
 #include <map>
@@ -23,8 +21,7 @@ constexpr std::chrono::seconds deviceAnswersWithin{5};
 constexpr std::chrono::seconds peopleActWithin{60};
 
 void Say(const std::string& text) {
-    // In one piece, and on a new line: the library may be in the middle of one.
-    std::cout << "\nhost: " + text + "\n" << std::flush;
+    std::cout << text << std::endl;
 }
 
 void Expect(bool isTrue, const std::string& expected) {
@@ -46,16 +43,10 @@ public:
         const std::lock_guard lock(mutex_);
         return counts_[set];
     }
-    /// Waits until `happened` returns true, and gives up after `limit`. Checks after every notification, and every few
-    /// milliseconds: the device's answer to this host's own setters causes no notification.
-    template <class Condition>
-    bool WaitUntil(Condition happened, std::chrono::seconds limit) {
-        const auto end = std::chrono::steady_clock::now() + limit;
-        while (!happened() && std::chrono::steady_clock::now() < end) {
-            std::unique_lock lock(mutex_);
-            added_.wait_for(lock, std::chrono::milliseconds(5));
-        }
-        return happened();
+    /// Waits for a notification of this set, and gives up after `limit`.
+    bool Await(PropertySet set, std::chrono::seconds limit) {
+        std::unique_lock lock(mutex_);
+        return added_.wait_for(lock, limit, [&] { return counts_[set] > 0; });
     }
 
 private:
@@ -76,16 +67,25 @@ void ReadValues(const morquil::Device& device) {
         std::to_string(device.VideoProcAmp().GetGain()));
 }
 
-void ChangeGain(const morquil::Device& device, Notifications& notifications) {
+void ChangeGain(const morquil::Device& device) {
     const auto amp = device.VideoProcAmp();
     const int before = amp.GetGain();
     const int wanted = before == 10 ? 11 : 10;
     Say("setting the gain from " + std::to_string(before) + " to " + std::to_string(wanted) + "...");
-    // A setter only sends. The mirror, and so the getter, changes when the device reports the new value.
-    amp.SetGain(wanted);
-    Expect(notifications.WaitUntil([&] { return amp.GetGain() == wanted; }, deviceAnswersWithin),
-           "the new gain in the mirror");
-    Say("the device reports gain " + std::to_string(amp.GetGain()));
+    // A setter only queues. Apply waits until the device has confirmed what was set in it, or has refused it.
+    const morquil::Outcome outcome = device.Apply([&] { amp.SetGain(wanted); }, deviceAnswersWithin);
+    Expect(outcome.IsApplied(), "the new gain, but it was " + ToText(outcome));
+    Say(ToText(outcome) + ": the device reports gain " + std::to_string(amp.GetGain()));
+}
+
+void ExceedTheGain(const morquil::Device& device) {
+    const auto amp = device.VideoProcAmp();
+    const int before = amp.GetGain();
+    const int wanted = amp.GetGainRange().max + 1;
+    Say("setting the gain to " + std::to_string(wanted) + ", which is too much...");
+    const morquil::Outcome outcome = device.Apply([&] { amp.SetGain(wanted); }, deviceAnswersWithin);
+    Expect(outcome == morquil::Result::Refused && amp.GetGain() == before, "a refusal");
+    Say(ToText(outcome));
 }
 
 void ChangeOutputMode(const morquil::Device& device, Notifications& notifications) {
@@ -93,11 +93,10 @@ void ChangeOutputMode(const morquil::Device& device, Notifications& notification
     const VideoMode before = output.GetVideoMode();
     const VideoMode wanted = before == VideoMode::Mode1080p50 ? VideoMode::Mode720p50 : VideoMode::Mode1080p50;
     Say("setting the video output from " + NameOf(before) + " to " + NameOf(wanted) + "...");
-    output.SetVideoMode(wanted);
-    const auto notified = [&] { return notifications.Count(PropertySet::OutputConfiguration) > 0; };
-    Expect(notifications.WaitUntil([&] { return output.GetVideoMode() == wanted && notified(); }, deviceAnswersWithin),
-           "the new video mode, and a notification of it");
-    Say("the device reports video output " + NameOf(wanted) + ", and the observer was notified");
+    const morquil::Outcome outcome = device.Apply([&] { output.SetVideoMode(wanted); }, deviceAnswersWithin);
+    Expect(outcome.IsApplied(), "the new video mode, but it was " + ToText(outcome));
+    Expect(notifications.Await(PropertySet::OutputConfiguration, deviceAnswersWithin), "a notification of it");
+    Say("the device reports video output " + NameOf(output.GetVideoMode()) + ", and the observer was notified");
 }
 
 /// Callbacks come one at a time, in the order of the device's reports. The gain was reported before the output mode,
@@ -110,7 +109,7 @@ void ExpectNoNotificationOfOwnGain(Notifications& notifications) {
 void AwaitFrontPanel(const morquil::Device& device, Notifications& notifications) {
     const int before = device.VideoProcAmp().GetGain();
     Say("waiting for someone to turn the gain knob on the front panel...");
-    Expect(notifications.WaitUntil([&] { return notifications.Count(PropertySet::VideoProcAmp) > 0; }, peopleActWithin),
+    Expect(notifications.Await(PropertySet::VideoProcAmp, peopleActWithin),
            "a notification of a change on the front panel");
     const int gain = device.VideoProcAmp().GetGain();
     Expect(gain != before, "another gain");
@@ -138,7 +137,8 @@ void Run(const std::string& address) {
     {
         const morquil::Subscription output = device.OnChange(PropertySet::OutputConfiguration, count);
         const morquil::Subscription amp = device.OnChange(PropertySet::VideoProcAmp, count);
-        ChangeGain(device, notifications);
+        ChangeGain(device);
+        ExceedTheGain(device);
         ChangeOutputMode(device, notifications);
         ExpectNoNotificationOfOwnGain(notifications);
         AwaitFrontPanel(device, notifications);
@@ -150,6 +150,7 @@ void Run(const std::string& address) {
 
 int main(int argumentCount, char** arguments) try {
     [[maybe_unused]] const morquil::Apartment apartment;
+    morquil::SilenceLibrary();  // standard output is for this host's own lines
     Run(argumentCount > 1 ? arguments[1] : "127.0.0.1");
     return 0;
 } catch (const std::exception& error) {

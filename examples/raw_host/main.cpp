@@ -1,10 +1,7 @@
-// A first host: connects to a device, reads some values, changes two settings, and is notified of a change made by
+// A first host: connects to a device, reads some values, changes some settings, and is notified of a change made by
 // someone else. Every step checks its result; the exit status is 0 only if all of them succeeded.
 //
 //     morquil-raw-host [ADDRESS]
-//
-// The library itself writes its diagnostics, and everything that it receives, to standard output. This host's own lines
-// start with "host: ", to distinguish them.
 
 #include <chrono>
 #include <cstdarg>
@@ -14,6 +11,7 @@
 #include "discovery.h"
 #include "owned.h"
 #include "property_watcher.h"
+#include "receipt_watcher.h"
 #include "text.h"
 #include "video_mode_names.h"
 
@@ -34,8 +32,7 @@ PRINTF_LIKE void Say(const char* format, ...) {
     va_start(arguments, format);
     std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
-    // In one call, and on a new line: the library may be in the middle of one.
-    std::printf("\nhost: %s\n", text);
+    std::printf("%s\n", text);
     std::fflush(stdout);
 }
 
@@ -69,10 +66,11 @@ public:
         : device_(device),
           input_(FeatureOf<IMorquilInputConfiguration>(device, IID_IMorquilInputConfiguration)),
           output_(FeatureOf<IMorquilOutputConfiguration>(device, IID_IMorquilOutputConfiguration)),
-          procAmp_(FeatureOf<IMorquilVideoProcAmp>(device, IID_IMorquilVideoProcAmp)) {}
+          procAmp_(FeatureOf<IMorquilVideoProcAmp>(device, IID_IMorquilVideoProcAmp)),
+          delivery_(FeatureOf<IMorquilDelivery>(device, IID_IMorquilDelivery)) {}
 
     bool ReadValues() {
-        if (!input_ || !output_ || !procAmp_) {
+        if (!input_ || !output_ || !procAmp_ || !delivery_) {
             return Fail("the interfaces of the device's features", "not all of them");
         }
         Text name;
@@ -110,15 +108,25 @@ public:
         const int before = Gain();
         const int wanted = before == 10 ? 11 : 10;
         Say("setting the gain from %d to %d...", before, wanted);
-        // A setter only sends. The mirror, and so the getter, changes when the device reports the new value.
-        const HRESULT result = procAmp_->SetGain(wanted);
-        if (FAILED(result)) {
-            return Fail("the gain to be sent", "the result " + InHexadecimal(result));
+        const std::string outcome = OutcomeOf([&] { return procAmp_->SetGain(wanted); });
+        if (outcome != "applied") {
+            return Fail("the new gain in the mirror", outcome);
         }
-        if (!watcher_->WaitUntil([&] { return Gain() == wanted; }, deviceAnswersWithin)) {
-            return Fail("the new gain in the mirror", std::to_string(Gain()));
+        Say("%s: the device reports gain %d", outcome.c_str(), Gain());
+        return true;
+    }
+
+    bool ExceedTheGain() {
+        const int before = Gain();
+        int min = 0;
+        int max = 0;
+        procAmp_->GetGainRange(&min, &max);
+        Say("setting the gain to %d, which is too much...", max + 1);
+        const std::string outcome = OutcomeOf([&] { return procAmp_->SetGain(max + 1); });
+        if (outcome != "refused" || Gain() != before) {
+            return Fail("a refusal", outcome);
         }
-        Say("the device reports gain %d", Gain());
+        Say("%s: the device reports gain %d", outcome.c_str(), Gain());
         return true;
     }
 
@@ -127,14 +135,12 @@ public:
         const _MorquilAPIVideoMode wanted =
             before == morquilAPIVideoMode1080p50 ? morquilAPIVideoMode720p50 : morquilAPIVideoMode1080p50;
         Say("setting the video output from %s to %s...", NameOf(before), NameOf(wanted));
-        const HRESULT result = output_->SetVideoMode(wanted);
-        if (FAILED(result)) {
-            return Fail("the video mode to be sent", "the result " + InHexadecimal(result));
+        const std::string outcome = OutcomeOf([&] { return output_->SetVideoMode(wanted); });
+        if (outcome != "applied") {
+            return Fail("the new video mode", outcome);
         }
-        const auto notified = [&] { return watcher_->Notifications(morquilOutputConfigurationPropertySetId) > 0; };
-        if (!watcher_->WaitUntil([&] { return OutputMode() == wanted && notified(); }, deviceAnswersWithin)) {
-            return Fail("the new video mode, and a notification of it",
-                        std::string(NameOf(OutputMode())) + (notified() ? ", notified" : ", not notified"));
+        if (!watcher_->Await(morquilOutputConfigurationPropertySetId, deviceAnswersWithin)) {
+            return Fail("a notification of the new video mode", "none");
         }
         Say("the device reports video output %s, and the observer was notified", NameOf(OutputMode()));
         return true;
@@ -154,8 +160,7 @@ public:
     bool AwaitFrontPanel() {
         const int before = Gain();
         Say("waiting for someone to turn the gain knob on the front panel...");
-        const auto notified = [&] { return watcher_->Notifications(morquilVideoProcAmpPropertySetId) > 0; };
-        if (!watcher_->WaitUntil(notified, peopleActWithin)) {
+        if (!watcher_->Await(morquilVideoProcAmpPropertySetId, peopleActWithin)) {
             return Fail("a notification of a change on the front panel", "none");
         }
         if (Gain() == before) {
@@ -171,6 +176,26 @@ public:
     }
 
 private:
+    /// What became of the change that `set` queues. A setter only queues; the receipt says when the device has
+    /// confirmed the change, or has refused it.
+    template <class Setter>
+    std::string OutcomeOf(Setter set) {
+        const Owned<ReceiptWatcher> watcher(new ReceiptWatcher);
+        UINT64 receipt = 0;
+        HRESULT result = delivery_->OpenReceipt(watcher.Get(), morquilReceiptThisThread, &receipt);
+        if (SUCCEEDED(result)) {
+            result = set();
+        }
+        if (SUCCEEDED(result)) {
+            result = delivery_->MarkReceipt(receipt);
+        }
+        const std::string outcome =
+            SUCCEEDED(result) ? watcher->Await(deviceAnswersWithin) : "the result " + InHexadecimal(result);
+        // Unless everything has been reported, the library still has the watcher.
+        delivery_->CancelReceipt(receipt);
+        return outcome;
+    }
+
     int Gain() {
         int gain = 0;
         procAmp_->GetGain(&gain);
@@ -187,14 +212,15 @@ private:
     Owned<IMorquilInputConfiguration> input_;
     Owned<IMorquilOutputConfiguration> output_;
     Owned<IMorquilVideoProcAmp> procAmp_;
+    Owned<IMorquilDelivery> delivery_;
     Owned<PropertyWatcher> watcher_{new PropertyWatcher};
 };
 
 bool UseDevice(IMorquilDevice* connected) {
     ConnectedDevice device(connected);
     const bool succeeded = device.ReadValues() && device.StartWatching() && device.ChangeGain() &&
-                           device.ChangeOutputMode() && device.ExpectNoNotificationOfOwnGain() &&
-                           device.AwaitFrontPanel();
+                           device.ExceedTheGain() && device.ChangeOutputMode() &&
+                           device.ExpectNoNotificationOfOwnGain() && device.AwaitFrontPanel();
     device.StopWatching();
     return succeeded;
 }
@@ -211,11 +237,20 @@ bool Disconnect(IMorquilDiscovery* discovery, IMorquilDevice* device) {
     return true;
 }
 
+/// The library prints its messages, and everything that devices send. From here on the output is this host's own.
+void SilenceLibrary(IMorquilDiscovery* discovery) {
+    void* console = nullptr;
+    if (SUCCEEDED(discovery->QueryInterface(IID_IMorquilConsole, &console))) {
+        Owned<IMorquilConsole>(static_cast<IMorquilConsole*>(console))->SetOutput(morquilConsoleSilent, nullptr);
+    }
+}
+
 bool Run(const std::string& address) {
     const Owned<IMorquilDiscovery> discovery = GetDiscovery();
     if (!discovery) {
         return Fail("the discovery object", "nothing: is the library registered?");
     }
+    SilenceLibrary(discovery.Get());
     Say("connecting to %s...", address.c_str());
     const Text addressText(address);
     IMorquilDevice* connected = nullptr;

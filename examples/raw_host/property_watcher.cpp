@@ -39,18 +39,7 @@ int PropertyWatcher::Notifications(_MorquilPropertySetId id) {
     return notifications_[id];
 }
 
-bool PropertyWatcher::WaitUntil(const std::function<bool()>& happened, std::chrono::seconds limit) {
-    // A host is not notified of its own changes: the device's confirmation simply appears in the getters. So this
-    // checks after every notification, and every few milliseconds. The lock is not held during the check: `happened`
-    // may call the library, and the library may call this object.
-    constexpr std::chrono::milliseconds betweenChecks{5};
-    const auto deadline = std::chrono::steady_clock::now() + limit;
-    while (!happened()) {
-        if (std::chrono::steady_clock::now() >= deadline) {
-            return false;
-        }
-        std::unique_lock lock(mutex_);
-        notified_.wait_for(lock, betweenChecks);
-    }
-    return true;
+bool PropertyWatcher::Await(_MorquilPropertySetId id, std::chrono::seconds limit) {
+    std::unique_lock lock(mutex_);
+    return notified_.wait_for(lock, limit, [&] { return notifications_[id] > 0; });
 }

@@ -3,7 +3,6 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
-#include <functional>
 #include <map>
 #include <mutex>
 
@@ -27,8 +26,8 @@ public:
     /// The number of notifications of this property set.
     int Notifications(_MorquilPropertySetId id);
 
-    /// Waits until `happened` returns true, and gives up after `limit`. Returns whether it happened.
-    bool WaitUntil(const std::function<bool()>& happened, std::chrono::seconds limit);
+    /// Waits for a notification of this property set, and gives up after `limit`. Returns whether there was one.
+    bool Await(_MorquilPropertySetId id, std::chrono::seconds limit);
 
 private:
     ~PropertyWatcher() = default;

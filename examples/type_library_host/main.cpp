@@ -5,8 +5,8 @@
 //
 // FILE holds the type library: MorquilAPI.dll (the default) or MorquilAPI.tlb. The class must be registered.
 //
-// The library itself writes its diagnostics, and everything that it receives, to standard output. This host's own lines
-// start with "host: ", to distinguish them.
+// The library writes its messages, and everything that it receives, to standard output; the interface that switches
+// this off is not in the type library. This host's own lines start with "host: ", to distinguish them.
 #include <windows.h>
 
 #include <objbase.h>

@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "MorquilAPI.h"
+#include "MorquilDelivery.h"
 #include "morquil/error.hpp"
 #include "morquil/pointer.hpp"
 #include "morquil/text.hpp"
@@ -99,16 +100,14 @@ auto Pass(const Value& value) {
     }
 }
 
-/// The identifier of an interface.
+/// The identifier of an interface or a class. A constant of its own: a host need not link a library of them, and any
+/// compiler knows it.
 template <class Raw>
-const IID& IidOf();
-
-// On Windows an identifier is part of its type, so that hosts need not link it; elsewhere it is a constant.
-#ifdef _WIN32
-#define MORQUIL_IID(name) __uuidof(name)
-#else
-#define MORQUIL_IID(name) IID_##name
-#endif
+struct Identifier;
+template <>
+struct Identifier<IUnknown> {
+    static constexpr IID value = {0, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+};
 
 }  // namespace detail
 
@@ -126,7 +125,8 @@ public:
     Other Ask() const {
         using OtherRaw = std::remove_pointer_t<decltype(std::declval<Other>().Raw())>;
         void* found = nullptr;
-        detail::Check("QueryInterface", raw_->QueryInterface(detail::IidOf<OtherRaw>(), &found), detail::CallKind::Set);
+        detail::Check("QueryInterface", raw_->QueryInterface(detail::Identifier<OtherRaw>::value, &found),
+                      detail::CallKind::Set);
         return Other(Pointer<OtherRaw>::Adopt(static_cast<OtherRaw*>(found)));
     }
 

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <functional>
+#include <future>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -12,6 +14,7 @@
 #include "morquil/interfaces.hpp"
 #include "morquil/library.hpp"
 #include "morquil/observers.hpp"
+#include "morquil/receipts.hpp"
 #include "morquil/settings_file.hpp"
 
 namespace morquil {
@@ -69,6 +72,96 @@ public:
         return Subscription(std::move(gate), [device = *this, observer, id] {
             device.Raw()->RemovePropertyObserver(observer.Get(), id);
         });
+    }
+
+    /// Calls `handler` for every block that the device has reported, this host's own changes included, whether or not a
+    /// value has changed. A block that several property sets share is reported once for each.
+    Subscription OnReport(std::function<void(const Report&)> handler, Executor executor = RunAtOnce()) const {
+        auto gate = std::make_shared<detail::Gate>(std::move(executor));
+        const auto observer =
+            Pointer<IMorquilReportObserver>::Adopt(new detail::ReportObserver(gate, std::move(handler)));
+        const auto delivery = detail::AskForDelivery<IMorquilDelivery>(Raw(), "Device::OnReport");
+        detail::Check("Device::OnReport", delivery->AddReportObserver(observer.Get()), detail::CallKind::Set);
+        return Subscription(std::move(gate), [delivery, observer] { delivery->RemoveReportObserver(observer.Get()); });
+    }
+
+    /// Runs `function`, which sets values, and waits until the device has confirmed or refused what the calling thread
+    /// has set in it. When this returns, getters answer what the device reports now; after `Adjusted` that is what it
+    /// made of the change. The library notices within 9 seconds that a device has vanished, so with the default limit
+    /// that is `Lost`, not `TimedOut`. What comes after the limit changes the mirror, and nothing else.
+    ///
+    /// Without a connection the outcome is `Lost`, and `function` is not called. What `function` throws is thrown here;
+    /// what it has set before is still sent. An `InvalidArgument` is thrown by the setter whose value is not one.
+    /// Threads: any but the connection's own: use `ApplyAsync` in handlers that run at once, except `connected`.
+    /// Throws: WouldDeadlock in such a handler; Error if the library is too old for this, or its thread cannot be woken.
+    template <class Function>
+    Outcome Apply(Function&& function, std::chrono::milliseconds limit = std::chrono::seconds(10)) const {
+        detail::ExpectNoCallback("Device::Apply");
+        const auto promise = std::make_shared<detail::OutcomePromise>();
+        std::future<Outcome> future = promise->Future();
+        const auto observer = Pointer<detail::ReceiptObserver>::Adopt(
+            new detail::ReceiptObserver([promise](const Outcome& outcome) { promise->Keep(outcome); }));
+        detail::Receipt receipt(Raw(), observer.Get(), "Device::Apply");
+        if (!receipt.IsOpen()) {
+            return Outcome();
+        }
+        std::forward<Function>(function)();
+        receipt.Mark("Device::Apply");
+        return detail::AwaitOutcome(future, limit, receipt, *observer.Get());
+    }
+
+    /// Like `Apply`, without waiting: runs `function` on the calling thread, returns, and calls `handler` once with the
+    /// outcome, possibly before this returns. There is no limit: a device that never confirms its changes is waited for
+    /// until the connection ends. Cancelling the subscription ends the wait; the changes are not affected.
+    /// Threads: any, also inside a handler.
+    template <class Function>
+    Subscription ApplyAsync(Function&& function, std::function<void(const Outcome&)> handler,
+                            Executor executor = RunAtOnce()) const {
+        auto gate = std::make_shared<detail::Gate>(std::move(executor));
+        const auto shared = std::make_shared<std::function<void(const Outcome&)>>(std::move(handler));
+        const auto ended = [gate, shared](const Outcome& outcome) {
+            detail::Gate::Pass(gate, [shared, outcome] { (*shared)(outcome); });
+        };
+        const auto observer = Pointer<detail::ReceiptObserver>::Adopt(new detail::ReceiptObserver(ended));
+        const auto receipt = std::make_shared<detail::Receipt>(Raw(), observer.Get(), "Device::ApplyAsync");
+        Subscription subscription(std::move(gate), [receipt] { receipt->Cancel(); });
+        if (!receipt->IsOpen()) {
+            ended(Outcome());
+            return subscription;
+        }
+        std::forward<Function>(function)();
+        receipt->Mark("Device::ApplyAsync");
+        return subscription;
+    }
+
+    /// The same with a future, which is always fulfilled: when the last copy of the device is gone, as `Lost`.
+    template <class Function>
+    std::future<Outcome> ApplyAsync(Function&& function) const {
+        const auto promise = std::make_shared<detail::OutcomePromise>();
+        std::future<Outcome> future = promise->Future();
+        const auto observer = Pointer<detail::ReceiptObserver>::Adopt(
+            new detail::ReceiptObserver([promise](const Outcome& outcome) { promise->Keep(outcome); }));
+        detail::Receipt receipt(Raw(), observer.Get(), "Device::ApplyAsync");
+        if (receipt.IsOpen()) {
+            std::forward<Function>(function)();
+            receipt.Mark("Device::ApplyAsync");
+            receipt.LetGo();
+        }
+        return future;
+    }
+
+    /// For how long the device has sent nothing. One that answers is never silent for much longer than 9 seconds,
+    /// because the library then asks whether it is still there; one that is silent for 18 seconds does not answer.
+    /// Throws: NotKnown if it is not connected.
+    std::chrono::milliseconds Silence() const {
+        UINT milliseconds = 0;
+        const auto delivery = detail::AskForDelivery<IMorquilDelivery>(Raw(), "Device::Silence");
+        const HRESULT result = delivery->GetSilence(&milliseconds);
+        if (result == E_FAIL) {
+            throw NotKnown("Device::Silence", result, "the device is not connected");
+        }
+        detail::Check("Device::Silence", result, detail::CallKind::Get);
+        return std::chrono::milliseconds(milliseconds);
     }
 
     /// Calls the handlers when the connection is established and when it has ended.

@@ -31,6 +31,19 @@ public:
     using Error::Error;
 };
 
+/// A setter has refused its value, and has queued nothing: an enumeration's number without a meaning, a channel or a
+/// preset that does not exist, a text with a line end in it.
+class InvalidArgument : public Error {
+public:
+    using Error::Error;
+};
+
+/// A call that waits for the device, on the thread of the library that would have to report what became of it.
+class WouldDeadlock : public Error {
+public:
+    using Error::Error;
+};
+
 namespace detail {
 
 enum class CallKind { Get, Set };
@@ -64,6 +77,9 @@ inline void Check(const char* call, HRESULT result, CallKind kind) {
     }
     if (kind == CallKind::Get && result == E_FAIL) {
         throw NotKnown(call, result, ReasonOf(kind, result));
+    }
+    if (result == E_INVALIDARG) {
+        throw InvalidArgument(call, result, ReasonOf(kind, result));
     }
     throw Error(call, result, ReasonOf(kind, result));
 }

@@ -3,7 +3,7 @@
 
 #include "MorquilAPI.h"
 #include "MorquilEntry.h"
-#include "morquil/error.hpp"
+#include "morquil/interfaces.hpp"
 #include "morquil/pointer.hpp"
 
 namespace morquil {
@@ -31,6 +31,18 @@ class [[maybe_unused]] Apartment {};
 
 namespace detail {
 
+/// An interface of the second contract, MorquilDelivery.idl.
+template <class Raw>
+Pointer<Raw> AskForDelivery(IUnknown* object, const char* call) {
+    void* found = nullptr;
+    const HRESULT result = object->QueryInterface(Identifier<Raw>::value, &found);
+    if (result == E_NOINTERFACE) {
+        throw Error(call, result, "the library is older than morquil.hpp and cannot do this; install a newer one");
+    }
+    Check(call, result, CallKind::Set);
+    return Pointer<Raw>::Adopt(static_cast<Raw*>(found));
+}
+
 #ifdef _WIN32
 
 /// From MorquilAPI.dll next to the program, which needs no registration; null when it is missing.
@@ -57,8 +69,8 @@ inline void KeepLibraryOf(IUnknown* object) {
 /// The registered library, else the one next to the program.
 inline Pointer<IMorquilDiscovery> GetDiscovery() {
     void* discovery = nullptr;
-    const HRESULT result = CoCreateInstance(__uuidof(CMorquilDiscovery), nullptr, CLSCTX_INPROC_SERVER,
-                                            __uuidof(IMorquilDiscovery), &discovery);
+    const HRESULT result = CoCreateInstance(Identifier<CMorquilDiscovery>::value, nullptr, CLSCTX_INPROC_SERVER,
+                                            Identifier<IMorquilDiscovery>::value, &discovery);
     if (SUCCEEDED(result)) {
         const auto created = Pointer<IMorquilDiscovery>::Adopt(static_cast<IMorquilDiscovery*>(discovery));
         KeepLibraryOf(created.Get());

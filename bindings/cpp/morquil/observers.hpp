@@ -29,6 +29,14 @@ struct ConnectionHandlers {
     std::function<void(ConnectFailure)> disconnected = {};
 };
 
+/// A block that the device has reported, whether or not a value has changed.
+struct Report {
+    PropertySet set;
+    ReportKind kind;
+    /// `Echo`: the report repeats exactly what this host has sent.
+    ReportOrigin origin;
+};
+
 namespace detail {
 
 /// Lets handlers start until it is closed.
@@ -55,6 +63,29 @@ private:
     std::atomic<bool> open_{true};
 };
 
+/// Marks, until its end, that the calling thread is the library's, which waits for a callback to return.
+class CallbackScope {
+public:
+    CallbackScope() { ++Depth(); }
+    CallbackScope(const CallbackScope&) = delete;
+    CallbackScope& operator=(const CallbackScope&) = delete;
+    ~CallbackScope() { --Depth(); }
+
+    static bool IsInside() { return Depth() != 0; }
+
+private:
+    static int& Depth() {
+        thread_local int depth = 0;
+        return depth;
+    }
+};
+
+// COM gives interfaces no virtual destructor: it would take a slot.
+#if defined(__GNUC__) || defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+#endif
+
 /// The reference counting of an object that the host implements. Starts with one reference.
 template <class RawInterface>
 class HostObject : public RawInterface {
@@ -66,7 +97,8 @@ public:
         if (object == nullptr) {
             return E_POINTER;
         }
-        const bool known = IsEqualIID(iid, MORQUIL_IID(IUnknown)) || IsEqualIID(iid, IidOf<RawInterface>());
+        const bool known =
+            IsEqualIID(iid, Identifier<IUnknown>::value) || IsEqualIID(iid, Identifier<RawInterface>::value);
         *object = known ? static_cast<RawInterface*>(this) : nullptr;
         if (known) {
             AddRef();
@@ -90,12 +122,17 @@ private:
     std::atomic<ULONG> references_{1};
 };
 
+#if defined(__GNUC__) || defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
+
 class PropertyObserver final : public HostObject<IMorquilPropertyObserver> {
 public:
     PropertyObserver(std::shared_ptr<Gate> gate, std::function<void(PropertySet)> handler)
         : gate_(std::move(gate)), handler_(std::make_shared<std::function<void(PropertySet)>>(std::move(handler))) {}
 
     STDMETHODIMP PropertyChanged(_MorquilPropertySetId id) noexcept override {
+        const CallbackScope scope;
         Gate::Pass(gate_, [handler = handler_, id] { (*handler)(static_cast<PropertySet>(id)); });
         return S_OK;
     }
@@ -103,6 +140,25 @@ public:
 private:
     const std::shared_ptr<Gate> gate_;
     const std::shared_ptr<std::function<void(PropertySet)>> handler_;
+};
+
+class ReportObserver final : public HostObject<IMorquilReportObserver> {
+public:
+    ReportObserver(std::shared_ptr<Gate> gate, std::function<void(const Report&)> handler)
+        : gate_(std::move(gate)), handler_(std::make_shared<std::function<void(const Report&)>>(std::move(handler))) {}
+
+    STDMETHODIMP BlockReported(_MorquilPropertySetId set, _MorquilReportKind kind,
+                               _MorquilReportOrigin origin) noexcept override {
+        const CallbackScope scope;
+        const Report report{static_cast<PropertySet>(set), static_cast<ReportKind>(kind),
+                            static_cast<ReportOrigin>(origin)};
+        Gate::Pass(gate_, [handler = handler_, report] { (*handler)(report); });
+        return S_OK;
+    }
+
+private:
+    const std::shared_ptr<Gate> gate_;
+    const std::shared_ptr<std::function<void(const Report&)>> handler_;
 };
 
 class ConnectionObserver final : public HostObject<IMorquilConnectionObserver> {
@@ -122,6 +178,7 @@ public:
         return S_OK;
     }
     STDMETHODIMP Disconnected(_MorquilConnectToFailure reason) noexcept override {
+        const CallbackScope scope;
         *isConnected_ = false;
         if (handlers_->disconnected) {
             Gate::Pass(gate_,

@@ -66,9 +66,15 @@ public:
         return state_->current;
     }
 
-private:
-    using Clock = std::chrono::steady_clock;
+    /// `Device::Apply` for the device that is connected at present, which `function` gets as its argument. Between two
+    /// connections the outcome is `Lost` at once: a change is made now or not at all, not when the device is back.
+    template <class Function>
+    Outcome Apply(Function&& function, std::chrono::milliseconds limit = std::chrono::seconds(10)) const {
+        const std::optional<Device> device = Current();
+        return device ? device->Apply([&] { function(*device); }, limit) : Outcome();
+    }
 
+private:
     /// Shared with the thread, which may outlive the session by the rest of a handler.
     struct State : std::enable_shared_from_this<State> {
         State(std::string deviceAddress, SessionHandlers sessionHandlers, SessionOptions sessionOptions)

@@ -26,7 +26,9 @@
 #include <stddef.h>
 #include <stdint.h>
 #include <string.h>
-#ifndef __cplusplus
+#ifdef __cplusplus
+#include <type_traits>
+#else
 #include <uchar.h>
 #endif
 
@@ -54,24 +56,30 @@ typedef void* LPVOID;
 
 /* ---- Results ---------------------------------------------------------------------------------------------------- */
 
+#ifdef __cplusplus
+#define MORQUIL_RESULT(number) static_cast<HRESULT>(number)
+#else
+#define MORQUIL_RESULT(number) ((HRESULT)(number))
+#endif
+
 /* clang-format off */
-#define S_OK                      ((HRESULT)0)
-#define S_FALSE                   ((HRESULT)1)
-#define E_UNEXPECTED              ((HRESULT)0x8000FFFFu)
-#define E_NOTIMPL                 ((HRESULT)0x80004001u)
-#define E_NOINTERFACE             ((HRESULT)0x80004002u)
-#define E_POINTER                 ((HRESULT)0x80004003u)
-#define E_FAIL                    ((HRESULT)0x80004005u)
-#define E_ACCESSDENIED            ((HRESULT)0x80070005u)
-#define E_OUTOFMEMORY             ((HRESULT)0x8007000Eu)
-#define E_INVALIDARG              ((HRESULT)0x80070057u)
-#define CLASS_E_NOAGGREGATION     ((HRESULT)0x80040110u)
-#define CLASS_E_CLASSNOTAVAILABLE ((HRESULT)0x80040111u)
+#define S_OK                      MORQUIL_RESULT(0)
+#define S_FALSE                   MORQUIL_RESULT(1)
+#define E_UNEXPECTED              MORQUIL_RESULT(0x8000FFFFu)
+#define E_NOTIMPL                 MORQUIL_RESULT(0x80004001u)
+#define E_NOINTERFACE             MORQUIL_RESULT(0x80004002u)
+#define E_POINTER                 MORQUIL_RESULT(0x80004003u)
+#define E_FAIL                    MORQUIL_RESULT(0x80004005u)
+#define E_ACCESSDENIED            MORQUIL_RESULT(0x80070005u)
+#define E_OUTOFMEMORY             MORQUIL_RESULT(0x8007000Eu)
+#define E_INVALIDARG              MORQUIL_RESULT(0x80070057u)
+#define CLASS_E_NOAGGREGATION     MORQUIL_RESULT(0x80040110u)
+#define CLASS_E_CLASSNOTAVAILABLE MORQUIL_RESULT(0x80040111u)
 /* clang-format on */
 
 /* S_FALSE is a success: test results with these, not against S_OK. */
-#define SUCCEEDED(result) ((HRESULT)(result) >= 0)
-#define FAILED(result) ((HRESULT)(result) < 0)
+#define SUCCEEDED(result) (MORQUIL_RESULT(result) >= 0)
+#define FAILED(result) (MORQUIL_RESULT(result) < 0)
 
 /* ---- Text ------------------------------------------------------------------------------------------------------- */
 
@@ -112,15 +120,21 @@ typedef OLECHAR* BSTR;
 #define MIDL_INTERFACE(text) struct
 #define BEGIN_INTERFACE
 #define END_INTERFACE
-#define FORCEINLINE inline __attribute__((always_inline))
+#define FORCEINLINE inline
 #ifdef CONST_VTABLE
 #define CONST_VTBL const
 #else
 #define CONST_VTBL
 #endif
 
-/* Marks what the library exports. */
+/* What the library exports; and a constant that a host need not use. */
+#ifdef __GNUC__
 #define MORQUIL_PUBLIC __attribute__((visibility("default")))
+#define MORQUIL_UNUSED __attribute__((unused))
+#else
+#define MORQUIL_PUBLIC
+#define MORQUIL_UNUSED
+#endif
 
 /* ---- Identifiers ------------------------------------------------------------------------------------------------ */
 
@@ -156,7 +170,7 @@ inline bool operator!=(REFGUID a, REFGUID b) noexcept {
 #define REFIID const IID*
 #define REFCLSID const CLSID*
 #define DEFINE_GUID(name, l, w1, w2, b1, b2, b3, b4, b5, b6, b7, b8) \
-    static const GUID name __attribute__((unused)) = {l, w1, w2, {b1, b2, b3, b4, b5, b6, b7, b8}}
+    static const GUID name MORQUIL_UNUSED = {l, w1, w2, {b1, b2, b3, b4, b5, b6, b7, b8}}
 #define IsEqualGUID(a, b) (memcmp((a), (b), sizeof(GUID)) == 0)
 #endif
 #define IsEqualIID(a, b) IsEqualGUID(a, b)
@@ -174,7 +188,7 @@ typedef IUnknown* LPUNKNOWN;
 
 #if defined(__cplusplus) && !defined(CINTERFACE)
 
-#ifdef __GNUC__
+#if defined(__GNUC__) || defined(__clang__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
@@ -197,7 +211,7 @@ interface IClassFactory : public IUnknown {
     virtual HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) = 0;
 };
 
-#ifdef __GNUC__
+#if defined(__GNUC__) || defined(__clang__)
 #pragma GCC diagnostic pop
 #endif
 
@@ -264,7 +278,7 @@ static_assert(sizeof(HRESULT) == 4 && sizeof(LONG) == 4 && sizeof(ULONG) == 4 &&
 static_assert(sizeof(OLECHAR) == 2 && sizeof(GUID) == 16 && alignof(GUID) == 4, "Windows' layout of text and GUIDs");
 #ifndef CINTERFACE
 static_assert(sizeof(IUnknown) == sizeof(void*), "an interface holds nothing but its table");
-static_assert(!__has_virtual_destructor(IUnknown), "a destructor would take a slot");
+static_assert(!std::has_virtual_destructor<IUnknown>::value, "a destructor would take a slot");
 #endif
 #else
 _Static_assert(sizeof(HRESULT) == 4 && sizeof(LONG) == 4 && sizeof(ULONG) == 4 && sizeof(BOOL) == 4, "32-bit numbers");

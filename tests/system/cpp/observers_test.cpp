@@ -1,11 +1,11 @@
 // Observers as lambdas.
 #include <gtest/gtest.h>
 
-#include <future>
 #include <optional>
 #include <vector>
 
 #include "tests/system/cpp/connected.h"
+#include "tests/system/cpp/said.h"
 
 namespace Morquil::Testing {
 namespace {
@@ -13,20 +13,6 @@ namespace {
 using morquil::PropertySet;
 
 constexpr std::chrono::seconds patience{10};
-
-/// A one-time signal.
-template <class Value>
-class Said {
-public:
-    void Say(Value value) { promise_.set_value(value); }
-    std::optional<Value> Await() {
-        return future_.wait_for(patience) == std::future_status::ready ? std::optional(future_.get()) : std::nullopt;
-    }
-
-private:
-    std::promise<Value> promise_;
-    std::future<Value> future_ = promise_.get_future();
-};
 
 TEST(CppObservers, AreNotifiedOfChangesThatTheDeviceReports) {
     Connected connected;

@@ -2,45 +2,18 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <functional>
 #include <future>
 #include <set>
 #include <string>
 
 #include "tests/kit/temporary_folder.h"
 #include "tests/system/cpp/connected.h"
+#include "tests/system/cpp/fake_device.h"
 
 namespace Morquil::Testing {
 namespace {
 
 using Names = std::set<std::string>;
-
-/// A device object whose connection may end inside a call that saves.
-class FakeDevice final : public morquil::detail::HostObject<IMorquilDevice> {
-public:
-    std::function<HRESULT(const std::string& path)> onSave;
-    bool isKnown = true;
-
-    STDMETHODIMP AddConnectionObserver(IMorquilConnectionObserver*) override { return S_OK; }
-    STDMETHODIMP RemoveConnectionObserver(IMorquilConnectionObserver*) override { return S_OK; }
-    STDMETHODIMP AddPropertyObserver(IMorquilPropertyObserver*, _MorquilPropertySetId) override { return S_OK; }
-    STDMETHODIMP RemovePropertyObserver(IMorquilPropertyObserver*, _MorquilPropertySetId) override { return S_OK; }
-    STDMETHODIMP GetDeviceName(BSTR*) override { return E_FAIL; }
-    STDMETHODIMP GetSoftwareVersion(UINT*) override { return isKnown ? S_OK : E_FAIL; }
-    STDMETHODIMP GetFPGAVersion(UINT*) override { return E_FAIL; }
-    STDMETHODIMP GetPanelLock(LONG*) override { return E_FAIL; }
-    STDMETHODIMP GetRemoteLock(LONG*) override { return E_FAIL; }
-    STDMETHODIMP GetNetworkUpdateSupported(LONG*) override { return S_OK; }
-    STDMETHODIMP IsConversionSupported(_MorquilAPIVideoMode, _MorquilAPIVideoMode, _MorquilAPIAspectRatio,
-                                       LONG*) override {
-        return S_OK;
-    }
-    STDMETHODIMP SetPanelLock(LONG) override { return S_OK; }
-    STDMETHODIMP SaveSettingsFile(BSTR path) override {
-        return onSave(morquil::detail::Utf8FromUtf16({path, SysStringLen(path)}));
-    }
-    STDMETHODIMP LoadSettingsFile(BSTR) override { return S_FALSE; }
-};
 
 class CppSettingsFile : public testing::Test {
 protected:

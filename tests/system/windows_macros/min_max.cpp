@@ -1,28 +1,6 @@
-// The C++ layer where min and max are macros, as Microsoft's <windows.h> makes them unless NOMINMAX is defined. MinGW's
-// does that in C only, and its standard library could not be included after them.
-#include <algorithm>
-#include <atomic>
-#include <chrono>
-#include <condition_variable>
-#include <cstdint>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <memory>
-#include <mutex>
-#include <new>
-#include <optional>
-#include <random>
-#include <stdexcept>
-#include <string>
-#include <string_view>
-#include <system_error>
-#include <thread>
-#include <type_traits>
-#include <utility>
+// The C++ layer where min and max are macros.
+#include "tests/system/windows_macros/standard_library.h"
 
-#define max(a, b) (((a) > (b)) ? (a) : (b))
-#define min(a, b) (((a) < (b)) ? (a) : (b))
+#include "tests/system/windows_macros/min_max.h"
 
 #include <morquil.hpp>

@@ -18,10 +18,14 @@ namespace {
 class LineCollector final : public TextProtocolParser {
 public:
     std::vector<SettingsLine> lines;
+    std::vector<std::string> blocks;
+    bool isInBlock = false;
 
 private:
     bool BeginBlock(std::string_view header) override {
         block_ = header;
+        blocks.push_back(block_);
+        isInBlock = true;
         return true;
     }
     void ParseLine(std::string_view line) override {
@@ -30,7 +34,7 @@ private:
             lines.push_back({block_, std::string(parts.key), std::string(parts.value)});
         }
     }
-    void EndBlock() override {}
+    void EndBlock() override { isInBlock = false; }
     void ReportError(const char* /*text*/) override {}
     void OnPingLine() override {}
     void OnAcknowledgeLine(bool /*positive*/) override {}
@@ -106,7 +110,7 @@ Playback PlaybackOfKey(std::string_view line) {
         row.ForEachKey([&](const auto& key) {
             const bool isReported = row.Names().size() != 0;
             if (IsNamed(key.Names()[0], line) && !(isReported && MustBeSeen(key))) {
-                playback = Playback::Unseen;
+                playback = key.facts.use == KeyUse::Observed ? Playback::Ignored : Playback::Unseen;
             }
         });
     };
@@ -127,6 +131,31 @@ std::vector<SettingsLine> ParseSettings(std::string_view text) {
     return std::move(collector.lines);
 }
 
+FileShape ShapeOf(std::string_view text) {
+    LineCollector collector;
+    collector.Feed(text.data(), text.size());
+    FileShape shape;
+    if (collector.isInBlock) {
+        shape.cutBlock = collector.blocks.back();
+    }
+    ForEachSavedBlock([&]<class Description>() {
+        const std::string_view name = Description::block.header.name;
+        const auto isNamed = [name](const std::string& block) { return EqualsIgnoringCase(block, name); };
+        if (std::none_of(collector.blocks.begin(), collector.blocks.end(), isNamed)) {
+            shape.missing.emplace_back(name);
+        }
+    });
+    return shape;
+}
+
+std::string FileShape::Damage() const {
+    std::string text = cutBlock ? "it ends within " + *cutBlock : "";
+    for (const std::string& block : missing) {
+        text += (&block != &missing.front() ? ", " : text.empty() ? "it lacks " : ", and lacks ") + block;
+    }
+    return text;
+}
+
 Playback PlaybackOf(const SettingsLine& line) {
     Playback playback = Playback::NeverPlayed;
     ForEachBlock([&]<class Description>() {
@@ -136,6 +165,23 @@ Playback PlaybackOf(const SettingsLine& line) {
         }
     });
     return playback;
+}
+
+std::string PlayableText(const std::vector<SettingsLine>& lines) {
+    std::string text;
+    std::string block;
+    for (const SettingsLine& line : lines) {
+        const Playback playback = PlaybackOf(line);
+        if (playback == Playback::Ignored || playback == Playback::NeverPlayed) {
+            continue;
+        }
+        if (line.block != block) {
+            text += (text.empty() ? "" : "\n") + line.block + ":\n";
+            block = line.block;
+        }
+        text += line.key + ": " + line.value + "\n";
+    }
+    return text + "\n";
 }
 
 const SettingsLine* FindLine(const std::vector<SettingsLine>& lines, const SettingsLine& line) {

@@ -6,7 +6,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <tuple>
 
 #include "protocol/table/block.h"
 
@@ -100,7 +99,7 @@ void CompiledWriteRow(CompiledText& text, const Alternating<First, Second>& row,
 template <class Description>
 void CompiledWriteBlock(CompiledText& text, const ChangeSetOf<Description>& set) {
     fmt::format_to(fmt::appender(text), FMT_COMPILE("{}:\n"), Description::block.header.name);
-    std::apply([&](const auto&... row) { (CompiledWriteRow(text, row, set), ...); }, Description::block.rows);
+    Description::block.rows.ForEach([&](const auto& row) { CompiledWriteRow(text, row, set); });
     text.push_back('\n');
 }
 

@@ -21,6 +21,9 @@ target_link_libraries(morquil-bench-connection PRIVATE MorquilBenchConnection)
 morquil_benchmark(echo echo.cpp)
 target_link_libraries(morquil-bench-echo PRIVATE MorquilBenchConnection MorquilProtocol)
 
+morquil_benchmark(receipts receipts.cpp)
+target_link_libraries(morquil-bench-receipts PRIVATE MorquilBenchConnection)
+
 morquil_benchmark(echo-output echo_output.cpp)
 target_link_libraries(morquil-bench-echo-output PRIVATE MorquilBenchConnection)
 

@@ -3,7 +3,6 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <tuple>
 
 #include "bench/literal_values.h"
 #include "protocol/blocks/supported_conversions.h"
@@ -85,7 +84,7 @@ bool LiteralReadRow(const Group<Selector, GroupKeys...>& row, const LiteralLine&
         return true;
     };
     return LiteralSelect(row.selector, line) ||
-           std::apply([&](const auto&... key) { return (readKey(key) || ...); }, row.keys);
+           row.keys.Apply([&](const auto&... key) { return (readKey(key) || ...); });
 }
 
 template <class Set, class Owner>
@@ -111,8 +110,7 @@ bool LiteralReadRow(const ConversionRows<Owner>& row, const LiteralLine& line, S
 /// Whether the block knows the key.
 template <class Description>
 bool LiteralReadLine(const LiteralLine& line, ChangeSetOf<Description>& set) {
-    return std::apply([&](const auto&... row) { return (LiteralReadRow(row, line, set) || ...); },
-                      Description::block.rows);
+    return Description::block.rows.Apply([&](const auto&... row) { return (LiteralReadRow(row, line, set) || ...); });
 }
 
 }  // namespace Morquil::Bench

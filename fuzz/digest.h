@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstring>
 #include <string_view>
-#include <tuple>
 
 #include "protocol/blocks/all.h"
 
@@ -93,7 +92,7 @@ private:
 template <class Description>
 void AddBlock(Digest& digest, const ChangeSetOf<Description>& set) {
     const auto addMember = [&](auto member) { digest.Add(set.*member); };
-    std::apply([&](const auto&... row) { (row.ForEachMember(addMember), ...); }, Description::block.rows);
+    Description::block.rows.ForEach([&](const auto& row) { row.ForEachMember(addMember); });
 }
 
 template <class Description>

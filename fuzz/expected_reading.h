@@ -9,7 +9,6 @@
 #include <sstream>
 #include <string>
 #include <string_view>
-#include <tuple>
 
 #include "protocol/blocks/all.h"
 #include "protocol/text/ascii.h"
@@ -165,19 +164,17 @@ void ExpectRow(const Group<Selector, GroupKeys...>& row, const Set& written, Set
             (((expected.*key.member)[index] = ExpectedField(key.kind, (written.*key.member)[index])), ...);
         }
     };
-    std::apply(
-        [&](const auto& first, const auto&... other) {
-            for (std::size_t index = 0; index < first.Count(); ++index) {
-                expectEntry(index, first, other...);
-            }
-        },
-        row.keys);
+    row.keys.Apply([&](const auto& first, const auto&... other) {
+        for (std::size_t index = 0; index < first.Count(); ++index) {
+            expectEntry(index, first, other...);
+        }
+    });
 }
 
 template <class Description>
 ChangeSetOf<Description> ExpectedReading(const ChangeSetOf<Description>& written) {
     ChangeSetOf<Description> expected;
-    std::apply([&](const auto&... row) { (ExpectRow(row, written, expected), ...); }, Description::block.rows);
+    Description::block.rows.ForEach([&](const auto& row) { ExpectRow(row, written, expected); });
     return expected;
 }
 

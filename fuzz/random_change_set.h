@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <tuple>
 #include <type_traits>
 
 #include "fuzz/byte_source.h"
@@ -85,7 +84,7 @@ template <class Description>
 ChangeSetOf<Description> RandomChangeSet(ByteSource& source) {
     ChangeSetOf<Description> set;
     const auto randomize = [&](auto member) { Randomize(source, set.*member); };
-    std::apply([&](const auto&... row) { (row.ForEachMember(randomize), ...); }, Description::block.rows);
+    Description::block.rows.ForEach([&](const auto& row) { row.ForEachMember(randomize); });
     return set;
 }
 

@@ -1,6 +1,6 @@
-// Writes the seeds of the device target: for each story the shortest sequence of dice throws among the seeded worlds in
-// which it happens. Run it again when the simulation throws its dice in another order.
-//   morquil-fuzz-record-worlds FOLDER
+// Writes the seeds of a target that lives in simulated worlds: for each story the shortest sequence of dice throws
+// among the seeded worlds in which it happens. Run it again when the simulation throws its dice in another order.
+//   morquil-fuzz-record-worlds device|delivery FOLDER
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -11,13 +11,13 @@
 #include <vector>
 
 #include "fuzz/written_dice.h"
+#include "tests/worlds/simulation/delivery_world.h"
 #include "tests/worlds/simulation/quiet_console.h"
 #include "tests/worlds/simulation/scenario.h"
 
 namespace Morquil::Fuzz {
 namespace {
 
-constexpr std::uint64_t seeds = 20'000;
 /// The longest input that the fuzzer tries.
 constexpr std::size_t longest = 4096;
 
@@ -81,7 +81,7 @@ struct Story {
 };
 
 // clang-format off
-const std::vector<Story>& Stories() {
+const std::vector<Story>& DeviceStories() {
     static const std::string refusals = [] {
         std::string text;
         for (int count = 0; count < 100; ++count) {
@@ -110,7 +110,35 @@ const std::vector<Story>& Stories() {
         {"connect-again-inside-the-end", [](auto trace) { return HasInsideCall(trace, "notified: disconnected", "life 1 begins"); }}};
     return stories;
 }
+
+const std::vector<Story>& DeliveryStories() {
+    static const std::vector<Story> stories{
+        {"confirmed",                   [](auto trace) { return HasInOrder(trace, {"1 confirmed, 0 adjusted"}); }},
+        {"adjusted",                    [](auto trace) { return HasInOrder(trace, {"0 confirmed, 1 adjusted"}); }},
+        {"several-messages",            [](auto trace) { return HasInOrder(trace, {"2 confirmed, 1 adjusted"}); }},
+        {"refused",                     [](auto trace) { return HasInOrder(trace, {"received NACK", "notified: settled"}); }},
+        {"never-reported",              [](auto trace) { return HasInOrder(trace, {"notified: answered", "notified: lost"}) && CountOf(trace, "notified: settled") == 0; }},
+        {"lost-before-sending",         [](auto trace) { return HasInOrder(trace, {"0 unanswered, 1 unsent"}); }},
+        {"lost-after-sending",          [](auto trace) { return HasInOrder(trace, {"1 unanswered, 0 unsent"}); }},
+        {"many-at-once",                [](auto trace) { return CountOf(trace, "] mark receipt ") > 12; }},
+        {"cancelled",                   [](auto trace) { return HasInOrder(trace, {"] open receipt 1\n", "] mark receipt 1\n", "] cancel receipt 1\n", "sent PING"}); }},
+        {"cancelled-in-a-callback",     [](auto trace) { return HasInsideCall(trace, "notified: answered", "] cancel receipt 1"); }},
+        {"opened-in-a-callback",        [](auto trace) { return HasInsideCall(trace, "notified: answered", "] open receipt 4"); }},
+        {"disconnect-in-a-callback",    [](auto trace) { return HasInsideCall(trace, "notified: answered", "] disconnect"); }},
+        {"release-in-a-callback",       [](auto trace) { return HasInsideCall(trace, "notified: answered", "] release"); }},
+        {"reports",                     [](auto trace) { return CountOf(trace, "a report is notified") > 10; }},
+        {"report-observer-leaves",      [](auto trace) { return HasInsideCall(trace, "a report is notified", "] remove report observer 0"); }},
+        {"answer-to-a-ping",            [](auto trace) { return HasInOrder(trace, {"sent PING", "] mark receipt ", "received ACK", "notified: answered"}); }}};
+    return stories;
+}
 // clang-format on
+
+/// The stories of one target, how its worlds run, and how many are searched.
+struct Library {
+    const std::vector<Story>& stories;
+    Testing::Worlds::Outcome (*run)(Testing::Worlds::Dice& dice, const std::string& name);
+    std::uint64_t seeds;
+};
 
 bool Write(const std::string& path, const std::string& bytes) {
     std::ofstream file(path, std::ios::binary);
@@ -118,15 +146,15 @@ bool Write(const std::string& path, const std::string& bytes) {
 }
 
 /// The shortest recording of each story; empty where none was found.
-std::vector<std::string> Record() {
+std::vector<std::string> Record(const Library& library) {
     const Testing::Worlds::QuietConsole quiet;
-    std::vector<std::string> shortest(Stories().size());
-    for (std::uint64_t seed = 1; seed <= seeds; ++seed) {
+    std::vector<std::string> shortest(library.stories.size());
+    for (std::uint64_t seed = 1; seed <= library.seeds; ++seed) {
         RecordingDice dice(seed);
-        const std::string trace = Testing::Worlds::RunScenario(dice, "seed " + std::to_string(seed)).trace;
+        const std::string trace = library.run(dice, "seed " + std::to_string(seed)).trace;
         for (std::size_t story = 0; story < shortest.size() && dice.Bytes().size() <= longest; ++story) {
             std::string& found = shortest[story];
-            if ((found.empty() || dice.Bytes().size() < found.size()) && Stories()[story].happens(trace)) {
+            if ((found.empty() || dice.Bytes().size() < found.size()) && library.stories[story].happens(trace)) {
                 found = dice.Bytes();
             }
         }
@@ -139,14 +167,18 @@ std::vector<std::string> Record() {
 
 int main(int argumentCount, char** arguments) {
     using namespace Morquil::Fuzz;
-    if (argumentCount != 2) {
-        std::fprintf(stderr, "usage: morquil-fuzz-record-worlds FOLDER\n");
+    const std::string_view target = argumentCount == 3 ? arguments[1] : "";
+    if (target != "device" && target != "delivery") {
+        std::fprintf(stderr, "usage: morquil-fuzz-record-worlds device|delivery FOLDER\n");
         return 2;
     }
+    const Library library = target == "device"
+                                ? Library{DeviceStories(), &Morquil::Testing::Worlds::RunScenario, 20'000}
+                                : Library{DeliveryStories(), &Morquil::Testing::Worlds::RunDeliveryScenario, 2'000};
     bool isComplete = true;
-    const std::vector<std::string> recordings = Record();
+    const std::vector<std::string> recordings = Record(library);
     for (std::size_t story = 0; story < recordings.size(); ++story) {
-        const std::string path = std::string(arguments[1]) + '/' + Stories()[story].name;
+        const std::string path = std::string(arguments[2]) + '/' + library.stories[story].name;
         const bool isWritten = !recordings[story].empty() && Write(path, recordings[story]);
         std::printf("%s: %zu bytes\n", path.c_str(), recordings[story].size());
         isComplete = isComplete && isWritten;

@@ -24,6 +24,8 @@ struct Receipt {
     QRN::Core::ThreadId thread;
     bool isMarked = false;
     bool isAnswerReported = false;
+    /// Settled or cancelled: no one waits for its messages any more.
+    bool isOver = false;
 
     // Numbers of messages; each message is counted once.
     std::uint32_t kept = 0;  // never sent

@@ -18,8 +18,7 @@ class Receipts::Notification {
 public:
     explicit Notification(Receipts& receipts) : receipts_(receipts) {}
     ~Notification() {
-        if (observer_ != nullptr) {
-            observer_.reset();
+        if (isInProgress_) {
             Lock lock(receipts_.lock_);
             receipts_.notifications_.Remove(*this);
             receipts_.notified_.WakeAll();
@@ -30,11 +29,11 @@ public:
 
     UINT64 Id() const { return numbers_.id; }
 
-    /// Takes the oldest receipt that has news, if there is one.
-    void TakeDue() {
+    /// Takes the oldest receipt that has news, if there is one with a number up to `lastId`.
+    void TakeDue(UINT64 lastId) {
         Lock lock(receipts_.lock_);
         const auto first = receipts_.due_.begin();
-        if (first == receipts_.due_.end()) {
+        if (first == receipts_.due_.end() || first->first > lastId) {
             return;
         }
         Receipt& receipt = *first->second.receipt;
@@ -42,31 +41,32 @@ public:
         receipt.isAnswerReported = true;
         Begin(first->second);
         if (event_ == Event::Settled) {
+            receipt.isOver = true;
             receipts_.due_.erase(first);
         } else if (!receipt.HasNews()) {
             receipts_.outstanding_.insert(receipts_.due_.extract(first));
         }
-        receipts_.UpdateFlags();
+        receipts_.OnReceiptsEnded();
     }
 
     /// Takes any receipt, if there is one.
     void TakeLost() {
         Lock lock(receipts_.lock_);
         for (ReceiptMap* const receipts : {&receipts_.due_, &receipts_.outstanding_, &receipts_.collecting_}) {
-            if (observer_ == nullptr && !receipts->empty()) {
+            if (!isInProgress_ && !receipts->empty()) {
                 event_ = Event::Lost;
                 Begin(receipts->begin()->second);
                 receipts->erase(receipts->begin());
             }
         }
-        receipts_.UpdateFlags();
+        receipts_.OnReceiptsEnded();
     }
 
-    /// Calls the observer. The lock must not be held.
+    bool IsInProgress() const { return isInProgress_; }
+
+    /// Calls the observer and releases it. The lock must not be held.
     void Deliver() {
-        if (observer_ == nullptr) {
-            return;
-        }
+        // Also for the release: what an observer does when it is destroyed must not wait for this notification.
         const CallbackScope inCallback;
         switch (event_) {
             case Event::Answered:
@@ -79,6 +79,7 @@ public:
                 observer_->Lost(Id(), numbers_.Acknowledged(), numbers_.refused, numbers_.unanswered, numbers_.unsent);
                 break;
         }
+        observer_.reset();
     }
 
     Notification* previous = nullptr;  ///< the list's own links
@@ -87,13 +88,15 @@ public:
 private:
     enum class Event { Answered, Settled, Lost };
 
-    void Begin(const ObservedReceipt& receipt) {
+    void Begin(const ObservedReceipt& receipt) REQUIRES(receipts_.lock_) {
         numbers_ = *receipt.receipt;
         observer_ = receipt.observer;
         receipts_.notifications_.Add(*this);
+        isInProgress_ = true;
     }
 
     Receipts& receipts_;
+    bool isInProgress_ = false;
     Event event_ = Event::Answered;
     Receipt numbers_{0};
     std::shared_ptr<IMorquilReceiptObserver> observer_;
@@ -124,7 +127,7 @@ HRESULT Receipts::Open(IMorquilReceiptObserver* observer, _MorquilReceiptScope s
     }
 }
 
-HRESULT Receipts::Mark(UINT64 id) {
+HRESULT Receipts::Mark(UINT64 id, bool& isDue) {
     Lock lock(lock_);
     const auto found = collecting_.find(id);
     if (found == collecting_.end()) {
@@ -132,7 +135,8 @@ HRESULT Receipts::Mark(UINT64 id) {
     }
     Receipt& receipt = *found->second.receipt;
     receipt.isMarked = true;
-    (receipt.HasNews() ? due_ : outstanding_).insert(collecting_.extract(found));
+    isDue = receipt.HasNews();
+    (isDue ? due_ : outstanding_).insert(collecting_.extract(found));
     UpdateFlags();
     return S_OK;
 }
@@ -145,7 +149,10 @@ HRESULT Receipts::Cancel(UINT64 id) {
             cancelled = receipts->extract(id);
         }
     }
-    UpdateFlags();
+    if (!cancelled.empty()) {
+        cancelled.mapped().receipt->isOver = true;
+        OnReceiptsEnded();
+    }
     AwaitNotificationsOf(id);
     return cancelled.empty() ? S_FALSE : S_OK;
 }
@@ -175,11 +182,10 @@ Receipts::FollowedList::iterator Receipts::FindWaiting(std::size_t slot) {
                         [slot](const Followed& message) { return message.slot == slot; });
 }
 
-void Receipts::OnQueued(std::size_t slot, bool isSent) {
+void Receipts::Prepare(std::size_t slot) {
     if (!isActive_) {
         return;
     }
-    const QRN::Core::ThreadId thread = CurrentThreadId();
     Lock lock(lock_);
     FollowedList added;
     auto message = FindWaiting(slot);
@@ -187,13 +193,28 @@ void Receipts::OnQueued(std::size_t slot, bool isSent) {
         message = added.emplace(added.end());
         message->slot = slot;
     }
+    message->DetachEnded();
     message->receipts.reserve(message->receipts.size() + collecting_.size());
+    waiting_.splice(waiting_.end(), added);
+}
+
+/// Another thread may have opened a receipt since `Prepare`. The change was on its way before, so it need not belong to
+/// that one.
+void Receipts::OnQueued(std::size_t slot, bool isSent) {
+    if (!isActive_) {
+        return;
+    }
+    const QRN::Core::ThreadId thread = CurrentThreadId();
+    Lock lock(lock_);
+    const auto message = FindWaiting(slot);
+    if (message == waiting_.end()) {
+        return;
+    }
     for (const auto& [id, opened] : collecting_) {
-        if (opened.receipt->Collects(thread)) {
+        if (opened.receipt->Collects(thread) && message->receipts.size() < message->receipts.capacity()) {
             message->Attach(opened.receipt, isSent);
         }
     }
-    waiting_.splice(waiting_.end(), added);
 }
 
 void Receipts::Followed::Attach(const std::shared_ptr<Receipt>& receipt, bool isSent) {
@@ -201,6 +222,15 @@ void Receipts::Followed::Attach(const std::shared_ptr<Receipt>& receipt, bool is
         receipts.push_back(receipt);
         ++(isSent ? receipt->unsent : receipt->kept);
     }
+}
+
+void Receipts::Followed::DetachEnded() {
+    std::erase_if(receipts, [](const std::shared_ptr<Receipt>& receipt) { return receipt->isOver; });
+}
+
+bool Receipts::Followed::IsAwaited() const {
+    return std::any_of(receipts.begin(), receipts.end(),
+                       [](const std::shared_ptr<Receipt>& receipt) { return !receipt->isOver; });
 }
 
 void Receipts::OnTaken(std::size_t slot) {
@@ -245,6 +275,7 @@ void Receipts::OnAnswered(std::uint64_t number, bool positive) {
         Answer(unanswered_.begin(), positive);
     }
     SettleReported();
+    LimitUnreported();
 }
 
 void Receipts::Answer(FollowedList::iterator message, bool positive) {
@@ -309,6 +340,17 @@ void Receipts::SettleReported() {
     }
 }
 
+/// Allocates nothing and usually looks at nothing.
+void Receipts::LimitUnreported() {
+    if (unsettled_.size() > unreportedLimit) {
+        const auto oldest = std::find_if(unsettled_.begin(), unsettled_.end(),
+                                         [](const Followed& message) { return !message.IsAwaited(); });
+        if (oldest != unsettled_.end()) {
+            unsettled_.erase(oldest);
+        }
+    }
+}
+
 void Receipts::Settle(const Followed& message) {
     for (const std::shared_ptr<Receipt>& receipt : message.receipts) {
         --receipt->unsettled;
@@ -328,6 +370,16 @@ void Receipts::Update(const Followed& message) {
     UpdateFlags();
 }
 
+/// Receipts may have ended. After the last, no message is followed any more.
+void Receipts::OnReceiptsEnded() {
+    UpdateFlags();
+    if (!isActive_) {
+        for (FollowedList* const messages : {&waiting_, &taken_, &unanswered_, &unsettled_}) {
+            messages->clear();
+        }
+    }
+}
+
 void Receipts::UpdateFlags() {
     hasDue_ = !due_.empty();
     isActive_ = !collecting_.empty() || !outstanding_.empty() || !due_.empty();
@@ -336,11 +388,24 @@ void Receipts::UpdateFlags() {
 // ---- Notifications --------------------------------------------------------------------------------------------------
 
 void Receipts::NotifyDue() {
-    while (hasDue_) {
-        Notification notification(*this);
-        notification.TakeDue();
-        notification.Deliver();
+    if (!hasDue_) {
+        return;
     }
+    const UINT64 lastId = LastId();
+    bool isDue = true;
+    while (isDue) {
+        Notification notification(*this);
+        notification.TakeDue(lastId);
+        isDue = notification.IsInProgress();
+        if (isDue) {
+            notification.Deliver();
+        }
+    }
+}
+
+UINT64 Receipts::LastId() const {
+    Lock lock(lock_);
+    return lastId_;
 }
 
 void Receipts::OnLost() {
@@ -349,10 +414,14 @@ void Receipts::OnLost() {
         isConnected_ = false;
     }
     NotifyDue();
-    while (isActive_) {
+    bool isLost = true;
+    while (isLost) {
         Notification notification(*this);
         notification.TakeLost();
-        notification.Deliver();
+        isLost = notification.IsInProgress();
+        if (isLost) {
+            notification.Deliver();
+        }
     }
 }
 
@@ -363,7 +432,7 @@ void Receipts::Silence() {
     collecting_.swap(dropped[0]);
     outstanding_.swap(dropped[1]);
     due_.swap(dropped[2]);
-    UpdateFlags();
+    OnReceiptsEnded();
 }
 
 }  // namespace Morquil

@@ -28,6 +28,10 @@ namespace Morquil {
 /// 1, and the device's n-th answer belongs to number n.
 class Receipts {
 public:
+    /// How many acknowledged messages that no receipt waits for are followed until the device reports them, so that
+    /// their reports are not taken for those of later messages. Beyond that the oldest is forgotten.
+    static constexpr std::size_t unreportedLimit = 4096;
+
     explicit Receipts(AwaitedLines::IsReported isReported) : isReported_(isReported) {}
     Receipts(const Receipts&) = delete;
     Receipts& operator=(const Receipts&) = delete;
@@ -35,14 +39,17 @@ public:
     // The host's side. Threads: any. Results are those of `IMorquilDelivery`.
 
     HRESULT Open(IMorquilReceiptObserver* observer, _MorquilReceiptScope scope, UINT64* id);
-    HRESULT Mark(UINT64 id);
+    /// `isDue`: whether its observer has to be notified of something now. Then the connection has to be woken.
+    HRESULT Mark(UINT64 id, bool& isDue);
     HRESULT Cancel(UINT64 id);
 
     // The queue's side. The caller holds the queue's lock, so that the queue and the receipts never disagree.
 
-    /// A change is about to be put into the slot, or to be merged into the message that waits there. Without `isSent`
-    /// messages stay in the slot forever.
+    /// A change is about to be put into the slot, or to be merged into the message that waits there: provides the
+    /// memory that `OnQueued` needs.
     /// Throws: std::bad_alloc; nothing has changed.
+    void Prepare(std::size_t slot);
+    /// It has been put there. Without `isSent` messages stay in the slot forever.
     void OnQueued(std::size_t slot, bool isSent);
     /// The message in the slot has been taken to be sent.
     void OnTaken(std::size_t slot);
@@ -61,9 +68,8 @@ public:
     /// The device has reported the block whose messages wait in `slot`.
     void OnReport(std::size_t slot, std::string_view text);
 
-    /// Whether `NotifyDue` has something to do.
-    bool HasDue() const { return hasDue_; }
-    /// Calls the observers of the receipts that were answered or settled.
+    /// Calls the observers of the receipts that were answered or settled. What is opened meanwhile waits for the next
+    /// call: a host that opens a receipt in each callback must not keep the connection from its work.
     void NotifyDue();
 
     /// The connection has ended: notifies the observers of all receipts. None can be opened any more. Allocates
@@ -77,6 +83,8 @@ private:
     /// A message that receipts cover.
     struct Followed {
         void Attach(const std::shared_ptr<Receipt>& receipt, bool isSent);
+        void DetachEnded();
+        bool IsAwaited() const;
 
         std::size_t slot = 0;
         std::uint64_t number = 0;
@@ -90,6 +98,7 @@ private:
     /// A notification in progress, on the stack of its thread. `Cancel` waits for it.
     class Notification;
 
+    UINT64 LastId() const;
     void AwaitNotificationsOf(UINT64 id) REQUIRES(lock_);
     bool IsNotifying(UINT64 id) const REQUIRES(lock_);
     FollowedList::iterator FindWaiting(std::size_t slot) REQUIRES(lock_);
@@ -97,8 +106,10 @@ private:
     std::uint64_t TakeRepetition(std::size_t slot, std::string_view report) REQUIRES(lock_);
     void TakeDifferences(std::size_t slot, std::string_view report, std::uint64_t repeated) REQUIRES(lock_);
     void SettleReported() REQUIRES(lock_);
+    void LimitUnreported() REQUIRES(lock_);
     void Settle(const Followed& message) REQUIRES(lock_);
     void Update(const Followed& message) REQUIRES(lock_);
+    void OnReceiptsEnded() REQUIRES(lock_);
     void UpdateFlags() REQUIRES(lock_);
 
     const AwaitedLines::IsReported isReported_;
@@ -116,7 +127,8 @@ private:
     ReceiptMap outstanding_ GUARDED_BY(lock_);  // marked
     ReceiptMap due_ GUARDED_BY(lock_);          // marked, and has news
 
-    // The messages by their state, in the order of sending.
+    // The messages by their state, in the order of sending. All empty while there is no receipt: what is not followed
+    // from the queue to the report must not be compared with anything.
     FollowedList waiting_ GUARDED_BY(lock_);     // in the queue
     FollowedList taken_ GUARDED_BY(lock_);       // at most one, about to be sent
     FollowedList unanswered_ GUARDED_BY(lock_);  // sent

@@ -7,7 +7,6 @@
 #include "core/lock.h"
 #include "core/thread.h"
 #include "device/device.h"
-#include "device/incoming_blocks.h"
 #include "platform/text.h"
 #include "transport/console.h"
 
@@ -153,7 +152,9 @@ void CMorquilDevice::SilenceProperties() {
     StopListening();
     Silence();
     delivery_.Silence();
-    ForEachFeature([](FeatureBase& feature) { feature.Silence(); });
+    for (const auto& feature : features_.All()) {
+        feature->Silence();
+    }
 }
 
 void CMorquilDevice::OnThreadStarting() {
@@ -177,7 +178,9 @@ void CMorquilDevice::ClearMirror() {
         Clear(conversionsCache_);
         deviceReceived_ = conversionsReceived_ = false;
     }
-    ForEachFeature([](FeatureBase& feature) { feature.ClearCache(); });
+    for (const auto& feature : features_.All()) {
+        feature->ClearCache();
+    }
 }
 
 /// Ends the wait for the initial state with a failure.
@@ -195,7 +198,8 @@ void CMorquilDevice::CheckInitialState() {
 
 /// First checks the feature that was incomplete last time: it usually still is, and this runs after every block.
 bool CMorquilDevice::IsInitialStateComplete() {
-    if (!handedOut_[missingFeature_]->IsCacheComplete()) {
+    const FeatureList::Objects features = features_.HandedOut();
+    if (!features[missingFeature_]->IsCacheComplete()) {
         return false;
     }
     {
@@ -204,8 +208,8 @@ bool CMorquilDevice::IsInitialStateComplete() {
             return false;
         }
     }
-    for (std::size_t place = 0; place < handedOut_.size(); ++place) {
-        if (!handedOut_[place]->IsCacheComplete()) {
+    for (std::size_t place = 0; place < features.size(); ++place) {
+        if (!features[place]->IsCacheComplete()) {
             missingFeature_ = place;
             return false;
         }

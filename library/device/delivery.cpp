@@ -32,8 +32,9 @@ STDMETHODIMP CMorquilDelivery::OpenReceipt(IMorquilReceiptObserver* observer, _M
 
 STDMETHODIMP CMorquilDelivery::MarkReceipt(UINT64 receipt) {
     Receipts& receipts = device_.MessageReceipts();
-    const HRESULT marked = receipts.Mark(receipt);
-    if (receipts.HasDue() && !device_.WakeConnection()) {
+    bool isDue = false;
+    const HRESULT marked = receipts.Mark(receipt, isDue);
+    if (isDue && !device_.WakeConnection()) {
         receipts.Cancel(receipt);
         return E_FAIL;
     }

@@ -1,12 +1,10 @@
 #include "device/device.h"
 
 #include <new>
-#include <type_traits>
 #include <utility>
 
 #include "core/callback_scope.h"
 #include "core/lock.h"
-#include "device/incoming_blocks.h"
 #include "platform/text.h"
 #include "settings/settings_file.h"
 
@@ -15,10 +13,8 @@ using QRN::Core::Lock;
 
 CMorquilDevice::CMorquilDevice(std::unique_ptr<AbstractComms> comms, std::int32_t initialStateWait)
     : CObservablePropertySet(morquilDeviceControlPropertySetId),
-      EveryBlockSink(std::move(comms)),
+      MorquilTextProtocolClient(std::move(comms)),
       initialStateWait_(initialStateWait) {
-    std::size_t place = 0;
-    features_.ForEach([&](FeatureBase& feature) { handedOut_[place++] = &feature; });
     ++disconnectNoticeCount_;
     connectEvent_.Create();
 }
@@ -35,7 +31,7 @@ void* CMorquilDevice::FindInterface(REFIID iid) {
     if (IsEqualIID(iid, IID_IMorquilDelivery)) {
         return static_cast<IMorquilDelivery*>(&delivery_);
     }
-    for (FeatureBase* const feature : handedOut_) {
+    for (const auto& feature : features_.HandedOut()) {
         if (IsEqualIID(iid, feature->Iid())) {
             return feature->AsUnknown();
         }
@@ -97,9 +93,9 @@ CObservablePropertySet* CMorquilDevice::FindPropertySet(_MorquilPropertySetId pr
     if (propertySet == PropertySet()) {
         return this;
     }
-    for (FeatureBase* const feature : handedOut_) {
+    for (const auto& feature : features_.HandedOut()) {
         if (propertySet == feature->PropertySet()) {
-            return feature;
+            return feature.get();
         }
     }
     return nullptr;
@@ -182,29 +178,28 @@ STDMETHODIMP CMorquilDevice::SetPanelLock(LONG lock) {
 
 /// The block as a settings file holds it: the copy of the first feature that keeps the block. The device's own block is
 /// kept here.
-template <class Description>
-std::string CMorquilDevice::SettingsTextOf() {
-    if constexpr (std::is_same_v<Description, MorquilDeviceChangeSet>) {
+std::string CMorquilDevice::SettingsTextOf(std::size_t place) {
+    if (place == placeOf<MorquilDeviceChangeSet>) {
         Lock lock(mirrorLock_);
         MorquilDeviceChangeSet saved = deviceCache_;
         ClearUnsaved(saved);
         return BlockText<MorquilDeviceChangeSet>(saved);
-    } else {
-        std::string text;
-        ForEachFeature([&]<class FeatureClass>(FeatureClass& feature) {
-            if constexpr (std::is_same_v<typename FeatureClass::SettingsBlock, Description>) {
-                text = text.empty() ? feature.GetSettingsText() : text;
-            }
-        });
-        return text;
     }
+    for (const auto& feature : features_.All()) {
+        if (feature->KeepsSettings(place)) {
+            return feature->GetSettingsText();
+        }
+    }
+    return {};
 }
 
 /// Everything that was known at one moment of a connection, or nothing after its end.
 std::string CMorquilDevice::SettingsText() {
     Lock wholeMirror(wholeMirrorLock_);
     std::string text;
-    ForEachSavedBlock([&]<class Description>() { text += SettingsTextOf<Description>() + '\n'; });
+    for (const std::size_t place : savedBlocks) {
+        text += SettingsTextOf(place) + '\n';
+    }
     return text;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <array>
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -11,12 +11,14 @@
 #include "core/lockable.h"
 #include "core/thread_safety.h"
 #include "device/delivery.h"
-#include "features/all.h"
-#include "features/feature_set.h"
+#include "features/feature_list.h"
 #include "observers/observable_property_set.h"
 #include "observers/observer_list.h"
 #include "platform/com_object.h"
-#include "protocol/every_block_sink.h"
+#include "protocol/any_block.h"
+#include "protocol/blocks/morquil_device.h"
+#include "protocol/blocks/protocol_preamble.h"
+#include "protocol/blocks/supported_conversions.h"
 #include "settings/morquil_config_loader.h"
 #include "transport/make_comms.h"
 #include "transport/morquil_text_protocol_client.h"
@@ -34,7 +36,7 @@
 /// object therefore outlives the callback in which the host releases it.
 class CMorquilDevice final : public Morquil::ComObject<CMorquilDevice, IMorquilDevice>,
                              public CObservablePropertySet,
-                             public Morquil::EveryBlockSink<CMorquilDevice, Morquil::MorquilTextProtocolClient> {
+                             public Morquil::MorquilTextProtocolClient {
 public:
     /// How long a connection waits for the initial state, in microseconds.
     static constexpr std::int32_t initialStateLimit = 120'000'000;
@@ -78,6 +80,7 @@ protected:
     void OnThreadStarting() override;
     void OnThreadEnding() override { GiveHoldBack(); }
 
+    void OnOtherBlock(std::size_t place, const void* changeSet) override;
     // Blocks that need more than storing their values in the features.
     void OnProtocolPreamble(const Morquil::ProtocolPreambleChangeSet& set) override;
     void OnMorquilDevice(const Morquil::MorquilDeviceChangeSet& set) override;
@@ -94,7 +97,6 @@ private:
     enum class ConnectionState : std::uint32_t { Disconnected = 0, Connecting = 1, Connected = 2, Disconnecting = 3 };
 
     friend class CMorquilDelivery;
-    friend class Morquil::EveryBlockSink<CMorquilDevice, Morquil::MorquilTextProtocolClient>;
 
     class Hold;
     using ConnectionRound = Morquil::ObserverList<IMorquilConnectionObserver>::Round;
@@ -107,10 +109,7 @@ private:
     template <class Out, class FieldType>
     HRESULT ReadDevice(Out* out, FieldType Morquil::MorquilDeviceChangeSet::*member);
     std::string SettingsText();
-    template <class Description>
-    std::string SettingsTextOf();
-    template <class Visit>
-    void ForEachFeature(Visit visit);
+    std::string SettingsTextOf(std::size_t place);
 
     // connection.cpp: the connection and its states
     bool SetAddress(BSTR address);
@@ -125,30 +124,27 @@ private:
     bool IsInitialStateComplete();
 
     // incoming_blocks.cpp: how a block reaches the mirror
-    template <class Description>
-    void OnBlock(const Morquil::ChangeSetOf<Description>& set);
     template <class Set>
-    void ApplySettings(const Set& set);
-    template <class Description>
-    void ApplyAvailability(const Morquil::ChangeSetOf<Description>& set);
-    template <class Description>
-    std::string ComparableText(const Morquil::ChangeSetOf<Description>& set);
-    template <class Description>
-    void ReportSettings(const std::string& text, _MorquilReportOrigin origin);
-    template <class Description>
-    void SettleReceipts(const std::string& text);
+    void ApplySettings(const Set& set) {
+        ApplySettings(Morquil::AnyBlock{Morquil::placeOf<Set>, &set});
+    }
+    void ApplySettings(Morquil::AnyBlock block);
+    void ApplyAvailability(Morquil::AnyBlock block);
+    std::string ComparableText(Morquil::AnyBlock block);
+    void ReportSettings(std::size_t place, const std::string& text, _MorquilReportOrigin origin);
+    void SettleReceipts(std::size_t place, const std::string& text);
     void Report(_MorquilPropertySetId propertySet, _MorquilReportKind kind, _MorquilReportOrigin origin);
     template <class Set>
-    void Request();
+    void Request() {
+        Request(Morquil::placeOf<Set>);
+    }
+    void Request(std::size_t place);
     void RequestAllOffers();
 
     std::atomic<std::uint32_t> holds_ = 1;
     std::atomic<bool> lastReferenceGone_ = false;
 
-    Morquil::FeatureSet<Morquil::Features> features_{*this, *this};
-    Morquil::FeatureSet<Morquil::HiddenFeatures> hiddenFeatures_{*this, *this};
-    /// The features that are handed out to hosts.
-    std::array<Morquil::FeatureBase*, Morquil::FeatureSet<Morquil::Features>::size> handedOut_;
+    Morquil::FeatureList features_{*this, *this};
 
     Morquil::MorquilConfigLoader settingsLoader_{*this};
     CMorquilDelivery delivery_{*this};
@@ -164,7 +160,7 @@ private:
 
     /// Used only by the connection thread.
     Morquil::ProtocolPreambleChangeSet preamble_;
-    std::size_t missingFeature_ = 0;  ///< index in `handedOut_` of a feature that was incomplete at the last check
+    std::size_t missingFeature_ = 0;  ///< index in the features handed out of one that was incomplete at the last check
     std::atomic<std::uint32_t> protocolVersionFlags_ = 0;
     std::atomic<std::uint32_t> protocolVersionMinor_ = 0;
 

@@ -1,10 +1,19 @@
-// The blocks that need more than storing their values in the features.
-#include "device/incoming_blocks.h"
-
+// How a received block reaches the mirror. All of this runs on the connection thread.
 #include <memory>
 #include <utility>
 
 #include "core/lock.h"
+#include "device/device.h"
+#include "features/input_configuration.h"
+#include "features/output_configuration.h"
+#include "features/reference.h"
+#include "features/video_advanced.h"
+#include "protocol/block_table.h"
+#include "protocol/blocks/genlock.h"
+#include "protocol/blocks/video_advanced.h"
+#include "protocol/blocks/video_input.h"
+#include "protocol/blocks/video_output.h"
+#include "protocol/table/message.h"
 
 using namespace Morquil;
 using QRN::Core::Lock;
@@ -25,19 +34,78 @@ bool Differs(FeatureClass& feature, HRESULT (STDMETHODCALLTYPE FeatureClass::*ge
 }  // namespace
 
 /// Requests a block from the device. The answer is not an echo, so the sent text is not recorded.
-template <class Set>
-void CMorquilDevice::Request() {
-    auto message = std::make_unique<TextProtocolMessage<Set>>();
+void CMorquilDevice::Request(std::size_t place) {
+    std::unique_ptr<TextProtocolMessageBase> message = MakeRequest(place);
     message->recordSentText = false;
-    Queue(std::move(message));
+    Queue(place, std::move(message));
 }
 
 void CMorquilDevice::RequestAllOffers() {
-    ForEachBlock<BlockRole::Offers>([this]<class Description>() {
-        if constexpr (factsOf<Description>.isSent) {
-            Request<Description>();
+    for (std::size_t place = 0; place < blockCount; ++place) {
+        if (factsByPlace[place].role == BlockRole::Offers && factsByPlace[place].isSent) {
+            Request(place);
         }
-    });
+    }
+}
+
+void CMorquilDevice::OnOtherBlock(std::size_t place, const void* changeSet) {
+    if (factsByPlace[place].role == BlockRole::Settings) {
+        ApplySettings(AnyBlock{place, changeSet});
+    } else {
+        ApplyAvailability(AnyBlock{place, changeSet});
+    }
+}
+
+/// Merges the block into the features that keep it and notifies their observers, unless it is only the echo of a
+/// setter.
+void CMorquilDevice::ApplySettings(AnyBlock block) {
+    const std::string text = ComparableText(block);
+    const bool notify = !IsSentText(text);
+    for (const auto& feature : features_.All()) {
+        // An observer may disconnect; the remaining features then keep their cleared mirrors.
+        if (feature->KeepsSettings(block.place) && IsListening()) {
+            feature->ApplySettings(block, notify);
+        }
+    }
+    CheckInitialState();
+    DropSentThrough(text);
+    ReportSettings(block.place, text, notify ? morquilReportElsewhere : morquilReportEcho);
+}
+
+void CMorquilDevice::ApplyAvailability(AnyBlock block) {
+    for (const auto& feature : features_.All()) {
+        if (feature->KeepsAvailability(block.place) && IsListening()) {
+            feature->ApplyAvailability(block);
+        }
+    }
+    CheckInitialState();
+    for (const auto& feature : features_.All()) {
+        if (feature->KeepsAvailability(block.place)) {
+            Report(feature->PropertySet(), morquilReportAvailability, morquilReportElsewhere);
+        }
+    }
+}
+
+/// The text of a received block, if anything is waiting to be compared with it.
+std::string CMorquilDevice::ComparableText(AnyBlock block) {
+    return AwaitsEcho() || MessageReceipts().IsActive() ? BlockText(block) : std::string();
+}
+
+/// The block has been merged and property observers have been notified: notifies those who follow reports.
+void CMorquilDevice::ReportSettings(std::size_t place, const std::string& text, _MorquilReportOrigin origin) {
+    for (const auto& feature : features_.All()) {
+        if (feature->KeepsSettings(place)) {
+            Report(feature->PropertySet(), morquilReportSettings, origin);
+        }
+    }
+    SettleReceipts(place, text);
+}
+
+void CMorquilDevice::SettleReceipts(std::size_t place, const std::string& text) {
+    if (IsListening()) {
+        MessageReceipts().OnReport(factsByPlace[place].slot - 1, text);
+        MessageReceipts().NotifyDue();
+    }
 }
 
 /// An observer may have disconnected meanwhile.
@@ -80,7 +148,8 @@ void CMorquilDevice::OnMorquilDevice(const MorquilDeviceChangeSet& set) {
     }
     CheckInitialState();
     Report(PropertySet(), morquilReportSettings, morquilReportElsewhere);
-    SettleReceipts<MorquilDeviceChangeSet>(ComparableText<MorquilDeviceChangeSet>(set));
+    constexpr std::size_t place = placeOf<MorquilDeviceChangeSet>;
+    SettleReceipts(place, ComparableText({place, &set}));
 }
 
 void CMorquilDevice::OnVideoInput(const VideoInputChangeSet& set) {
@@ -118,12 +187,13 @@ void CMorquilDevice::OnVideoOutput(const VideoOutputChangeSet& set) {
         Request<VideoAdvancedAvailabilityChangeSet>();
         Request<GenlockAvailabilityChangeSet>();
     }
-    const std::string text = ComparableText<VideoOutputChangeSet>(set);
+    constexpr std::size_t place = placeOf<VideoOutputChangeSet>;
+    const std::string text = ComparableText({place, &set});
     const bool isEcho = IsSentText(text);
     output.ApplyChangeSet(set, true);
     CheckInitialState();
     DropSentThrough(text);
-    ReportSettings<VideoOutputChangeSet>(text, isEcho ? morquilReportEcho : morquilReportElsewhere);
+    ReportSettings(place, text, isEcho ? morquilReportEcho : morquilReportElsewhere);
 }
 
 void CMorquilDevice::OnVideoAdvanced(const VideoAdvancedChangeSet& set) {

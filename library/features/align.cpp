@@ -4,6 +4,9 @@ using namespace Morquil;
 using Settings = AlignChangeSet;
 using Availability = VariableAspectRatioAvailabilityChangeSet;
 
+CMorquilAlign::CMorquilAlign(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilAlign, morquilAlignPropertySetId) {}
+
 // clang-format off
 STDMETHODIMP CMorquilAlign::SetSizeX(double size) { return SendDecimal(&Settings::sizeXLeft, size); }
 STDMETHODIMP CMorquilAlign::GetSizeX(double* size) { return Read(size, &Settings::sizeXLeft); }

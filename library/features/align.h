@@ -9,8 +9,7 @@
 class CMorquilAlign final
     : public Morquil::Feature<IMorquilAlign, Morquil::AlignChangeSet, Morquil::AlignAvailabilityBlock> {
 public:
-    CMorquilAlign(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilAlign, morquilAlignPropertySetId) {}
+    CMorquilAlign(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetSizeX(double size) override;
     STDMETHODIMP GetSizeX(double* size) override;

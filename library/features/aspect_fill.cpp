@@ -4,6 +4,9 @@ using namespace Morquil;
 using Settings = VideoAdjustChangeSet;
 using Availability = VideoAdjustAvailabilityChangeSet;
 
+CMorquilAspectFill::CMorquilAspectFill(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilAspectFill, morquilAspectFillPropertySetId, AvailabilityChange::Silent) {}
+
 // clang-format off
 STDMETHODIMP CMorquilAspectFill::SetLuma(unsigned int level) { return Send(&Settings::aspectFillLuma, level); }
 STDMETHODIMP CMorquilAspectFill::GetLuma(unsigned int* level) { return Read(level, &Settings::aspectFillLuma); }

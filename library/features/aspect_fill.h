@@ -7,9 +7,7 @@
 class CMorquilAspectFill final : public Morquil::Feature<IMorquilAspectFill, Morquil::VideoAdjustChangeSet,
                                                          Morquil::VideoAdjustAvailabilityChangeSet> {
 public:
-    CMorquilAspectFill(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilAspectFill, morquilAspectFillPropertySetId,
-                  Morquil::AvailabilityChange::Silent) {}
+    CMorquilAspectFill(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetLuma(unsigned int level) override;
     STDMETHODIMP GetLuma(unsigned int* level) override;

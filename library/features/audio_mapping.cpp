@@ -4,6 +4,9 @@ using namespace Morquil;
 using Settings = AudioChangeSet;
 using Availability = AudioAvailabilityChangeSet;
 
+CMorquilAudioMapping::CMorquilAudioMapping(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilAudioMapping, morquilAudioMappingPropertySetId) {}
+
 // clang-format off
 STDMETHODIMP CMorquilAudioMapping::SetAudioGain(int gain) { return SendAllElements(&Settings::audioInLevel, gain); }
 STDMETHODIMP CMorquilAudioMapping::GetAudioGain(int* gain) { return ReadElement(gain, &Settings::audioInLevel, 0); }

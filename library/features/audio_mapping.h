@@ -7,8 +7,7 @@
 class CMorquilAudioMapping final
     : public Morquil::Feature<IMorquilAudioMapping, Morquil::AudioChangeSet, Morquil::AudioAvailabilityChangeSet> {
 public:
-    CMorquilAudioMapping(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilAudioMapping, morquilAudioMappingPropertySetId) {}
+    CMorquilAudioMapping(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetAudioGain(int gain) override;
     STDMETHODIMP GetAudioGain(int* gain) override;

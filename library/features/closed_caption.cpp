@@ -4,6 +4,9 @@ using namespace Morquil;
 using Settings = AncillaryDataChangeSet;
 using Availability = AncillaryDataAvailabilityChangeSet;
 
+CMorquilClosedCaption::CMorquilClosedCaption(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilClosedCaption, morquilClosedCaptionPropertySetId) {}
+
 // clang-format off
 STDMETHODIMP CMorquilClosedCaption::SetEnabled(LONG enabled) { return SendYesNo(&Settings::ccEnabled, enabled); }
 STDMETHODIMP CMorquilClosedCaption::GetEnabled(LONG* enabled) { return Read(enabled, &Settings::ccEnabled); }

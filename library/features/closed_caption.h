@@ -7,8 +7,7 @@
 class CMorquilClosedCaption final : public Morquil::Feature<IMorquilClosedCaption, Morquil::AncillaryDataChangeSet,
                                                             Morquil::AncillaryDataAvailabilityChangeSet> {
 public:
-    CMorquilClosedCaption(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilClosedCaption, morquilClosedCaptionPropertySetId) {}
+    CMorquilClosedCaption(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetEnabled(LONG enabled) override;
     STDMETHODIMP GetEnabled(LONG* enabled) override;

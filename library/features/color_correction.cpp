@@ -4,6 +4,10 @@ using namespace Morquil;
 using Settings = VideoAdjustChangeSet;
 using Availability = VideoAdjustAvailabilityChangeSet;
 
+CMorquilColorCorrection::CMorquilColorCorrection(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilColorCorrection, morquilColorCorrectionPropertySetId,
+              AvailabilityChange::Silent) {}
+
 // clang-format off
 STDMETHODIMP CMorquilColorCorrection::SetRed(int red) { return Send(&Settings::red, red); }
 STDMETHODIMP CMorquilColorCorrection::GetRed(int* red) { return Read(red, &Settings::red); }

@@ -7,9 +7,7 @@
 class CMorquilColorCorrection final : public Morquil::Feature<IMorquilColorCorrection, Morquil::VideoAdjustChangeSet,
                                                               Morquil::VideoAdjustAvailabilityChangeSet> {
 public:
-    CMorquilColorCorrection(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilColorCorrection, morquilColorCorrectionPropertySetId,
-                  Morquil::AvailabilityChange::Silent) {}
+    CMorquilColorCorrection(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetRed(int red) override;
     STDMETHODIMP GetRed(int* red) override;

@@ -7,8 +7,7 @@
 class CMorquilDeviceFilenames final
     : public Morquil::Feature<IMorquilDeviceFilenames, Morquil::DeviceFilenamesChangeSet> {
 public:
-    CMorquilDeviceFilenames(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilDeviceFilenames, morquilDeviceFilenamesPropertySetId) {}
+    CMorquilDeviceFilenames(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP GetStillFrameName(BSTR* name) override;
     STDMETHODIMP SetStillFrameName(BSTR name) override;

@@ -16,6 +16,7 @@
 #include "core/thread_safety.h"
 #include "features/feature_base.h"
 #include "platform/text.h"
+#include "protocol/block_table.h"
 #include "protocol/table/block.h"
 #include "protocol/table/message.h"
 #include "protocol/text/cut_detector.h"
@@ -49,7 +50,10 @@ public:
     /// `owner` counts the references, `queue` accepts the messages; both must outlive the object.
     Feature(IUnknown& owner, IMessageQueue& queue, REFIID iid, _MorquilPropertySetId propertySet,
             AvailabilityChange availabilityChange = AvailabilityChange::Notify)
-        : FeatureBase(iid, propertySet), owner_(owner), queue_(queue), availabilityChange_(availabilityChange) {}
+        : FeatureBase(iid, propertySet, {placeOf<Set>, placeOf<AvailabilityDescription>}),
+          owner_(owner),
+          queue_(queue),
+          availabilityChange_(availabilityChange) {}
 
     STDMETHODIMP QueryInterface(REFIID iid, void** out) override { return owner_.QueryInterface(iid, out); }
     STDMETHODIMP_(ULONG) AddRef() override { return owner_.AddRef(); }
@@ -78,6 +82,13 @@ public:
         if (changed && availabilityChange_ == AvailabilityChange::Notify) {
             NotifyObservers();
         }
+    }
+
+    void ApplySettings(AnyBlock block, bool notify) override {
+        ApplyChangeSet(*static_cast<const Set*>(block.changeSet), notify);
+    }
+    void ApplyAvailability(AnyBlock block) override {
+        ApplyAvailabilityChangeSet(*static_cast<const AvailabilitySet*>(block.changeSet));
     }
 
     IUnknown* AsUnknown() override { return static_cast<Interface*>(this); }

@@ -4,6 +4,9 @@ using namespace Morquil;
 using Settings = VideoInputChangeSet;
 using Availability = VideoInputAvailabilityChangeSet;
 
+CMorquilInputConfiguration::CMorquilInputConfiguration(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilInputConfiguration, morquilInputConfigurationPropertySetId) {}
+
 // clang-format off
 STDMETHODIMP CMorquilInputConfiguration::SetAutoDetectionEnabled(LONG enabled) { return SendYesNo(&Settings::autoDetectionEnabled, enabled); }
 STDMETHODIMP CMorquilInputConfiguration::GetAutoDetectionEnabled(LONG* enabled) { return Read(enabled, &Settings::autoDetectionEnabled); }

@@ -8,8 +8,7 @@ class CMorquilInputConfiguration final
     : public Morquil::Feature<IMorquilInputConfiguration, Morquil::VideoInputChangeSet,
                               Morquil::VideoInputAvailabilityChangeSet> {
 public:
-    CMorquilInputConfiguration(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilInputConfiguration, morquilInputConfigurationPropertySetId) {}
+    CMorquilInputConfiguration(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetAutoDetectionEnabled(LONG enabled) override;
     STDMETHODIMP GetAutoDetectionEnabled(LONG* enabled) override;

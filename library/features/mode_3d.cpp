@@ -4,6 +4,9 @@ using namespace Morquil;
 using Settings = Mode3DChangeSet;
 using Availability = Mode3DAvailabilityChangeSet;
 
+CMorquil3dMode::CMorquil3dMode(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquil3dMode, morquil3dModePropertySetId) {}
+
 // clang-format off
 STDMETHODIMP CMorquil3dMode::SetMode(_MorquilAPI3dMode mode) { return SendWord<Modes3D>(&Settings::mode3D, mode); }
 STDMETHODIMP CMorquil3dMode::GetMode(_MorquilAPI3dMode* mode) { return Read(mode, &Settings::mode3D); }

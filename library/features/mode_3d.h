@@ -7,8 +7,7 @@
 class CMorquil3dMode final
     : public Morquil::Feature<IMorquil3dMode, Morquil::Mode3DChangeSet, Morquil::Mode3DAvailabilityChangeSet> {
 public:
-    CMorquil3dMode(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquil3dMode, morquil3dModePropertySetId) {}
+    CMorquil3dMode(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetMode(_MorquilAPI3dMode mode) override;
     STDMETHODIMP GetMode(_MorquilAPI3dMode* mode) override;

@@ -6,6 +6,9 @@ using Settings = NetworkConfigChangeSet;
 // In bytes of UTF-8, including the terminating zero.
 static constexpr std::size_t friendlyNameLimit = 1024;
 
+CMorquilNetworkConfig::CMorquilNetworkConfig(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilNetworkConfig, morquilNetworkConfigPropertySetId) {}
+
 // clang-format off
 STDMETHODIMP CMorquilNetworkConfig::GetFriendlyName(BSTR* name) { return ReadText(name, &Settings::friendlyName); }
 STDMETHODIMP CMorquilNetworkConfig::SetFriendlyName(BSTR name) { return SendText(&Settings::friendlyName, name, friendlyNameLimit); }

@@ -6,8 +6,7 @@
 /// The device's network settings. Only its name can be set.
 class CMorquilNetworkConfig final : public Morquil::Feature<IMorquilNetworkConfig, Morquil::NetworkConfigChangeSet> {
 public:
-    CMorquilNetworkConfig(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilNetworkConfig, morquilNetworkConfigPropertySetId) {}
+    CMorquilNetworkConfig(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP GetFriendlyName(BSTR* name) override;
     STDMETHODIMP SetFriendlyName(BSTR name) override;

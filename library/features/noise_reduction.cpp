@@ -4,6 +4,9 @@ using namespace Morquil;
 using Settings = NoiseReductionChangeSet;
 using Availability = NoiseReductionAvailabilityChangeSet;
 
+CMorquilNoiseReduction::CMorquilNoiseReduction(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilNoiseReduction, morquilNoiseReductionPropertySetId) {}
+
 // clang-format off
 STDMETHODIMP CMorquilNoiseReduction::SetEnabled(LONG enabled) { return SendYesNo(&Settings::enabled, enabled); }
 STDMETHODIMP CMorquilNoiseReduction::GetEnabled(LONG* enabled) { return Read(enabled, &Settings::enabled); }

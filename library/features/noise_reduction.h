@@ -7,8 +7,7 @@
 class CMorquilNoiseReduction final : public Morquil::Feature<IMorquilNoiseReduction, Morquil::NoiseReductionChangeSet,
                                                              Morquil::NoiseReductionAvailabilityChangeSet> {
 public:
-    CMorquilNoiseReduction(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilNoiseReduction, morquilNoiseReductionPropertySetId) {}
+    CMorquilNoiseReduction(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetEnabled(LONG enabled) override;
     STDMETHODIMP GetEnabled(LONG* enabled) override;

@@ -4,6 +4,10 @@ using namespace Morquil;
 using Settings = VideoOutputChangeSet;
 using Availability = VideoOutputAvailabilityChangeSet;
 
+CMorquilOutputConfiguration::CMorquilOutputConfiguration(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilOutputConfiguration, morquilOutputConfigurationPropertySetId,
+              AvailabilityChange::Silent) {}
+
 // clang-format off
 STDMETHODIMP CMorquilOutputConfiguration::SetVideoMode(_MorquilAPIVideoMode mode) { return SendWord<VideoModes>(&Settings::videoMode, mode); }
 STDMETHODIMP CMorquilOutputConfiguration::GetVideoMode(_MorquilAPIVideoMode* mode) { return Read(mode, &Settings::videoMode); }

@@ -8,9 +8,7 @@ class CMorquilOutputConfiguration final
     : public Morquil::Feature<IMorquilOutputConfiguration, Morquil::VideoOutputChangeSet,
                               Morquil::VideoOutputAvailabilityChangeSet> {
 public:
-    CMorquilOutputConfiguration(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilOutputConfiguration, morquilOutputConfigurationPropertySetId,
-                  Morquil::AvailabilityChange::Silent) {}
+    CMorquilOutputConfiguration(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetVideoMode(_MorquilAPIVideoMode mode) override;
     STDMETHODIMP GetVideoMode(_MorquilAPIVideoMode* mode) override;

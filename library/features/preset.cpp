@@ -9,6 +9,9 @@ using Availability = PresetAvailabilityChangeSet;
 // In bytes of UTF-8, including the terminating zero.
 static constexpr std::size_t presetNameLimit = 1024;
 
+CMorquilPreset::CMorquilPreset(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilPreset, morquilPresetPropertySetId) {}
+
 // clang-format off
 STDMETHODIMP CMorquilPreset::SavePreset(int preset) { return Accepts(preset, 0, 1) ? Send(&Settings::save, preset) : E_INVALIDARG; }
 STDMETHODIMP CMorquilPreset::RecallPreset(int preset) { return Accepts(preset, 0, 2) ? Send(&Settings::recall, preset) : E_INVALIDARG; }

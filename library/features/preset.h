@@ -9,8 +9,7 @@
 class CMorquilPreset final
     : public Morquil::Feature<IMorquilPreset, Morquil::PresetChangeSet, Morquil::PresetAvailabilityChangeSet> {
 public:
-    CMorquilPreset(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilPreset, morquilPresetPropertySetId) {}
+    CMorquilPreset(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SavePreset(int preset) override;
     STDMETHODIMP RecallPreset(int preset) override;

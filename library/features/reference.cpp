@@ -4,6 +4,9 @@ using namespace Morquil;
 using Settings = GenlockChangeSet;
 using Availability = GenlockAvailabilityChangeSet;
 
+CMorquilReference::CMorquilReference(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilReference, morquilReferencePropertySetId) {}
+
 // clang-format off
 STDMETHODIMP CMorquilReference::SetType(_MorquilAPIVideoReferenceType type) { return SendWord<ReferenceTypes>(&Settings::type, type); }
 STDMETHODIMP CMorquilReference::GetType(_MorquilAPIVideoReferenceType* type) { return Read(type, &Settings::type); }

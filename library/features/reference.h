@@ -7,8 +7,7 @@
 class CMorquilReference final
     : public Morquil::Feature<IMorquilReference, Morquil::GenlockChangeSet, Morquil::GenlockAvailabilityChangeSet> {
 public:
-    CMorquilReference(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilReference, morquilReferencePropertySetId) {}
+    CMorquilReference(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetType(_MorquilAPIVideoReferenceType type) override;
     STDMETHODIMP GetType(_MorquilAPIVideoReferenceType* type) override;

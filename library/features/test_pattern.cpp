@@ -4,6 +4,9 @@ using namespace Morquil;
 using Settings = TestPatternChangeSet;
 using Availability = TestPatternAvailabilityChangeSet;
 
+CMorquilTestPattern::CMorquilTestPattern(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilTestPattern, morquilTestPatternPropertySetId) {}
+
 // clang-format off
 STDMETHODIMP CMorquilTestPattern::SetOutput(_MorquilAPITestPattern pattern) { return SendWord<TestPatterns>(&Settings::output, pattern); }
 STDMETHODIMP CMorquilTestPattern::GetOutput(_MorquilAPITestPattern* pattern) { return Read(pattern, &Settings::output); }

@@ -7,8 +7,7 @@
 class CMorquilTestPattern final : public Morquil::Feature<IMorquilTestPattern, Morquil::TestPatternChangeSet,
                                                           Morquil::TestPatternAvailabilityChangeSet> {
 public:
-    CMorquilTestPattern(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilTestPattern, morquilTestPatternPropertySetId) {}
+    CMorquilTestPattern(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetOutput(_MorquilAPITestPattern pattern) override;
     STDMETHODIMP GetOutput(_MorquilAPITestPattern* pattern) override;

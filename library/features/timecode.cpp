@@ -6,6 +6,9 @@ using namespace Morquil;
 using Settings = AncillaryDataChangeSet;
 using Availability = AncillaryDataAvailabilityChangeSet;
 
+CMorquilTimecode::CMorquilTimecode(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilTimecode, morquilTimecodePropertySetId) {}
+
 // clang-format off
 STDMETHODIMP CMorquilTimecode::SetMode(_MorquilAPITimecodeMode mode) { return SendWord<TimecodeModes>(&Settings::timecodeMode, mode); }
 STDMETHODIMP CMorquilTimecode::GetMode(_MorquilAPITimecodeMode* mode) { return Read(mode, &Settings::timecodeMode); }

@@ -7,8 +7,7 @@
 class CMorquilTimecode final : public Morquil::Feature<IMorquilTimecode, Morquil::AncillaryDataChangeSet,
                                                        Morquil::AncillaryDataAvailabilityChangeSet> {
 public:
-    CMorquilTimecode(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilTimecode, morquilTimecodePropertySetId) {}
+    CMorquilTimecode(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetMode(_MorquilAPITimecodeMode mode) override;
     STDMETHODIMP GetMode(_MorquilAPITimecodeMode* mode) override;

@@ -4,6 +4,9 @@ using namespace Morquil;
 using Settings = VariableAspectRatioChangeSet;
 using Availability = VariableAspectRatioAvailabilityChangeSet;
 
+CMorquilVariableAspectRatio::CMorquilVariableAspectRatio(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilVariableAspectRatio, morquilVariableAspectRatioPropertySetId) {}
+
 // clang-format off
 STDMETHODIMP CMorquilVariableAspectRatio::SetSizeX(double size) { return SendDecimal(&Settings::sizeXLeft, size); }
 STDMETHODIMP CMorquilVariableAspectRatio::GetSizeX(double* size) { return Read(size, &Settings::sizeXLeft); }

@@ -8,8 +8,7 @@ class CMorquilVariableAspectRatio final
     : public Morquil::Feature<IMorquilVariableAspectRatio, Morquil::VariableAspectRatioChangeSet,
                               Morquil::VariableAspectRatioAvailabilityChangeSet> {
 public:
-    CMorquilVariableAspectRatio(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilVariableAspectRatio, morquilVariableAspectRatioPropertySetId) {}
+    CMorquilVariableAspectRatio(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetSizeX(double size) override;
     STDMETHODIMP GetSizeX(double* size) override;

@@ -4,6 +4,9 @@ using namespace Morquil;
 using Settings = VideoAdvancedChangeSet;
 using Availability = VideoAdvancedAvailabilityChangeSet;
 
+CMorquilVideoAdvanced::CMorquilVideoAdvanced(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilVideoAdvanced, morquilVideoAdvancedPropertySetId) {}
+
 // clang-format off
 STDMETHODIMP CMorquilVideoAdvanced::SetCleanCadence(LONG enabled) { return SendYesNo(&Settings::cleanCadence, enabled); }
 STDMETHODIMP CMorquilVideoAdvanced::GetCleanCadence(LONG* enabled) { return Read(enabled, &Settings::cleanCadence); }

@@ -7,8 +7,7 @@
 class CMorquilVideoAdvanced final : public Morquil::Feature<IMorquilVideoAdvanced, Morquil::VideoAdvancedChangeSet,
                                                             Morquil::VideoAdvancedAvailabilityChangeSet> {
 public:
-    CMorquilVideoAdvanced(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilVideoAdvanced, morquilVideoAdvancedPropertySetId) {}
+    CMorquilVideoAdvanced(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetCleanCadence(LONG enabled) override;
     STDMETHODIMP GetCleanCadence(LONG* enabled) override;

@@ -4,6 +4,9 @@ using namespace Morquil;
 using Settings = VideoAdjustChangeSet;
 using Availability = VideoAdjustAvailabilityChangeSet;
 
+CMorquilVideoClip::CMorquilVideoClip(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilVideoClip, morquilVideoClipPropertySetId, AvailabilityChange::Silent) {}
+
 // clang-format off
 STDMETHODIMP CMorquilVideoClip::SetLumaLow(unsigned int level) { return Send(&Settings::lumaLow, level); }
 STDMETHODIMP CMorquilVideoClip::GetLumaLow(unsigned int* level) { return Read(level, &Settings::lumaLow); }

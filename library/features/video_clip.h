@@ -7,9 +7,7 @@
 class CMorquilVideoClip final : public Morquil::Feature<IMorquilVideoClip, Morquil::VideoAdjustChangeSet,
                                                         Morquil::VideoAdjustAvailabilityChangeSet> {
 public:
-    CMorquilVideoClip(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilVideoClip, morquilVideoClipPropertySetId,
-                  Morquil::AvailabilityChange::Silent) {}
+    CMorquilVideoClip(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetLumaLow(unsigned int level) override;
     STDMETHODIMP GetLumaLow(unsigned int* level) override;

@@ -6,6 +6,9 @@ using namespace Morquil;
 using Settings = AncillaryDataChangeSet;
 using Availability = AncillaryDataAvailabilityChangeSet;
 
+CMorquilVideoIndex::CMorquilVideoIndex(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilVideoIndex, morquilVideoIndexPropertySetId) {}
+
 // clang-format off
 STDMETHODIMP CMorquilVideoIndex::SetIndexReaction(_MorquilAPIVideoIndexReaction reaction) { return SendWord<IndexReactions>(&Settings::indexReaction, reaction); }
 STDMETHODIMP CMorquilVideoIndex::GetIndexReaction(_MorquilAPIVideoIndexReaction* reaction) { return Read(reaction, &Settings::indexReaction); }

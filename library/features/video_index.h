@@ -7,8 +7,7 @@
 class CMorquilVideoIndex final : public Morquil::Feature<IMorquilVideoIndex, Morquil::AncillaryDataChangeSet,
                                                          Morquil::AncillaryDataAvailabilityChangeSet> {
 public:
-    CMorquilVideoIndex(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilVideoIndex, morquilVideoIndexPropertySetId) {}
+    CMorquilVideoIndex(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetIndexReaction(_MorquilAPIVideoIndexReaction reaction) override;
     STDMETHODIMP GetIndexReaction(_MorquilAPIVideoIndexReaction* reaction) override;

@@ -4,6 +4,9 @@ using namespace Morquil;
 using Settings = VideoProcAmpChangeSet;
 using Availability = VideoProcAmpAvailabilityChangeSet;
 
+CMorquilVideoProcAmp::CMorquilVideoProcAmp(IUnknown& owner, IMessageQueue& queue)
+    : Feature(owner, queue, IID_IMorquilVideoProcAmp, morquilVideoProcAmpPropertySetId, AvailabilityChange::Silent) {}
+
 // clang-format off
 STDMETHODIMP CMorquilVideoProcAmp::SetGain(int gain) { return Send(&Settings::gain, gain); }
 STDMETHODIMP CMorquilVideoProcAmp::GetGain(int* gain) { return Read(gain, &Settings::gain); }

@@ -7,9 +7,7 @@
 class CMorquilVideoProcAmp final : public Morquil::Feature<IMorquilVideoProcAmp, Morquil::VideoProcAmpChangeSet,
                                                            Morquil::VideoProcAmpAvailabilityChangeSet> {
 public:
-    CMorquilVideoProcAmp(IUnknown& owner, Morquil::IMessageQueue& queue)
-        : Feature(owner, queue, IID_IMorquilVideoProcAmp, morquilVideoProcAmpPropertySetId,
-                  Morquil::AvailabilityChange::Silent) {}
+    CMorquilVideoProcAmp(IUnknown& owner, Morquil::IMessageQueue& queue);
 
     STDMETHODIMP SetGain(int gain) override;
     STDMETHODIMP GetGain(int* gain) override;

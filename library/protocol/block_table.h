@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <tuple>
 #include <type_traits>
@@ -87,20 +89,24 @@ constexpr void ForEachBlock(Visit visit) {
     });
 }
 
-/// The same for the blocks that a settings file holds, in the order of the file.
-template <class Visit>
-constexpr void ForEachSavedBlock(Visit visit) {
-    [&]<std::size_t... earlier>(std::index_sequence<earlier...>) {
-        const auto visitPlace = [&]<std::size_t place>(std::integral_constant<std::size_t, place>) {
-            ForEachBlock([&]<class Description>() {
-                if constexpr (factsOf<Description>.savedPlace == place) {
-                    visit.template operator()<Description>();
-                }
-            });
-        };
-        (visitPlace(std::integral_constant<std::size_t, earlier + 1>()), ...);
+/// The facts about every block, by its place in the table.
+inline constexpr std::array<BlockFacts, blockCount> factsByPlace =
+    []<class... Entries>(std::type_identity<std::tuple<Entries...>>) {
+        return std::array<BlockFacts, blockCount>{Entries::facts...};
+    }(std::type_identity<BlockTable>());
+
+inline constexpr std::size_t savedBlockCount = static_cast<std::size_t>(std::count_if(
+    factsByPlace.begin(), factsByPlace.end(), [](const BlockFacts& facts) { return facts.savedPlace != 0; }));
+
+/// The places of the blocks that a settings file holds, in the order of the file.
+inline constexpr std::array<std::size_t, savedBlockCount> savedBlocks = [] {
+    std::array<std::size_t, savedBlockCount> places{};
+    for (std::size_t place = 0; place < blockCount; ++place) {
+        if (factsByPlace[place].savedPlace != 0) {
+            places[factsByPlace[place].savedPlace - 1] = place;
+        }
     }
-    (std::make_index_sequence<blockCount>());
-}
+    return places;
+}();
 
 }  // namespace Morquil

@@ -2,9 +2,9 @@
 
 #include <array>
 #include <cstddef>
-#include <tuple>
 #include <utility>
 
+#include "protocol/blocks/all.h"
 #include "protocol/sink.h"
 
 namespace Morquil {

@@ -24,6 +24,11 @@ constexpr NameTable<blockCount> headers{[] {
 MorquilTextProtocolParser::MorquilTextProtocolParser()
     : MorquilTextProtocolParser(BlockOperationsOf<Side::Host>::all.data()) {}
 
+MorquilTextProtocolParser::MorquilTextProtocolParser(const BlockOperations* operations)
+    : operations_(operations), changeSets_(std::make_unique<ChangeSets>()) {}
+
+MorquilTextProtocolParser::~MorquilTextProtocolParser() = default;
+
 bool MorquilTextProtocolParser::BeginBlock(std::string_view header) {
     const std::size_t block = headers.Find(header);
     if (block == blockCount) {

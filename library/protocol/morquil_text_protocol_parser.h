@@ -2,10 +2,9 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <string_view>
-#include <tuple>
 
-#include "protocol/block_table.h"
 #include "protocol/sink.h"
 #include "protocol/table/line_context.h"
 #include "protocol/table/side.h"
@@ -14,6 +13,7 @@
 namespace Morquil {
 
 class MorquilTextProtocolParser;
+struct ChangeSets;
 template <Side side>
 struct BlockOperationsOf;
 
@@ -30,7 +30,8 @@ public:
     /// Reads, as a host, what a device sends.
     MorquilTextProtocolParser();
     /// `operations`: what to do with each block, by its place in the table.
-    explicit MorquilTextProtocolParser(const BlockOperations* operations) : operations_(operations) {}
+    explicit MorquilTextProtocolParser(const BlockOperations* operations);
+    ~MorquilTextProtocolParser() override;
 
     /// `sink` is not owned; without one, blocks and errors are dropped.
     /// Threads: any, also inside a sink operation. Does not wait for an operation that is running.
@@ -51,13 +52,6 @@ private:
 
     void ReadValue(std::string_view key, std::string_view value);
 
-    template <class Table>
-    struct ChangeSetsOf;
-    template <class... Entries>
-    struct ChangeSetsOf<std::tuple<Entries...>> {
-        using Type = std::tuple<ChangeSetOf<typename Entries::Description>...>;
-    };
-
     static constexpr std::int32_t noBlock = 0;
     static constexpr std::int32_t unknownBlock = -1;
 
@@ -65,7 +59,7 @@ private:
     std::int32_t currentBlock_ = noBlock;
     std::atomic<IMorquilTextProtocolSink*> sink_ = nullptr;
     Selections selections_;
-    ChangeSetsOf<BlockTable>::Type changeSets_;
+    const std::unique_ptr<ChangeSets> changeSets_;
 };
 
 }  // namespace Morquil

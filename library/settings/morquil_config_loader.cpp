@@ -2,11 +2,20 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
+#include <utility>
 
 #include "core/lock.h"
+#include "protocol/any_block.h"
+#include "protocol/block_table.h"
+#include "protocol/table/message.h"
 #include "settings/settings_file.h"
 
 namespace Morquil {
+
+MorquilConfigLoader::MorquilConfigLoader(MorquilTextProtocolClient& client) : client_(client) {
+    parser_.SetSink(this);
+}
 
 bool MorquilConfigLoader::Load(const std::string& path) {
     try {
@@ -48,6 +57,22 @@ void MorquilConfigLoader::DropUnfinishedBlock() {
     parser_.SetSink(nullptr);
     parser_.Feed("\n\n", 2);
     parser_.SetSink(this);
+}
+
+/// The device's answers to these messages do not count as echoes of a setter: hosts are notified of them as of changes
+/// made elsewhere.
+void MorquilConfigLoader::OnOtherBlock(std::size_t place, const void* changeSet) {
+    if (!factsByPlace[place].isPlayedBack) {
+        return;
+    }
+    try {
+        std::unique_ptr<TextProtocolMessageBase> message = MakeMessage({place, changeSet});
+        message->recordSentText = false;
+        client_.Queue(place, std::move(message));
+    } catch (const std::bad_alloc&) {
+        // The rest of the file may still fit into memory. Throwing would leave the parser inside a block and spoil the
+        // rest.
+    }
 }
 
 }  // namespace Morquil

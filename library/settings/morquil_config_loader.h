@@ -2,15 +2,12 @@
 
 #include <atomic>
 #include <cstddef>
-#include <memory>
-#include <new>
 #include <string>
 
 #include "core/lockable.h"
 #include "core/thread_safety.h"
-#include "protocol/every_block_sink.h"
 #include "protocol/morquil_text_protocol_parser.h"
-#include "protocol/text/cut_detector.h"
+#include "protocol/sink.h"
 #include "transport/morquil_text_protocol_client.h"
 
 namespace Morquil {
@@ -22,13 +19,13 @@ class SettingsFileReader;
 ///
 /// A file's input configuration is deliberately not played back: it would switch the device away from its current input
 /// signal.
-class MorquilConfigLoader final : private EveryBlockSink<MorquilConfigLoader> {
+class MorquilConfigLoader final : private IMorquilTextProtocolSink {
 public:
     /// The most bytes read from a file. A block that is incomplete at this limit is dropped.
     static constexpr std::size_t longestFile = std::size_t{16} << 20;
 
     /// `client` must outlive the loader.
-    explicit MorquilConfigLoader(MorquilTextProtocolClient& client) : client_(client) { parser_.SetSink(this); }
+    explicit MorquilConfigLoader(MorquilTextProtocolClient& client);
 
     /// Reads the file `path` (UTF-8) to its end. A block that the file does not finish is continued by the next file.
     /// Threads: any; a second load waits for the first, so that their lines do not mix.
@@ -40,32 +37,10 @@ public:
     void Stop() { stopped_ = true; }
 
 private:
-    friend EveryBlockSink;
-
     void Play(SettingsFileReader& file) REQUIRES(lock_);
     void DropUnfinishedBlock() REQUIRES(lock_);
 
-    /// The device's answers to these messages do not count as echoes of a setter: hosts are notified of them as of
-    /// changes made elsewhere.
-    template <class Set>
-    void Queue(const Set& set) {
-        try {
-            auto message = std::make_unique<TextProtocolMessage<Set>>(set);
-            ClearWhatWouldBeCut(*message);
-            message->recordSentText = false;
-            client_.Queue(std::move(message));
-        } catch (const std::bad_alloc&) {
-            // The rest of the file may still fit into memory. Throwing would leave the parser inside a block and spoil
-            // the rest.
-        }
-    }
-
-    template <class Description>
-    void OnBlock(const ChangeSetOf<Description>& set) {
-        if constexpr (factsOf<Description>.isPlayedBack) {
-            Queue(set);
-        }
-    }
+    void OnOtherBlock(std::size_t place, const void* changeSet) override;
     void OnPing() override {}
     void OnAcknowledge(bool /*positive*/) override {}
     void OnUnknownBlock() override {}

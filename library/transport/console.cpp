@@ -1,7 +1,7 @@
 #include "transport/console.h"
 
-#include <algorithm>
 #include <atomic>
+#include <cstddef>
 #include <new>
 
 #include "core/static_lock.h"
@@ -21,7 +21,7 @@ constinit StaticLock printerLock;
 constinit PiecePrinter printer GUARDED_BY(printerLock){&WriteAtOnce};
 
 constinit std::atomic<_MorquilConsoleMode> output = morquilConsoleStandardOutput;
-/// Exists once a host has chosen an observer. Never destroyed: connection threads may print until the process ends.
+/// Exists once a host has chosen an output. Never destroyed: connection threads may print until the process ends.
 constinit std::atomic<ConsoleObserver*> chosenObserver = nullptr;
 
 void PrintOnStandardOutput(std::string_view text) {
@@ -31,40 +31,54 @@ void PrintOnStandardOutput(std::string_view text) {
     }
 }
 
-void CallObserver(std::string_view line) {
-    if (ConsoleObserver* const observer = chosenObserver) {
-        observer->CallWith(line.substr(0, line.find_last_not_of("\r\n") + 1));
-    }
-}
-
-/// Throws: std::bad_alloc; nothing has changed.
-void ChooseObserver(IMorquilConsoleObserver* observer) {
-    static constinit StaticLock choosing;
-    {
-        const StaticLockHold lock(choosing);
-        if (chosenObserver == nullptr && observer != nullptr) {
-            chosenObserver = new ConsoleObserver();
+/// A line without the line feed, or carriage return and line feed, that ends it.
+std::string_view WithoutEnd(std::string_view line) {
+    for (const char end : {'\n', '\r'}) {
+        if (!line.empty() && line.back() == end) {
+            line.remove_suffix(1);
         }
     }
-    if (ConsoleObserver* const chosen = chosenObserver) {
-        chosen->Set(observer);
+    return line;
+}
+
+/// Returns: false if the output is being changed.
+bool TryPrint(std::string_view line) {
+    switch (output) {
+        case morquilConsoleStandardOutput:
+            PrintOnStandardOutput(line);
+            return true;
+        case morquilConsoleSilent:
+            return true;
+        case morquilConsoleObserver:
+            return chosenObserver.load()->CallWith(WithoutEnd(line));
     }
+    return true;
+}
+
+/// Throws: std::bad_alloc.
+ConsoleObserver& ChosenObserver() {
+    static constinit StaticLock making;
+    const StaticLockHold lock(making);
+    if (chosenObserver == nullptr) {
+        chosenObserver = new ConsoleObserver(output);
+    }
+    return *chosenObserver;
 }
 
 }  // namespace
 
 void Print(std::string_view line) {
-    if (output == morquilConsoleStandardOutput) {
-        PrintOnStandardOutput(line);
-    } else if (output == morquilConsoleObserver) {
-        CallObserver(line);
+    while (!TryPrint(line)) {
     }
 }
 
 void ReceivedText::Print(std::string_view piece) {
-    if (output != morquilConsoleObserver) {
-        unfinished_.clear();
-        Morquil::Print(piece);
+    const _MorquilConsoleMode mode = output;
+    if (mode != morquilConsoleObserver) {
+        Finish();
+        if (mode == morquilConsoleStandardOutput) {
+            PrintOnStandardOutput(piece);
+        }
         return;
     }
     try {
@@ -72,23 +86,37 @@ void ReceivedText::Print(std::string_view piece) {
     } catch (const std::bad_alloc&) {
         return;  // the text is lost, the connection is not
     }
-    CallForWholeLines();
+    PrintWholeLines();
 }
 
-void ReceivedText::CallForWholeLines() {
+void ReceivedText::PrintWholeLines() {
     std::string_view rest = unfinished_;
-    for (std::size_t end = rest.find('\n'); end != std::string_view::npos || rest.size() >= longestLine;
-         end = rest.find('\n')) {
-        const std::size_t length = std::min(end == std::string_view::npos ? end : end + 1, longestLine);
-        CallObserver(rest.substr(0, length));
+    for (std::size_t length = FirstLineLength(rest); length != 0; length = FirstLineLength(rest)) {
+        Morquil::Print(rest.substr(0, length));
         rest.remove_prefix(length);
     }
     unfinished_.erase(0, unfinished_.size() - rest.size());
 }
 
+/// The length of the first line in `text` with its end, or of the piece to cut off a longer one; 0 while more may
+/// belong to it.
+std::size_t ReceivedText::FirstLineLength(std::string_view text) {
+    const std::size_t end = text.find('\n');
+    if (WithoutEnd(text.substr(0, end)).size() <= longestLine) {
+        return end == std::string_view::npos ? 0 : end + 1;
+    }
+    constexpr std::size_t longestCharacter = 4;
+    const auto isInsideCharacter = [&](std::size_t place) { return (text[place] & 0xC0) == 0x80; };
+    std::size_t length = longestLine;
+    while (isInsideCharacter(length) && length > longestLine - longestCharacter) {
+        --length;
+    }
+    return isInsideCharacter(length) ? longestLine : length;
+}
+
 void ReceivedText::Finish() {
     if (!unfinished_.empty()) {
-        CallObserver(unfinished_);
+        Morquil::Print(unfinished_);
         unfinished_.clear();
     }
 }
@@ -100,11 +128,10 @@ HRESULT SetConsoleOutput(_MorquilConsoleMode mode, IMorquilConsoleObserver* obse
         return E_INVALIDARG;
     }
     try {
-        ChooseObserver(observer);
+        ChosenObserver().Set(mode, observer);
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;
     }
-    output = mode;
     return S_OK;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -15,18 +16,20 @@ namespace Morquil {
 /// Threads: any.
 void Print(std::string_view line);
 
-/// Prints what one connection receives, in the pieces in which it arrives. An observer is called for whole lines.
+/// Prints what one connection receives, in the pieces in which it arrives. An observer is called for whole lines; when
+/// another output is chosen in the middle of a line, the line continues there.
 /// Threads: one at a time.
 class ReceivedText {
 public:
     void Print(std::string_view piece);
-    /// Nothing more arrives: the observer is called for an unfinished line.
+    /// Prints an unfinished line: nothing more of it arrives.
     void Finish();
 
 private:
     static constexpr std::size_t longestLine = 4096;
 
-    void CallForWholeLines();
+    void PrintWholeLines();
+    static std::size_t FirstLineLength(std::string_view text);
 
     std::string unfinished_;
 };

@@ -11,45 +11,70 @@ namespace Morquil {
 using QRN::Core::CallbackScope;
 using QRN::Core::Lock;
 
-/// An observer, one reference to it, and the number of its calls in progress.
-struct ConsoleObserver::Target {
+/// An observer and one reference to it.
+class ConsoleObserver::Target {
+public:
     explicit Target(IMorquilConsoleObserver& called) : observer(called) { observer.AddRef(); }
     ~Target() { observer.Release(); }
     Target(const Target&) = delete;
     Target& operator=(const Target&) = delete;
 
     IMorquilConsoleObserver& observer;
-    unsigned calls = 0;
+    // The lock of `ConsoleObserver` guards these.
+    unsigned calls = 0;         ///< in progress
+    bool endsWithCall = false;  ///< replaced; the last call deletes it
 };
 
-void ConsoleObserver::Set(IMorquilConsoleObserver* observer) {
-    // Released at the end, without the lock.
-    std::shared_ptr<Target> replaced = observer != nullptr ? std::make_shared<Target>(*observer) : nullptr;
+ConsoleObserver::ConsoleObserver(std::atomic<_MorquilConsoleMode>& mode) : mode_(mode) {}
+ConsoleObserver::~ConsoleObserver() = default;
+
+void ConsoleObserver::Set(_MorquilConsoleMode mode, IMorquilConsoleObserver* observer) {
+    std::unique_ptr<Target> target = observer != nullptr ? std::make_unique<Target>(*observer) : nullptr;
     Lock lock(lock_);
-    std::swap(target_, replaced);
-    const bool mayWait = replaced != nullptr && !CallbackScope::OnThisThread();
-    while (mayWait && replaced->calls != 0) {
+    mode_ = mode;
+    std::swap(target_, target);  // from here on it is the replaced one; deleted after the lock
+    if (target == nullptr || target->calls == 0) {
+        return;
+    }
+    if (CallbackScope::OnThisThread()) {
+        target.release()->endsWithCall = true;
+        return;
+    }
+    while (target->calls != 0) {
         callEnded_.Wait(lock_);
     }
 }
 
-void ConsoleObserver::CallWith(std::string_view line) {
-    std::shared_ptr<Target> target;
-    {
-        Lock lock(lock_);
-        target = target_;
-        if (target == nullptr) {
-            return;
-        }
-        ++target->calls;
+bool ConsoleObserver::CallWith(std::string_view line) {
+    Target* const target = BeginCall();
+    if (target == nullptr) {
+        return false;
     }
     if (const BSTR text = BstrFromUtf8(line)) {
         const CallbackScope inCallback;
         target->observer.Line(text);
         SysFreeString(text);
     }
+    EndCall(*target);
+    return true;
+}
+
+/// The target lives until `EndCall`.
+ConsoleObserver::Target* ConsoleObserver::BeginCall() {
     Lock lock(lock_);
-    --target->calls;
+    if (target_ != nullptr) {
+        ++target_->calls;
+    }
+    return target_.get();
+}
+
+void ConsoleObserver::EndCall(Target& target) {
+    std::unique_ptr<Target> ended;  // deleted after the lock
+    Lock lock(lock_);
+    --target.calls;
+    if (target.endsWithCall && target.calls == 0) {
+        ended.reset(&target);
+    }
     callEnded_.WakeAll();
 }
 

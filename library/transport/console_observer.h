@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <string_view>
 
@@ -14,19 +15,30 @@ namespace Morquil {
 /// Threads: any.
 class ConsoleObserver {
 public:
-    /// Replaces the observer; null removes it. Outside a callback it waits for calls of the replaced observer.
+    /// `mode` says where text goes. It changes together with the observer.
+    explicit ConsoleObserver(std::atomic<_MorquilConsoleMode>& mode);
+    ~ConsoleObserver();
+    ConsoleObserver(const ConsoleObserver&) = delete;
+    ConsoleObserver& operator=(const ConsoleObserver&) = delete;
+
+    /// Replaces the observer and releases it; null removes it. Outside a callback it waits for calls of the replaced
+    /// observer first; inside one, the last of those calls releases it.
     /// Throws: std::bad_alloc; nothing has changed.
-    void Set(IMorquilConsoleObserver* observer);
+    void Set(_MorquilConsoleMode mode, IMorquilConsoleObserver* observer);
     /// Calls the observer. A line for which there is no memory is dropped.
-    void CallWith(std::string_view line);
+    /// Returns: false if there is no observer.
+    bool CallWith(std::string_view line);
 
 private:
-    struct Target;
-    class Call;
+    class Target;
 
+    Target* BeginCall();
+    void EndCall(Target& target);
+
+    std::atomic<_MorquilConsoleMode>& mode_;
     QRN::Core::Lockable lock_;
     QRN::Core::Condition callEnded_;
-    std::shared_ptr<Target> target_ GUARDED_BY(lock_);
+    std::unique_ptr<Target> target_ GUARDED_BY(lock_);
 };
 
 }  // namespace Morquil

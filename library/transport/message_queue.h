@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <utility>
 
@@ -21,6 +22,10 @@ public:
     template <class Set>
     HRESULT Queue(std::unique_ptr<TextProtocolMessage<Set>> message) {
         return QueueInSlot(PendingSlotOf<Set>(), std::move(message));
+    }
+    /// The same for a message of the block at this place of the table.
+    HRESULT Queue(std::size_t place, std::unique_ptr<TextProtocolMessageBase> message) {
+        return QueueInSlot(PendingSlotAt(place), std::move(message));
     }
 
 protected:

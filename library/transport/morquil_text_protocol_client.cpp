@@ -41,8 +41,8 @@ void MorquilTextProtocolClient::OnAcknowledge(bool positive) {
     receipts_.NotifyDue();
 }
 
-/// What has not been answered by now will not be: the device does not answer pings, and its answers to later blocks were
-/// counted one too early.
+/// What has not been answered by now will not be: the device does not answer pings, and its answers to later blocks
+/// were counted one too early.
 void MorquilTextProtocolClient::OnSilence() {
     receipts_.OnAnswered(Rules().AnsweredCount(), lastAnswer_);
     receipts_.NotifyDue();

@@ -9,12 +9,11 @@ namespace {
 /// The slots whose messages are sent.
 constexpr std::array<bool, PendingMessages::slotCount> scannedSlots = [] {
     std::array<bool, PendingMessages::slotCount> scanned{};
-    ForEachBlock([&]<class Description>() {
-        constexpr BlockFacts facts = factsOf<Description>;
+    for (const BlockFacts& facts : factsByPlace) {
         if (facts.isSent) {
             scanned[facts.slot - 1] = true;
         }
-    });
+    }
     return scanned;
 }();
 
@@ -29,16 +28,21 @@ constexpr std::array<bool, PendingMessages::slotCount> hostSlots = [] {
 
 bool PendingMessages::Add(PendingSlot slot, std::unique_ptr<TextProtocolMessageBase> message) {
     QRN::Core::Lock lock(lock_);
-    if (hostSlots[slot.index]) {
-        receipts_.OnQueued(slot.index, scannedSlots[slot.index]);
+    const bool isHosts = hostSlots[slot.index];
+    if (isHosts) {
+        receipts_.Prepare(slot.index);
     }
     std::unique_ptr<TextProtocolMessageBase>& waiting = slots_[slot.index];
-    if (waiting == nullptr) {
+    const bool isFirst = waiting == nullptr;
+    if (isFirst) {
         waiting = std::move(message);
-        return true;
+    } else {
+        slot.merge(*waiting, *message);
     }
-    slot.merge(*waiting, *message);
-    return false;
+    if (isHosts) {
+        receipts_.OnQueued(slot.index, scannedSlots[slot.index]);
+    }
+    return isFirst;
 }
 
 std::unique_ptr<TextProtocolMessageBase> PendingMessages::TakeNext() {

@@ -11,7 +11,9 @@ namespace Morquil {
 
 inline constexpr std::size_t pendingSlotCount = [] {
     std::size_t last = 0;
-    ForEachBlock([&]<class Description>() { last = std::max(last, factsOf<Description>.slot); });
+    for (const BlockFacts& facts : factsByPlace) {
+        last = std::max(last, facts.slot);
+    }
     return last;
 }();
 
@@ -31,5 +33,8 @@ constexpr PendingSlot PendingSlotOf() {
                                static_cast<const TextProtocolMessage<Set>&>(later));
             }};
 }
+
+/// The same for a block that is known only by its place in the table. It must have a slot.
+PendingSlot PendingSlotAt(std::size_t place);
 
 }  // namespace Morquil

@@ -189,7 +189,9 @@ HRESULT TextProtocolClient::GetSilence(UINT& milliseconds) const {
     if (!running_) {
         return E_FAIL;
     }
-    const auto silence = QRN::Core::Now() - lastReceived_.load();
+    // In this order: bytes that arrive in between would make the silence negative.
+    const QRN::Core::Clock::time_point lastReceived = lastReceived_;
+    const auto silence = QRN::Core::Now() - lastReceived;
     milliseconds = static_cast<UINT>(std::chrono::duration_cast<std::chrono::milliseconds>(silence).count());
     return S_OK;
 }

@@ -6,6 +6,7 @@
 
 #include "description/names.h"
 #include "device/device.h"
+#include "features/all.h"
 
 namespace Morquil::Description {
 namespace {

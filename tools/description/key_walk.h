@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <string_view>
-#include <tuple>
 
 #include "protocol/block_table.h"
 #include "protocol/blocks/all.h"
@@ -49,7 +48,7 @@ void VisitKeys(const Group<Selector, GroupKeys...>& row, Visit visit) {
     const auto visitKey = [&](const auto& key) {
         visit(KeyPlace{.key = key.name, .group = row.selector.name}, key.kind, key.member);
     };
-    std::apply([&](const auto&... key) { (visitKey(key), ...); }, row.keys);
+    row.keys.ForEach(visitKey);
 }
 template <class Owner, class Visit>
 void VisitKeys(const ConversionRows<Owner>& row, Visit visit) {
@@ -64,7 +63,7 @@ void VisitKeysOf(Visit visit) {
     const auto visitRow = [&](const auto& row) {
         VisitKeys(row, [&](const KeyPlace& place, const auto& kind, auto member) { visit(place, kind, member, row); });
     };
-    std::apply([&](const auto&... row) { (visitRow(row), ...); }, Description::block.rows);
+    Description::block.rows.ForEach(visitRow);
 }
 
 }  // namespace Morquil::Description

@@ -93,7 +93,8 @@ public:
     /// Without a connection the outcome is `Lost`, and `function` is not called. What `function` throws is thrown here;
     /// what it has set before is still sent. An `InvalidArgument` is thrown by the setter whose value is not one.
     /// Threads: any but the connection's own: use `ApplyAsync` in handlers that run at once, except `connected`.
-    /// Throws: WouldDeadlock in such a handler; Error if the library is too old for this, or its thread cannot be woken.
+    /// Throws: WouldDeadlock in such a handler; Error if the library is too old for this, or its thread cannot be
+    /// woken.
     template <class Function>
     Outcome Apply(Function&& function, std::chrono::milliseconds limit = std::chrono::seconds(10)) const {
         detail::ExpectNoCallback("Device::Apply");

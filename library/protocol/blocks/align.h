@@ -1,7 +1,5 @@
 #pragma once
 
-#include <tuple>
-
 #include "protocol/blocks/geometry.h"
 #include "protocol/blocks/variable_aspect_ratio.h"
 #include "protocol/table/block.h"
@@ -16,8 +14,6 @@ struct AlignAvailabilityBlock {
     static constexpr Block block{
         BlockHeader{.name = "ALIGN AVAILABILITY", .unknownKeyText = "Unknown supported align line \"%s\"\n"},
         GeometryRangeRows<"Align ">()};
-
-    MORQUIL_DELIVERED_BY(OnAlignAvailability, AlignAvailabilityBlock);
 };
 
 /// The alignment of the two pictures of a 3D pair.
@@ -27,13 +23,11 @@ struct AlignChangeSet : GeometryFields {
     // clang-format off
     static constexpr Block block{
         BlockHeader{.name = "ALIGN", .unknownKeyText = "Unknown align line \"%s\"\n"},
-        std::tuple_cat(
+        Joined(
             GeometrySideRows<"Align ">(),
             GeometryLastSizeRows<"Align ">(),
-            std::tuple{WriteOnly{Key{"ResetValues", &GeometryFields::resetValues, UnsignedAsSigned{}}.Command()}})};
+            PlainTuple{WriteOnly{Key{"ResetValues", &GeometryFields::resetValues, UnsignedAsSigned{}}.Command()}})};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnAlign, AlignChangeSet);
 };
 
 using AlignMessage = TextProtocolMessage<AlignChangeSet>;

@@ -45,8 +45,6 @@ struct AncillaryDataAvailabilityChangeSet {
         Key{"CC service2 sources",    &AncillaryDataAvailabilityChangeSet::ccService2Sources,    WordList<CcService2Sources>{}},
         Key{"CC service languages",   &AncillaryDataAvailabilityChangeSet::ccServiceLanguages,   WordList<CcLanguages>{}}};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnAncillaryDataAvailability, AncillaryDataAvailabilityChangeSet);
 };
 
 /// Timecode, video index, AFD and closed captions.
@@ -100,8 +98,6 @@ struct AncillaryDataChangeSet {
         Key{"Ancillary Data last input height", &AncillaryDataChangeSet::lastInputHeight,       UnsignedAsSigned{}}.Observed(),
         Key{"ResetValues",                      &AncillaryDataChangeSet::resetValues,           UnsignedAsSigned{}}.Command()};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnAncillaryData, AncillaryDataChangeSet);
 };
 
 using AncillaryDataMessage = TextProtocolMessage<AncillaryDataChangeSet>;

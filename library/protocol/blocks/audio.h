@@ -24,8 +24,6 @@ struct AudioAvailabilityChangeSet {
         WriteOnly{Key{"Metadata dialog level range", &AudioAvailabilityChangeSet::metadataDialogLevelRange, SignedRange{}}},
         Key{"Audio selections",                      &AudioAvailabilityChangeSet::audioSelections,          WordList<AudioSelections>{}}};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnAudioAvailability, AudioAvailabilityChangeSet);
 };
 
 /// Audio routing, levels, delays and metadata.
@@ -76,8 +74,6 @@ struct AudioChangeSet {
         Key{"Audio meter channels",              &AudioChangeSet::audioMeterChannels,    WordOf<MeterChannels>{"Failed to parse %s string \"%s\"\n"}},
         Key{"ResetValues",                       &AudioChangeSet::resetValues,           UnsignedAsSigned{}}.Command()};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnAudio, AudioChangeSet);
 };
 
 using AudioMessage = TextProtocolMessage<AudioChangeSet>;

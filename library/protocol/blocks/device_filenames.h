@@ -15,8 +15,6 @@ struct DeviceFilenamesChangeSet {
     static constexpr Block block{
         BlockHeader{.name = "DEVICE FILENAMES", .unknownKeyText = "Unknown device filename line \"%s\"\n"},
         Key{"Still frame name", &DeviceFilenamesChangeSet::stillFrameName, Text{}}};
-
-    MORQUIL_DELIVERED_BY(OnDeviceFilenames, DeviceFilenamesChangeSet);
 };
 
 using DeviceFilenamesMessage = TextProtocolMessage<DeviceFilenamesChangeSet>;

@@ -27,8 +27,6 @@ struct GenlockAvailabilityChangeSet {
               GroupKey{"Line offset range",  &GenlockAvailabilityChangeSet::lineOffsetRange,  SignedRange{}},
               GroupKey{"Pixel offset range", &GenlockAvailabilityChangeSet::pixelOffsetRange, SignedRange{}}}};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnGenlockAvailability, GenlockAvailabilityChangeSet);
 };
 
 /// The reference signal. Its words carry their own presence marks.
@@ -50,8 +48,6 @@ struct GenlockChangeSet {
         Key{"Pixel offset",  &GenlockChangeSet::pixelOffset,  Signed{}}.LimitedPer(OfferSlot::OutputMode, &Offers::pixelOffsetRange),
         Key{"Signal locked", &GenlockChangeSet::signalLocked, YesNo{}}.Observed()};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnGenlock, GenlockChangeSet);
 };
 
 using GenlockMessage = TextProtocolMessage<GenlockChangeSet>;

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <tuple>
-
 #include "protocol/table/block.h"
 #include "protocol/text/joined_text.h"
 
@@ -41,7 +39,7 @@ struct GeometryFields {
 // clang-format off
 template <FixedText prefix>
 constexpr auto GeometrySideRows() {
-    return std::tuple{
+    return PlainTuple{
         Key{joinedText<prefix, "size X left">,  &GeometryFields::sizeXLeft,  Decimal{}}.LimitedBy(&GeometryRangeFields::sizeXRange),
         Key{joinedText<prefix, "size X right">, &GeometryFields::sizeXRight, Decimal{}}.LimitedBy(&GeometryRangeFields::sizeXRange),
         Key{joinedText<prefix, "size Y left">,  &GeometryFields::sizeYLeft,  Decimal{}}.LimitedBy(&GeometryRangeFields::sizeYRange),
@@ -58,7 +56,7 @@ constexpr auto GeometrySideRows() {
 
 template <FixedText prefix>
 constexpr auto GeometryLastSizeRows() {
-    return std::tuple{
+    return PlainTuple{
         Key{joinedText<prefix, "last input width">,   &GeometryFields::lastInputWidth,   UnsignedAsSigned{}}.Observed(),
         Key{joinedText<prefix, "last input height">,  &GeometryFields::lastInputHeight,  UnsignedAsSigned{}}.Observed(),
         Key{joinedText<prefix, "last output width">,  &GeometryFields::lastOutputWidth,  UnsignedAsSigned{}}.Observed(),
@@ -69,7 +67,7 @@ constexpr auto GeometryLastSizeRows() {
 // clang-format off
 template <FixedText prefix>
 constexpr auto GeometryRangeRows() {
-    return std::tuple{
+    return PlainTuple{
         Key{joinedText<prefix, "size X range">, &GeometryRangeFields::sizeXRange, DecimalRange{}},
         Key{joinedText<prefix, "size Y range">, &GeometryRangeFields::sizeYRange, DecimalRange{}},
         Key{joinedText<prefix, "pos X range">,  &GeometryRangeFields::posXRange,  DecimalRange{}},

@@ -27,8 +27,6 @@ struct Mode3DAvailabilityChangeSet {
         Group{ModeSelector{"Input", &Selections::inputMode, UnknownMode::ForgetsSelection, "Received invalid Mode 3D Avail input mode string \"%s\"\n", false},
               GroupKey{"Output", &Mode3DAvailabilityChangeSet::output, WordList<VideoModes>{}}}};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnMode3DAvailability, Mode3DAvailabilityChangeSet);
 };
 
 /// 3D processing.
@@ -74,8 +72,6 @@ struct Mode3DChangeSet {
         Key{"3D output",      &Mode3DChangeSet::output3D,      WordOf<Types3D>{"Failed to parse %s string \"%s\"\n"}},
         Key{"3D input",       &Mode3DChangeSet::input3D,       WordOf<Types3D>{"Failed to parse %s string \"%s\"\n"}}};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnMode3D, Mode3DChangeSet);
 };
 
 using Mode3DMessage = TextProtocolMessage<Mode3DChangeSet>;

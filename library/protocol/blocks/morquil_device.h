@@ -22,8 +22,6 @@ struct MorquilDeviceChangeSet {
         Key{"Panel lock",       &MorquilDeviceChangeSet::panelLock,       YesNo{}},
         Key{"Remote lock",      &MorquilDeviceChangeSet::remoteLock,      YesNo{}}.Observed()};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnMorquilDevice, MorquilDeviceChangeSet);
 };
 
 using MorquilDeviceMessage = TextProtocolMessage<MorquilDeviceChangeSet>;

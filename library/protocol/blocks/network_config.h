@@ -22,8 +22,6 @@ struct NetworkConfigChangeSet {
         Key{"Gateway",       &NetworkConfigChangeSet::gateway,      Unsigned{}}.Observed(),
         Key{"Subnet",        &NetworkConfigChangeSet::subnet,       Unsigned{}}.Observed()};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnNetworkConfig, NetworkConfigChangeSet);
 };
 
 using NetworkConfigMessage = TextProtocolMessage<NetworkConfigChangeSet>;

@@ -16,8 +16,6 @@ struct NoiseReductionAvailabilityChangeSet {
         Key{"Bias range",                &NoiseReductionAvailabilityChangeSet::biasRange,               SignedRange{}},
         Key{"Noise reduction available", &NoiseReductionAvailabilityChangeSet::noiseReductionAvailable, YesNo{}}};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnNoiseReductionAvailability, NoiseReductionAvailabilityChangeSet);
 };
 
 /// Noise reduction.
@@ -37,8 +35,6 @@ struct NoiseReductionChangeSet {
         Key{"Split screen", &NoiseReductionChangeSet::splitScreen, YesNo{}},
         Key{"Red overlay",  &NoiseReductionChangeSet::redOverlay,  YesNo{}}};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnNoiseReduction, NoiseReductionChangeSet);
 };
 
 using NoiseReductionMessage = TextProtocolMessage<NoiseReductionChangeSet>;

@@ -14,8 +14,6 @@ struct PresetAvailabilityChangeSet {
     static constexpr Block block{
         BlockHeader{.name = "PRESET AVAILABILITY", .unknownKeyText = "Unknown preset availability command \"%s\"\n"},
         Key{"Preset range", &PresetAvailabilityChangeSet::presetRange, SignedRange{}}.Needed()};
-
-    MORQUIL_DELIVERED_BY(OnPresetAvailability, PresetAvailabilityChangeSet);
 };
 
 /// Preset commands and names.
@@ -37,8 +35,6 @@ struct PresetChangeSet {
         Key{"Recall",              &PresetChangeSet::recall,     Signed{}}.LimitedBy(&Offers::presetRange, recallablePresets).Command(),
         IndexedKey{"PresetName", &PresetChangeSet::presetName, Text{}}};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnPreset, PresetChangeSet);
 };
 
 using PresetMessage = TextProtocolMessage<PresetChangeSet>;

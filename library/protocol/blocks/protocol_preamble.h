@@ -11,8 +11,6 @@ struct ProtocolPreambleChangeSet {
     static constexpr Block block{
         BlockHeader{.name = "PROTOCOL PREAMBLE", .unknownKeyText = "Unknown protocol preamble line \"%s\"\n"},
         Key{"Version", &ProtocolPreambleChangeSet::version, VersionPair{"Failed to parse %s string \"%s\"\n"}}};
-
-    MORQUIL_DELIVERED_BY(OnProtocolPreamble, ProtocolPreambleChangeSet);
 };
 
 }  // namespace Morquil

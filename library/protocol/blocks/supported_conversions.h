@@ -131,8 +131,6 @@ struct SupportedConversionsChangeSet {
             .ratioName = "Aspect ratio",
             .member = &SupportedConversionsChangeSet::aspectRatio}};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnSupportedConversions, SupportedConversionsChangeSet);
 };
 
 using SupportedConversionsMessage = TextProtocolMessage<SupportedConversionsChangeSet>;

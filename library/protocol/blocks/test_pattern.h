@@ -20,8 +20,6 @@ struct TestPatternAvailabilityChangeSet {
         Key{"Motion",                  &TestPatternAvailabilityChangeSet::motion,                YesNo{}},
         Key{"Motion range",            &TestPatternAvailabilityChangeSet::motionRange,           SignedRange{}}};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnTestPatternAvailability, TestPatternAvailabilityChangeSet);
 };
 
 /// The test pattern generator. Its words carry their own presence marks.
@@ -45,8 +43,6 @@ struct TestPatternChangeSet {
         Key{"Horizontal Rate", &TestPatternChangeSet::horizontalRate, Signed{}}.LimitedBy(&Offers::motionRange),
         Key{"Vertical Rate",   &TestPatternChangeSet::verticalRate,   Signed{}}.LimitedBy(&Offers::motionRange)};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnTestPattern, TestPatternChangeSet);
 };
 
 using TestPatternMessage = TextProtocolMessage<TestPatternChangeSet>;

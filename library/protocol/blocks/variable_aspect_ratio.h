@@ -1,7 +1,5 @@
 #pragma once
 
-#include <tuple>
-
 #include "protocol/blocks/geometry.h"
 #include "protocol/table/block.h"
 #include "protocol/table/message.h"
@@ -13,8 +11,6 @@ struct VariableAspectRatioAvailabilityChangeSet : GeometryRangeFields {
     static constexpr Block block{BlockHeader{.name = "VARIABLE ASPECT RATIO AVAILABILITY",
                                              .unknownKeyText = "Unknown supported variable aspect ratio line \"%s\"\n"},
                                  GeometryRangeRows<"Variable Aspect Ratio ">()};
-
-    MORQUIL_DELIVERED_BY(OnVariableAspectRatioAvailability, VariableAspectRatioAvailabilityChangeSet);
 };
 
 /// The variable aspect ratio: where the picture goes in the frame.
@@ -26,14 +22,12 @@ struct VariableAspectRatioChangeSet : GeometryFields {
     // clang-format off
     static constexpr Block block{
         BlockHeader{.name = "VARIABLE ASPECT RATIO", .unknownKeyText = "Unknown variable aspect ratio line \"%s\"\n"},
-        std::tuple_cat(
+        Joined(
             GeometrySideRows<"Variable Aspect Ratio ">(),
-            std::tuple{Key{"Variable Aspect Ratio zoom/crop", &VariableAspectRatioChangeSet::zoomCrop, YesNo{}}},
+            PlainTuple{Key{"Variable Aspect Ratio zoom/crop", &VariableAspectRatioChangeSet::zoomCrop, YesNo{}}},
             GeometryLastSizeRows<"Variable Aspect Ratio ">(),
-            std::tuple{Key{"ResetValues", &GeometryFields::resetValues, UnsignedAsSigned{}}.Command()})};
+            PlainTuple{Key{"ResetValues", &GeometryFields::resetValues, UnsignedAsSigned{}}.Command()})};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnVariableAspectRatio, VariableAspectRatioChangeSet);
 };
 
 using VariableAspectRatioMessage = TextProtocolMessage<VariableAspectRatioChangeSet>;

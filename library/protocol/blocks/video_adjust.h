@@ -32,8 +32,6 @@ struct VideoAdjustAvailabilityChangeSet {
         Key{"Aspect fill Cb range",   &VideoAdjustAvailabilityChangeSet::aspectFillCbRange,   UnsignedRange{}},
         Key{"Aspect fill Cr range",   &VideoAdjustAvailabilityChangeSet::aspectFillCrRange,   UnsignedRange{}}};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnVideoAdjustAvailability, VideoAdjustAvailabilityChangeSet);
 };
 
 /// Colour correction, clipping and the colour that fills the picture's empty sides.
@@ -67,8 +65,6 @@ struct VideoAdjustChangeSet {
         Key{"Aspect fill Cr",   &VideoAdjustChangeSet::aspectFillCr,   UnsignedAsSigned{}}.LimitedBy(&Offers::aspectFillCrRange),
         Key{"ResetValues",      &VideoAdjustChangeSet::resetValues,    UnsignedAsSigned{}}.Command()};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnVideoAdjust, VideoAdjustChangeSet);
 };
 
 using VideoAdjustMessage = TextProtocolMessage<VideoAdjustChangeSet>;

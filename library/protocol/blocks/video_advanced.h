@@ -21,8 +21,6 @@ struct VideoAdvancedAvailabilityChangeSet {
         Key{"FRC aperture available",     &VideoAdvancedAvailabilityChangeSet::frcApertureAvailable,     YesNo{}},
         Key{"Available processing modes", &VideoAdvancedAvailabilityChangeSet::availableProcessingModes, WordList<ProcessingModes>{}}};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnVideoAdvancedAvailability, VideoAdvancedAvailabilityChangeSet);
 };
 
 /// Advanced video processing.
@@ -48,8 +46,6 @@ struct VideoAdvancedChangeSet {
         Key{"FRC aperture",    &VideoAdvancedChangeSet::frcAperture,    WordOf<FrcApertures>{"Failed to parse %s string \"%s\"\n"}}.LimitedBy(&Offers::frcApertureRange),
         Key{"Processing",      &VideoAdvancedChangeSet::processing,     WordOf<ProcessingModes>{"Failed to parse %s string \"%s\"\n"}}.LimitedBy(&Offers::availableProcessingModes)};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnVideoAdvanced, VideoAdvancedChangeSet);
 };
 
 using VideoAdvancedMessage = TextProtocolMessage<VideoAdvancedChangeSet>;

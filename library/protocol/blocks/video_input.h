@@ -18,8 +18,6 @@ struct VideoInputAvailabilityChangeSet {
         Key{"Audio sources",       &VideoInputAvailabilityChangeSet::audioSources,      WordList<AudioSources>{}}.Needed(),
         Key{"Video pixel formats", &VideoInputAvailabilityChangeSet::videoPixelFormats, WordList<PixelFormats>{}}};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnVideoInputAvailability, VideoInputAvailabilityChangeSet);
 };
 
 /// The input settings, and what the device detects there.
@@ -58,8 +56,6 @@ struct VideoInputChangeSet {
         Key{"Video pixel format",        &VideoInputChangeSet::videoPixelFormat,        WordOf<PixelFormats>{"Received invalid Video Packing Input %s string \"%s\"\n"}}.NeededWhile(&VideoInputChangeSet::signalPresent).LimitedBy(&Offers::videoPixelFormats),
         Key{"PCIe mode",                 &VideoInputChangeSet::pcieMode,                WordOf<PCIeModes>{"Received invalid PCIe Mode %s string \"%s\"\n"}}.Needed()};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnVideoInput, VideoInputChangeSet);
 };
 
 using VideoInputMessage = TextProtocolMessage<VideoInputChangeSet>;

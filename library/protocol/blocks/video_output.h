@@ -29,8 +29,6 @@ struct VideoOutputAvailabilityChangeSet {
         Key{"HDMI outputs",             &VideoOutputAvailabilityChangeSet::hdmiOutputs,            WordList<PixelFormats>{}}.Needed(),
         Key{"Transition setting range", &VideoOutputAvailabilityChangeSet::transitionSettingRange, SignedRange{}}.Needed()};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnVideoOutputAvailability, VideoOutputAvailabilityChangeSet);
 };
 
 /// What the device outputs, and its still store.
@@ -77,8 +75,6 @@ struct VideoOutputChangeSet {
         Key{"Still preview complete",     &VideoOutputChangeSet::stillPreviewComplete,     YesNo{}}.Needed().Observed(),
         Key{"HDMI output",                &VideoOutputChangeSet::hdmiOutput,               WordOf<PixelFormats>{"Received invalid HDMI Output %s string \"%s\"\n"}}.Needed().LimitedBy(&Offers::hdmiOutputs)};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnVideoOutput, VideoOutputChangeSet);
 };
 
 using VideoOutputMessage = TextProtocolMessage<VideoOutputChangeSet>;

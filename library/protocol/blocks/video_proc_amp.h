@@ -33,8 +33,6 @@ struct VideoProcAmpAvailabilityChangeSet {
         Key{"BY range",         &VideoProcAmpAvailabilityChangeSet::byRange,         limits}.Needed(),
         Key{"Sharp range",      &VideoProcAmpAvailabilityChangeSet::sharpRange,      limits}.Needed()};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnVideoProcAmpAvailability, VideoProcAmpAvailabilityChangeSet);
 };
 
 /// The video processing amplifier.
@@ -71,8 +69,6 @@ struct VideoProcAmpChangeSet {
         Key{"ResetValues", &VideoProcAmpChangeSet::resetValues, UnsignedAsSigned{}}.Command(),
         Key{"Reset",       &VideoProcAmpChangeSet::reset,       OneShot{}}.Command()};
     // clang-format on
-
-    MORQUIL_DELIVERED_BY(OnVideoProcAmp, VideoProcAmpChangeSet);
 };
 
 using VideoProcAmpMessage = TextProtocolMessage<VideoProcAmpChangeSet>;

@@ -3,13 +3,12 @@
 #include <array>
 #include <cstddef>
 #include <string_view>
-#include <tuple>
 #include <type_traits>
 #include <utility>
 
 #include "protocol/table/key_rows.h"
 #include "protocol/table/line_context.h"
-#include "protocol/table/sink_operation.h"
+#include "protocol/table/plain_tuple.h"
 #include "protocol/table/value_kinds.h"
 #include "protocol/text/ascii.h"
 #include "protocol/text/message_sender.h"
@@ -34,10 +33,10 @@ struct BlockHeader {
 template <class... Rows>
 struct Block {
     BlockHeader header;
-    std::tuple<Rows...> rows;
+    PlainTuple<Rows...> rows;
 
     constexpr explicit Block(BlockHeader blockHeader, Rows... tableRows) : header(blockHeader), rows(tableRows...) {}
-    constexpr Block(BlockHeader blockHeader, std::tuple<Rows...> tableRows) : header(blockHeader), rows(tableRows) {}
+    constexpr Block(BlockHeader blockHeader, PlainTuple<Rows...> tableRows) : header(blockHeader), rows(tableRows) {}
 };
 
 /// The change set of a block: the type that carries the table, unless that type names another one.
@@ -74,11 +73,11 @@ public:
     }
 
 private:
-    static constexpr std::size_t rowCount = std::tuple_size_v<decltype(Description::block.rows)>;
+    static constexpr std::size_t rowCount = decltype(Description::block.rows)::size;
 
     template <std::size_t row>
     static constexpr std::size_t namesOfRow =
-        std::tuple_size_v<decltype(std::get<row>(Description::block.rows).template Names<side>())>;
+        std::tuple_size_v<decltype(Description::block.rows.template Get<row>().template Names<side>())>;
 
     static constexpr std::size_t nameCount = []<std::size_t... row>(std::index_sequence<row...>) {
         return (std::size_t{0} + ... + namesOfRow<row>);
@@ -97,7 +96,7 @@ private:
         std::array<KeyName, nameCount> all{};
         std::size_t at = 0;
         ForEachRowIndex([&](auto row) {
-            for (const KeyName& name : std::get<row.value>(Description::block.rows).template Names<side>()) {
+            for (const KeyName& name : Description::block.rows.template Get<row.value>().template Names<side>()) {
                 all[at++] = name;
             }
         });
@@ -114,7 +113,7 @@ private:
 
     template <std::size_t row, std::size_t which>
     static void ReadKey(const LineContext& line, Set& set, std::size_t index) {
-        std::get<row>(Description::block.rows).template Read<which, side>(line, set, index);
+        Description::block.rows.template Get<row>().template Read<which, side>(line, set, index);
     }
 
     static constexpr std::array<Reader, nameCount> readers = [] {
@@ -189,7 +188,7 @@ bool WriteBlock(IMessageSender& sender, const ChangeSetOf<Description>& set) {
         sender.BeginMessage();
     }
     sender.SendFormatted("%s:\n", header.name);
-    std::apply([&](const auto&... row) { (row.template Write<side>(sender, set), ...); }, Description::block.rows);
+    Description::block.rows.ForEach([&](const auto& row) { row.template Write<side>(sender, set); });
     sender.SendFormatted("\n");
     return header.bracketed ? sender.EndMessage() : true;
 }
@@ -197,7 +196,7 @@ bool WriteBlock(IMessageSender& sender, const ChangeSetOf<Description>& set) {
 /// Calls `visit` with every key that has facts or limits, in the order of the table.
 template <class Description, class Visit>
 constexpr void ForEachKey(Visit visit) {
-    std::apply([&](const auto&... row) { (row.ForEachKey(visit), ...); }, Description::block.rows);
+    Description::block.rows.ForEach([&](const auto& row) { row.ForEachKey(visit); });
 }
 
 /// Whether everything that a connection waits for is present.
@@ -229,7 +228,7 @@ template <class Set>
 bool Merge(Set& target, const Set& source) {
     bool changed = false;
     const auto mergeMember = [&](auto member) { changed |= MergeField(target.*member, source.*member); };
-    std::apply([&](const auto&... row) { (row.ForEachMember(mergeMember), ...); }, Set::block.rows);
+    Set::block.rows.ForEach([&](const auto& row) { row.ForEachMember(mergeMember); });
     return changed;
 }
 
@@ -238,7 +237,7 @@ bool Merge(Set& target, const Set& source) {
 template <class Set>
 void Overwrite(Set& target, const Set& source) {
     const auto overwriteMember = [&](auto member) { OverwriteField(target.*member, source.*member); };
-    std::apply([&](const auto&... row) { (row.ForEachMember(overwriteMember), ...); }, Set::block.rows);
+    Set::block.rows.ForEach([&](const auto& row) { row.ForEachMember(overwriteMember); });
 }
 
 /// Merges only the named members.

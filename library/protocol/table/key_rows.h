@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
-#include <tuple>
 #include <utility>
 
 #include "protocol/table/field.h"
@@ -13,6 +12,7 @@
 #include "protocol/table/key_facts.h"
 #include "protocol/table/key_limits.h"
 #include "protocol/table/line_context.h"
+#include "protocol/table/plain_tuple.h"
 #include "protocol/table/side.h"
 #include "protocol/text/message_sender.h"
 #include "protocol/words/vocabularies.h"
@@ -315,18 +315,16 @@ struct GroupKey {
 template <class Selector, class... GroupKeys>
 struct Group {
     Selector selector;
-    std::tuple<GroupKeys...> keys;
+    PlainTuple<GroupKeys...> keys;
 
     constexpr explicit Group(Selector lineSelector, GroupKeys... groupKeys)
         : selector(lineSelector), keys(groupKeys...) {}
 
     template <Side side = Side::Host>
     constexpr std::array<KeyName, 1 + sizeof...(GroupKeys)> Names() const {
-        return std::apply(
-            [&](const auto&... key) {
-                return std::array<KeyName, 1 + sizeof...(GroupKeys)>{KeyName{selector.name}, KeyName{key.name}...};
-            },
-            keys);
+        return keys.Apply([&](const auto&... key) {
+            return std::array<KeyName, 1 + sizeof...(GroupKeys)>{KeyName{selector.name}, KeyName{key.name}...};
+        });
     }
 
     template <std::size_t which, Side side = Side::Host, class Set>
@@ -334,18 +332,18 @@ struct Group {
         if constexpr (which == 0) {
             selector.Select(line);
         } else {
-            std::get<which - 1>(keys).Read(line, set, selector.Selected(line.selections));
+            keys.template Get<which - 1>().Read(line, set, selector.Selected(line.selections));
         }
     }
     template <Side side = Side::Host, class Set>
     void Write(IMessageSender& sender, const Set& set) const {
-        for (std::size_t index = 0; index < std::tuple_element_t<0, decltype(keys)>::Count(); ++index) {
+        for (std::size_t index = 0; index < keys.template Get<0>().Count(); ++index) {
             WriteEntry<side>(sender, set, index);
         }
     }
     template <class Visit>
     constexpr void ForEachMember(Visit&& visit) const {
-        std::apply([&](const auto&... key) { (visit(key.member), ...); }, keys);
+        keys.ForEach([&](const auto& key) { visit(key.member); });
     }
     template <class Visit>
     constexpr void ForEachKey(Visit&& /*visit*/) const {}
@@ -353,14 +351,12 @@ struct Group {
 private:
     template <Side side, class Set>
     void WriteEntry(IMessageSender& sender, const Set& set, std::size_t index) const {
-        std::apply(
-            [&](const auto&... key) {
-                if ((key.HoldsAnything(set, index) && ...)) {
-                    selector.WriteSelection(sender, index);
-                    (WriteValue<side>(key.kind, sender, key.name, (set.*key.member)[index]), ...);
-                }
-            },
-            keys);
+        keys.Apply([&](const auto&... key) {
+            if ((key.HoldsAnything(set, index) && ...)) {
+                selector.WriteSelection(sender, index);
+                (WriteValue<side>(key.kind, sender, key.name, (set.*key.member)[index]), ...);
+            }
+        });
     }
 };
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <tuple>
-
 #include "protocol/text/message_sender.h"
 
 namespace Morquil {
@@ -30,7 +28,7 @@ void ClearWhatWouldBeCut(Set& set) {
             row.ForEachMember([&](auto member) { set.*member = {}; });
         }
     };
-    std::apply([&](const auto&... row) { (clearRow(row), ...); }, Set::block.rows);
+    Set::block.rows.ForEach(clearRow);
 }
 
 }  // namespace Morquil

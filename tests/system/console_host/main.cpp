@@ -3,6 +3,8 @@
 //   morquil-console-host ADDRESS ADDRESS REPORT            prints nothing of its own
 //   morquil-console-host ADDRESS ADDRESS REPORT open FILE  writes "own words" to FILE before it connects
 //   morquil-console-host ADDRESS ADDRESS REPORT save FILE  prints "host words"; the library saves its settings to FILE
+//   morquil-console-host ADDRESS ADDRESS REPORT silent     has the library print nothing
+//   morquil-console-host ADDRESS ADDRESS REPORT lines FILE writes the lines that the library passes on to FILE
 //   REPORT is written last: how long each disconnection took and what the standard descriptors were.
 #include <chrono>
 #include <condition_variable>
@@ -11,12 +13,31 @@
 #include <fstream>
 #include <mutex>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <system_error>
 
+#include "MorquilDelivery.h"
+#include "console_lines.h"
 #include "morquil.hpp"
 
 namespace {
+
+constexpr IID consoleId{0xA795E971, 0xEA63, 0x4D84, {0xA3, 0x66, 0x7C, 0xD6, 0x60, 0xE4, 0x3F, 0x29}};
+
+/// Where the library's text goes, by way of the discovery object.
+void SetOutput(_MorquilConsoleMode mode, IMorquilConsoleObserver* observer) {
+    const auto discovery = morquil::detail::GetDiscovery();
+    void* console = nullptr;
+    if (discovery.Get()->QueryInterface(consoleId, &console) != S_OK) {
+        throw std::runtime_error("no console");
+    }
+    const HRESULT result = static_cast<IMorquilConsole*>(console)->SetOutput(mode, observer);
+    static_cast<IMorquilConsole*>(console)->Release();
+    if (result != S_OK) {
+        throw std::runtime_error("the output cannot be chosen");
+    }
+}
 
 constexpr int lastGain = 60;
 
@@ -64,19 +85,29 @@ void Visit(const std::string& address, const std::string& settings, std::ostream
 int main(int count, char** words) try {
     const morquil::Apartment apartment;
     const std::string file = count > 5 ? words[5] : "";
-    const std::string use = count > 5 ? words[4] : "";
+    const std::string use = count > 4 ? words[4] : "";
     std::FILE* const ownFile = use == "open" ? std::fopen(file.c_str(), "w") : nullptr;
     if (ownFile != nullptr) {
         std::fputs("own words\n", ownFile);
         std::fflush(ownFile);
+    }
+    ConsoleLines lines;
+    if (use == "silent") {
+        SetOutput(morquilConsoleSilent, nullptr);
+    } else if (use == "lines") {
+        SetOutput(morquilConsoleObserver, &lines);
     }
     std::ostringstream report;
     Visit(words[1], use == "save" ? file : "", report);
     while (std::getchar() != EOF) {
     }
     Visit(words[2], "", report);
+    if (use == "lines") {
+        SetOutput(morquilConsoleStandardOutput, nullptr);
+        std::ofstream(file, std::ios::binary) << lines.Text();
+    }
     std::ofstream(words[3]) << report.str();
     return 0;
-} catch (const morquil::Error&) {
+} catch (const std::exception&) {
     return 1;
 }

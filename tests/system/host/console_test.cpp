@@ -96,5 +96,50 @@ TEST_F(HostConsole, ThatIsClosedStaysSilentWhenItsNumberGoesToAFile) {
     EXPECT_LE(ContentOf(file_).size(), 11U) << ContentOf(file_).substr(0, 200);
 }
 
+/// The whole of a short visit's output.
+class ChosenConsole : public HostConsole {
+protected:
+    std::string Output() {
+        HostProcess host(arguments_, Streams::OutputToPipe);
+        EXPECT_TRUE(first_.AwaitHost());
+        first_.Send(gain);
+        first_.Send(lastGain);
+        EXPECT_TRUE(first_.AwaitHostGone());
+        host.EndInput();
+        EXPECT_TRUE(EndSecondVisit());
+        const std::string output = host.ReadOutput(std::string::npos);
+        EXPECT_EQ(host.AwaitEnd(), 0);
+        return output;
+    }
+
+    /// What the library has to say, in this order.
+    void ExpectEverythingIn(const std::string& text) {
+        std::size_t at = 0;
+        for (const std::string& line :
+             {"Connecting to " + first_.Address(), std::string("PROTOCOL PREAMBLE:"), std::string("Gain: 1"),
+              std::string("Gain: 60"), "Connecting to " + second_.Address()}) {
+            at = text.find(line + '\n', at);
+            ASSERT_NE(at, std::string::npos) << line;
+        }
+    }
+};
+
+TEST_F(ChosenConsole, IsStandardOutputByDefault) {
+    std::string output = Output();
+    std::erase(output, '\r');
+    ExpectEverythingIn(output);
+}
+
+TEST_F(ChosenConsole, GetsNotAByteInSilence) {
+    arguments_.emplace_back("silent");
+    EXPECT_EQ(Output(), "");
+}
+
+TEST_F(ChosenConsole, MayBeTheHostsOwnFunction) {
+    arguments_.insert(arguments_.end(), {"lines", file_});
+    EXPECT_EQ(Output(), "");
+    ExpectEverythingIn(ContentOf(file_));
+}
+
 }  // namespace
 }  // namespace Morquil::Testing

@@ -436,17 +436,18 @@ TEST_F(Receipt, ThatIsCancelledIsNotifiedOfNothing) {
 }
 
 TEST_F(Receipt, IsCancelledAfterACallInProgress) {
-    Connect();
-    std::atomic<bool> hasBegun = false;
+    ConnectToSilentDevice();
     std::atomic<bool> mayEnd = false;
     std::atomic<bool> hasEnded = false;
     observer->onCall = [&] {
-        hasBegun = true;
         EXPECT_TRUE(Monitor::Await([&] { return mayEnd.load(); }));
         hasEnded = true;
     };
     const UINT64 receipt = Open(observer);
+    SetGain(5);
     Mark(receipt);
+    ASSERT_TRUE(rig.link.AwaitIdle());
+    rig.link.Push("ACK\n\n");
     ASSERT_TRUE(observer->AwaitNotified(1));
     {
         const Threads cancelling(1, [&] {
@@ -457,7 +458,7 @@ TEST_F(Receipt, IsCancelledAfterACallInProgress) {
         mayEnd = true;
         Monitor::Changed();
     }
-    ASSERT_TRUE(rig.link.AwaitIdle());
+    rig.DeviceSends("VIDEO PROC AMP:\nGain: 5\n\n");
     EXPECT_EQ(observer->Notifications().size(), 1U) << "cancelled before it was settled";
 }
 

@@ -103,6 +103,49 @@ void GetTexts(ScarceHost& host) {
     host.GetText([&](BSTR* name) { return preset->GetPresetName(0, name); });
 }
 
+void SetGain(ScarceHost& host) {
+    host.QueueForReceipt([&] { return host.Feature<IMorquilVideoProcAmp>(IID_IMorquilVideoProcAmp)->SetGain(3); });
+}
+
+void SetName(ScarceHost& host) {
+    auto* const network = host.Feature<IMorquilNetworkConfig>(IID_IMorquilNetworkConfig);
+    host.QueueForReceipt([&] { return network->SetFriendlyName(host.longText.Get()); });
+}
+
+void FollowChanges(ScarceHost& host) {
+    host.OpenReceipt();
+    SetGain(host);
+    SetName(host);
+    host.MarkReceipt();
+    host.AwaitReceipt();
+}
+
+void CancelReceipt(ScarceHost& host) {
+    host.OpenReceipt();
+    SetGain(host);
+    host.CancelReceipt();
+}
+
+void PrepareWaitingText(ScarceHost& host) {
+    host.CreateConnected();
+    host.LeaveTextWaiting();
+}
+
+/// The change is merged into the text that waits, or it is not.
+void FollowMergedChange(ScarceHost& host) {
+    host.OpenReceipt();
+    SetName(host);
+    host.MarkReceipt();
+    host.AnswerLate();
+    host.AwaitReceipt();
+}
+
+void PrepareReceipt(ScarceHost& host) {
+    host.CreateConnected();
+    host.OpenReceipt();
+    SetGain(host);
+}
+
 void Notify(ScarceHost& host) {
     host.Report();
 }
@@ -154,14 +197,22 @@ const Scenario scenarios[] = {
     {"Command",              CreateConnected, Command},
     {"GetTexts",             CreateConnected, GetTexts},
     {"Notify",               CreateConnected, Notify},
+    {"FollowChanges",        CreateConnected, FollowChanges},
+    {"CancelReceipt",        CreateConnected, CancelReceipt},
+    {"FollowMergedChange",   PrepareWaitingText, FollowMergedChange},
+    {"FollowReports",        CreateConnected, [](ScarceHost& host) { host.FollowReports(); }},
+    {"ListenToConsole",      CreateConnected, [](ScarceHost& host) { host.ListenToConsole(); }},
     {"SaveNewSettings",      CreateConnected, [](ScarceHost& host) { host.SaveSettings(); }},
     {"SaveSettingsAgain",    PrepareFile,     [](ScarceHost& host) { host.SaveSettings(); }},
     {"LoadSettings",         PrepareFile,     [](ScarceHost& host) { host.LoadSettings(); }},
     {"WholeLife",            Nothing,         Live}};
 
-/// Releasing a device allocates nothing.
+/// What ends something allocates nothing.
 const Scenario withoutMemory[] = {
     {"RemoveObservers",      PrepareObject,   [](ScarceHost& host) { host.RemoveObservers(); }},
+    {"MarkReceipt",          PrepareReceipt,  [](ScarceHost& host) { host.MarkReceipt(); }},
+    {"LoseReceipt",          PrepareReceipt,  [](ScarceHost& host) { host.Disconnect(); host.AwaitReceipt(); }},
+    {"DropReceipt",          PrepareReceipt,  [](ScarceHost& host) { host.Release(); }},
     {"Disconnect",           CreateConnected, [](ScarceHost& host) { host.Disconnect(); }},
     {"Release",              CreateConnected, [](ScarceHost& host) { host.Release(); }}};
 // clang-format on

@@ -6,7 +6,6 @@
 #include <chrono>
 #include <cstdio>
 #include <new>
-#include <set>
 #include <thread>
 #include <utility>
 
@@ -15,11 +14,6 @@
 
 namespace Morquil::Testing {
 namespace {
-
-/// A host gets success, or one of these failures if memory has run out.
-void ExpectStated(HRESULT result, HRESULT success, const std::set<HRESULT>& failures) {
-    EXPECT_TRUE(result == success || (ScarceMemory::HasRunOut() && failures.count(result) != 0)) << std::hex << result;
-}
 
 /// Ends each answer with its number: a reader of the number has read everything before it.
 std::string Version(std::size_t number) {
@@ -30,6 +24,10 @@ std::string Version(std::size_t number) {
 
 }  // namespace
 
+void ExpectStated(HRESULT result, HRESULT success, const std::set<HRESULT>& failures) {
+    EXPECT_TRUE(result == success || (ScarceMemory::HasRunOut() && failures.count(result) != 0)) << std::hex << result;
+}
+
 ScarceHost::ScarceHost() {
     link.AnswerWith([this](const std::string& sent) { return DeviceAnswer(sent) + Version(link.Sends().size()); });
     link.Push(GreetingText());
@@ -39,6 +37,8 @@ ScarceHost::~ScarceHost() {
     Release();
     EXPECT_TRUE(connectionObserver_->AwaitReferences(1));
     EXPECT_TRUE(propertyObserver_->AwaitReferences(1));
+    EXPECT_TRUE(receiptObserver_->AwaitReferences(1));
+    EXPECT_TRUE(reportObserver_->AwaitReferences(1));
 }
 
 void ScarceHost::Create() {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "device/device.h"
@@ -41,6 +42,22 @@ public:
     void SaveSettings();
     void LoadSettings();
 
+    /// The library's text goes to an observer while the device reports something.
+    void ListenToConsole();
+    /// Report observers are notified of what the device reports.
+    void FollowReports();
+    /// The device answers nothing, a block is in flight, and a text waits.
+    void LeaveTextWaiting();
+    /// Queues what `setters` set while a receipt collects it, and marks that.
+    void OpenReceipt();
+    void QueueForReceipt(const std::function<HRESULT()>& setter);
+    void MarkReceipt();
+    void CancelReceipt();
+    /// Waits for the receipt's end, which comes whatever has failed, and checks what it has counted.
+    void AwaitReceipt();
+    /// The device answers what it has received so far, if it was silent.
+    void AnswerLate();
+
     /// Runs a setter and waits until `isDone` and the device's answers have been read, or the connection has ended.
     void Set(const std::function<HRESULT()>& setter, const std::function<bool()>& isDone);
     /// Runs a getter of a text.
@@ -61,6 +78,7 @@ public:
     const OwnedBstr longText{Utf16{OLESTR("a name that is longer than what a small text holds")}};
 
 private:
+    IMorquilDelivery* Delivery() const;
     bool HasReceivedEveryAnswer() const;
     bool HasGone() const;
     void AwaitThat(const std::function<bool()>& isDone) const;
@@ -71,10 +89,17 @@ private:
     const OwnedBstr path_{Utf16(file_.begin(), file_.end())};
     Held<ExemptConnectionObserver> connectionObserver_;
     Held<ExemptPropertyObserver> propertyObserver_;
+    Held<ExemptReceiptObserver> receiptObserver_;
+    Held<ExemptReportObserver> reportObserver_;
+    UINT64 receipt_ = 0;         // 0 if none could be opened
+    unsigned queued_ = 0;        // for it
     bool isConnecting_ = false;  // or has connected; the observer is notified of the end
 
 public:
     FakeConnection link;
 };
+
+/// A host gets success, or one of these failures if memory has run out.
+void ExpectStated(HRESULT result, HRESULT success, const std::set<HRESULT>& failures);
 
 }  // namespace Morquil::Testing

@@ -1,13 +1,14 @@
 #include "command/commands/settings_text.h"
 
 #include <algorithm>
-#include <tuple>
+#include <array>
 #include <type_traits>
 #include <utility>
 
-#include "protocol/every_block_sink.h"
+#include "protocol/any_block.h"
+#include "protocol/blocks/all.h"
 #include "protocol/morquil_text_protocol_parser.h"
-#include "protocol/table/message.h"
+#include "protocol/sink.h"
 #include "protocol/text/ascii.h"
 #include "protocol/text/split_line.h"
 
@@ -43,7 +44,7 @@ private:
 };
 
 /// A line as the library understands it, in its own text: lines with the same value have the same text.
-class LineReader final : private EveryBlockSink<LineReader> {
+class LineReader final : private IMorquilTextProtocolSink {
 public:
     LineReader() { parser_.SetSink(this); }
 
@@ -55,12 +56,10 @@ public:
     }
 
 private:
-    friend EveryBlockSink;
-
-    template <class Description>
-    void OnBlock(const ChangeSetOf<Description>& set) {
-        if (!IsEmpty(set)) {
-            text_ = BlockText<Description>(set);
+    void OnOtherBlock(std::size_t place, const void* changeSet) override {
+        const AnyBlock block{place, changeSet};
+        if (!IsEmpty(block)) {
+            text_ = BlockText(block);
         }
     }
     void OnPing() override {}
@@ -114,12 +113,23 @@ Playback PlaybackOfKey(std::string_view line) {
             }
         });
     };
-    std::apply([&](const auto&... row) { (tryRow(row), ...); }, Description::block.rows);
+    Description::block.rows.ForEach(tryRow);
     return playback;
 }
 
 bool IsKeyOf(const SettingsLine& line, const SettingsLine& other) {
     return EqualsIgnoringCase(line.block, other.block) && EqualsIgnoringCase(line.key, other.key);
+}
+
+/// In the order of the file.
+std::array<std::string_view, savedBlockCount> SavedBlockNames() {
+    std::array<std::string_view, savedBlockCount> names;
+    ForEachBlock([&]<class Description>() {
+        if constexpr (factsOf<Description>.savedPlace != 0) {
+            names[factsOf<Description>.savedPlace - 1] = Description::block.header.name;
+        }
+    });
+    return names;
 }
 
 }  // namespace
@@ -138,13 +148,12 @@ FileShape ShapeOf(std::string_view text) {
     if (collector.isInBlock) {
         shape.cutBlock = collector.blocks.back();
     }
-    ForEachSavedBlock([&]<class Description>() {
-        const std::string_view name = Description::block.header.name;
+    for (const std::string_view name : SavedBlockNames()) {
         const auto isNamed = [name](const std::string& block) { return EqualsIgnoringCase(block, name); };
         if (std::none_of(collector.blocks.begin(), collector.blocks.end(), isNamed)) {
             shape.missing.emplace_back(name);
         }
-    });
+    }
     return shape;
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <tuple>
 
+#include "protocol/any_block.h"
 #include "protocol/block_table.h"
 #include "protocol/blocks/all.h"
 
@@ -13,24 +15,23 @@ public:
     /// The values of one block.
     template <class Description>
     ChangeSetOf<Description>& Of() {
-        return std::get<Stored<Description>>(blocks_).set;
+        return blocks_.template Get<placeOf<Description>>();
     }
     template <class Description>
     const ChangeSetOf<Description>& Of() const {
-        return std::get<Stored<Description>>(blocks_).set;
+        return blocks_.template Get<placeOf<Description>>();
     }
 
+    AnyBlock At(std::size_t place) const;
+    /// Merges the values of one block into those it holds.
+    void Merge(AnyBlock block);
+
 private:
-    // Two blocks share a change set; only the description tells them apart.
-    template <class Description>
-    struct Stored {
-        ChangeSetOf<Description> set;
-    };
     template <class Table>
     struct AllStored;
     template <class... Entries>
     struct AllStored<std::tuple<Entries...>> {
-        using Type = std::tuple<Stored<typename Entries::Description>...>;
+        using Type = PlainTuple<ChangeSetOf<typename Entries::Description>...>;
     };
 
     AllStored<BlockTable>::Type blocks_;

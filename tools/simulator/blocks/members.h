@@ -3,14 +3,13 @@
 
 #include <array>
 #include <cstddef>
-#include <tuple>
 
 namespace Morquil::Simulator {
 
 /// Calls `visit` with a pointer to every member of the block, in the order of its keys.
 template <class Set, class Visit>
 void ForEachMemberOf(Visit visit) {
-    std::apply([&](const auto&... row) { (row.ForEachMember(visit), ...); }, Set::block.rows);
+    Set::block.rows.ForEach([&](const auto& row) { row.ForEachMember(visit); });
 }
 
 /// Calls `visit` with a field from each of two change sets of the same type. For arrays, calls it with each pair of

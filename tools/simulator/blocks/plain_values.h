@@ -55,7 +55,7 @@ void FillPlainly(ChangeSetOf<Description>& set) {
             }
         });
     };
-    std::apply([&](const auto&... row) { (fillRow(row), ...); }, Description::block.rows);
+    Description::block.rows.ForEach(fillRow);
 }
 
 }  // namespace Morquil::Simulator

@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "simulator/blocks/commands.h"
+#include "simulator/blocks/device_text.h"
+#include "simulator/blocks/observations.h"
 #include "simulator/device/announcement.h"
 #include "simulator/device/factory_device.h"
 #include "simulator/device/settings_check.h"
@@ -56,6 +58,23 @@ DeviceBlocks AllResets(const DeviceBlocks& commands, const DeviceBlocks& factory
 
 DeviceState::DeviceState(const DeviceIdentity& identity) : present_(Factory()), stills_(identity.stillFrameTime) {
     Identify(present_, identity);
+}
+
+ChangeOutcome DeviceState::Change(AnyBlock received, ChangeSource source) {
+    DeviceBlocks changes;
+    changes.Merge(received);
+    if (source == ChangeSource::Host) {
+        ForEachBlock<BlockRole::Settings>([&]<class Description>() { RemoveObservations(changes.Of<Description>()); });
+    }
+    const AnyBlock taken = changes.At(received.place);
+    if (IsEmpty(taken)) {
+        return {};
+    }
+    ChangeOutcome outcome = Change(changes);
+    if (outcome.error.empty() && !HoldsNothing(taken)) {
+        outcome.report.insert(0, DeviceText(taken));
+    }
+    return outcome;
 }
 
 ChangeOutcome DeviceState::Change(const DeviceBlocks& changes) {
@@ -119,13 +138,19 @@ std::string DeviceState::Advance(std::chrono::milliseconds now) {
 
 std::string DeviceState::Greeting() const {
     std::string text = DeviceText<ProtocolPreambleChangeSet>(Of<ProtocolPreambleChangeSet>());
-    ForEachBlock<BlockRole::Settings>([&]<class Description>() { text += DeviceText<Description>(Of<Description>()); });
+    for (std::size_t place = 0; place < blockCount; ++place) {
+        if (factsByPlace[place].role == BlockRole::Settings) {
+            text += DeviceText(present_.At(place));
+        }
+    }
     return text;
 }
 
 std::string DeviceState::CompleteDump() const {
     std::string text;
-    ForEachBlock([&]<class Description>() { text += DeviceText<Description>(Of<Description>()); });
+    for (std::size_t place = 0; place < blockCount; ++place) {
+        text += DeviceText(present_.At(place));
+    }
     return text;
 }
 

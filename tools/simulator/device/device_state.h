@@ -5,8 +5,6 @@
 #include <string>
 
 #include "simulator/blocks/device_blocks.h"
-#include "simulator/blocks/device_text.h"
-#include "simulator/blocks/observations.h"
 #include "simulator/device/device_identity.h"
 #include "simulator/device/presets.h"
 #include "simulator/device/still_store.h"
@@ -44,22 +42,10 @@ public:
     const DeviceBlocks& Blocks() const { return present_; }
 
     /// Applies the fields of a block of settings and carries out its commands: all or nothing.
+    ChangeOutcome Change(AnyBlock received, ChangeSource source);
     template <class Description>
     ChangeOutcome Change(const ChangeSetOf<Description>& received, ChangeSource source) {
-        ChangeSetOf<Description> taken = received;
-        if (source == ChangeSource::Host) {
-            RemoveObservations(taken);
-        }
-        if (IsEmpty(taken)) {
-            return {};
-        }
-        DeviceBlocks changes;
-        changes.Of<Description>() = taken;
-        ChangeOutcome outcome = Change(changes);
-        if (outcome.error.empty() && !HoldsNothing<Description>(taken)) {
-            outcome.report.insert(0, DeviceText<Description>(taken));
-        }
-        return outcome;
+        return Change(AnyBlock{placeOf<Description>, &received}, source);
     }
 
     /// Applies the settings of several blocks at once: all or nothing. Commands among them are ignored. Returns the

@@ -1,7 +1,7 @@
 #include "simulator/device/factory_device.h"
 
-#include "protocol/every_block_sink.h"
 #include "protocol/morquil_text_protocol_parser.h"
+#include "protocol/sink.h"
 #include "simulator/blocks/plain_values.h"
 #include "simulator/device/factory_settings.h"
 #include "simulator/offers/offers.h"
@@ -11,16 +11,13 @@ namespace Morquil::Simulator {
 namespace {
 
 /// Fills blocks from protocol text.
-class BlockFiller final : public EveryBlockSink<BlockFiller> {
+class BlockFiller final : public IMorquilTextProtocolSink {
 public:
     explicit BlockFiller(DeviceBlocks& device) : device_(device) { parser_.SetSink(this); }
 
     void Fill(std::string_view text) { parser_.Feed(text.data(), text.size()); }
 
-    template <class Description>
-    void OnBlock(const ChangeSetOf<Description>& set) {
-        Merge(device_.Of<Description>(), set);
-    }
+    void OnOtherBlock(std::size_t place, const void* changeSet) override { device_.Merge({place, changeSet}); }
 
     // The text is the program's own; a test checks that all of it can be parsed.
     void OnPing() override {}

@@ -1,8 +1,10 @@
 #include "simulator/device/front_panel.h"
 
+#include <algorithm>
 #include <utility>
 
-#include "protocol/every_block_sink.h"
+#include "protocol/sink.h"
+#include "simulator/blocks/device_text.h"
 #include "simulator/blocks/host_text_parser.h"
 #include "simulator/text/escaped_text.h"
 #include "simulator/text/text_lines.h"
@@ -54,7 +56,7 @@ std::size_t LeadingKeyOf(std::string_view text) {
             tryKey(key);
         }
     };
-    std::apply([&](const auto&... row) { (tryRow(row), ...); }, Description::block.rows);
+    Description::block.rows.ForEach(tryRow);
     return length;
 }
 
@@ -69,10 +71,8 @@ std::string_view LeadingKey(std::string_view header, std::string_view text) {
     return text.substr(0, length);
 }
 
-/// Parses a setting as the device parses a host's block, and passes it to `Derived::TakeSettings`, which returns the
-/// reason why it is invalid, or an empty text.
-template <class Derived>
-class SettingSink : public EveryBlockSink<SettingSink<Derived>> {
+/// Parses a setting as the device parses a host's block, and passes it to `TakeSettings`.
+class SettingSink : public IMorquilTextProtocolSink {
 public:
     /// Returns: why the setting cannot be parsed; empty if it can.
     std::string Read(const Setting& setting) {
@@ -84,12 +84,12 @@ public:
         return std::move(error_);
     }
 
-    template <class Description>
-    void OnBlock(const ChangeSetOf<Description>& set) {
-        if constexpr (factsOf<Description>.role == BlockRole::Settings) {
-            taken_ = taken_ || !HoldsNothing<Description>(set);
+    void OnOtherBlock(std::size_t place, const void* changeSet) override {
+        const AnyBlock block{place, changeSet};
+        if (factsByPlace[place].role == BlockRole::Settings) {
+            taken_ = taken_ || !HoldsNothing(block);
             if (error_.empty()) {
-                error_ = static_cast<Derived*>(this)->template TakeSettings<Description>(set);
+                error_ = TakeSettings(block);
             }
         }
     }
@@ -102,34 +102,32 @@ public:
     }
 
 private:
+    /// Returns: why the setting is invalid; empty if it is valid.
+    virtual std::string TakeSettings(AnyBlock block) = 0;
+
     HostTextParser parser_{*this};
     std::string error_;
     bool taken_ = false;
 };
 
-class ApplyingSink final : public SettingSink<ApplyingSink> {
+class ApplyingSink final : public SettingSink {
 public:
     explicit ApplyingSink(DeviceState& state) : state_(state) {}
 
     std::string report;
 
-    template <class Description>
-    std::string TakeSettings(const ChangeSetOf<Description>& set) {
-        ChangeOutcome outcome = state_.Change<Description>(set, ChangeSource::Device);
+private:
+    std::string TakeSettings(AnyBlock block) override {
+        ChangeOutcome outcome = state_.Change(block, ChangeSource::Device);
         report = std::move(outcome.report);
         return std::move(outcome.error);
     }
 
-private:
     DeviceState& state_;
 };
 
-class CheckingSink final : public SettingSink<CheckingSink> {
-public:
-    template <class Description>
-    std::string TakeSettings(const ChangeSetOf<Description>& /*set*/) {
-        return {};
-    }
+class CheckingSink final : public SettingSink {
+    std::string TakeSettings(AnyBlock /*block*/) override { return {}; }
 };
 
 /// A parsed command, or why it cannot be parsed.

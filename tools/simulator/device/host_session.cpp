@@ -2,45 +2,42 @@
 
 #include <utility>
 
+#include "simulator/blocks/device_text.h"
 #include "simulator/link/acknowledgements.h"
 
 namespace Morquil::Simulator {
 
-template <class Description>
-void HostSession::OnBlock(const ChangeSetOf<Description>& set) {
-    constexpr BlockRole role = factsOf<Description>.role;
+void HostSession::OnOtherBlock(std::size_t place, const void* changeSet) {
+    const BlockRole role = factsByPlace[place].role;
     const bool unreadable = std::exchange(unreadableLine_, false);
     if (unreadable || role == BlockRole::Announcement) {
-        Refuse<Description>();
-    } else if constexpr (role == BlockRole::Offers) {
-        ReplyWithOffer<Description>(set);
+        Refuse(place);
+    } else if (role == BlockRole::Offers) {
+        ReplyWithOffer({place, changeSet});
     } else {
-        Change<Description>(set);
+        Change({place, changeSet});
     }
 }
 
-template <class Description>
-void HostSession::Refuse() {
+void HostSession::Refuse(std::size_t place) {
     answer_.toSender += refused;
-    answer_.toSender += DeviceText<Description>(state_.Of<Description>());
+    answer_.toSender += DeviceText(state_.Blocks().At(place));
 }
 
-template <class Description>
-void HostSession::ReplyWithOffer(const ChangeSetOf<Description>& request) {
+void HostSession::ReplyWithOffer(AnyBlock request) {
     // A host requests an offer with the header alone. Hosts cannot change what the device offers.
     if (IsEmpty(request)) {
         answer_.toSender += acknowledged;
-        answer_.toSender += DeviceText<Description>(state_.Of<Description>());
+        answer_.toSender += DeviceText(state_.Blocks().At(request.place));
     } else {
-        Refuse<Description>();
+        Refuse(request.place);
     }
 }
 
-template <class Description>
-void HostSession::Change(const ChangeSetOf<Description>& set) {
-    const ChangeOutcome outcome = state_.Change<Description>(set, ChangeSource::Host);
+void HostSession::Change(AnyBlock block) {
+    const ChangeOutcome outcome = state_.Change(block, ChangeSource::Host);
     if (!outcome.error.empty()) {
-        Refuse<Description>();
+        Refuse(block.place);
         return;
     }
     answer_.toSender += acknowledged;

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
-#include "protocol/every_block_sink.h"
+#include "protocol/any_block.h"
+#include "protocol/sink.h"
 #include "simulator/blocks/host_text_parser.h"
 #include "simulator/device/device_state.h"
 
@@ -14,7 +16,7 @@ namespace Morquil::Simulator {
 /// Each block is answered on its own. "ACK" is followed by the results of the block. "NACK" means that the device does
 /// not know the block, cannot parse one of its lines or does not offer one of its values. A refused block changes
 /// nothing, and its current values are sent back to its sender.
-class HostSession final : public EveryBlockSink<HostSession> {
+class HostSession final : public IMorquilTextProtocolSink {
 public:
     /// `state` is not owned and is shared by all hosts.
     explicit HostSession(DeviceState& state);
@@ -30,21 +32,16 @@ public:
     /// Processes the next bytes of the host. Returns the resulting text.
     Answer Receive(std::string_view bytes);
 
-    template <class Description>
-    void OnBlock(const ChangeSetOf<Description>& set);
-
     void OnPing() override;
     void OnAcknowledge(bool /*positive*/) override {}  // a host has nothing to acknowledge
     void OnUnknownBlock() override;
     void OnProtocolError(const char* text) override;
 
 private:
-    template <class Description>
-    void Refuse();
-    template <class Description>
-    void ReplyWithOffer(const ChangeSetOf<Description>& request);
-    template <class Description>
-    void Change(const ChangeSetOf<Description>& set);
+    void OnOtherBlock(std::size_t place, const void* changeSet) override;
+    void Refuse(std::size_t place);
+    void ReplyWithOffer(AnyBlock request);
+    void Change(AnyBlock block);
 
     DeviceState& state_;
     HostTextParser parser_{*this};

@@ -1,9 +1,8 @@
 #include "simulator/device/settings_load.h"
 
-#include <tuple>
 #include <utility>
 
-#include "protocol/every_block_sink.h"
+#include "protocol/sink.h"
 #include "protocol/text/split_line.h"
 #include "simulator/blocks/host_text_parser.h"
 #include "simulator/text/text_lines.h"
@@ -26,15 +25,14 @@ bool IsNeverReported(std::string_view header, std::string_view key) {
     bool isNeverReported = false;
     ForEachBlock<BlockRole::Settings>([&]<class Description>() {
         if (EqualsIgnoringCase(header, Description::block.header.name)) {
-            isNeverReported =
-                std::apply([&](const auto&... row) { return (IsWriteOnly(row, key) || ...); }, Description::block.rows);
+            Description::block.rows.ForEach([&](const auto& row) { isNeverReported |= IsWriteOnly(row, key); });
         }
     });
     return isNeverReported;
 }
 
 /// Collects blocks of settings, and the first problem in them.
-class SettingsReader final : public EveryBlockSink<SettingsReader> {
+class SettingsReader final : public IMorquilTextProtocolSink {
 public:
     void Read(std::string_view text) {
         ForEachLine(text, [&](std::string_view line) {
@@ -47,10 +45,9 @@ public:
         parser_.Feed("\n");  // the last block may lack its empty line
     }
 
-    template <class Description>
-    void OnBlock(const ChangeSetOf<Description>& set) {
-        if constexpr (factsOf<Description>.role == BlockRole::Settings) {
-            Merge(settings.Of<Description>(), set);
+    void OnOtherBlock(std::size_t place, const void* changeSet) override {
+        if (factsByPlace[place].role == BlockRole::Settings) {
+            settings.Merge({place, changeSet});
         }
     }
     void OnPing() override {}

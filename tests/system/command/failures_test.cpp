@@ -138,10 +138,14 @@ TEST(CommandFailures, AValueThatTheDeviceDoesNotReportIsNotApplied) {
 }
 
 TEST(CommandFailures, WhatWasAppliedBeforeAFailureIsShown) {
-    ScriptedDevice device(EchoingDevice());
+    DeviceScript script = EchoingDevice();
+    script.respond = [echo = script.respond](const std::string& block) {
+        return block.find("Gain: 9") != std::string::npos ? "NACK\n\n" : echo(block);
+    };
+    ScriptedDevice device(script);
     const Outcome outcome =
-        RunCommand(device.Address(), {"--json", "set", "proc-amp.gain", "-12", "proc-amp.gain", "99"});
-    EXPECT_EQ(outcome.code, ExitCode::Usage);
+        RunCommand(device.Address(), {"--json", "set", "proc-amp.gain", "-12", "proc-amp.gain", "9"});
+    EXPECT_EQ(outcome.code, ExitCode::NotApplied);
     const Command::Json changes = Command::Json::parse(outcome.out).at("changes");
     EXPECT_EQ(changes.at(0).at("result"), "applied");
     EXPECT_EQ(changes.at(0).at("value"), -12);

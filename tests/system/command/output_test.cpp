@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "command/output/escape.h"
-#include "command/output/traced_lines.h"
 #include "command/properties/value.h"
 #include "tests/kit/complete_device/complete_device.h"
 #include "tests/kit/scripted_device.h"
@@ -53,14 +52,6 @@ TEST(Escaping, ShowsBytesThatAreNotText) {
 
 TEST(Escaping, LeavesOtherTextAlone) {
     EXPECT_EQ(Escaped("Z\xc3\xbcrich \xe2\x82\xac \xf0\x9f\x8e\xa5"), "Z\xc3\xbcrich \xe2\x82\xac \xf0\x9f\x8e\xa5");
-}
-
-TEST(Tracing, MakesMarkedLinesOfPieces) {
-    Command::TracedLines lines;
-    EXPECT_EQ(lines.Add("AC"), "");
-    EXPECT_EQ(lines.Add("K\nx\x1b\ny"), "| ACK\n| x\\x1b\n");
-    EXPECT_EQ(lines.Rest(), "| y\n");
-    EXPECT_EQ(lines.Rest(), "");
 }
 
 TEST(Output, HasNoControlBytesOfADevice) {

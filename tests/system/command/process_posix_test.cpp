@@ -98,9 +98,9 @@ TEST(Interrupting, LeavesNoTemporaryFiles) {
         ScriptedDevice device(CompleteDevice());
         const TemporaryFolder folder;
         const TemporaryFolder input;
-        StartedCommand load(device.Address(),
-                            {.words = {"load", "-t", "20", input.Make("settings.txt", "VIDEO PROC AMP:\nGain: 40\n\n")},
-                             .temporaryFolder = folder.PathOf("")});
+        StartedCommand load(device.Address(), {.words = {"load", "--partial", "-t", "20",
+                                                         input.Make("settings.txt", "VIDEO PROC AMP:\nGain: 40\n\n")},
+                                               .temporaryFolder = folder.PathOf("")});
         InterruptAtFirstFile(load, folder);
         EXPECT_TRUE(WasEndedBy(load.AwaitEnd(), SIGINT));
         EXPECT_TRUE(folder.Names().empty()) << *folder.Names().begin();
@@ -118,6 +118,13 @@ TEST(Interrupting, LeavesASavedFileWholeOrNone) {
         EXPECT_TRUE(HasExited(status, 0) || WasEndedBy(status, SIGINT)) << status;
         EXPECT_EQ(folder.Names(), std::set<std::string>{"settings.txt"});
     }
+}
+
+TEST(FullDevices, MakeSavingFailWithTheSystemsReason) {
+    SimulatedOnNetwork device;
+    StartedCommand save(device.Address(), {.words = {"save", "/dev/full"}});
+    EXPECT_TRUE(HasExited(save.AwaitEnd(), 1));
+    EXPECT_EQ(save.Err(), "morquilctl: /dev/full: cannot be written: No space left on device\n");
 }
 
 TEST(ClosedStreams, AFailureToWriteIsAFailure) {

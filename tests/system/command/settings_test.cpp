@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <filesystem>
 #include <thread>
 
 #include "command/commands/settings_text.h"
@@ -52,6 +53,22 @@ TEST(SettingsText, MissesLinesWithAnotherValue) {
     EXPECT_EQ(MissingLines(ParseSettings("GENLOCK:\nLine offset: 6\nType: Input\n"), saved).size(), 2u);
 }
 
+TEST(SettingsText, IsPlayedBackWithoutWhatADeviceIgnores) {
+    const auto lines =
+        ParseSettings("VIDEO INPUT:\nVideo source: SDI1\n\nGENLOCK:\nType: Input\nSignal locked: true\n\n");
+    EXPECT_EQ(Command::PlayableText(lines), "GENLOCK:\nType: Input\n\n");
+}
+
+TEST(SettingsFiles, ComeBackAsSoonAsTheDeviceHasReportedThem) {
+    SimulatedOnNetwork device;
+    const TemporaryFolder folder;
+    const std::string file = folder.PathOf("settings.txt");
+    EXPECT_EQ(RunCommand(device.Address(), {"save", file}).code, ExitCode::Done);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(RunCommand(device.Address(), {"load", "-t", "30", file}).code, ExitCode::Done);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+}
+
 TEST(SettingsFiles, ComeBackAsTheyWereSaved) {
     SimulatedOnNetwork device;
     const TemporaryFolder folder;
@@ -61,7 +78,9 @@ TEST(SettingsFiles, ComeBackAsTheyWereSaved) {
     EXPECT_EQ(RunCommand(device.Address(), {"set", "proc-amp.gain", "3"}).code, ExitCode::Done);
     const Outcome loaded = RunCommand(device.Address(), {"load", file});
     EXPECT_EQ(loaded.code, ExitCode::Done) << loaded.out << loaded.err;
-    EXPECT_EQ(loaded.err, "morquilctl: these blocks are never played back: VIDEO INPUT, ALIGN\n");
+    EXPECT_EQ(loaded.err,
+              "morquilctl: these blocks are never played back: VIDEO INPUT, ALIGN\n"
+              "morquilctl: a settings file holds no presets, no names and no network settings\n");
     EXPECT_EQ(RunCommand(device.Address(), {"get", "proc-amp.gain"}).out, "proc-amp.gain  17\n");
 }
 
@@ -69,11 +88,75 @@ TEST(SettingsFiles, ReportTheLinesThatWereNotApplied) {
     SimulatedOnNetwork device;
     const TemporaryFolder folder;
     const std::string file = folder.Make("settings.txt", "VIDEO PROC AMP:\nGain: 4000\n\nGENLOCK:\nLine offset: 1\n\n");
-    const Outcome outcome = RunCommand(device.Address(), {"load", "--json", "-t", "0.5", file});
+    const Outcome outcome = RunCommand(device.Address(), {"load", "--partial", "--json", "-t", "0.5", file});
     EXPECT_EQ(outcome.code, ExitCode::NotApplied);
     const Command::Json missing = Command::Json::parse(outcome.out).at("notApplied");
     ASSERT_EQ(missing.size(), 1u) << outcome.out;
     EXPECT_EQ(missing.at(0).at("key"), "Gain");
+}
+
+// What is saved at first, as text.
+std::string SavedBy(const SimulatedOnNetwork& device) {
+    const Outcome outcome = RunCommand(device.Address(), {"save", "-"});
+    EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
+    return outcome.out;
+}
+
+TEST(SettingsFiles, CanBeStandardOutput) {
+    const SimulatedOnNetwork device;
+    const std::string saved = SavedBy(device);
+    EXPECT_EQ(saved.find("VIDEO INPUT:\n"), 0u);
+    EXPECT_TRUE(Command::ShapeOf(saved).IsWhole());
+}
+
+TEST(SettingsFiles, ThatAreCutAnywhereAreNotLoaded) {
+    const SimulatedOnNetwork device;
+    const std::string whole = SavedBy(device);
+    const std::size_t lastLine = whole.find_last_not_of('\n') + 2;  // with its end, without the empty line after it
+    for (std::size_t length = 0; length <= lastLine; ++length) {
+        EXPECT_FALSE(Command::ShapeOf(whole.substr(0, length)).IsWhole()) << length;
+    }
+    const TemporaryFolder folder;
+    const std::string file = folder.Make("settings.txt", whole.substr(0, whole.size() / 2));
+    const Outcome refused = RunCommand(device.Address(), {"load", file});
+    EXPECT_EQ(refused.code, ExitCode::Usage);
+    EXPECT_NE(refused.err.find("not a whole settings file: it ends within "), std::string::npos) << refused.err;
+    EXPECT_NE(refused.err.find("MORQUIL DEVICE; with --partial"), std::string::npos) << refused.err;
+    EXPECT_EQ(RunCommand(device.Address(), {"load", "--partial", file}).code, ExitCode::Done);
+}
+
+TEST(SettingsFiles, ThatLackABlockAreNotLoaded) {
+    const SimulatedOnNetwork device;
+    std::string text = SavedBy(device);
+    const std::size_t begin = text.find("GENLOCK:");
+    text.erase(begin, text.find("\n\n", begin) + 2 - begin);
+    const TemporaryFolder folder;
+    const Outcome outcome = RunCommand(device.Address(), {"load", folder.Make("settings.txt", text)});
+    EXPECT_EQ(outcome.code, ExitCode::Usage);
+    EXPECT_NE(outcome.err.find("it lacks GENLOCK;"), std::string::npos) << outcome.err;
+}
+
+TEST(SettingsFiles, ThatCannotBeWrittenSayWhy) {
+    const SimulatedOnNetwork device;
+    const TemporaryFolder folder;
+    for (const std::string& file : {folder.PathOf("no folder/settings.txt"), folder.PathOf("")}) {
+        const Outcome outcome = RunCommand(device.Address(), {"save", file});
+        EXPECT_EQ(outcome.code, ExitCode::Usage);
+        const std::size_t text = outcome.err.find(": cannot be written: ");
+        EXPECT_NE(text, std::string::npos) << outcome.err;
+    }
+}
+
+TEST(SettingsFiles, ThatAreReadOnlyStayAsTheyAre) {
+    const SimulatedOnNetwork device;
+    const TemporaryFolder folder;
+    const std::string file = folder.Make("settings.txt", "old");
+    using std::filesystem::perms;
+    std::filesystem::permissions(file, perms::owner_read);
+    const Outcome outcome = RunCommand(device.Address(), {"save", file});
+    std::filesystem::permissions(file, perms::owner_all);
+    EXPECT_EQ(outcome.code, ExitCode::Usage) << outcome.out;
+    EXPECT_EQ(ContentOf(file), "old");
 }
 
 TEST(SettingsFiles, ThatAreTooLargeAreAMisuse) {

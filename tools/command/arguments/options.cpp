@@ -61,8 +61,9 @@ struct Line {
         Add("ranges",     "Show what the device accepts now", "NAME", "A property, the beginning of names, or a pattern", 0, true);
         CLI::App* const watch = Add("watch", "Show changes until interrupted", "NAME", "A property, the beginning of names, or a pattern", 0, true);
         watch->add_flag("--wait-reconnect", options.reconnects, "Keep watching when the connection is lost");
-        Add("save",       "Write the device's settings to a file", "FILE", "The file", 1, false, 1);
-        Add("load",       "Play back the settings in a file", "FILE", "The file", 1, false, 1);
+        Add("save",       "Write the device's settings to a file", "FILE", "The file; - for standard output", 1, false, 1);
+        CLI::App* const load = Add("load", "Play back the settings in a file", "FILE", "The file; - for standard input", 1, false, 1);
+        load->add_flag("--partial", options.isPartial, "Also load a file that lacks blocks or their end");
         AddPreset();
         Add("list",       "Show all properties", "NAME", "A property, the beginning of names, or a pattern", 0, true);
         Add("completion", "Write a script that completes the command line", "SHELL", "bash, zsh or fish", 1, false, 1);

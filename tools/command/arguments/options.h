@@ -16,6 +16,7 @@ struct Options {
     bool isJson = false;
     bool isTraced = false;
     bool reconnects = false;
+    bool isPartial = false;
 
     std::vector<std::string> words;  // what follows the command: names, values, a file, a shell
 };

@@ -1,109 +1,12 @@
 // set, preset.
 #include <algorithm>
-#include <memory>
 
+#include "command/commands/changes.h"
 #include "command/commands/commands.h"
 #include "command/output/rendering.h"
-#include "command/properties/property.h"
 
 namespace Morquil::Command {
 namespace {
-
-// How long to wait for a command without a value to be sent, and before accepting that a device keeps the old spelling
-// of a name.
-constexpr std::chrono::milliseconds grace{300};
-
-struct Change {
-    const Property* property;
-    Value value;
-};
-
-[[noreturn]] void Refuse(const Property& property, const Properties::Refusal& refusal) {
-    throw UsageFailure(property.name + ": " + refusal.text);
-}
-
-Value ParseFor(const Property& property, const std::string& text) {
-    Properties::Checked checked = ParseValue(property.type, text);
-    if (const auto* const refusal = std::get_if<Properties::Refusal>(&checked)) {
-        Refuse(property, *refusal);
-    }
-    return std::get<Value>(std::move(checked));
-}
-
-// Names and values in turn; a property without a value has its name alone.
-std::vector<Change> ParseChanges(const std::vector<std::string>& words) {
-    std::vector<Change> changes;
-    for (std::size_t at = 0; at < words.size(); ++at) {
-        const Property& property = FindProperty(words[at]);
-        if (!property.IsWritable()) {
-            throw UsageFailure(property.name + " cannot be set");
-        }
-        const bool takesValue = property.type.kind != Kind::Nothing;
-        if (takesValue && ++at == words.size()) {
-            throw UsageFailure(property.name + ": the value is missing");
-        }
-        changes.push_back({&property, takesValue ? ParseFor(property, words[at]) : Value(std::string())});
-    }
-    return changes;
-}
-
-// What is outside a range is refused; a word that is not offered is sent, and left to the device.
-void CheckRange(const Change& change, const Link& link) {
-    const Offer offer = Offered(*change.property, link.Device());
-    const auto refusal = CheckOffered(*change.property, offer, change.value);
-    if (refusal && std::holds_alternative<Limits>(offer)) {
-        Refuse(*change.property, *refusal);
-    }
-}
-
-// Sends the change, and reports what a setter's failure means for it.
-void Send(const Change& change, const Link& link) {
-    try {
-        Set(*change.property, link.Device(), change.value);
-    } catch (const morquil::Error& error) {
-        link.CheckIsThere();
-        if (error.Result() == E_INVALIDARG) {
-            throw UsageFailure(change.property->name + ": the library does not accept " +
-                               FormatValue(change.property->type, change.value));
-        }
-        throw Failure(ExitCode::NotApplied, change.property->name + ": " + error.what());
-    }
-}
-
-// The library does not report when a command was sent, but a resulting change shows it early.
-void SendCommand(const Change& change, const Link& link) {
-    const auto isNotified = std::make_shared<std::atomic<bool>>(false);
-    const morquil::Subscription subscription =
-        link.Device().OnChange(change.property->set, [isNotified](morquil::PropertySet) { *isNotified = true; });
-    Send(change, link);
-    link.Await(std::min(Clock::now() + grace, link.Until().time), [&] { return isNotified->load(); });
-}
-
-bool IsReported(const Change& change, const Link& link, Clock::time_point sent) {
-    using Properties::Confirmation;
-    const Confirmation confirmation = Properties::Confirms(Read(*change.property, link.Device()), change.value);
-    return confirmation == Confirmation::Yes || (confirmation == Confirmation::Likely && Clock::now() >= sent + grace);
-}
-
-[[noreturn]] void ThrowNotApplied(const Change& change, const Link& link) {
-    const Property& property = *change.property;
-    const std::optional<Value> reported = Read(property, link.Device());
-    std::string text = property.name + ": not applied within " + link.Until().Text() + ": the device reports ";
-    text += reported ? FormatValue(property.type, *reported) : "no value";
-    text += ", not " + FormatValue(property.type, change.value);
-    const Offer offer = Offered(property, link.Device());
-    const bool isList = std::holds_alternative<std::vector<std::int64_t>>(offer);
-    text += isList && CheckOffered(property, offer, change.value) ? "; it accepts " + FormatOffer(property, offer) : "";
-    throw Failure(ExitCode::NotApplied, text);
-}
-
-void SendSetting(const Change& change, const Link& link) {
-    const Clock::time_point sent = Clock::now();
-    Send(change, link);
-    if (!link.Await(link.Until().time, [&] { return IsReported(change, link, sent); })) {
-        ThrowNotApplied(change, link);
-    }
-}
 
 /// The outcome of the changes so far.
 class Report {
@@ -118,11 +21,11 @@ public:
                             {"value", ValueAsJson(property, reported)},
                             {"result", property.IsReadable() ? "applied" : "sent"}});
     }
-    void AddFailure(const Change& change, const Failure& failure) {
+    void AddFailure(const Change& change, const std::string& reason) {
         changes_.push_back({{"name", change.property->name},
                             {"value", ValueAsJson(*change.property, change.value)},
                             {"result", "failed"},
-                            {"reason", failure.what()}});
+                            {"reason", reason}});
     }
     void Print() const {
         if (context_.options.isJson) {
@@ -138,21 +41,103 @@ private:
     Json changes_ = Json::array();
 };
 
-void Apply(const Change& change, const Link& link) {
-    CheckRange(change, link);
-    change.property->IsReadable() ? SendSetting(change, link) : SendCommand(change, link);
+// "; it accepts 1080i50, 1080p25", for a word that the device does not accept now.
+std::string AcceptedWords(const Change& change, const Link& link) {
+    const Offer offer = Offered(*change.property, link.Device());
+    const bool isList = std::holds_alternative<std::vector<std::int64_t>>(offer);
+    return isList && CheckOffered(*change.property, offer, change.value)
+               ? "; it accepts " + FormatOffer(*change.property, offer)
+               : "";
+}
+
+std::string ReportedText(const Change& change, const Link& link) {
+    const std::optional<Value> reported = Read(*change.property, link.Device());
+    return "the device reports " + (reported ? FormatValue(change.property->type, *reported) : "no value");
+}
+
+[[noreturn]] void ThrowNotApplied(const Change& change, const std::string& reason) {
+    throw Failure(ExitCode::NotApplied, change.property->name + ": " + reason);
+}
+
+[[noreturn]] void ThrowRefused(const Change& change, const Link& link) {
+    if (!change.property->IsReadable()) {
+        ThrowNotApplied(change, "the device has refused it");
+    }
+    ThrowNotApplied(change, "the device has refused " + FormatValue(change.property->type, change.value) + ": " +
+                                ReportedText(change, link) + AcceptedWords(change, link));
+}
+
+[[noreturn]] void ThrowTimedOut(const Change& change, const Link& link) {
+    const std::string within = " within " + link.Until().Text();
+    if (!change.property->IsReadable()) {
+        throw Failure(ExitCode::TimedOut, change.property->name + ": the device has not acknowledged it" + within);
+    }
+    ThrowNotApplied(change, "not applied" + within + ": " + ReportedText(change, link) + ", not " +
+                                FormatValue(change.property->type, change.value) + AcceptedWords(change, link));
+}
+
+bool IsReported(const Change& change, const Link& link) {
+    return !change.property->IsReadable() ||
+           Properties::Confirms(Read(*change.property, link.Device()), change.value) != Properties::Confirmation::No;
+}
+
+// Throws: what the outcome means for the exit code.
+void ExpectApplied(const Change& change, const morquil::Outcome& outcome, const Link& link) {
+    switch (outcome.result) {
+        case morquil::Result::Refused:
+            ThrowRefused(change, link);
+        case morquil::Result::NotSent:
+            ThrowNotApplied(change, "the library never sends it");
+        case morquil::Result::TimedOut:
+            ThrowTimedOut(change, link);
+        default:
+            break;
+    }
+    if (!IsReported(change, link)) {
+        ThrowNotApplied(change, "not applied: " + ReportedText(change, link) + ", not " +
+                                    FormatValue(change.property->type, change.value) + AcceptedWords(change, link));
+    }
+}
+
+// `isFirst`: nothing has been sent before.
+void Apply(const Change& change, const Link& link, bool isFirst) {
+    try {
+        ExpectApplied(change, link.Apply([&] { Set(*change.property, link.Device(), change.value); }), link);
+    } catch (const morquil::Error& error) {
+        link.CheckIsThere();
+        const bool isMisuse = isFirst && error.Result() == E_INVALIDARG;
+        throw Failure(isMisuse ? ExitCode::Usage : ExitCode::NotApplied,
+                      change.property->name + ": the library does not accept " +
+                          FormatValue(change.property->type, change.value) + ": " + error.what());
+    }
+}
+
+// Nothing is sent unless everything can be.
+void ExpectAccepted(const std::vector<Change>& changes, const Link& link, Report& report) {
+    const std::vector<RefusedChange> refused = FindRefused(changes, link.Device());
+    if (refused.empty()) {
+        return;
+    }
+    std::string text;
+    for (const auto& [change, reason] : refused) {
+        report.AddFailure(change, reason);
+        text += (text.empty() ? "" : "; ") + change.property->name + ": " + reason;
+    }
+    report.Print();
+    throw UsageFailure(text);
 }
 
 // One after the other: a change of mode changes what else the device accepts.
 void ApplyAll(const Context& context, const std::vector<Change>& changes) {
     const Link link(context);
     Report report(context);
+    ExpectAccepted(changes, link, report);
     for (const Change& change : changes) {
         try {
-            Apply(change, link);
+            Apply(change, link, &change == &changes.front());
             report.Add(change, link);
         } catch (const Failure& failure) {
-            report.AddFailure(change, failure);
+            report.AddFailure(change, failure.what());
             report.Print();
             throw;
         }
@@ -198,7 +183,7 @@ void NamePreset(const Context& context) {
     }
     Options shown = context.options;
     shown.words = {name};
-    ShowValues({shown, context.terminal, context.deadline, context.isInterrupted});
+    ShowValues({shown, context.terminal, context.deadline, context.isInterrupted, context.prepareLibrary});
 }
 
 }  // namespace Morquil::Command

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 
 #include "command/arguments/exit_code.h"
 #include "command/arguments/options.h"
@@ -16,6 +17,8 @@ struct Context {
     const Deadline deadline;
     /// Set from outside to end the command: by the user, or because its output cannot be written.
     const std::atomic<bool>& isInterrupted;
+    /// Called before the library is used.
+    const std::function<void()>& prepareLibrary;
 };
 
 // Show what the device has reported, and what the property table holds.

@@ -13,8 +13,10 @@ namespace {
 constexpr std::chrono::milliseconds lookInterval{4};
 constexpr std::chrono::milliseconds interruptionInterval{20};
 
-std::unique_ptr<morquil::Connecting> Begin(const std::string& address, morquil::ConnectionHandlers handlers) {
+std::unique_ptr<morquil::Connecting> Begin(const Context& context, morquil::ConnectionHandlers handlers) {
+    const std::string& address = context.options.address;
     try {
+        context.prepareLibrary();
         return std::make_unique<morquil::Connecting>(morquil::ConnectAsync(address, std::move(handlers)));
     } catch (const morquil::Error& error) {
         throw Failure(ExitCode::Unreachable, address + ": " + error.what());
@@ -37,8 +39,8 @@ Link::Link(const Context& context)
         state->changed.notify_all();
     };
     connecting_ = Begin(
-        address_, {[note] { note([](State& state) { state.connected = true; }); },
-                   [note](morquil::ConnectFailure reason) { note([reason](State& state) { state.ended = reason; }); }});
+        context, {[note] { note([](State& state) { state.connected = true; }); },
+                  [note](morquil::ConnectFailure reason) { note([reason](State& state) { state.ended = reason; }); }});
     AwaitDecision();
 }
 
@@ -76,14 +78,42 @@ bool Link::IsLost() const {
 
 void Link::CheckIsThere() const {
     if (IsLost()) {
-        throw Failure(ExitCode::ConnectionLost, address_ + ": the connection was lost");
+        ThrowLost();
     }
+}
+
+void Link::ThrowLost() const {
+    throw Failure(ExitCode::ConnectionLost, address_ + ": the connection was lost");
 }
 
 void Link::CheckIsNotInterrupted() const {
     if (isInterrupted_) {
         throw Interruption();
     }
+}
+
+morquil::Outcome Link::Apply(const std::function<void()>& function) const {
+    const auto outcome = std::make_shared<std::optional<morquil::Outcome>>();  // guarded by the state's mutex
+    const morquil::Subscription receipt =
+        Device().ApplyAsync(function, [state = state_, outcome](const morquil::Outcome& known) {
+            const std::lock_guard lock(state->mutex);
+            *outcome = known;
+            state->changed.notify_all();
+        });
+    std::unique_lock lock(state_->mutex);
+    while (!*outcome && !isInterrupted_ && !deadline_.IsOver()) {
+        state_->changed.wait_until(lock, std::min(Clock::now() + interruptionInterval, deadline_.time));
+    }
+    morquil::Outcome known = outcome->value_or(morquil::Outcome{.result = morquil::Result::TimedOut});
+    const bool isDecided = outcome->has_value();
+    lock.unlock();
+    if (!isDecided) {
+        CheckIsNotInterrupted();
+    }
+    if (known == morquil::Result::Lost) {
+        ThrowLost();
+    }
+    return known;
 }
 
 void Link::Pause() const {

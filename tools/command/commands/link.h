@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -53,6 +54,11 @@ public:
     /// Throws: Failure with ConnectionLost, if the connection has ended.
     void CheckIsThere() const;
 
+    /// Calls `function`, which sets values, and waits until the device has confirmed or refused them, or until the time
+    /// is up.
+    /// Throws: Failure with ConnectionLost; Interruption; what `function` throws.
+    morquil::Outcome Apply(const std::function<void()>& function) const;
+
     /// Checks `condition` every few milliseconds until it holds or `end` is reached.
     /// Returns: whether it holds.
     /// Throws: Failure with ConnectionLost; Interruption.
@@ -79,6 +85,7 @@ private:
 
     void AwaitDecision();
     void CheckIsNotInterrupted() const;
+    [[noreturn]] void ThrowLost() const;
     /// Waits until the next check, or until the connection ends.
     void Pause() const;
 

@@ -1,84 +1,35 @@
 // save, load.
-#include <filesystem>
-#include <fstream>
-#include <random>
+#include <algorithm>
 
 #include "command/commands/commands.h"
 #include "command/commands/settings_text.h"
+#include "command/files/local_file.h"
 #include "command/output/rendering.h"
 
 namespace Morquil::Command {
 namespace {
 
-// The library writes a new file for each check, so not too often.
-constexpr std::chrono::milliseconds saveInterval{40};
 // The library reads no more of a settings file either. A device such as /dev/zero has no end.
 constexpr std::size_t mostBytes = std::size_t{16} * 1024 * 1024;
 
-std::filesystem::path PathOf(const std::string& text) {
-    return {std::u8string(text.begin(), text.end())};
-}
+constexpr const char* neverSaved = "a settings file holds no presets, no names and no network settings";
 
-std::string TextOf(const std::filesystem::path& path) {
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
-std::string ReadFile(const std::string& name) {
-    std::error_code error;
-    std::ifstream file(PathOf(name), std::ios::binary);
-    if (std::filesystem::is_directory(PathOf(name), error) || !file) {
-        throw UsageFailure(name + ": cannot be read");
-    }
-    std::string content(mostBytes + 1, '\0');
-    file.read(content.data(), static_cast<std::streamsize>(content.size()));
-    if (file.bad()) {
-        throw UsageFailure(name + ": cannot be read");
-    }
-    content.resize(static_cast<std::size_t>(file.gcount()));
-    if (content.size() > mostBytes) {
-        throw UsageFailure(name + ": is too large for a settings file");
-    }
-    return content;
-}
-
-/// A file name unique to this process; the file is removed at the end.
-class TemporaryFile {
-public:
-    TemporaryFile() {
-        std::random_device random;
-        path_ = std::filesystem::temp_directory_path() /
-                ("morquilctl-" + std::to_string(random()) + std::to_string(random()) + ".txt");
-    }
-    ~TemporaryFile() {
-        std::error_code error;
-        std::filesystem::remove(path_, error);
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    std::string Name() const { return TextOf(path_); }
-
-private:
-    std::filesystem::path path_;
-};
-
-/// Throws: Failure with ConnectionLost, or with Usage if the file cannot be written; an existing file is then
-/// unchanged.
-void SaveTo(const std::string& file, const Link& link) {
+/// The settings as the library saves them.
+/// Throws: Failure with ConnectionLost, unless the device was connected and its state complete from beginning to end.
+std::string PresentSettings(const Link& link) {
+    const TemporaryFile file;
     try {
-        link.Device().SaveSettingsFile(file);
+        link.Device().SaveSettingsFile(file.Name());
     } catch (const morquil::NotKnown&) {
         throw Failure(ExitCode::ConnectionLost, link.Address() + ": the connection was lost");
     } catch (const morquil::Error&) {
-        throw UsageFailure(file + ": cannot be written");
+        throw UsageFailure(file.Name() + ": cannot be written; TMPDIR names the folder of temporary files");
     }
-}
-
-std::vector<SettingsLine> PresentSettings(const Link& link) {
-    const TemporaryFile file;
-    SaveTo(file.Name(), link);
-    return ParseSettings(ReadFile(file.Name()));
+    std::string settings = ReadLocalFile(file.Name(), mostBytes);
+    if (const FileShape shape = ShapeOf(settings); !shape.IsWhole()) {
+        throw UsageFailure(file.Name() + ": was not written as a whole: " + shape.Damage());
+    }
+    return settings;
 }
 
 void PrintUnplayedBlocks(const Context& context, const std::vector<SettingsLine>& lines) {
@@ -96,17 +47,7 @@ void PrintUnplayedBlocks(const Context& context, const std::vector<SettingsLine>
     if (!blocks.empty()) {
         PrintMessage(context.terminal, "these blocks are never played back: " + names);
     }
-}
-
-// Checks what the device has reported until nothing is missing or the time is up.
-std::vector<SettingsLine> AwaitLines(const Link& link, const std::vector<SettingsLine>& wanted) {
-    std::vector<SettingsLine> missing = MissingLines(wanted, PresentSettings(link));
-    while (!missing.empty() && !link.Until().IsOver()) {
-        const Clock::time_point next = std::min(Clock::now() + saveInterval, link.Until().time);
-        link.Await(next, [] { return false; });
-        missing = MissingLines(wanted, PresentSettings(link));
-    }
-    return missing;
+    PrintMessage(context.terminal, neverSaved);
 }
 
 Json AsJson(const std::vector<SettingsLine>& lines) {
@@ -137,12 +78,42 @@ void PrintOutcome(const Context& context, const std::vector<SettingsLine>& wante
     }
 }
 
+void ExpectWhole(const Context& context, const std::string& file, const std::string& content) {
+    const FileShape shape = ShapeOf(content);
+    if (!shape.IsWhole() && !context.options.isPartial) {
+        throw UsageFailure(file + ": not a whole settings file: " + shape.Damage() +
+                           "; with --partial what it holds is loaded");
+    }
+    if (!shape.IsWhole()) {
+        PrintMessage(context.terminal, file + ": not a whole settings file: " + shape.Damage());
+    }
+}
+
+// What has been checked is what is loaded.
+morquil::Outcome Load(const std::vector<SettingsLine>& lines, const Link& link) {
+    const TemporaryFile file;
+    WriteLocalFile(file.Name(), PlayableText(lines));
+    return link.Apply([&] { link.Device().LoadSettingsFile(file.Name()); });
+}
+
+[[noreturn]] void ThrowNotApplied(const std::string& file, std::size_t lines, morquil::Result result,
+                                  const Link& link) {
+    const std::string within = result == morquil::Result::TimedOut ? " within " + link.Until().Text() : "";
+    throw Failure(ExitCode::NotApplied, file + ": " + std::to_string(lines) +
+                                            (lines == 1 ? " line was" : " lines were") + " not applied" + within);
+}
+
 }  // namespace
 
 void SaveSettings(const Context& context) {
     const std::string& file = context.options.words.front();
     const Link link(context);
-    SaveTo(file, link);
+    const std::string settings = PresentSettings(link);
+    if (file == standardStream) {
+        context.terminal.out(settings);
+        return;
+    }
+    WriteLocalFile(file, settings);
     if (context.options.isJson) {
         PrintJson(context.terminal, {{"address", link.Address()}, {"file", file}});
     } else {
@@ -152,18 +123,19 @@ void SaveSettings(const Context& context) {
 
 void LoadSettings(const Context& context) {
     const std::string& file = context.options.words.front();
-    const std::vector<SettingsLine> wanted = ParseSettings(ReadFile(file));
+    const std::string content = ReadLocalFile(file, mostBytes);
+    const std::vector<SettingsLine> wanted = ParseSettings(content);
     if (wanted.empty()) {
         throw UsageFailure(file + ": holds no settings");
     }
+    ExpectWhole(context, file, content);
     PrintUnplayedBlocks(context, wanted);
     const Link link(context);
-    link.Device().LoadSettingsFile(file);
-    const std::vector<SettingsLine> missing = AwaitLines(link, wanted);
+    const morquil::Outcome outcome = Load(wanted, link);
+    const std::vector<SettingsLine> missing = MissingLines(wanted, ParseSettings(PresentSettings(link)));
     PrintOutcome(context, wanted, missing);
     if (!missing.empty()) {
-        throw Failure(ExitCode::NotApplied, file + ": " + std::to_string(missing.size()) +
-                                                " lines were not applied within " + link.Until().Text());
+        ThrowNotApplied(file, missing.size(), outcome.result, link);
     }
 }
 

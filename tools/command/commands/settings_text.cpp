@@ -1,6 +1,7 @@
 #include "command/commands/settings_text.h"
 
 #include <algorithm>
+#include <array>
 #include <type_traits>
 #include <utility>
 
@@ -18,10 +19,14 @@ namespace {
 class LineCollector final : public TextProtocolParser {
 public:
     std::vector<SettingsLine> lines;
+    std::vector<std::string> blocks;
+    bool isInBlock = false;
 
 private:
     bool BeginBlock(std::string_view header) override {
         block_ = header;
+        blocks.push_back(block_);
+        isInBlock = true;
         return true;
     }
     void ParseLine(std::string_view line) override {
@@ -30,7 +35,7 @@ private:
             lines.push_back({block_, std::string(parts.key), std::string(parts.value)});
         }
     }
-    void EndBlock() override {}
+    void EndBlock() override { isInBlock = false; }
     void ReportError(const char* /*text*/) override {}
     void OnPingLine() override {}
     void OnAcknowledgeLine(bool /*positive*/) override {}
@@ -104,7 +109,7 @@ Playback PlaybackOfKey(std::string_view line) {
         row.ForEachKey([&](const auto& key) {
             const bool isReported = row.Names().size() != 0;
             if (IsNamed(key.Names()[0], line) && !(isReported && MustBeSeen(key))) {
-                playback = Playback::Unseen;
+                playback = key.facts.use == KeyUse::Observed ? Playback::Ignored : Playback::Unseen;
             }
         });
     };
@@ -116,6 +121,17 @@ bool IsKeyOf(const SettingsLine& line, const SettingsLine& other) {
     return EqualsIgnoringCase(line.block, other.block) && EqualsIgnoringCase(line.key, other.key);
 }
 
+/// In the order of the file.
+std::array<std::string_view, savedBlockCount> SavedBlockNames() {
+    std::array<std::string_view, savedBlockCount> names;
+    ForEachBlock([&]<class Description>() {
+        if constexpr (factsOf<Description>.savedPlace != 0) {
+            names[factsOf<Description>.savedPlace - 1] = Description::block.header.name;
+        }
+    });
+    return names;
+}
+
 }  // namespace
 
 std::vector<SettingsLine> ParseSettings(std::string_view text) {
@@ -123,6 +139,30 @@ std::vector<SettingsLine> ParseSettings(std::string_view text) {
     collector.Feed(text.data(), text.size());
     collector.Feed("\n", 1);  // the last line may lack its line feed
     return std::move(collector.lines);
+}
+
+FileShape ShapeOf(std::string_view text) {
+    LineCollector collector;
+    collector.Feed(text.data(), text.size());
+    FileShape shape;
+    if (collector.isInBlock) {
+        shape.cutBlock = collector.blocks.back();
+    }
+    for (const std::string_view name : SavedBlockNames()) {
+        const auto isNamed = [name](const std::string& block) { return EqualsIgnoringCase(block, name); };
+        if (std::none_of(collector.blocks.begin(), collector.blocks.end(), isNamed)) {
+            shape.missing.emplace_back(name);
+        }
+    }
+    return shape;
+}
+
+std::string FileShape::Damage() const {
+    std::string text = cutBlock ? "it ends within " + *cutBlock : "";
+    for (const std::string& block : missing) {
+        text += (&block != &missing.front() ? ", " : text.empty() ? "it lacks " : ", and lacks ") + block;
+    }
+    return text;
 }
 
 Playback PlaybackOf(const SettingsLine& line) {
@@ -134,6 +174,23 @@ Playback PlaybackOf(const SettingsLine& line) {
         }
     });
     return playback;
+}
+
+std::string PlayableText(const std::vector<SettingsLine>& lines) {
+    std::string text;
+    std::string block;
+    for (const SettingsLine& line : lines) {
+        const Playback playback = PlaybackOf(line);
+        if (playback == Playback::Ignored || playback == Playback::NeverPlayed) {
+            continue;
+        }
+        if (line.block != block) {
+            text += (text.empty() ? "" : "\n") + line.block + ":\n";
+            block = line.block;
+        }
+        text += line.key + ": " + line.value + "\n";
+    }
+    return text + "\n";
 }
 
 const SettingsLine* FindLine(const std::vector<SettingsLine>& lines, const SettingsLine& line) {

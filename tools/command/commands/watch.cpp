@@ -172,6 +172,7 @@ private:
 
 void WatchSession(const Context& context, Watch& watch) {
     SessionWatch handler(context, watch);
+    context.prepareLibrary();
     const SessionEnd end(OpenSession(context.options.address, watch.SharedFeed()));
     while (!context.isInterrupted) {
         const News news = watch.Feed().Next();

@@ -9,7 +9,8 @@
 #include <thread>
 
 #include "command/commands/link.h"
-#include "command/output/own_output.h"
+#include "command/output/escape.h"
+#include "command/output/standard_output.h"
 #include "command/program/program.h"
 #include "command/program/system.h"
 #include "morquil.hpp"
@@ -56,7 +57,7 @@ void TryWriteError(const char* text) {
 /// Ends the program when a system call blocks it: a file that is a pipe, a name lookup, an output without a reader.
 class Guard {
 public:
-    Guard(const OwnOutput& output, const Options& options)
+    Guard(const StandardOutput& output, const Options& options)
         : output_(output), isOpenEnded_(options.command == "watch"), end_(Clock::now() + options.timeout + patience) {}
 
     [[noreturn]] void Run() {
@@ -80,23 +81,29 @@ private:
         }
     }
 
-    const OwnOutput& output_;
+    const StandardOutput& output_;
     const bool isOpenEnded_;
     const Clock::time_point end_;
 };
 
-void Begin(OwnOutput& output, const Options& options) {
-    if (options.isTraced) {
-        output.Trace();
-    }
+void Begin(const StandardOutput& output, const Options& options) {
     NoteInterruption(isInterrupted);
     std::thread([guard = Guard(output, options)]() mutable { guard.Run(); }).detach();
+}
+
+/// Standard output belongs to the program. What the library prints is discarded or, escaped, goes to standard error.
+void TakeLibraryOutput(const Options& options) {
+    if (!options.isTraced) {
+        morquil::SilenceLibrary();
+        return;
+    }
+    morquil::SetLibraryOutput([](const std::string& line) { WriteError("| " + Escaped(line) + "\n"); });
 }
 
 /// Writes the program's output, and remembers whether that failed.
 class Output {
 public:
-    explicit Output(OwnOutput& own) : own_(own) {}
+    explicit Output(StandardOutput& own) : own_(own) {}
 
     void Write(std::string_view text) {
         const Written written = own_.Write(text);
@@ -108,7 +115,7 @@ public:
     bool HasFailed() const { return hasFailed_; }
 
 private:
-    OwnOutput& own_;
+    StandardOutput& own_;
     bool hasFailed_ = false;
 };
 
@@ -120,7 +127,7 @@ int main(int count, char** words) {
     }
     // If the library is registered, it is loaded through COM, which each thread must initialize.
     [[maybe_unused]] const morquil::Apartment apartment;
-    OwnOutput own;
+    StandardOutput own;
     IgnoreBrokenPipes();
     Output output(own);
     const std::string device = EnvironmentVariable("MORQUIL_DEVICE");
@@ -131,9 +138,9 @@ int main(int count, char** words) {
                                    EnvironmentVariable("TERM") != "dumb"},
         .defaultAddress = device.empty() ? "127.0.0.1" : device,
         .begin = [&own](const Options& options) { Begin(own, options); },
+        .prepareLibrary = &TakeLibraryOutput,
         .isInterrupted = isInterrupted};
     ExitCode code = RunProgram(CommandLineWords(count, words), surroundings);
-    own.Finish();
     if (output.HasFailed() && code == ExitCode::Done) {
         PrintMessage(surroundings.terminal, "the output cannot be written");
         code = ExitCode::Usage;

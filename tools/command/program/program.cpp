@@ -37,7 +37,9 @@ void Run(const std::vector<std::string>& arguments, const Surroundings& surround
                                    [&line](const Verb& known) { return known.name == line.options.command; });
     if (verb != std::end(verbs)) {
         surroundings.begin(line.options);
-        verb->run({line.options, surroundings.terminal, Deadline(line.options.timeout), surroundings.isInterrupted});
+        const std::function<void()> prepareLibrary = [&] { surroundings.prepareLibrary(line.options); };
+        verb->run({line.options, surroundings.terminal, Deadline(line.options.timeout), surroundings.isInterrupted,
+                   prepareLibrary});
     }
 }
 

@@ -15,8 +15,10 @@ namespace Morquil::Command {
 struct Surroundings {
     Terminal terminal;
     std::string defaultAddress = "127.0.0.1";
-    /// Called once the command line is parsed, before the library is loaded.
+    /// Called once the command line is parsed.
     std::function<void(const Options&)> begin = [](const Options&) {};
+    /// Called before the library is used, possibly several times.
+    std::function<void(const Options&)> prepareLibrary = [](const Options&) {};
     /// See Context.
     const std::atomic<bool>& isInterrupted;
 };

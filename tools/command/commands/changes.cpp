@@ -1,0 +1,80 @@
+#include "command/commands/changes.h"
+
+#include <algorithm>
+#include <array>
+
+#include "command/arguments/exit_code.h"
+
+namespace Morquil::Command {
+namespace {
+
+// Levels: no mode changes what a device accepts for them.
+constexpr std::array<std::string_view, 6> featuresWithoutModes = {"IMorquilVideoProcAmp",   "IMorquilColorCorrection",
+                                                                  "IMorquilVideoClip",      "IMorquilAspectFill",
+                                                                  "IMorquilNoiseReduction", "IMorquilAudioMapping"};
+
+const Property& FindWritable(const std::string& name) {
+    const Property& property = FindProperty(name);
+    if (!property.IsWritable()) {
+        throw UsageFailure(property.name + " cannot be set");
+    }
+    return property;
+}
+
+bool MayDependOnModes(const Property& property) {
+    return std::find(featuresWithoutModes.begin(), featuresWithoutModes.end(), property.interfaceName) ==
+           featuresWithoutModes.end();
+}
+
+/// Whether a change may alter what the device accepts for other properties.
+bool ChangesOffers(const Property& property) {
+    return property.name.ends_with(".video-mode") || property.name == "preset.recall" ||
+           property.name == "input.video-source" || property.name == "input.auto-detection";
+}
+
+std::optional<std::string> ReasonToRefuse(const Change& change, const morquil::Device& device) {
+    if (!Exists(*change.property, device)) {
+        return "this device does not have it";
+    }
+    const auto refusal = CheckOffered(*change.property, Offered(*change.property, device), change.value);
+    return refusal ? std::optional(refusal->text) : std::nullopt;
+}
+
+}  // namespace
+
+Change ParseChange(const std::string& name, const std::string& value) {
+    const Property& property = FindWritable(name);
+    Properties::Checked checked = ParseValue(property.type, value);
+    if (const auto* const refusal = std::get_if<Properties::Refusal>(&checked)) {
+        throw UsageFailure(property.name + ": " + refusal->text);
+    }
+    return {&property, std::get<Value>(std::move(checked))};
+}
+
+std::vector<Change> ParseChanges(const std::vector<std::string>& words) {
+    std::vector<Change> changes;
+    for (std::size_t at = 0; at < words.size(); ++at) {
+        const Property& property = FindWritable(words[at]);
+        const bool takesValue = property.type.kind != Kind::Nothing;
+        if (takesValue && ++at == words.size()) {
+            throw UsageFailure(property.name + ": the value is missing");
+        }
+        changes.push_back(takesValue ? ParseChange(property.name, words[at]) : Change{&property, Value(std::string())});
+    }
+    return changes;
+}
+
+std::vector<RefusedChange> FindRefused(const std::vector<Change>& changes, const morquil::Device& device) {
+    std::vector<RefusedChange> refused;
+    bool mayOffersChange = false;
+    for (const Change& change : changes) {
+        const std::optional<std::string> reason = ReasonToRefuse(change, device);
+        if (reason && !(mayOffersChange && MayDependOnModes(*change.property))) {
+            refused.push_back({change, *reason});
+        }
+        mayOffersChange = mayOffersChange || ChangesOffers(*change.property);
+    }
+    return refused;
+}
+
+}  // namespace Morquil::Command

@@ -144,6 +144,7 @@ void PrepareReceipt(ScarceHost& host) {
     host.CreateConnected();
     host.OpenReceipt();
     SetGain(host);
+    EXPECT_TRUE(host.link.AwaitIdle()) << "what the change itself allocates is not the scenario's";
 }
 
 void Notify(ScarceHost& host) {

@@ -5,7 +5,8 @@
 #include <tuple>
 
 #include "bench/literal_rows.h"
-#include "protocol/sink.h"
+#include "protocol/blocks/all.h"
+#include "protocol/sink_operations.h"
 
 namespace Morquil::Bench {
 

@@ -47,7 +47,7 @@ public:
     void OnSettled(UINT64 receipt, UINT confirmed, UINT adjusted);
     void OnLost(UINT64 receipt, UINT acknowledged, UINT refused, UINT unanswered, UINT unsent);
 
-    /// Nothing is left to do: whoever had to be notified has been.
+    /// Every observer that had to be notified has been.
     void CheckQuiet(bool isConnected);
 
 private:

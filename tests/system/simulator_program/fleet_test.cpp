@@ -173,20 +173,23 @@ TEST(Fleet, DoesNotStartWithAScriptThatNamesNoDevices) {
 }
 
 TEST(Fleet, OccupiesNoAddressWhenOneIsTaken) {
-    Options second;
+    // Another port could be taken at the first address, too, be it by a connection that has just ended.
+    const std::uint16_t freePort = RunningProgram::AtAnyPort(Options{.devices = 3})->Port();
+    Options second{.port = freePort};
     second.address = "127.0.0.2";
-    const auto taken = RunningProgram::AtAnyPort(second);
-    const std::string port = std::to_string(taken->Port());
+    const auto taken = RunningProgram::At(second);
+    ASSERT_NE(taken, nullptr);
+    const std::string port = std::to_string(freePort);
     const ProgramRun run = RunProgram({"--port", port, "--devices", "3"});
     EXPECT_TRUE(run.output.starts_with("morquil-sim: cannot listen on 127.0.0.2:" + port + ": ")) << run.output;
     EXPECT_EQ(run.exitStatus, 1);
 
     Options fleet{.devices = 3};
-    fleet.port = taken->Port();
+    fleet.port = freePort;
     Program program(fleet);
     EXPECT_EQ(program.Start(), 1);
-    EXPECT_FALSE(RawHost("127.0.0.1", taken->Port()).IsConnected());
-    EXPECT_FALSE(RawHost("127.0.0.3", taken->Port()).IsConnected());
+    EXPECT_FALSE(RawHost("127.0.0.1", freePort).IsConnected());
+    EXPECT_FALSE(RawHost("127.0.0.3", freePort).IsConnected());
 }
 
 }  // namespace

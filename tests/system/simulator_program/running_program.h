@@ -21,7 +21,17 @@ public:
     /// At 127.0.0.1 and a port that the system chooses, for hosts that can connect to any port.
     static std::unique_ptr<RunningProgram> AtAnyPort(Options options) {
         options.port = 0;
-        return Start(options);
+        return At(options);
+    }
+
+    /// At exactly this address and port. Returns: null if they are taken.
+    static std::unique_ptr<RunningProgram> At(const Options& options) {
+        std::unique_ptr<RunningProgram> running(new RunningProgram(options));
+        if (running->program_.Start() != 0) {
+            return nullptr;
+        }
+        running->thread_ = std::thread([program = running.get()] { program->exitStatus_ = program->program_.Run(); });
+        return running;
     }
 
     /// At the port of all devices and an address at which nothing listens, for hosts that connect to that port only.
@@ -29,7 +39,7 @@ public:
         std::unique_ptr<RunningProgram> running;
         for (int attempts = 0; attempts < 20 && running == nullptr; ++attempts) {
             options.address = AnyLoopbackAddress();
-            running = Start(options);
+            running = At(options);
         }
         return running;
     }
@@ -55,15 +65,6 @@ public:
 
 private:
     explicit RunningProgram(const Options& options) : program_(options) {}
-
-    static std::unique_ptr<RunningProgram> Start(const Options& options) {
-        std::unique_ptr<RunningProgram> running(new RunningProgram(options));
-        if (running->program_.Start() != 0) {
-            return nullptr;
-        }
-        running->thread_ = std::thread([program = running.get()] { program->exitStatus_ = program->program_.Run(); });
-        return running;
-    }
 
     static std::string AnyLoopbackAddress() {
         static std::mt19937 numbers{std::random_device()()};

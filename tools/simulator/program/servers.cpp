@@ -12,6 +12,9 @@ namespace {
 /// Descriptors of a fleet besides those of its devices: standard streams, files, and the system's own.
 constexpr std::size_t otherDescriptors = 64;
 
+/// A port that the system has chosen for the first device may be taken at the address of another. So many are tried.
+constexpr int chosenPorts = 20;
+
 std::string CannotListen(const std::string& address, asio::error_code error) {
     return "cannot listen on " + address + ": " + error.message();
 }
@@ -47,17 +50,25 @@ std::string Servers::DescriptorProblem() const {
 
 std::string Servers::ListeningProblem() {
     // All addresses are occupied before a host can connect to any of them.
+    std::string problem = BindingProblem();
+    for (int port = 1; port < chosenPorts && !problem.empty() && options_.port == 0; ++port) {
+        problem = BindingProblem();
+    }
+    for (unsigned number = 1; number <= Count() && problem.empty(); ++number) {
+        if (const asio::error_code error = Of(number).Listen()) {
+            problem = CannotListen(Address(number), error);
+        }
+    }
+    return problem;
+}
+
+std::string Servers::BindingProblem() {
     std::uint16_t port = options_.port;
     for (unsigned number = 1; number <= Count(); ++number) {
         if (const asio::error_code error = Bind(number, port)) {
             return CannotListen(Address(number, port), error);
         }
-        port = Of(number).Endpoint().port();  // the system has chosen the first one if the options leave it free
-    }
-    for (unsigned number = 1; number <= Count(); ++number) {
-        if (const asio::error_code error = Of(number).Listen()) {
-            return CannotListen(Address(number), error);
-        }
+        port = Of(number).Endpoint().port();
     }
     return {};
 }

@@ -37,6 +37,7 @@ public:
 private:
     std::string DescriptorProblem() const;
     std::string ListeningProblem();
+    std::string BindingProblem();
     asio::error_code Bind(unsigned number, std::uint16_t port);
     std::string Address(unsigned number, std::uint16_t port) const;
     std::string Address(unsigned number) const { return Address(number, Of(number).Endpoint().port()); }

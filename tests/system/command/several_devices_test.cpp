@@ -14,7 +14,7 @@ using Command::ExitCode;
 using Command::Json;
 using Words = std::vector<std::string>;
 
-constexpr const char* nowhere = "127.255.255.1";
+constexpr const char* silentAddress = "127.255.255.1";
 
 TEST(Groups, AreLinesOfNamesAndAddresses) {
     const Command::Groups groups =
@@ -49,12 +49,12 @@ TEST(SeveralDevices, MakeOneTable) {
 TEST(SeveralDevices, HaveTheExitCodeOfTheWorst) {
     const SimulatedOnNetwork device;
     const Outcome outcome =
-        RunCommand("", {"--json", "-d", device.Address(), "-d", nowhere, "set", "proc-amp.gain", "5"});
+        RunCommand("", {"--json", "-d", device.Address(), "-d", silentAddress, "set", "proc-amp.gain", "5"});
     EXPECT_EQ(outcome.code, ExitCode::Unreachable);
     const Json all = Json::parse(outcome.out);
     EXPECT_EQ(all.at(device.Address()).at("changes").at(0).at("result"), "applied");
-    EXPECT_EQ(all.at(nowhere).at("exitCode"), 2);
-    EXPECT_EQ(outcome.err.find("morquilctl: " + std::string(nowhere) + ": "), 0u) << outcome.err;
+    EXPECT_EQ(all.at(silentAddress).at("exitCode"), 2);
+    EXPECT_EQ(outcome.err.find("morquilctl: " + std::string(silentAddress) + ": "), 0u) << outcome.err;
     EXPECT_NE(outcome.err.find("morquilctl: 1 of 2 devices failed\n"), std::string::npos) << outcome.err;
 }
 

@@ -24,16 +24,16 @@ void AddTimecode(std::vector<Property>& all) {
     using F = morquil::features::Timecode;
     FeatureRows<F> rows(all, "timecode");
     // clang-format off
-    rows.Setting<&F::GetMode, &F::SetMode, &F::IsModeAvailable>("mode", "Where the timecode comes from");
-    rows.Setting<&F::GetInputLine, &F::SetInputLine, RangeOfHeight<&F::GetLineRange, InputMode>{}>("input-line", "Line at the input").In(Unit::LineNumber);
-    rows.Setting<&F::GetOutputLine, &F::SetOutputLine, RangeOfHeight<&F::GetLineRange, OutputMode>{}>("output-line", "Line at the output").In(Unit::LineNumber);
-    rows.Setting<&F::GetDropFrameMode, &F::SetDropFrameMode, DropFrameModes{}>("drop-frame-mode", "Whether frames are dropped");
-    rows.Setting<&F::GetLossMode, &F::SetLossMode>("loss-mode", "What happens when the input loses it");
-    rows.Setting<&F::GetSource, &F::SetSource>("source", "Kind of timecode at the input");
-    rows.Setting<&F::GetGenerateValue, &F::SetGenerateValue>("generate-value", "Where the generator starts").As(Kind::Timecode);
-    rows.Setting<&F::GetJamSyncValue, &F::SetJamSyncValue>("jam-sync-value", "Where jam sync starts").As(Kind::Timecode);
-    rows.Setting<&F::GetStartSource, &F::SetStartSource>("start-source", "Whose value starts the generator");
-    rows.Command<&F::StartTimecode>("start", "Starts the generator");
+    rows.Setting<&F::GetMode, &F::SetMode, &F::IsModeAvailable>("mode", "Source of the output timecode");
+    rows.Setting<&F::GetInputLine, &F::SetInputLine, RangeOfHeight<&F::GetLineRange, InputMode>{}>("input-line", "Line of the timecode at the input").In(Unit::LineNumber);
+    rows.Setting<&F::GetOutputLine, &F::SetOutputLine, RangeOfHeight<&F::GetLineRange, OutputMode>{}>("output-line", "Line of the timecode at the output").In(Unit::LineNumber);
+    rows.Setting<&F::GetDropFrameMode, &F::SetDropFrameMode, DropFrameModes{}>("drop-frame-mode", "Whether timecode numbers are dropped to keep clock time; frames never are");
+    rows.Setting<&F::GetLossMode, &F::SetLossMode>("loss-mode", "What the timecode does when the input loses it");
+    rows.Setting<&F::GetSource, &F::SetSource>("source", "Type of input timecode that is read");
+    rows.Setting<&F::GetGenerateValue, &F::SetGenerateValue>("generate-value", "Start value of the generator").As(Kind::Timecode);
+    rows.Setting<&F::GetJamSyncValue, &F::SetJamSyncValue>("jam-sync-value", "Start value of jam sync").As(Kind::Timecode);
+    rows.Setting<&F::GetStartSource, &F::SetStartSource>("start-source", "Which start value the generator uses");
+    rows.Command<&F::StartTimecode>("start", "Starts the timecode generator");
     // clang-format on
 }
 
@@ -41,13 +41,13 @@ void AddClosedCaption(std::vector<Property>& all) {
     using F = morquil::features::ClosedCaption;
     FeatureRows<F> rows(all, "closed-caption");
     // clang-format off
-    rows.Setting<&F::GetEnabled, &F::SetEnabled>("enabled", "Whether captions are passed on");
-    rows.Setting<&F::GetInputLine, &F::SetInputLine, &F::GetInputLineRange>("input-line", "Line at the input").In(Unit::LineNumber);
-    rows.Setting<&F::GetOutputLine, &F::SetOutputLine, &F::GetOutputLineRange>("output-line", "Line at the output").In(Unit::LineNumber);
-    rows.Setting<&F::GetService2Source, &F::SetService2Source>("service2-source", "Source of the second service");
-    rows.Setting<&F::GetService1Language, &F::SetService1Language>("service1-language", "Language of the first service");
-    rows.Setting<&F::GetService2Language, &F::SetService2Language>("service2-language", "Language of the second service");
-    rows.Command<&F::ResetValues>("reset-values", "Resets the values whose bits are set").As(Kind::Bits);
+    rows.Setting<&F::GetEnabled, &F::SetEnabled>("enabled", "Whether closed captions pass to the output");
+    rows.Setting<&F::GetInputLine, &F::SetInputLine, &F::GetInputLineRange>("input-line", "Line of the captions at the input").In(Unit::LineNumber);
+    rows.Setting<&F::GetOutputLine, &F::SetOutputLine, &F::GetOutputLineRange>("output-line", "Line of the captions at the output").In(Unit::LineNumber);
+    rows.Setting<&F::GetService2Source, &F::SetService2Source>("service2-source", "Source of caption service 2");
+    rows.Setting<&F::GetService1Language, &F::SetService1Language>("service1-language", "Language of caption service 1");
+    rows.Setting<&F::GetService2Language, &F::SetService2Language>("service2-language", "Language of caption service 2");
+    rows.Command<&F::ResetValues>("reset-values", "Resets the values selected by bits").As(Kind::Bits);
     // clang-format on
 }
 
@@ -55,9 +55,9 @@ void AddVideoIndex(std::vector<Property>& all) {
     using F = morquil::features::VideoIndex;
     FeatureRows<F> rows(all, "video-index");
     // clang-format off
-    rows.Setting<&F::GetIndexReaction, &F::SetIndexReaction>("reaction", "Whether the input's format description is followed");
-    rows.Setting<&F::GetAFDInsertType, &F::SetAFDInsertType, &F::IsAFDInsertTypeAvailable>("afd-insert-type", "Format description that is put in");
-    rows.Setting<&F::GetAFDOutputLine, &F::SetAFDOutputLine, RangeOfHeight<&F::GetAFDOutputLineRange, OutputMode>{}>("afd-output-line", "Line at the output").In(Unit::LineNumber);
+    rows.Setting<&F::GetIndexReaction, &F::SetIndexReaction>("reaction", "Whether the AFD of the input is followed");
+    rows.Setting<&F::GetAFDInsertType, &F::SetAFDInsertType, &F::IsAFDInsertTypeAvailable>("afd-insert-type", "AFD code inserted at the output");
+    rows.Setting<&F::GetAFDOutputLine, &F::SetAFDOutputLine, RangeOfHeight<&F::GetAFDOutputLineRange, OutputMode>{}>("afd-output-line", "Line of the AFD at the output").In(Unit::LineNumber);
     // clang-format on
 }
 

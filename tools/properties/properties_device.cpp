@@ -17,11 +17,11 @@ void AddDevice(std::vector<Property>& all) {
     using F = morquil::DeviceCalls;
     FeatureRows<F> rows(all, "device");
     // clang-format off
-    rows.Reading<&F::GetDeviceName>("name", "Model");
-    rows.Reading<&F::GetSoftwareVersion>("software-version", "Version of the software").As(Kind::Bits);
-    rows.Reading<&F::GetFPGAVersion>("fpga-version", "Version of the FPGA").As(Kind::Bits);
+    rows.Reading<&F::GetDeviceName>("name", "Model name");
+    rows.Reading<&F::GetSoftwareVersion>("software-version", "Firmware version").As(Kind::Bits);
+    rows.Reading<&F::GetFPGAVersion>("fpga-version", "FPGA version").As(Kind::Bits);
     rows.Setting<&F::GetPanelLock, &F::SetPanelLock>("panel-lock", "Whether the front panel is locked");
-    rows.Reading<&F::GetRemoteLock>("remote-lock", "Whether remote control is locked");
+    rows.Reading<&F::GetRemoteLock>("remote-lock", "Whether the device is locked against remote control");
     rows.Reading<&F::GetNetworkUpdateSupported>("network-update", "Whether the device can be updated over the network");
     // clang-format on
 }
@@ -30,11 +30,11 @@ void AddNetwork(std::vector<Property>& all) {
     using F = morquil::features::NetworkConfig;
     FeatureRows<F> rows(all, "network");
     // clang-format off
-    rows.Setting<&F::GetFriendlyName, &F::SetFriendlyName>("name", "What people call the device").AtMost(nameBytes);
-    rows.Reading<&F::GetDHCPEnabled>("dhcp", "Whether the address comes from a server");
-    rows.Reading<&F::GetIPAddress>("address", "Address").As(Kind::Address);
-    rows.Reading<&F::GetGateway>("gateway", "Address of the gateway").As(Kind::Address);
-    rows.Reading<&F::GetSubnet>("subnet", "Mask of the subnet").As(Kind::Address);
+    rows.Setting<&F::GetFriendlyName, &F::SetFriendlyName>("name", "Name of the device on the network").AtMost(nameBytes);
+    rows.Reading<&F::GetDHCPEnabled>("dhcp", "Whether the IP address comes from DHCP");
+    rows.Reading<&F::GetIPAddress>("address", "IP address").As(Kind::Address);
+    rows.Reading<&F::GetGateway>("gateway", "IP address of the gateway").As(Kind::Address);
+    rows.Reading<&F::GetSubnet>("subnet", "Subnet mask").As(Kind::Address);
     // clang-format on
 }
 
@@ -68,8 +68,8 @@ void AddPresets(std::vector<Property>& all) {
     for (Property& name : rows.Settings<&F::GetPresetName, &F::SetPresetName>(presetNames, "name", "Name of a preset")) {
         name.AtMost(nameBytes).exists = &HasPreset;
     }
-    rows.Command<&F::SavePreset, PresetNumbers<PresetChangeSet::namelessPresets>{}>("save", "Keeps the settings as a preset");
-    rows.Command<&F::RecallPreset, PresetNumbers<PresetChangeSet::recallablePresets>{}>("recall", "Brings the settings of a preset back");
+    rows.Command<&F::SavePreset, PresetNumbers<PresetChangeSet::namelessPresets>{}>("save", "Saves the settings as a preset");
+    rows.Command<&F::RecallPreset, PresetNumbers<PresetChangeSet::recallablePresets>{}>("recall", "Recalls the settings of a preset");
     // clang-format on
 }
 

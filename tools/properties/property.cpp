@@ -55,6 +55,41 @@ Selection MakeIndex() {
     return index;
 }
 
+/// The letters of a name of the C++ layer, however it is spelled: "VideoProcAmp::GetGain", "video_proc_amp.gain".
+std::string LettersOf(std::string_view name) {
+    std::string letters;
+    for (const char c : name) {
+        const char lower = Lower(c);
+        if ((lower >= 'a' && lower <= 'z') || (lower >= '0' && lower <= '9')) {
+            letters += lower;
+        }
+    }
+    return letters;
+}
+
+/// Whether `letters` name a function: with or without its feature, with or without its verb.
+bool Names(std::string_view letters, std::string_view function) {
+    const std::size_t scope = function.find("::");
+    if (scope == std::string_view::npos) {
+        return false;
+    }
+    const std::string feature = LettersOf(function.substr(0, scope));
+    const std::string call = LettersOf(function.substr(scope));
+    const std::string noun = call.starts_with("get") || call.starts_with("set") ? call.substr(3) : call;
+    return letters == feature + call || letters == feature + noun || letters == call;
+}
+
+/// The first property that is read or set by the function of the C++ layer that `name` means.
+const Property* FindByCall(std::string_view name) {
+    const std::string letters = LettersOf(name);
+    for (const Property& property : AllProperties()) {
+        if (Names(letters, property.getter) || Names(letters, property.setter)) {
+            return &property;
+        }
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 const std::vector<Property>& AllProperties() {
@@ -71,6 +106,9 @@ const Property* FindProperty(std::string_view name) {
 }
 
 std::string_view NearestName(std::string_view name) {
+    if (const Property* const property = FindByCall(name)) {
+        return property->name;
+    }
     std::vector<std::string_view> names;
     for (const Property& property : AllProperties()) {
         names.push_back(property.name);

@@ -89,7 +89,8 @@ const std::vector<Property>& AllProperties();
 /// The property `name`, ignoring case; null if there is none.
 const Property* FindProperty(std::string_view name);
 
-/// The name of a property, or the beginning of names, that is most like `name`; empty if none is.
+/// The name of a property, or the beginning of names, that is most like `name`; empty if none is. A function of the C++
+/// layer ("VideoProcAmp::SetGain") has the name of its property.
 std::string_view NearestName(std::string_view name);
 
 using Selection = std::vector<const Property*>;

@@ -9,6 +9,9 @@
 namespace Morquil::Properties {
 namespace {
 
+// Fewer letters begin too much.
+constexpr std::size_t fewestLetters = 3;
+
 std::size_t SharedBeginning(std::string_view left, std::string_view right) {
     std::size_t length = 0;
     while (length < std::min(left.size(), right.size()) && Lower(left[length]) == Lower(right[length])) {
@@ -36,14 +39,18 @@ std::size_t EditDistance(std::string_view left, std::string_view right) {
 }
 
 std::string_view Nearest(std::string_view text, std::span<const std::string_view> candidates) {
+    using Rank = std::pair<std::size_t, std::size_t>;  // edits, and letters at the beginning that are missing
     std::string_view nearest;
-    std::size_t fewest = 0;
+    Rank best;
     for (const std::string_view candidate : candidates) {
-        const std::size_t edits = EditDistance(text, candidate);
+        const std::size_t shared = SharedBeginning(text, candidate);
+        const bool isBeginning = shared == text.size() && shared >= fewestLetters;
+        const std::size_t edits = isBeginning ? 0 : EditDistance(text, candidate);
+        const Rank rank{edits, isBeginning ? candidate.size() : text.size() - shared};
         const bool resembles = 2 * edits <= std::max(text.size(), candidate.size());
-        if (resembles && (nearest.empty() || edits < fewest)) {
+        if (resembles && (nearest.empty() || rank < best)) {
             nearest = candidate;
-            fewest = edits;
+            best = rank;
         }
     }
     return nearest;

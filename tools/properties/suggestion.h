@@ -11,7 +11,8 @@ namespace Morquil::Properties {
 /// letters.
 std::size_t EditDistance(std::string_view left, std::string_view right);
 
-/// The candidate with the smallest edit distance, the first if there are several; empty if none is similar to `text`.
+/// The shortest candidate that begins with `text`, else the one with the smallest edit distance; of several those that
+/// begin like `text`, and of those the first. Empty if none is similar to `text`.
 std::string_view Nearest(std::string_view text, std::span<const std::string_view> candidates);
 
 /// The positions of at most `most` candidates, the most similar first; of equally similar ones, those that begin like

@@ -63,8 +63,8 @@ TEST(Completion, OffersEveryCommandAndOptionWithItsPurpose) {
         }
     }
     for (const Command::OptionForm& option : grammar.options) {
-        EXPECT_EQ(Offered({option.name}), Words{option.name});
-        EXPECT_EQ(Offered({"get", option.name}), Words{option.name});
+        EXPECT_EQ(Offered({option.name}).at(0), option.name);
+        EXPECT_EQ(Offered({"get", option.name}).at(0), option.name);
     }
 }
 
@@ -77,7 +77,9 @@ TEST(Completion, OffersAnOptionOfOneCommandAfterItOnly) {
 TEST(Completion, OffersTheNamesThatACommandAccepts) {
     const Words readable = NamesWith([](const Property& property) { return property.IsReadable(); });
     EXPECT_EQ(Offered({"get", ""}), readable);
-    EXPECT_EQ(Offered({"get", "device.name", ""}), readable);
+    Words others = readable;
+    std::erase(others, "device.name");
+    EXPECT_EQ(Offered({"get", "Device.Name", ""}), others);
     EXPECT_EQ(Offered({"watch", ""}), readable);
     EXPECT_EQ(Offered({"ranges", ""}), NamesWith([](const Property& property) { return property.offer != nullptr; }));
     EXPECT_EQ(Offered({"set", ""}), NamesWith([](const Property& property) { return property.IsWritable(); }));

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 #include <regex>
+#include <sstream>
 
 #include "command/arguments/options.h"
 #include "command/properties/property.h"
@@ -42,6 +43,36 @@ TEST(Help, IsWrittenToStandardOutput) {
         EXPECT_EQ(outcome.code, ExitCode::Done);
         EXPECT_NE(outcome.out.find("morquilctl"), std::string::npos);
         EXPECT_EQ(outcome.err, "");
+    }
+}
+
+TEST(Help, OfACommandHasItsArgumentsItsOptionsAndTwoExamples) {
+    for (const Command::Grammar& command : Command::CommandLineGrammar().commands) {
+        const std::string help = RunCommand("127.0.0.1", {command.name, "--help"}).out;
+        EXPECT_EQ(help.find("Usage: morquilctl [OPTION]... " + command.name), 0u) << help;
+        EXPECT_NE(help.find(command.words), std::string::npos) << help;
+        ASSERT_EQ(command.examples.size(), 2u) << command.name;
+        for (const std::string& example : command.examples) {
+            EXPECT_NE(help.find("  " + example + "\n"), std::string::npos) << help;
+            EXPECT_NE(example.find(command.name), std::string::npos) << example;
+        }
+        for (const Command::OptionForm& option : command.options) {
+            EXPECT_NE(help.find(option.name), std::string::npos) << help;
+        }
+        EXPECT_EQ(help.find("--version"), std::string::npos) << help;
+    }
+}
+
+TEST(Help, FollowsTheWidthOfTheTerminal) {
+    for (const std::size_t width : {60U, 80U, 120U}) {
+        std::istringstream help(Command::ParseCommandLine({"--help"}, width).output);
+        std::size_t longest = 0;
+        for (std::string line; std::getline(help, line);) {
+            const bool isExample = line.find("  morquilctl ") == 0;
+            longest = std::max(longest, isExample ? 0 : line.size());
+        }
+        EXPECT_LE(longest, width);
+        EXPECT_GT(longest, width - 20);
     }
 }
 

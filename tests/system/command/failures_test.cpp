@@ -48,7 +48,6 @@ TEST(CommandFailures, AWrongNameIsRefusedWithTheNearest) {
 TEST(CommandFailures, MisuseIsReportedInOneLine) {
     const std::vector<std::vector<std::string>> lines = {{},
                                                          {"dance"},
-                                                         {"get"},
                                                          {"set", "proc-amp.gain"},
                                                          {"set", "input.signal-present", "true"},
                                                          {"get", "timecode.start"},
@@ -60,13 +59,34 @@ TEST(CommandFailures, MisuseIsReportedInOneLine) {
                                                          {"load", "there is no such file"},
                                                          {"completion", "csh"},
                                                          {"-d", "", "status"},
-                                                         {"ranges", "device.name"}};
+                                                         {"ranges", "device.name"},
+                                                         {"-d"},
+                                                         {"get", "--valeu"},
+                                                         {"preset"},
+                                                         {"preset", "forget", "1"},
+                                                         {"status", "now"},
+                                                         {"diff"},
+                                                         {"apply", "there is no such file"},
+                                                         {"copy"},
+                                                         {"-d", "a", "-d", "b", "watch"}};
     for (const std::vector<std::string>& line : lines) {
         const Outcome outcome = RunCommand(nowhere, line);
         EXPECT_EQ(outcome.code, ExitCode::Usage) << outcome.err;
         EXPECT_EQ(outcome.err.find("morquilctl: "), 0u) << outcome.err;
         EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
     }
+}
+
+TEST(CommandFailures, AnUnknownCommandOrOptionIsNamedWithTheNearest) {
+    const auto failureOf = [](const std::vector<std::string>& line) { return RunCommand(nowhere, line).err; };
+    EXPECT_EQ(failureOf({"wacth"}), "morquilctl: 'wacth' is not a command; nearest: watch\n");
+    EXPECT_EQ(failureOf({"-t", "3", "stat"}), "morquilctl: 'stat' is not a command; nearest: status\n");
+    EXPECT_EQ(failureOf({"preset", "recal", "1"}), "morquilctl: preset: 'recal' is not a command; nearest: recall\n");
+    EXPECT_EQ(failureOf({"get", "--jsn"}), "morquilctl: '--jsn' is not an option; nearest: --json\n");
+    EXPECT_EQ(failureOf({}), "morquilctl: a command is missing; see: morquilctl --help\n");
+    EXPECT_EQ(failureOf({"-d"}), "morquilctl: --device: the value is missing; see: morquilctl --help\n");
+    EXPECT_EQ(failureOf({"status", "now"}),
+              "morquilctl: status: unexpected argument 'now'; see: morquilctl status --help\n");
 }
 
 TEST(CommandFailures, ANumberOutsideTheDevicesRangeIsRefused) {

@@ -3,8 +3,9 @@
 
 #include <algorithm>
 
-#include "command/output/escape.h"
+#include "command/output/terminal.h"
 #include "command/properties/value.h"
+#include "command/text/escape.h"
 #include "tests/kit/complete_device/complete_device.h"
 #include "tests/kit/scripted_device.h"
 #include "tests/system/command/invocation.h"
@@ -74,10 +75,23 @@ TEST(Output, AsJsonIsAsciiOnly) {
               "B\tC");
 }
 
+TEST(Output, IsBrokenIntoLinesThatFitATerminal) {
+    std::string text;
+    Command::Terminal terminal{.out = [&text](std::string_view piece) { text += piece; }, .err = {}, .width = 40};
+    const std::vector<Command::Row> rows = {{"name", "a text that is too long for one line of it"}, {"b", "short"}};
+    Command::PrintTable(terminal, rows);
+    EXPECT_EQ(text, "name  a text that is too long for one\n      line of it\nb     short\n");
+    text.clear();
+    terminal.width.reset();
+    Command::PrintTable(terminal, rows);
+    EXPECT_EQ(text, "name  a text that is too long for one line of it\nb     short\n");
+}
+
 TEST(Output, OfEveryCommandCanBeJson) {
     SimulatedOnNetwork device;
     const std::vector<std::vector<std::string>> lines = {{"status"},
-                                                         {"get", "*"},
+                                                         {"get"},
+                                                         {"set", "--dry-run", "proc-amp.gain", "3"},
                                                          {"set", "proc-amp.gain", "3", "timecode.start"},
                                                          {"ranges"},
                                                          {"preset", "save", "2"},

@@ -49,7 +49,8 @@ TEST(PropertyJson, WritesAnOfferAsARangeOrWords) {
 TEST(PropertyJson, DescribesARowForOtherLanguages) {
     EXPECT_EQ(DescribeProperty(*FindProperty("timecode.output-line")).dump(),
               R"({"name":"timecode.output-line","kind":"number","readable":true,"writable":true,)"
-              R"("summary":"Line at the output","interface":"IMorquilTimecode","getter":"Timecode::GetOutputLine",)"
+              R"("summary":"Line of the timecode at the output","interface":"IMorquilTimecode",)"
+              R"("getter":"Timecode::GetOutputLine",)"
               R"("setter":"Timecode::SetOutputLine","range":"Timecode::GetLineRange","min":0,"max":4294967295,)"
               R"("access":"read/write","propertySet":"morquilTimecodePropertySetId","unit":"line number",)"
               R"("offer":"range","offerFollows":["output.video-mode"]})");

@@ -110,7 +110,15 @@ TEST(PropertyTable, FindsEveryNameInAnyCase) {
 TEST(PropertyTable, SuggestsNamesAndTheirBeginnings) {
     EXPECT_EQ(NearestName("proc-amp.gian"), "proc-amp.gain");
     EXPECT_EQ(NearestName("procamp"), "proc-amp");
+    EXPECT_EQ(NearestName("proc-amp.sat"), "proc-amp.saturation");
     EXPECT_EQ(NearestName("0"), "");
+}
+
+TEST(PropertyTable, KnowsTheNamesOfTheCppLayer) {
+    for (const char* const name : {"VideoProcAmp::SetGain", "VideoProcAmp.GetGain", "videoProcAmp.gain"}) {
+        EXPECT_EQ(NearestName(name), "proc-amp.gain") << name;
+    }
+    EXPECT_EQ(NearestName("OutputConfiguration.SetVideoMode"), "output.video-mode");
 }
 
 TEST(PropertyTable, SelectsByNameBeginningAndPattern) {

@@ -16,6 +16,18 @@ enum class ExitCode : int {
     Interrupted = 130,   // stopped from outside before the work was done; what shells report for Ctrl-C
 };
 
+/// Of the outcomes for several devices, the one to report.
+constexpr ExitCode WorseOf(ExitCode left, ExitCode right) {
+    constexpr ExitCode fromBestToWorst[] = {ExitCode::Done,           ExitCode::NotApplied,  ExitCode::TimedOut,
+                                            ExitCode::ConnectionLost, ExitCode::Unreachable, ExitCode::Usage,
+                                            ExitCode::Interrupted};
+    ExitCode worse = left;
+    for (const ExitCode code : fromBestToWorst) {
+        worse = code == left || code == right ? code : worse;
+    }
+    return worse;
+}
+
 /// Why a command failed, in one line for people.
 class Failure : public std::runtime_error {
 public:

@@ -1,8 +1,8 @@
 // set, preset.
-#include <algorithm>
-
 #include "command/commands/changes.h"
 #include "command/commands/commands.h"
+#include "command/commands/plan.h"
+#include "command/commands/send.h"
 #include "command/output/rendering.h"
 
 namespace Morquil::Command {
@@ -41,77 +41,6 @@ private:
     Json changes_ = Json::array();
 };
 
-// "; it accepts 1080i50, 1080p25", for a word that the device does not accept now.
-std::string AcceptedWords(const Change& change, const Link& link) {
-    const Offer offer = Offered(*change.property, link.Device());
-    const bool isList = std::holds_alternative<std::vector<std::int64_t>>(offer);
-    return isList && CheckOffered(*change.property, offer, change.value)
-               ? "; it accepts " + FormatOffer(*change.property, offer)
-               : "";
-}
-
-std::string ReportedText(const Change& change, const Link& link) {
-    const std::optional<Value> reported = Read(*change.property, link.Device());
-    return "the device reports " + (reported ? FormatValue(change.property->type, *reported) : "no value");
-}
-
-[[noreturn]] void ThrowNotApplied(const Change& change, const std::string& reason) {
-    throw Failure(ExitCode::NotApplied, change.property->name + ": " + reason);
-}
-
-[[noreturn]] void ThrowRefused(const Change& change, const Link& link) {
-    if (!change.property->IsReadable()) {
-        ThrowNotApplied(change, "the device has refused it");
-    }
-    ThrowNotApplied(change, "the device has refused " + FormatValue(change.property->type, change.value) + ": " +
-                                ReportedText(change, link) + AcceptedWords(change, link));
-}
-
-[[noreturn]] void ThrowTimedOut(const Change& change, const Link& link) {
-    const std::string within = " within " + link.Until().Text();
-    if (!change.property->IsReadable()) {
-        throw Failure(ExitCode::TimedOut, change.property->name + ": the device has not acknowledged it" + within);
-    }
-    ThrowNotApplied(change, "not applied" + within + ": " + ReportedText(change, link) + ", not " +
-                                FormatValue(change.property->type, change.value) + AcceptedWords(change, link));
-}
-
-bool IsReported(const Change& change, const Link& link) {
-    return !change.property->IsReadable() ||
-           Properties::Confirms(Read(*change.property, link.Device()), change.value) != Properties::Confirmation::No;
-}
-
-// Throws: what the outcome means for the exit code.
-void ExpectApplied(const Change& change, const morquil::Outcome& outcome, const Link& link) {
-    switch (outcome.result) {
-        case morquil::Result::Refused:
-            ThrowRefused(change, link);
-        case morquil::Result::NotSent:
-            ThrowNotApplied(change, "the library never sends it");
-        case morquil::Result::TimedOut:
-            ThrowTimedOut(change, link);
-        default:
-            break;
-    }
-    if (!IsReported(change, link)) {
-        ThrowNotApplied(change, "not applied: " + ReportedText(change, link) + ", not " +
-                                    FormatValue(change.property->type, change.value) + AcceptedWords(change, link));
-    }
-}
-
-// `isFirst`: nothing has been sent before.
-void Apply(const Change& change, const Link& link, bool isFirst) {
-    try {
-        ExpectApplied(change, link.Apply([&] { Set(*change.property, link.Device(), change.value); }), link);
-    } catch (const morquil::Error& error) {
-        link.CheckIsThere();
-        const bool isMisuse = isFirst && error.Result() == E_INVALIDARG;
-        throw Failure(isMisuse ? ExitCode::Usage : ExitCode::NotApplied,
-                      change.property->name + ": the library does not accept " +
-                          FormatValue(change.property->type, change.value) + ": " + error.what());
-    }
-}
-
 // Nothing is sent unless everything can be.
 void ExpectAccepted(const std::vector<Change>& changes, const Link& link, Report& report) {
     const std::vector<RefusedChange> refused = FindRefused(changes, link.Device());
@@ -132,9 +61,13 @@ void ApplyAll(const Context& context, const std::vector<Change>& changes) {
     const Link link(context);
     Report report(context);
     ExpectAccepted(changes, link, report);
+    if (context.options.isDryRun) {
+        PrintPlan(context, changes, link);
+        return;
+    }
     for (const Change& change : changes) {
         try {
-            Apply(change, link, &change == &changes.front());
+            SendChange(change, link, &change == &changes.front());
             report.Add(change, link);
         } catch (const Failure& failure) {
             report.AddFailure(change, failure.what());
@@ -172,6 +105,9 @@ void SavePreset(const Context& context) {
 
 void RecallPreset(const Context& context) {
     ApplyAll(context, ParseChanges({"preset.recall", context.options.words.front()}));
+    PrintMessage(context.terminal,
+                 "devices do not report whether a preset was ever saved; one that was not may recall "
+                 "the factory settings");
 }
 
 void NamePreset(const Context& context) {
@@ -183,7 +119,7 @@ void NamePreset(const Context& context) {
     }
     Options shown = context.options;
     shown.words = {name};
-    ShowValues({shown, context.terminal, context.deadline, context.isInterrupted, context.prepareLibrary});
+    ShowValues(context.With(shown));
 }
 
 }  // namespace Morquil::Command

@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <functional>
+#include <string>
+#include <vector>
 
 #include "command/arguments/exit_code.h"
 #include "command/arguments/options.h"
@@ -19,6 +21,15 @@ struct Context {
     const std::atomic<bool>& isInterrupted;
     /// Called before the library is used.
     const std::function<void()>& prepareLibrary;
+    /// All devices that the command line names, and the file that holds the groups.
+    const std::vector<std::string>& addresses;
+    const std::string& groupsFile;
+
+    /// The same with other options, or also with another terminal.
+    Context With(const Options& other) const { return With(other, terminal); }
+    Context With(const Options& other, const Terminal& otherTerminal) const {
+        return {other, otherTerminal, deadline, isInterrupted, prepareLibrary, addresses, groupsFile};
+    }
 };
 
 // Show what the device has reported, and what the property table holds.
@@ -32,6 +43,11 @@ void SetValues(const Context& context);
 void SavePreset(const Context& context);
 void RecallPreset(const Context& context);
 void NamePreset(const Context& context);
+
+// Compare devices with files and with each other, and make them the same.
+void ShowDifferences(const Context& context);
+void ApplyFile(const Context& context);
+void CopySettings(const Context& context);
 
 // Save and load settings as files.
 void SaveSettings(const Context& context);

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "command/commands/commands.h"
+#include "command/commands/settings_files.h"
 #include "command/commands/settings_text.h"
 #include "command/files/local_file.h"
 #include "command/output/rendering.h"
@@ -12,25 +13,9 @@ namespace {
 // The library reads no more of a settings file either. A device such as /dev/zero has no end.
 constexpr std::size_t mostBytes = std::size_t{16} * 1024 * 1024;
 
-constexpr const char* neverSaved = "a settings file holds no presets, no names and no network settings";
+constexpr std::string_view addressMark = "{}";
 
-/// The settings as the library saves them.
-/// Throws: Failure with ConnectionLost, unless the device was connected and its state complete from beginning to end.
-std::string PresentSettings(const Link& link) {
-    const TemporaryFile file;
-    try {
-        link.Device().SaveSettingsFile(file.Name());
-    } catch (const morquil::NotKnown&) {
-        throw Failure(ExitCode::ConnectionLost, link.Address() + ": the connection was lost");
-    } catch (const morquil::Error&) {
-        throw UsageFailure(file.Name() + ": cannot be written; TMPDIR names the folder of temporary files");
-    }
-    std::string settings = ReadLocalFile(file.Name(), mostBytes);
-    if (const FileShape shape = ShapeOf(settings); !shape.IsWhole()) {
-        throw UsageFailure(file.Name() + ": was not written as a whole: " + shape.Damage());
-    }
-    return settings;
-}
+constexpr const char* neverSaved = "a settings file holds no presets, no names and no network settings";
 
 void PrintUnplayedBlocks(const Context& context, const std::vector<SettingsLine>& lines) {
     std::vector<std::string> blocks;
@@ -78,6 +63,13 @@ void PrintOutcome(const Context& context, const std::vector<SettingsLine>& wante
     }
 }
 
+// The file's name for this device.
+std::string FileFor(const Context& context) {
+    std::string name = context.options.words.front();
+    const std::size_t mark = name.find(addressMark);
+    return mark == std::string::npos ? name : name.replace(mark, addressMark.size(), context.options.address);
+}
+
 void ExpectWhole(const Context& context, const std::string& file, const std::string& content) {
     const FileShape shape = ShapeOf(content);
     if (!shape.IsWhole() && !context.options.isPartial) {
@@ -105,10 +97,30 @@ morquil::Outcome Load(const std::vector<SettingsLine>& lines, const Link& link) 
 
 }  // namespace
 
+std::string PresentSettings(const Link& link) {
+    const TemporaryFile file;
+    try {
+        link.Device().SaveSettingsFile(file.Name());
+    } catch (const morquil::NotKnown&) {
+        throw Failure(ExitCode::ConnectionLost, link.Address() + ": the connection was lost");
+    } catch (const morquil::Error&) {
+        throw UsageFailure(file.Name() + ": cannot be written; TMPDIR names the folder of temporary files");
+    }
+    std::string settings = ReadLocalFile(file.Name(), mostBytes);
+    if (const FileShape shape = ShapeOf(settings); !shape.IsWhole()) {
+        throw UsageFailure(file.Name() + ": was not written as a whole: " + shape.Damage());
+    }
+    return settings;
+}
+
 void SaveSettings(const Context& context) {
-    const std::string& file = context.options.words.front();
+    const std::string file = FileFor(context);
     const Link link(context);
     const std::string settings = PresentSettings(link);
+    const bool isForAll = context.addresses.size() > 1 && context.options.words.front() == file;
+    if (isForAll) {
+        throw UsageFailure(file + ": several devices need several files: put {} where the address belongs");
+    }
     if (file == standardStream) {
         context.terminal.out(settings);
         return;
@@ -122,7 +134,7 @@ void SaveSettings(const Context& context) {
 }
 
 void LoadSettings(const Context& context) {
-    const std::string& file = context.options.words.front();
+    const std::string file = FileFor(context);
     const std::string content = ReadLocalFile(file, mostBytes);
     const std::vector<SettingsLine> wanted = ParseSettings(content);
     if (wanted.empty()) {

@@ -117,7 +117,8 @@ void ShowValues(const Context& context) {
     for (const Property* const property : selection) {
         const std::optional<Value> value = Read(*property, link.Device());
         document[property->name] = ValueAsJson(*property, value);
-        rows.push_back({property->name, ValueAsCell(*property, value)});
+        const Cell cell = ValueAsCell(*property, value);
+        rows.push_back(context.options.isValueOnly ? Row{cell} : Row{property->name, cell});
     }
     context.options.isJson ? PrintJson(context.terminal, document) : PrintTable(context.terminal, rows);
 }

@@ -89,14 +89,24 @@ Candidates NamesWith(Condition condition) {
     return names;
 }
 
-Candidates ReadableNames(const Words&) {
-    return NamesWith([](const Property& property) { return property.IsReadable(); });
+// A name that was given already adds nothing.
+Candidates Others(Candidates names, const Words& operands) {
+    std::erase_if(names, [&operands](const Candidate& candidate) {
+        return std::any_of(operands.begin(), operands.end(), [&candidate](const std::string& operand) {
+            return Properties::IsSameButForCase(operand, candidate.word);
+        });
+    });
+    return names;
 }
-Candidates NamesWithRanges(const Words&) {
-    return NamesWith([](const Property& property) { return property.offer != nullptr; });
+
+Candidates ReadableNames(const Words& operands) {
+    return Others(NamesWith([](const Property& property) { return property.IsReadable(); }), operands);
 }
-Candidates AllNames(const Words&) {
-    return NamesWith([](const Property&) { return true; });
+Candidates NamesWithRanges(const Words& operands) {
+    return Others(NamesWith([](const Property& property) { return property.offer != nullptr; }), operands);
+}
+Candidates AllNames(const Words& operands) {
+    return Others(NamesWith([](const Property&) { return true; }), operands);
 }
 
 Candidates ValuesOf(const Property& property) {
@@ -160,6 +170,8 @@ constexpr Rule rules[] = {
     {"ranges",      &NamesWithRanges},
     {"watch",       &ReadableNames},
     {"list",        &AllNames},
+    {"diff",        &File},
+    {"apply",       &File},
     {"save",        &File},
     {"load",        &File},
     {"preset name", &NumbersOfNamedPresets},

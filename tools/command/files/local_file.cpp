@@ -42,6 +42,12 @@ std::string ReadPath(const std::filesystem::path& path, const std::string& name,
     return ReadAll(file.get(), name, mostBytes);
 }
 
+// Several devices may be given what comes from standard input, which can be read only once.
+std::string ReadStandardInput(std::size_t mostBytes) {
+    static const std::string content = ReadAll(StandardInput(), "standard input", mostBytes);
+    return content;
+}
+
 void WriteTo(const std::filesystem::path& path, const std::string& name, std::string_view content) {
     OpenedFile file(OpenFile(path, "wb"));
     const bool isWritten = file != nullptr &&
@@ -96,8 +102,8 @@ std::filesystem::path PathOf(const std::string& name) {
 }
 
 std::string ReadLocalFile(const std::string& name, std::size_t mostBytes) {
-    std::string content = name == standardStream ? ReadAll(StandardInput(), "standard input", mostBytes)
-                                                 : ReadPath(PathOf(name), name, mostBytes);
+    std::string content =
+        name == standardStream ? ReadStandardInput(mostBytes) : ReadPath(PathOf(name), name, mostBytes);
     if (content.size() > mostBytes) {
         throw UsageFailure(name + ": is too large: more than " + std::to_string(mostBytes) + " bytes");
     }

@@ -44,6 +44,10 @@ Cell SkippedAsCell(std::size_t count, const std::string& noun) {
 }
 
 void PrintJson(const Terminal& terminal, const Json& document) {
+    if (terminal.collected != nullptr) {
+        terminal.collected->documents.push_back(AsText(document, -1));
+        return;
+    }
     terminal.out(AsText(document, 2));
 }
 

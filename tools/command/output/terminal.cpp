@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "command/output/escape.h"
+#include "command/text/escape.h"
+#include "command/text/wrapped.h"
 
 namespace Morquil::Command {
 namespace {
@@ -43,13 +44,39 @@ std::string LineOf(const Terminal& terminal, const Row& cells, const std::vector
     return line + '\n';
 }
 
+// The cells that the row becomes on a terminal of this width: further lines continue the last cell.
+std::vector<Row> Folded(const Row& row, const std::vector<std::size_t>& widths, std::optional<std::size_t> width) {
+    constexpr std::size_t narrowest = 20;
+    std::size_t before = 0;
+    for (std::size_t column = 0; column + 1 < row.size(); ++column) {
+        before += widths[column] + gap.size();
+    }
+    if (!width || row.empty() || before + narrowest > *width || before + WidthOf(Escaped(row.back().text)) <= *width) {
+        return {row};
+    }
+    std::vector<Row> rows;
+    for (const std::string& part : Wrapped(row.back().text, *width - before)) {
+        rows.push_back(rows.empty() ? row : Row(row.size(), ""));
+        rows.back().back() = {part, row.back().style};
+    }
+    return rows;
+}
+
 }  // namespace
 
 void PrintLine(const Terminal& terminal, const Row& cells) {
+    if (terminal.collected != nullptr) {
+        terminal.collected->rows.push_back(cells);
+        return;
+    }
     terminal.out(LineOf(terminal, cells, {}));
 }
 
 void PrintTable(const Terminal& terminal, const std::vector<Row>& rows) {
+    if (terminal.collected != nullptr) {
+        terminal.collected->rows.insert(terminal.collected->rows.end(), rows.begin(), rows.end());
+        return;
+    }
     std::vector<std::size_t> widths;
     for (const Row& row : rows) {
         widths.resize(std::max(widths.size(), row.size()));
@@ -59,12 +86,18 @@ void PrintTable(const Terminal& terminal, const std::vector<Row>& rows) {
     }
     std::string text;
     for (const Row& row : rows) {
-        text += LineOf(terminal, row, widths);
+        for (const Row& line : Folded(row, widths, terminal.width)) {
+            text += LineOf(terminal, line, widths);
+        }
     }
     terminal.out(text);
 }
 
 void PrintMessage(const Terminal& terminal, std::string_view text) {
+    if (terminal.collected != nullptr) {
+        terminal.collected->messages.emplace_back(text);
+        return;
+    }
     terminal.err("morquilctl: " + Escaped(text) + "\n");
 }
 

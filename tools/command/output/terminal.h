@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,13 +10,6 @@
 namespace Morquil::Command {
 
 enum class Style { Plain, Faint, Good, Bad };
-
-/// Where a command writes: its answers, and its own messages apart from them.
-struct Terminal {
-    std::function<void(std::string_view)> out;
-    std::function<void(std::string_view)> err;
-    bool isColoured = false;  // applies to `out`
-};
 
 /// A piece of text and its style. Escaped when printed.
 struct Cell {
@@ -27,10 +22,27 @@ struct Cell {
 
 using Row = std::vector<Cell>;
 
+/// What a command prints about one of several devices, until all are done.
+struct Collected {
+    std::vector<Row> rows;
+    std::vector<std::string> documents;  // JSON
+    std::vector<std::string> messages;
+};
+
+/// Where a command writes: its answers, and its own messages apart from them.
+struct Terminal {
+    std::function<void(std::string_view)> out;
+    std::function<void(std::string_view)> err;
+    bool isColoured = false;                // applies to `out`
+    std::optional<std::size_t> width = {};  // of its lines, if `out` is a terminal
+    Collected* collected = nullptr;         // if set, takes what would be printed
+};
+
 /// Prints one line: the cells, separated by two blanks.
 void PrintLine(const Terminal& terminal, const Row& cells);
 
-/// Prints rows with aligned columns. The last cell of a row may be of any length.
+/// Prints rows with aligned columns. The last cell of a row may be of any length; on a terminal it is broken into lines
+/// that fit.
 void PrintTable(const Terminal& terminal, const std::vector<Row>& rows);
 
 /// Prints one line on standard error, escaped, after the program's name.

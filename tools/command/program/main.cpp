@@ -9,10 +9,10 @@
 #include <thread>
 
 #include "command/commands/link.h"
-#include "command/output/escape.h"
 #include "command/output/standard_output.h"
 #include "command/program/program.h"
 #include "command/program/system.h"
+#include "command/text/escape.h"
 #include "morquil.hpp"
 #include "platform/standard_streams.h"
 
@@ -119,6 +119,11 @@ private:
     bool hasFailed_ = false;
 };
 
+std::string GroupsFile() {
+    const std::string named = EnvironmentVariable("MORQUIL_GROUPS");
+    return named.empty() ? ConfigurationFolder() + "/morquil/groups" : named;
+}
+
 }  // namespace
 
 int main(int count, char** words) {
@@ -135,8 +140,10 @@ int main(int count, char** words) {
         .terminal = {.out = [&output](std::string_view text) { output.Write(text); },
                      .err = &WriteError,
                      .isColoured = own.IsTerminal() && EnvironmentVariable("NO_COLOR").empty() &&
-                                   EnvironmentVariable("TERM") != "dumb"},
+                                   EnvironmentVariable("TERM") != "dumb",
+                     .width = own.Width()},
         .defaultAddress = device.empty() ? "127.0.0.1" : device,
+        .groupsFile = GroupsFile(),
         .begin = [&own](const Options& options) { Begin(own, options); },
         .prepareLibrary = &TakeLibraryOutput,
         .isInterrupted = isInterrupted};

@@ -14,7 +14,8 @@ namespace Morquil::Command {
 /// The program's environment.
 struct Surroundings {
     Terminal terminal;
-    std::string defaultAddress = "127.0.0.1";
+    std::string defaultAddress = "127.0.0.1";  // or a group
+    std::string groupsFile = {};               // holds the groups of devices
     /// Called once the command line is parsed.
     std::function<void(const Options&)> begin = [](const Options&) {};
     /// Called before the library is used, possibly several times.

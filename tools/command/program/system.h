@@ -22,4 +22,7 @@ void IgnoreBrokenPipes();
 /// An environment variable, in UTF-8; empty if it is not set.
 std::string EnvironmentVariable(const char* name);
 
+/// Where the user keeps the configuration of programs.
+std::string ConfigurationFolder();
+
 }  // namespace Morquil::Command

@@ -49,4 +49,9 @@ std::string EnvironmentVariable(const char* name) {
     return value != nullptr ? value : "";
 }
 
+std::string ConfigurationFolder() {
+    const std::string folder = EnvironmentVariable("XDG_CONFIG_HOME");
+    return folder.empty() ? EnvironmentVariable("HOME") + "/.config" : folder;
+}
+
 }  // namespace Morquil::Command

@@ -50,4 +50,8 @@ std::string EnvironmentVariable(const char* name) {
     return value != nullptr ? morquil::detail::Utf8FromUtf16(value) : "";
 }
 
+std::string ConfigurationFolder() {
+    return EnvironmentVariable("APPDATA");
+}
+
 }  // namespace Morquil::Command

@@ -1,4 +1,4 @@
-#include "command/output/escape.h"
+#include "command/text/escape.h"
 
 #include <algorithm>
 #include <array>

@@ -42,10 +42,6 @@ std::string Gateway::Start() {
             return problem;
         }
     }
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-        signals_.add(signal);
-    }
-    AwaitSignal();
     fleet_.Become(book_.Entries());
     return {};
 }
@@ -69,8 +65,19 @@ std::string Gateway::Url() const {
     return (server.IsSecure() ? "https://" : "http://") + host + ":" + std::to_string(server_.Port()) + "/";
 }
 
+void Gateway::HandleSignals() {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        signals_.add(signal);
+    }
+    AwaitSignal();
+}
+
 void Gateway::Run() {
     context_.run();
+}
+
+void Gateway::RequestStop() {
+    boost::asio::post(context_, [this] { Stop(); });
 }
 
 std::optional<Response> Gateway::FileFor(const Request& request) const {
@@ -112,8 +119,8 @@ void Gateway::Stop() {
     }
     Log(LogLevel::Info, "stopping");
     hub_.End({}, "the gateway is stopping");
-    server_.Drain();
     end_.In(drainLimit, [this] { context_.stop(); });
+    server_.Drain([this] { context_.stop(); });
 }
 
 }  // namespace Morquil::Gateway

@@ -32,8 +32,15 @@ public:
     /// "http://127.0.0.1:9880/"
     std::string Url() const;
 
-    /// Serves until a signal ends it.
+    unsigned short Port() const { return server_.Port(); }
+
+    /// SIGTERM and SIGINT end it, SIGHUP reads the configuration again.
+    void HandleSignals();
+
+    /// Serves until it is stopped: for at most two seconds after that.
     void Run();
+    /// Threads: any.
+    void RequestStop();
 
 private:
     std::optional<Response> FileFor(const Request& request) const;

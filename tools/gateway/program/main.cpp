@@ -50,6 +50,7 @@ int Serve(GatewaySettings settings) {
         Log(LogLevel::Error, "cannot start", {{"reason", problem}});
         return 1;
     }
+    gateway.HandleSignals();
     std::printf("%s\n", gateway.Url().c_str());
     std::fflush(stdout);
     gateway.Run();

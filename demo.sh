@@ -102,7 +102,7 @@ say "Installing what is missing"
 scripts/install-dependencies.sh demo
 
 say "Building for Linux and for Windows (this takes a minute or two the first time)"
-build native -DMORQUIL_TESTS=OFF -DCMAKE_UNITY_BUILD=ON -- --target MorquilAPI morquil-sim morquilctl morquil-host
+build native -DMORQUIL_TESTS=OFF -DMORQUIL_GATEWAY=OFF -DCMAKE_UNITY_BUILD=ON -- --target MorquilAPI morquil-sim morquilctl morquil-host
 build windows -DMORQUIL_TESTS=OFF -- --target MorquilAPI morquil-host
 
 say "Starting a simulated device"

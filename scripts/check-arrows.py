@@ -24,6 +24,7 @@ ARROWS = {
     "simulator": {"core", "platform", "protocol"},
     "properties": {"protocol"},
     "command": {"core", "platform", "properties", "protocol"},
+    "gateway": {"core", "properties"},
     "description": {"device", "features", "properties", "protocol", "simulator", "transport"},
 }
 

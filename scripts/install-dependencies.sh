@@ -5,7 +5,9 @@
 # Without a purpose it installs the packages for all of them:
 #   build     the library, the tools and the examples for Linux
 #   demo      ./demo.sh: the same, for Windows too, and Wine
+#   gateway   morquil-gateway
 #   test      ./test.sh: also what tests and the documentation need
+#   metrics   promtool, which checks the gateway's metrics and alert rules; its package also starts a server
 #   fuzz      fuzz/run.sh
 #   bench     bench/run.sh: also what the benchmarks measure with, and against
 #   coverage  scripts/measure-coverage.sh: also what counts lines
@@ -14,11 +16,13 @@
 #   lint      scripts/check-style.sh
 set -eu
 
-all_purposes=" build demo test fuzz bench coverage docs package lint"
+all_purposes=" build demo gateway test metrics fuzz bench coverage docs package lint"
 
 # Wine's interface definition compiler makes the header and the type library, for Linux as well.
 compiling="g++ cmake ninja-build python3 mingw-w64-tools libwine-dev"
 tools="libasio-dev libcli11-dev nlohmann-json3-dev"
+gateway="libboost1.81-dev libssl-dev libtomlplusplus-dev libsqlitecpp-dev libsqlite3-dev prometheus-cpp-dev
+    libsodium-dev libsystemd-dev pkg-config"
 windows="g++-mingw-w64-x86-64-posix wine wine64"
 testing="libgtest-dev libgmock-dev googletest"
 shells="zsh fish"
@@ -37,7 +41,12 @@ packages_for() {
     case "$1" in
         build) echo "$compiling $tools" ;;
         demo) echo "$compiling $tools $windows" ;;
-        test) echo "$compiling $tools $windows $testing $shells $python $documenting $proofreading $clang $formatting" ;;
+        gateway) echo "$compiling $tools $gateway" ;;
+        metrics) echo "prometheus" ;;
+        test)
+            echo "$compiling $tools $gateway $windows $testing $shells $python $documenting $proofreading $clang" \
+                "$formatting"
+            ;;
         fuzz) echo "$compiling $clang" ;;
         bench) echo "$compiling $tools $windows $benchmarking" ;;
         coverage) echo "$compiling $tools $testing $counting" ;;

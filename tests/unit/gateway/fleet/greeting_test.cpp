@@ -5,12 +5,12 @@
 namespace Morquil::Gateway {
 namespace {
 
-struct Case {
+struct GreetingCase {
     std::string_view bytes;
     std::optional<LinkState> state;     // while more may arrive
     std::optional<LinkState> atTheEnd;  // if nothing more does
 };
-const Case cases[] = {
+const GreetingCase greetings[] = {
     {"", std::nullopt, LinkState::NoDevice},
     {"PROTO", std::nullopt, LinkState::WrongProtocol},
     {"SSH-2.0-x\r\n", LinkState::WrongProtocol, LinkState::WrongProtocol},
@@ -28,7 +28,7 @@ std::optional<LinkState> StateOf(const std::optional<Diagnosis>& diagnosis) {
 }
 
 TEST(Greeting, IsJudgedByItsFirstLines) {
-    for (const Case& greeting : cases) {
+    for (const GreetingCase& greeting : greetings) {
         EXPECT_EQ(StateOf(JudgeGreeting("a", greeting.bytes, false)), greeting.state) << greeting.bytes;
         EXPECT_EQ(StateOf(JudgeGreeting("a", greeting.bytes, true)), greeting.atTheEnd) << greeting.bytes;
     }

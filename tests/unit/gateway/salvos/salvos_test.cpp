@@ -14,7 +14,7 @@ using Gateway::RunState;
 using Gateway::Salvo;
 using Gateway::StartResult;
 using Gateway::Step;
-using Outcome = StartResult::Outcome;
+using StartOutcome = StartResult::Outcome;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -47,7 +47,7 @@ protected:
 
 TEST_F(Salvos, RunInParallelOverDevicesAndInOrderWithinOne) {
     const StartResult result = Start({.who = "anna"});
-    ASSERT_EQ(result.outcome, Outcome::Started);
+    ASSERT_EQ(result.outcome, StartOutcome::Started);
     EXPECT_THAT(Fleet().sent, ElementsAre("cam-1.gain=10", "cam-2.gain=20"));
     EXPECT_THAT(Outcomes(FindRun(result).steps), ElementsAre("sending", "", "sending", ""));
     Fleet().Answer(1, FakeFleet::Confirmed(20));
@@ -81,7 +81,7 @@ TEST_F(Salvos, DoNotSendWhatADeviceHasAlready) {
 TEST_F(Salvos, SetNothingWhenADeviceWouldRefuseOneStep) {
     Fleet().refusals["cam-2.mode"] = {"not-offered", 422, nullptr, "b is not offered", Json::array({"a"})};
     const StartResult result = Start();
-    EXPECT_EQ(result.outcome, Outcome::NotOffered);
+    EXPECT_EQ(result.outcome, StartOutcome::NotOffered);
     EXPECT_THAT(Outcomes(result.steps), ElementsAre("", "", "", "not-offered"));
     EXPECT_EQ(result.steps[3].nearest, Json::array({"a"}));
     EXPECT_THAT(Fleet().sent, IsEmpty());
@@ -140,7 +140,7 @@ TEST_F(Salvos, ADryRunShowsTheDifferencesAndSendsNothing) {
     Fleet().devices["cam-2"]["gain"] = 20;
     Fleet().refusals["cam-2.mode"] = {"not-offered", 422};
     const StartResult result = Start({.isDryRun = true});
-    ASSERT_EQ(result.outcome, Outcome::Started);
+    ASSERT_EQ(result.outcome, StartOutcome::Started);
     EXPECT_THAT(Fleet().sent, IsEmpty());
     const Gateway::Run& run = FindRun(result);
     EXPECT_THAT(Outcomes(run.steps), ElementsAre("would-set", "would-set", "same", "not-offered"));
@@ -153,11 +153,11 @@ TEST_F(Salvos, ADryRunShowsTheDifferencesAndSendsNothing) {
 TEST_F(Salvos, AnIdempotencyKeyStartsOneRun) {
     const StartResult first = Start({.who = "anna", .idempotencyKey = "k"});
     const StartResult second = Start({.who = "anna", .idempotencyKey = "k"});
-    EXPECT_EQ(second.outcome, Outcome::Repeated);
+    EXPECT_EQ(second.outcome, StartOutcome::Repeated);
     EXPECT_EQ(second.run, first.run);
     EXPECT_EQ(Start({.onFailure = OnFailure::Continue, .who = "anna", .idempotencyKey = "k"}).outcome,
-              Outcome::KeyInUse);
-    EXPECT_EQ(Start({.who = "bert", .idempotencyKey = "k"}).outcome, Outcome::Started) << "a key is its user's own";
+              StartOutcome::KeyInUse);
+    EXPECT_EQ(Start({.who = "bert", .idempotencyKey = "k"}).outcome, StartOutcome::Started) << "a key is its user's own";
     Fleet().ConfirmAll();
     world_.Restart();
     EXPECT_EQ(Start({.who = "anna", .idempotencyKey = "k"}).run, first.run) << "also after a restart";
@@ -224,7 +224,7 @@ TEST_F(Salvos, AreStoredUntilTheyAreErased) {
     EXPECT_FALSE(world_.salvos->Erase("show"));
     world_.Restart();
     EXPECT_THAT(world_.salvos->All(), IsEmpty());
-    EXPECT_EQ(Start().outcome, Outcome::NotFound);
+    EXPECT_EQ(Start().outcome, StartOutcome::NotFound);
 }
 
 TEST_F(Salvos, TheOldestRunsAreForgottenButNoneThatIsRunning) {

@@ -23,7 +23,8 @@ ARROWS = {
     "module": {"core", "device", "platform"},
     "simulator": {"core", "platform", "protocol"},
     "properties": {"protocol"},
-    "command": {"core", "platform", "properties", "protocol"},
+    "diagnosis": set(),
+    "command": {"core", "diagnosis", "platform", "properties", "protocol"},
     "gateway": {"core", "properties"},
     "description": {"device", "features", "properties", "protocol", "simulator", "transport"},
 }

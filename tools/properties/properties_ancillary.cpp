@@ -44,9 +44,9 @@ void AddClosedCaption(std::vector<Property>& all) {
     rows.Setting<&F::GetEnabled, &F::SetEnabled>("enabled", "Whether closed captions pass to the output");
     rows.Setting<&F::GetInputLine, &F::SetInputLine, &F::GetInputLineRange>("input-line", "Line of the captions at the input").In(Unit::LineNumber);
     rows.Setting<&F::GetOutputLine, &F::SetOutputLine, &F::GetOutputLineRange>("output-line", "Line of the captions at the output").In(Unit::LineNumber);
-    rows.Setting<&F::GetService2Source, &F::SetService2Source>("service2-source", "Source of caption service 2");
-    rows.Setting<&F::GetService1Language, &F::SetService1Language>("service1-language", "Language of caption service 1");
-    rows.Setting<&F::GetService2Language, &F::SetService2Language>("service2-language", "Language of caption service 2");
+    rows.Setting<&F::GetService2Source, &F::SetService2Source>("service2-source", "Caption channel (CEA-608) that becomes the second caption service (CEA-708)");
+    rows.Setting<&F::GetService1Language, &F::SetService1Language>("service1-language", "Language of the first caption service (CEA-708)");
+    rows.Setting<&F::GetService2Language, &F::SetService2Language>("service2-language", "Language of the second caption service (CEA-708)");
     rows.Command<&F::ResetValues>("reset-values", "Resets the values selected by bits").As(Kind::Bits);
     // clang-format on
 }
@@ -55,9 +55,9 @@ void AddVideoIndex(std::vector<Property>& all) {
     using F = morquil::features::VideoIndex;
     FeatureRows<F> rows(all, "video-index");
     // clang-format off
-    rows.Setting<&F::GetIndexReaction, &F::SetIndexReaction>("reaction", "Whether the AFD of the input is followed");
-    rows.Setting<&F::GetAFDInsertType, &F::SetAFDInsertType, &F::IsAFDInsertTypeAvailable>("afd-insert-type", "AFD code inserted at the output");
-    rows.Setting<&F::GetAFDOutputLine, &F::SetAFDOutputLine, RangeOfHeight<&F::GetAFDOutputLineRange, OutputMode>{}>("afd-output-line", "Line of the AFD at the output").In(Unit::LineNumber);
+    rows.Setting<&F::GetIndexReaction, &F::SetIndexReaction>("reaction", "Whether aspect ratio conversion follows the active format description (AFD) of the input");
+    rows.Setting<&F::GetAFDInsertType, &F::SetAFDInsertType, &F::IsAFDInsertTypeAvailable>("afd-insert-type", "Active format description (AFD) that is inserted into the output");
+    rows.Setting<&F::GetAFDOutputLine, &F::SetAFDOutputLine, RangeOfHeight<&F::GetAFDOutputLineRange, OutputMode>{}>("afd-output-line", "Line of the output that carries the active format description (AFD)").In(Unit::LineNumber);
     // clang-format on
 }
 

@@ -6,7 +6,7 @@ namespace Morquil::Properties {
 
 void AddAudioRows(std::vector<Property>& all) {
     using F = morquil::features::AudioMapping;
-    FeatureRows<F> rows(all, "audio");
+    FeatureRows<F> rows(all, "audio", Modes::DoNotMatter);
     // clang-format off
     rows.Setting<&F::GetAudioGain, &F::SetAudioGain, &F::GetAudioGainRange>("gain", "Gain of all input channels");
     rows.Setting<&F::GetAudioDelay, &F::SetAudioDelay, &F::GetAudioDelayRange>("delay", "Delay of all channels");

@@ -69,7 +69,7 @@ void AddPresets(std::vector<Property>& all) {
         name.AtMost(nameBytes).exists = &HasPreset;
     }
     rows.Command<&F::SavePreset, PresetNumbers<PresetChangeSet::namelessPresets>{}>("save", "Saves the settings as a preset");
-    rows.Command<&F::RecallPreset, PresetNumbers<PresetChangeSet::recallablePresets>{}>("recall", "Recalls the settings of a preset");
+    rows.Command<&F::RecallPreset, PresetNumbers<PresetChangeSet::recallablePresets>{}>("recall", "Recalls the settings of a preset").ChangingModes();
     // clang-format on
 }
 

@@ -7,7 +7,7 @@ namespace {
 
 void AddAspectFill(std::vector<Property>& all) {
     using F = morquil::features::AspectFill;
-    FeatureRows<F> rows(all, "aspect-fill");
+    FeatureRows<F> rows(all, "aspect-fill", Modes::DoNotMatter);
     // clang-format off
     rows.Setting<&F::GetLuma, &F::SetLuma, &F::GetLumaRange>("luma", "Luma of the fill around the picture");
     rows.Setting<&F::GetCb, &F::SetCb, &F::GetCbRange>("cb", "Cb of the fill around the picture");

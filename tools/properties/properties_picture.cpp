@@ -7,7 +7,7 @@ namespace {
 
 void AddProcAmp(std::vector<Property>& all) {
     using F = morquil::features::VideoProcAmp;
-    FeatureRows<F> rows(all, "proc-amp");
+    FeatureRows<F> rows(all, "proc-amp", Modes::DoNotMatter);
     // clang-format off
     rows.Setting<&F::GetGain, &F::SetGain, &F::GetGainRange>("gain", "Gain");
     rows.Setting<&F::GetBlackLevel, &F::SetBlackLevel, &F::GetBlackLevelRange>("black-level", "Black level");
@@ -23,7 +23,7 @@ void AddProcAmp(std::vector<Property>& all) {
 
 void AddColor(std::vector<Property>& all) {
     using F = morquil::features::ColorCorrection;
-    FeatureRows<F> rows(all, "color");
+    FeatureRows<F> rows(all, "color", Modes::DoNotMatter);
     // clang-format off
     rows.Setting<&F::GetRed, &F::SetRed, &F::GetRedRange>("red", "Red level");
     rows.Setting<&F::GetGreen, &F::SetGreen, &F::GetGreenRange>("green", "Green level");
@@ -34,7 +34,7 @@ void AddColor(std::vector<Property>& all) {
 
 void AddClip(std::vector<Property>& all) {
     using F = morquil::features::VideoClip;
-    FeatureRows<F> rows(all, "clip");
+    FeatureRows<F> rows(all, "clip", Modes::DoNotMatter);
     // clang-format off
     rows.Setting<&F::GetLumaLow, &F::SetLumaLow, &F::GetLumaLowRange>("luma-low", "Lower luma clip level");
     rows.Setting<&F::GetLumaHigh, &F::SetLumaHigh, &F::GetLumaHighRange>("luma-high", "Upper luma clip level");
@@ -46,7 +46,7 @@ void AddClip(std::vector<Property>& all) {
 
 void AddNoiseReduction(std::vector<Property>& all) {
     using F = morquil::features::NoiseReduction;
-    FeatureRows<F> rows(all, "noise-reduction");
+    FeatureRows<F> rows(all, "noise-reduction", Modes::DoNotMatter);
     // clang-format off
     rows.Setting<&F::GetEnabled, &F::SetEnabled>("enabled", "Whether noise reduction is on");
     rows.Setting<&F::GetBias, &F::SetBias, &F::GetBiasRange>("bias", "Strength of noise reduction");

@@ -46,10 +46,10 @@ void AddInput(std::vector<Property>& all) {
     using F = morquil::features::InputConfiguration;
     FeatureRows<F> rows(all, "input");
     // clang-format off
-    rows.Setting<&F::GetVideoSource, &F::SetVideoSource, &F::IsVideoSourceAvailable>("video-source", "Video input connector");
-    rows.Setting<&F::GetVideoMode, &F::SetVideoMode>("video-mode", "Video format of the input");
+    rows.Setting<&F::GetVideoSource, &F::SetVideoSource, &F::IsVideoSourceAvailable>("video-source", "Video input connector").ChangingModes();
+    rows.Setting<&F::GetVideoMode, &F::SetVideoMode>("video-mode", "Video format of the input").ChangingModes();
     rows.Setting<&F::GetAudioSource, &F::SetAudioSource, &F::IsAudioSourceAvailable>("audio-source", "Audio input");
-    rows.Setting<&F::GetAutoDetectionEnabled, &F::SetAutoDetectionEnabled>("auto-detection", "Whether the input format is detected automatically");
+    rows.Setting<&F::GetAutoDetectionEnabled, &F::SetAutoDetectionEnabled>("auto-detection", "Whether the input format is detected automatically").ChangingModes();
     rows.Setting<&F::GetAutoDetectionPreferPsf, &F::SetAutoDetectionPreferPsf>("prefer-psf", "Whether detection treats interlaced signals as PsF");
     rows.Setting<&F::GetHdmi3DFull, &F::SetHdmi3DFull>("hdmi-3d-full", "Whether HDMI carries full 3D frames");
     rows.Setting<&F::GetWideSDAspectEnabled, &F::SetWideSDAspectEnabled>("wide-sd-aspect", "Whether SD input is 16:9");
@@ -66,7 +66,7 @@ void AddOutput(std::vector<Property>& all) {
     using F = morquil::features::OutputConfiguration;
     FeatureRows<F> rows(all, "output");
     // clang-format off
-    rows.Setting<&F::GetVideoMode, &F::SetVideoMode, OutputModes{}>("video-mode", "Video format of the output");
+    rows.Setting<&F::GetVideoMode, &F::SetVideoMode, OutputModes{}>("video-mode", "Video format of the output").ChangingModes();
     rows.Setting<&F::GetAspectRatio, &F::SetAspectRatio, OutputRatios{}>("aspect-ratio", "Aspect ratio conversion");
     rows.Setting<&F::GetPixelFormat, &F::SetPixelFormat, &F::IsPixelFormatAvailable>("pixel-format", "Colour sampling of the video");
     rows.Setting<&F::GetDualLinkEnabled, &F::SetDualLinkEnabled, &F::IsDemuxModeAvailable>("demux-mode", "Number of SDI links");

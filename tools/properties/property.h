@@ -52,6 +52,8 @@ struct Property {
     std::string_view setter = {};
     std::string_view range = {};                          // reports what the device accepts
     std::span<const std::string_view> offerFollows = {};  // the properties that change what the device accepts
+    bool dependsOnModes = true;  // what is accepted may differ with the video modes, also in ways that no call reports
+    bool changesModes = false;   // setting it may change the video modes
 
     // For `Exists`, `Read`, `Set` and `Offered`.
     bool (*exists)(const morquil::Device& device, int number) = nullptr;
@@ -75,6 +77,10 @@ struct Property {
     }
     Property& In(Unit unit) {
         type.unit = unit;
+        return *this;
+    }
+    Property& ChangingModes() {
+        changesModes = true;
         return *this;
     }
     Property& AtMost(std::size_t bytes) {

@@ -94,11 +94,15 @@ void WriteWith(const morquil::Device& device, int number, const Value& value) {
     }
 }
 
+/// Whether the video modes decide what a device accepts for a feature.
+enum class Modes { Matter, DoNotMatter };
+
 /// Adds the rows of one feature, whose names begin with `beginning`.
 template <class Feature>
 class FeatureRows {
 public:
-    FeatureRows(std::vector<Property>& all, std::string beginning) : all_(all), beginning_(std::move(beginning)) {}
+    FeatureRows(std::vector<Property>& all, std::string beginning, Modes modes = Modes::Matter)
+        : all_(all), beginning_(std::move(beginning)), modes_(modes) {}
 
     /// A property that can be read and set. `offer`: see properties/offers.h.
     template <auto get, auto set, auto offer = nullptr>
@@ -132,7 +136,8 @@ private:
                         .summary = summary,
                         .set = InterfaceFacts<Feature>::propertySet,
                         .setName = InterfaceFacts<Feature>::propertySetName,
-                        .interfaceName = InterfaceFacts<Feature>::name});
+                        .interfaceName = InterfaceFacts<Feature>::name,
+                        .dependsOnModes = modes_ == Modes::Matter});
         return all_.back();
     }
 
@@ -158,6 +163,7 @@ private:
 
     std::vector<Property>& all_;
     const std::string beginning_;
+    const Modes modes_;
 };
 
 }  // namespace Morquil::Properties

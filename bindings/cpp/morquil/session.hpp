@@ -66,7 +66,7 @@ public:
         return state_->current;
     }
 
-    /// `Device::Apply` for the device that is connected at present, which `function` gets as its argument. Between two
+    /// `Device::Apply` for the device that is connected now, which `function` gets as its argument. Between two
     /// connections the outcome is `Lost` at once: a change is made now or not at all, not when the device is back.
     template <class Function>
     Outcome Apply(Function&& function, std::chrono::milliseconds limit = std::chrono::seconds(10)) const {

@@ -13,7 +13,7 @@ void WarmUp() {
 }
 
 std::size_t IntentionallyKeptHandles() {
-    constexpr std::size_t attemptsGivenUp = 6;
+    constexpr std::size_t attemptsGivenUp = 12;
     return attemptsGivenUp * handlesOfAnAttempt;
 }
 

@@ -72,11 +72,12 @@ protected:
     /// The candidates: `line` is the words after the command's name, the last of them unfinished.
     Words Candidates(const Words& line) const {
         const TemporaryFolder folder;
+        const std::string groups = folder.Make("groups", "rack-1: 10.0.0.1\nrack-2: 10.0.0.2\n");
         const std::string before = GetParam().name == "zsh" ? "compdef() { true }\n" : "";
         const std::string script = before + ScriptOf(GetParam().name) + GetParam().ask(line);
         const std::string path = std::filesystem::path(MORQUIL_COMMAND_PATH).parent_path().string() + ":$PATH";
-        const std::string output =
-            OutputOf("PATH=\"" + path + "\" " + GetParam().run + " " + folder.Make("script", script));
+        const std::string output = OutputOf("MORQUIL_GROUPS=" + groups + " PATH=\"" + path + "\" " + GetParam().run +
+                                            " " + folder.Make("script", script));
         Words candidates;
         for (std::size_t at = 0; at < output.size();) {
             const std::size_t end = output.find('\n', at);
@@ -101,6 +102,18 @@ TEST_P(Completing, KnowsWhichOptionsTakeTheNextWord) {
     EXPECT_EQ(Candidates({"--device", "127.0.0.1", "stat"}), Words{"status"});
     EXPECT_EQ(Candidates({"-d", "127.0.0.1", "-t", "3", "stat"}), Words{"status"});
     EXPECT_FALSE(Offers({"-d", ""}, "status"));
+}
+
+TEST_P(Completing, OffersGroupsOfDevices) {
+    const Words groups = {"@rack-1", "@rack-2"};
+    EXPECT_EQ(Candidates({"-d", "@"}), groups);
+    // bash takes the names apart, but replaces the whole.
+    const bool isBash = GetParam().name == "bash";
+    EXPECT_EQ(
+        Candidates(isBash ? Words{"-d", "@", "rack-1", "-d", "@", "rack"} : Words{"-d", "@rack-1", "-d", "@rack"}),
+        groups);
+    EXPECT_EQ(Candidates(isBash ? Words{"-d", "@", "rack-1", "stat"} : Words{"-d", "@rack-1", "stat"}),
+              Words{"status"});
 }
 
 TEST_P(Completing, OffersTheNamesOfProperties) {

@@ -7,6 +7,7 @@
 
 #include "command/arguments/options.h"
 #include "command/properties/property.h"
+#include "tests/kit/temporary_folder.h"
 #include "tests/system/command/invocation.h"
 
 namespace Morquil::Testing {
@@ -17,9 +18,9 @@ using Command::ExitCode;
 using Command::Property;
 using Words = std::vector<std::string>;
 
-Words Offered(const Words& line) {
+Words Offered(const Words& line, const Words& groups = {}) {
     Words words;
-    for (const Command::Candidate& candidate : Complete(line)) {
+    for (const Command::Candidate& candidate : Complete(line, groups)) {
         words.push_back(candidate.word);
     }
     return words;
@@ -108,6 +109,29 @@ TEST(Completion, OffersNothingForTheValueOfAnOption) {
         EXPECT_EQ(Offered({"get", option, ""}), Words{}) << option;
         EXPECT_EQ(Offered({option, "=", "1", "stat"}), Words{"status"}) << option;
     }
+}
+
+TEST(Completion, OffersGroupsWhereDevicesAreNamed) {
+    const Words groups = {"rack-1", "rack-2", "stage"};
+    const Words racks = {"@rack-1", "@rack-2"};
+    EXPECT_EQ(Offered({"-d", "@rack"}, groups), racks);
+    EXPECT_EQ(Offered({"get", "--device", "=", "@rack"}, groups), racks);
+    EXPECT_EQ(Offered({"-d", "x", "copy", "@s"}, groups), Words{"@stage"});
+    EXPECT_EQ(Offered({"-d", ""}, groups).size(), groups.size());
+    EXPECT_EQ(Offered({"-t", ""}, groups), Words{});
+    EXPECT_EQ(Offered({"get", "@"}, groups), Words{});
+}
+
+TEST(Completion, LeavesTheFileOfDevicesToTheShell) {
+    EXPECT_EQ(Offered({"--devices", "ra"}), Words{":files"});
+}
+
+TEST(Completion, ReadsTheGroupsFromTheirFile) {
+    const TemporaryFolder folder;
+    const std::string file = folder.Make("groups", "rack-1: 10.0.0.1\n");
+    const Words line = {"complete", "--", "-d", ""};
+    EXPECT_EQ(RunCommand("nowhere.invalid", line, {.groupsFile = file}).out, "@rack-1\n");
+    EXPECT_EQ(RunCommand("nowhere.invalid", line, {.groupsFile = folder.PathOf("none")}).out, "");
 }
 
 TEST(Completion, OffersNoOptionAfterTheMarkThatEndsThem) {

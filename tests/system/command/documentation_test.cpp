@@ -9,6 +9,7 @@
 
 #include "command/arguments/options.h"
 #include "command/properties/property.h"
+#include "diagnosis/diagnosis.h"
 #include "tests/system/command/invocation.h"
 
 namespace Morquil::Testing {
@@ -34,6 +35,14 @@ TEST(Manual, DescribesEveryCommandAndOption) {
     }
     for (const Command::OptionForm& option : options) {
         EXPECT_NE(page.find("`" + option.name), std::string::npos) << option.name;
+    }
+}
+
+TEST(Manual, HasEverySentenceAboutAConnection) {
+    const std::string page = Manual();
+    for (int fault = 0; fault <= static_cast<int>(Diagnosis::Fault::None); ++fault) {
+        const std::string sentence(Diagnosis::SentenceOf(static_cast<Diagnosis::Fault>(fault)));
+        EXPECT_NE(page.find("| " + sentence), std::string::npos) << sentence;
     }
 }
 

@@ -102,7 +102,7 @@ TEST(CommandFailures, AMissingDeviceIsUnreachable) {
     const LoopbackListener unused;  // only to find an address where nothing listens
     const Outcome outcome = RunCommand("127.255.255.1", {"status"});
     EXPECT_EQ(outcome.code, ExitCode::Unreachable);
-    EXPECT_EQ(outcome.err, "morquilctl: 127.255.255.1: no answer from a device\n");
+    EXPECT_EQ(outcome.err, "morquilctl: 127.255.255.1: refuses the connection: nothing listens on port 9800\n");
 }
 
 TEST(CommandFailures, ASilentDeviceTimesOutInTime) {
@@ -111,7 +111,8 @@ TEST(CommandFailures, ASilentDeviceTimesOutInTime) {
     const Outcome outcome = RunCommand(device.Address(), {"get", "-t", "0.4", "device.name"});
     const auto duration = std::chrono::steady_clock::now() - start;
     EXPECT_EQ(outcome.code, ExitCode::TimedOut);
-    EXPECT_EQ(outcome.err, "morquilctl: " + device.Address() + ": not connected within 0.4 s\n");
+    EXPECT_EQ(outcome.err, "morquilctl: " + device.Address() +
+                               ": connected, but the device has not sent its complete state within 0.4 s\n");
     EXPECT_GE(duration, 400ms);
     EXPECT_LT(duration, 650ms);
     device.HangUp();

@@ -4,16 +4,20 @@
 
 namespace Morquil::Testing {
 
-RunningCommand::RunningCommand(const std::string& address, std::vector<std::string> arguments)
-    : thread_([this, address, words = std::move(arguments)] {
+RunningCommand::RunningCommand(const std::string& address, std::vector<std::string> arguments,
+                               Circumstances circumstances)
+    : thread_([this, address, words = std::move(arguments), circumstances = std::move(circumstances)] {
           const Command::Surroundings surroundings{
               .terminal = {.out =
                                [this](std::string_view text) {
                                    AwaitRelease();
                                    Append(outcome_.out, text);
                                },
-                           .err = [this](std::string_view text) { Append(outcome_.err, text); }},
+                           .err = [this](std::string_view text) { Append(outcome_.err, text); },
+                           .openScreen = circumstances.openScreen},
               .defaultAddress = address,
+              .groupsFile = circumstances.groupsFile,
+              .longestSilence = circumstances.longestSilence,
               .isInterrupted = isInterrupted_};
           outcome_.code = RunProgram(words, surroundings);
       }) {}
@@ -53,8 +57,8 @@ void RunningCommand::Append(std::string& stream, std::string_view text) {
     changed_.notify_all();
 }
 
-Outcome RunCommand(const std::string& address, std::vector<std::string> arguments) {
-    return RunningCommand(address, std::move(arguments)).Join();
+Outcome RunCommand(const std::string& address, std::vector<std::string> arguments, Circumstances circumstances) {
+    return RunningCommand(address, std::move(arguments), std::move(circumstances)).Join();
 }
 
 }  // namespace Morquil::Testing

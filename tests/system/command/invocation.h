@@ -1,7 +1,10 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
+#include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -18,13 +21,20 @@ struct Outcome {
     std::string err;
 };
 
+/// What a test changes about the program's environment.
+struct Circumstances {
+    std::chrono::milliseconds longestSilence = std::chrono::seconds(18);
+    std::function<std::unique_ptr<Command::Screen>()> openScreen = {};
+    std::string groupsFile = {};
+};
+
 /// Runs the command line to its end; the device is at `address`.
-Outcome RunCommand(const std::string& address, std::vector<std::string> arguments);
+Outcome RunCommand(const std::string& address, std::vector<std::string> arguments, Circumstances circumstances = {});
 
 /// A command that does not end by itself, on its own thread.
 class RunningCommand {
 public:
-    RunningCommand(const std::string& address, std::vector<std::string> arguments);
+    RunningCommand(const std::string& address, std::vector<std::string> arguments, Circumstances circumstances = {});
     ~RunningCommand();
     RunningCommand(const RunningCommand&) = delete;
     RunningCommand& operator=(const RunningCommand&) = delete;

@@ -131,6 +131,30 @@ TEST(PropertyTable, SelectsByNameBeginningAndPattern) {
     EXPECT_TRUE(Matching("proc-am").empty());
 }
 
+TEST(PropertyTable, KnowsWhatChangesTheVideoModes) {
+    std::set<std::string> names;
+    for (const Property& property : AllProperties()) {
+        if (property.changesModes) {
+            EXPECT_TRUE(property.IsWritable()) << property.name;
+            names.insert(property.name);
+        }
+    }
+    EXPECT_EQ(names, (std::set<std::string>{"input.auto-detection", "input.video-mode", "input.video-source",
+                                            "output.video-mode", "preset.recall"}));
+}
+
+TEST(PropertyTable, KnowsForWhatTheVideoModesDoNotMatter) {
+    std::set<std::string> features;
+    for (const Property& property : AllProperties()) {
+        if (!property.dependsOnModes) {
+            EXPECT_TRUE(property.offerFollows.empty()) << property.name;
+            features.insert(property.name.substr(0, property.name.find('.')));
+        }
+    }
+    EXPECT_EQ(features,
+              (std::set<std::string>{"aspect-fill", "audio", "clip", "color", "noise-reduction", "proc-amp"}));
+}
+
 TEST(Spelling, NamesTypesForPeople) {
     EXPECT_EQ(Properties::Spoken("VideoMode"), "video mode");
     EXPECT_EQ(Properties::Spoken("SDIMode"), "SDI mode");

@@ -24,6 +24,8 @@ constexpr CommandForm forms[] = {
         {"morquilctl -d 192.168.1.10 copy 192.168.1.11 192.168.1.12", "morquilctl -d 192.168.1.10 copy --dry-run @rack-2"}},
     {"watch", "Show changes until interrupted", "[NAME]...", names, 0, 0,
         {"morquilctl watch input reference.signal-locked", "morquilctl watch --json --wait-reconnect input.signal-present"}},
+    {"top", "Show devices live on the whole screen", "[NAME]...", "Properties whose changes are shown, the beginning of names up to a point, or patterns; all if there are none", 0, 0,
+        {"morquilctl -d 192.168.1.10 -d 192.168.1.11 top", "morquilctl -d @rack-1 top input output"}},
     {"save", "Write the device's settings to a file", "FILE", "The file; - for standard output; {} stands for the address", 1, 1,
         {"morquilctl save studio-1.settings", "morquilctl -d @rack-1 save 'backup-{}.settings'"}},
     {"load", "Play back the settings in a file", "FILE", "The file; - for standard input; {} stands for the address", 1, 1,

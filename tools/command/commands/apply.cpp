@@ -1,4 +1,8 @@
 // set, preset.
+#include <algorithm>
+#include <chrono>
+#include <optional>
+
 #include "command/commands/changes.h"
 #include "command/commands/commands.h"
 #include "command/commands/plan.h"
@@ -57,8 +61,7 @@ void ExpectAccepted(const std::vector<Change>& changes, const Link& link, Report
 }
 
 // One after the other: a change of mode changes what else the device accepts.
-void ApplyAll(const Context& context, const std::vector<Change>& changes) {
-    const Link link(context);
+void ApplyAll(const Context& context, const std::vector<Change>& changes, const Link& link) {
     Report report(context);
     ExpectAccepted(changes, link, report);
     if (context.options.isDryRun) {
@@ -76,6 +79,19 @@ void ApplyAll(const Context& context, const std::vector<Change>& changes) {
         }
     }
     report.Print();
+}
+
+void ApplyAll(const Context& context, const std::vector<Change>& changes) {
+    const Link link(context);
+    ApplyAll(context, changes, link);
+}
+
+std::vector<std::optional<Value>> AllValues(const morquil::Device& device) {
+    std::vector<std::optional<Value>> values;
+    for (const Property& property : AllProperties()) {
+        values.push_back(Read(property, device));
+    }
+    return values;
 }
 
 std::string NameOfPreset(const std::string& number) {
@@ -103,11 +119,20 @@ void SavePreset(const Context& context) {
     ApplyAll(context, ParseChanges({"preset.save", context.options.words.front()}));
 }
 
+// Devices do not report which presets are saved. What can be known is whether the recall has changed anything.
 void RecallPreset(const Context& context) {
-    ApplyAll(context, ParseChanges({"preset.recall", context.options.words.front()}));
-    PrintMessage(context.terminal,
-                 "devices do not report whether a preset was ever saved; one that was not may recall "
-                 "the factory settings");
+    constexpr std::chrono::seconds longestReport{1};
+    const std::string& number = context.options.words.front();
+    const std::vector<Change> changes = ParseChanges({"preset.recall", number});
+    const Link link(context);
+    const std::vector<std::optional<Value>> before = AllValues(link.Device());
+    ApplyAll(context, changes, link);
+    const auto isChanged = [&] { return AllValues(link.Device()) != before; };
+    if (!link.Await(std::min(link.Until().time, Clock::now() + longestReport), isChanged)) {
+        PrintMessage(context.terminal, "preset " + number +
+                                           ": no setting has changed: it holds the settings that the device already "
+                                           "had, or was never saved; devices do not report which");
+    }
 }
 
 void NamePreset(const Context& context) {

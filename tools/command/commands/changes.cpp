@@ -1,17 +1,9 @@
 #include "command/commands/changes.h"
 
-#include <algorithm>
-#include <array>
-
 #include "command/arguments/exit_code.h"
 
 namespace Morquil::Command {
 namespace {
-
-// Levels: no mode changes what a device accepts for them.
-constexpr std::array<std::string_view, 6> featuresWithoutModes = {"IMorquilVideoProcAmp",   "IMorquilColorCorrection",
-                                                                  "IMorquilVideoClip",      "IMorquilAspectFill",
-                                                                  "IMorquilNoiseReduction", "IMorquilAudioMapping"};
 
 const Property& FindWritable(const std::string& name) {
     const Property& property = FindProperty(name);
@@ -19,17 +11,6 @@ const Property& FindWritable(const std::string& name) {
         throw UsageFailure(property.name + " cannot be set");
     }
     return property;
-}
-
-bool MayDependOnModes(const Property& property) {
-    return std::find(featuresWithoutModes.begin(), featuresWithoutModes.end(), property.interfaceName) ==
-           featuresWithoutModes.end();
-}
-
-/// Whether a change may alter what the device accepts for other properties.
-bool ChangesOffers(const Property& property) {
-    return property.name.ends_with(".video-mode") || property.name == "preset.recall" ||
-           property.name == "input.video-source" || property.name == "input.auto-detection";
 }
 
 std::optional<std::string> ReasonToRefuse(const Change& change, const morquil::Device& device) {
@@ -66,13 +47,13 @@ std::vector<Change> ParseChanges(const std::vector<std::string>& words) {
 
 std::vector<RefusedChange> FindRefused(const std::vector<Change>& changes, const morquil::Device& device) {
     std::vector<RefusedChange> refused;
-    bool mayOffersChange = false;
+    bool mayModesChange = false;
     for (const Change& change : changes) {
         const std::optional<std::string> reason = ReasonToRefuse(change, device);
-        if (reason && !(mayOffersChange && MayDependOnModes(*change.property))) {
+        if (reason && !(mayModesChange && change.property->dependsOnModes)) {
             refused.push_back({change, *reason});
         }
-        mayOffersChange = mayOffersChange || ChangesOffers(*change.property);
+        mayModesChange = mayModesChange || change.property->changesModes;
     }
     return refused;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
@@ -24,11 +25,13 @@ struct Context {
     /// All devices that the command line names, and the file that holds the groups.
     const std::vector<std::string>& addresses;
     const std::string& groupsFile;
+    /// A device that has been silent for so long does not answer any more.
+    const std::chrono::milliseconds longestSilence;
 
     /// The same with other options, or also with another terminal.
     Context With(const Options& other) const { return With(other, terminal); }
     Context With(const Options& other, const Terminal& otherTerminal) const {
-        return {other, otherTerminal, deadline, isInterrupted, prepareLibrary, addresses, groupsFile};
+        return {other, otherTerminal, deadline, isInterrupted, prepareLibrary, addresses, groupsFile, longestSilence};
     }
 };
 
@@ -54,6 +57,7 @@ void SaveSettings(const Context& context);
 void LoadSettings(const Context& context);
 
 void WatchChanges(const Context& context);
+void ShowTop(const Context& context);
 
 // For shells.
 void WriteCompletion(const Context& context);

@@ -12,6 +12,14 @@ namespace {
 
 constexpr std::chrono::milliseconds lookInterval{4};
 constexpr std::chrono::milliseconds interruptionInterval{20};
+// The library waits 2 s for the connection itself. Later than this, something else is wrong.
+constexpr std::chrono::milliseconds patience{2500};
+
+std::string TextOf(std::chrono::milliseconds length) {
+    std::array<char, 40> text{};
+    std::snprintf(text.data(), text.size(), "%g s", static_cast<double>(length.count()) / 1000);
+    return text.data();
+}
 
 std::unique_ptr<morquil::Connecting> Begin(const Context& context, morquil::ConnectionHandlers handlers) {
     const std::string& address = context.options.address;
@@ -26,9 +34,7 @@ std::unique_ptr<morquil::Connecting> Begin(const Context& context, morquil::Conn
 }  // namespace
 
 std::string Deadline::Text() const {
-    std::array<char, 40> text{};
-    std::snprintf(text.data(), text.size(), "%g s", static_cast<double>(length.count()) / 1000);
-    return text.data();
+    return TextOf(length);
 }
 
 Link::Link(const Context& context)
@@ -44,23 +50,75 @@ Link::Link(const Context& context)
     AwaitDecision();
 }
 
-void Link::AwaitDecision() {
+bool Link::State::IsDecided() const {
+    const bool isElsewhere = finding && finding->fault == Diagnosis::Fault::NotADevice;
+    return connected || isElsewhere || (ended && (finding || Diagnosis::Explain(*ended)));
+}
+
+template <class Condition>
+void Link::WaitUntil(Clock::time_point end, Condition condition) const {
     std::unique_lock lock(state_->mutex);
     // A signal handler cannot notify, so its flag is polled.
-    while (!state_->connected && !state_->ended && !isInterrupted_ && !deadline_.IsOver()) {
-        state_->changed.wait_until(lock, std::min(Clock::now() + interruptionInterval, deadline_.time));
+    while (!condition() && !isInterrupted_ && Clock::now() < end) {
+        state_->changed.wait_until(lock, std::min(Clock::now() + interruptionInterval, end));
     }
+}
+
+void Link::AwaitDecision() {
+    WaitUntil(std::min(deadline_.time, Clock::now() + std::min(patience, deadline_.length / 2)),
+              [this] { return state_->connected || state_->ended; });
+    std::unique_lock lock(state_->mutex);
     if (state_->connected) {
         return;
     }
-    const std::optional<morquil::ConnectFailure> reason = state_->ended;
+    const bool needsInquiry = !state_->IsDecided();
     lock.unlock();
-    if (reason) {
-        throw Failure(ExitCode::Unreachable, address_ + ": " + ToText(*reason));
+    const std::unique_ptr<Diagnosis::Inquiry> inquiry = needsInquiry ? Inquire() : nullptr;
+    WaitUntil(deadline_.time, [this] { return state_->IsDecided(); });
+    lock.lock();
+    if (state_->connected) {
+        return;
     }
-    KeepUntilExit(std::move(connecting_));
+    const std::optional<morquil::ConnectFailure> ended = state_->ended;
+    const std::optional<Diagnosis::Finding> finding = state_->finding;
+    const bool isDecided = state_->IsDecided();
+    lock.unlock();
+    ThrowNotConnected(ended, isDecided ? finding : std::nullopt);
+}
+
+std::unique_ptr<Diagnosis::Inquiry> Link::Inquire() const {
+    return std::make_unique<Diagnosis::Inquiry>(address_, Diagnosis::usualLimit,
+                                                [state = state_](const Diagnosis::Finding& finding) {
+                                                    const std::lock_guard lock(state->mutex);
+                                                    state->finding = finding;
+                                                    state->changed.notify_all();
+                                                });
+}
+
+void Link::ThrowNotConnected(std::optional<morquil::ConnectFailure> ended,
+                             const std::optional<Diagnosis::Finding>& finding) {
+    const std::string before = address_ + ": ";
+    const std::string late = LateText();
+    if (!ended) {
+        KeepUntilExit(std::move(connecting_));
+    }
     CheckIsNotInterrupted();
-    throw Failure(ExitCode::TimedOut, address_ + ": not connected within " + deadline_.Text());
+    if (finding) {
+        throw Failure(ExitCode::Unreachable, before + finding->sentence);
+    }
+    if (ended) {
+        throw Failure(ExitCode::Unreachable, before + ToText(*ended));
+    }
+    throw Failure(ExitCode::TimedOut, before + late + " within " + deadline_.Text());
+}
+
+std::string Link::LateText() const {
+    try {
+        Device().Silence();
+        return "connected, but the device has not sent its complete state";
+    } catch (const morquil::NotKnown&) {
+        return "not connected";
+    }
 }
 
 Link::~Link() {
@@ -100,10 +158,8 @@ morquil::Outcome Link::Apply(const std::function<void()>& function) const {
             *outcome = known;
             state->changed.notify_all();
         });
+    WaitUntil(deadline_.time, [&outcome] { return outcome->has_value(); });
     std::unique_lock lock(state_->mutex);
-    while (!*outcome && !isInterrupted_ && !deadline_.IsOver()) {
-        state_->changed.wait_until(lock, std::min(Clock::now() + interruptionInterval, deadline_.time));
-    }
     morquil::Outcome known = outcome->value_or(morquil::Outcome{.result = morquil::Result::TimedOut});
     const bool isDecided = outcome->has_value();
     lock.unlock();
@@ -119,6 +175,23 @@ morquil::Outcome Link::Apply(const std::function<void()>& function) const {
 void Link::Pause() const {
     std::unique_lock lock(state_->mutex);
     state_->changed.wait_for(lock, lookInterval, [this] { return state_->ended.has_value(); });
+}
+
+std::string CauseOf(const std::string& address, morquil::ConnectFailure reason) {
+    const std::optional<Diagnosis::Finding> known = Diagnosis::Explain(reason);
+    return known ? known->sentence : Diagnosis::Diagnose(address, Diagnosis::usualLimit).sentence;
+}
+
+bool IsSilent(const morquil::Device& device, std::chrono::milliseconds limit) {
+    try {
+        return device.Silence() >= limit;
+    } catch (const morquil::NotKnown&) {
+        return false;
+    }
+}
+
+std::string SilentText(std::chrono::milliseconds limit) {
+    return "the device has not answered for " + TextOf(limit);
 }
 
 void KeepUntilExit(std::shared_ptr<void> kept) {

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "command/arguments/exit_code.h"
+#include "diagnosis/diagnosis.h"
 #include "morquil.hpp"
 
 namespace Morquil::Command {
@@ -34,7 +35,7 @@ struct Context;
 class Link {
 public:
     /// Connects.
-    /// Throws: Failure with Unreachable and the reason, or with TimedOut; Interruption. An abandoned attempt is left
+    /// Throws: Failure with Unreachable and the cause, or with TimedOut; Interruption. An abandoned attempt is left
     /// running until the process ends, because cancelling it could take its full time.
     explicit Link(const Context& context);
     /// Disconnects. Once the time is up, the connection is left open until the process ends instead.
@@ -81,9 +82,20 @@ private:
         std::condition_variable changed;
         bool connected = false;
         std::optional<morquil::ConnectFailure> ended;
+        std::optional<Diagnosis::Finding> finding;  // why there is no connection
+
+        bool IsDecided() const;
     };
 
     void AwaitDecision();
+    /// Finds out why there is no connection.
+    std::unique_ptr<Diagnosis::Inquiry> Inquire() const;
+    [[noreturn]] void ThrowNotConnected(std::optional<morquil::ConnectFailure> ended,
+                                        const std::optional<Diagnosis::Finding>& finding);
+    std::string LateText() const;
+    /// Waits until the condition on the state holds, the command is interrupted, or `end`.
+    template <class Condition>
+    void WaitUntil(Clock::time_point end, Condition condition) const;
     void CheckIsNotInterrupted() const;
     [[noreturn]] void ThrowLost() const;
     /// Waits until the next check, or until the connection ends.
@@ -96,6 +108,14 @@ private:
     std::unique_ptr<morquil::Connecting> connecting_;
     bool isOpenEnded_ = false;
 };
+
+/// Why there is no connection, for people. Looks for itself if the library's reason does not say.
+std::string CauseOf(const std::string& address, morquil::ConnectFailure reason);
+
+/// Whether a connected device has been silent for `limit`. One whose connection has ended is not.
+bool IsSilent(const morquil::Device& device, std::chrono::milliseconds limit);
+/// "the device has not answered for 18 s".
+std::string SilentText(std::chrono::milliseconds limit);
 
 /// Keeps an object of the library alive until the process ends.
 void KeepUntilExit(std::shared_ptr<void> kept);

@@ -1,62 +1,11 @@
 // status, get, ranges, list.
-#include <algorithm>
-#include <array>
-
 #include "command/commands/commands.h"
 #include "command/output/rendering.h"
+#include "command/output/status.h"
 #include "command/properties/property.h"
 
 namespace Morquil::Command {
 namespace {
-
-struct StatusLine {
-    const char* title;
-    std::array<const char*, 6> names;  // the properties whose values are shown side by side
-};
-
-// clang-format off
-constexpr StatusLine statusLines[] = {
-    {"Device",    {"device.name", "network.name"}},
-    {"Versions",  {"device.software-version", "device.fpga-version"}},
-    {"Locks",     {"device.panel-lock", "device.remote-lock"}},
-    {"Input",     {"input.video-source", "input.video-mode", "input.pixel-format", "input.audio-source", "input.signal-present"}},
-    {"Output",    {"output.video-mode", "output.pixel-format", "output.aspect-ratio", "output.option"}},
-    {"Reference", {"reference.type", "reference.signal-locked"}}};
-// clang-format on
-
-// "signal-present" of "input.signal-present", as words.
-std::string LeafOf(const std::string& name) {
-    std::string leaf = name.substr(name.find('.') + 1);
-    std::replace(leaf.begin(), leaf.end(), '-', ' ');
-    return leaf;
-}
-
-// A yes or no means nothing without its name.
-std::string StatusText(const Property& property, const std::optional<Value>& value) {
-    if (!value) {
-        return {};
-    }
-    if (const bool* const truth = std::get_if<bool>(&*value)) {
-        return LeafOf(property.name) + ": " + (*truth ? "yes" : "no");
-    }
-    const std::string text = FormatValue(property.type, *value);
-    return property.type.kind == Kind::Bits ? LeafOf(property.name) + ": " + text : text;
-}
-
-std::string Joined(const StatusLine& line, const morquil::Device& device, Json& document) {
-    std::string joined;
-    for (const char* const name : line.names) {
-        if (name == nullptr) {
-            break;
-        }
-        const Property& property = FindProperty(name);
-        const std::optional<Value> value = Read(property, device);
-        document[name] = ValueAsJson(property, value);
-        const std::string text = StatusText(property, value);
-        joined += (joined.empty() || text.empty() ? "" : ", ") + text;
-    }
-    return joined;
-}
 
 Selection Readable(Selection selection) {
     std::erase_if(selection, [](const Property* property) { return !property->IsReadable(); });
@@ -99,12 +48,17 @@ Json AsListed(const Property& property) {
 
 void ShowStatus(const Context& context) {
     const Link link(context);
-    Json document = {{"address", link.Address()}};
-    std::vector<Row> rows = {{"Address", link.Address()}};
-    for (const StatusLine& line : statusLines) {
-        rows.push_back({line.title, Joined(line, link.Device(), document)});
+    if (context.options.isJson) {
+        Json document = {{"address", link.Address()}};
+        document.update(StatusAsJson(link.Device()));
+        PrintJson(context.terminal, document);
+        return;
     }
-    context.options.isJson ? PrintJson(context.terminal, document) : PrintTable(context.terminal, rows);
+    std::vector<Row> rows = {{"Address", link.Address()}};
+    for (const auto& [title, text] : StatusOf(link.Device())) {
+        rows.push_back({title, text});
+    }
+    PrintTable(context.terminal, rows);
 }
 
 void ShowValues(const Context& context) {

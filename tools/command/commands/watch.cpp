@@ -1,46 +1,20 @@
 // watch.
-#include <map>
-#include <memory>
-
 #include "command/changes/local_time.h"
-#include "command/changes/watch_feed.h"
+#include "command/changes/watched_device.h"
 #include "command/commands/commands.h"
+#include "command/commands/kept_connection.h"
 #include "command/output/rendering.h"
 #include "command/properties/property.h"
 
 namespace Morquil::Command {
 namespace {
 
-/// The watched properties, and the current device.
-class Watch {
+/// What a watch prints.
+class Printer {
 public:
-    Watch(const Context& context, Selection selection) : context_(context), selection_(std::move(selection)) {}
+    explicit Printer(const Context& context) : context_(context) {}
 
-    /// Subscribes to a device and reads its values. A value that differs from the previous device's is a change.
-    void Begin(const morquil::Device& device) {
-        subscriptions_.clear();
-        std::map<morquil::PropertySet, Selection> sets;
-        for (const Property* const property : selection_) {
-            sets[property->set].push_back(property);
-        }
-        for (const auto& [set, properties] : sets) {
-            const auto look = [feed = feed_, device, watched = properties](morquil::PropertySet) {
-                for (const Property* const property : watched) {
-                    feed->Look(*property, device);
-                }
-            };
-            subscriptions_.push_back(device.OnChange(set, look));
-            look(set);
-        }
-    }
-    void End() { subscriptions_.clear(); }
-
-    WatchFeed& Feed() const { return *feed_; }
-    /// The feed that handlers share; they may still run after the watch is destroyed.
-    std::shared_ptr<WatchFeed> SharedFeed() const { return feed_; }
-
-    void PrintStart() const {
-        const std::size_t count = selection_.size();
+    void PrintStart(std::size_t count) const {
         PrintMessage(context_.terminal, "watching " + std::to_string(count) +
                                             (count == 1 ? " property" : " properties") + " of " +
                                             context_.options.address);
@@ -53,7 +27,8 @@ public:
         }
     }
 
-    void PrintEvent(const char* name, const std::string& text, const Event& event) const {
+    void PrintEvent(const char* name, const std::string& what, const Event& event) const {
+        const std::string text = context_.options.address + ": " + what;
         if (context_.options.isJson) {
             PrintJsonLine(
                 context_.terminal,
@@ -66,85 +41,88 @@ public:
 
 private:
     const Context& context_;
-    const Selection selection_;
-    const std::shared_ptr<WatchFeed> feed_ = std::make_shared<WatchFeed>();
-    std::vector<morquil::Subscription> subscriptions_;
 };
 
+// A frozen device keeps its connection, and sends nothing.
+void ExpectNotSilent(const Context& context, const Link& link) {
+    if (IsSilent(link.Device(), context.longestSilence)) {
+        throw Failure(ExitCode::ConnectionLost, link.Address() + ": " + SilentText(context.longestSilence));
+    }
+}
+
 // Runs until the connection is lost or the user stops the watch.
-void WatchOneConnection(const Context& context, Watch& watch) {
+void WatchOneConnection(const Context& context, WatchedDevice& watched) {
+    const Printer printer(context);
     Link link(context);
     link.BecomeOpenEnded();
     const morquil::Subscription ended = link.Device().OnConnection(
-        {.disconnected = [feed = watch.SharedFeed()](morquil::ConnectFailure) { feed->Add({EventKind::Lost}); }});
-    watch.Begin(link.Device());
-    watch.PrintStart();
+        {.disconnected = [feed = watched.SharedFeed()](morquil::ConnectFailure) { feed->Add({EventKind::Lost}); }});
+    watched.Begin(link.Device());
+    printer.PrintStart(watched.Count());
     while (!context.isInterrupted && !link.IsLost()) {
-        watch.PrintChanges(watch.Feed().Next().changes);
+        printer.PrintChanges(watched.Feed().Next().changes);
+        ExpectNotSilent(context, link);
     }
-    watch.End();
-    watch.PrintChanges(watch.Feed().Take().changes);
+    watched.End();
+    printer.PrintChanges(watched.Feed().Take().changes);
     link.CheckIsThere();
 }
 
-class SessionEnd {
+/// Decides what the events of a kept connection mean for a watch. Until the first connection, a failure is final.
+class KeptWatch {
 public:
-    explicit SessionEnd(std::shared_ptr<morquil::Session> session) : session_(std::move(session)) {}
-    /// A connection attempt in progress is left running until the process ends.
-    ~SessionEnd() {
-        const bool isConnected = session_->Current().has_value();
-        session_->Stop();
-        if (!isConnected) {
-            KeepUntilExit(session_);
+    KeptWatch(const Context& context, WatchedDevice& watched)
+        : context_(context),
+          printer_(context),
+          watched_(watched),
+          connection_(context.options.address, watched.SharedFeed(), FailedAttempts::UntilConnected) {}
+
+    /// Waits for news, and handles them.
+    void Proceed() {
+        const News news = watched_.Feed().Next();
+        printer_.PrintChanges(news.changes);
+        if (news.event) {
+            Handle(*news.event);
         }
+        CheckTime();
+        wasSilent_ = connection_.DropIfSilent(context_.longestSilence) || wasSilent_;
     }
-    SessionEnd(const SessionEnd&) = delete;
-    SessionEnd& operator=(const SessionEnd&) = delete;
+
+    void End() {
+        watched_.End();
+        if (!wasConnected_) {
+            throw Interruption();
+        }
+        printer_.PrintChanges(watched_.Feed().Take().changes);
+    }
 
 private:
-    std::shared_ptr<morquil::Session> session_;
-};
-
-// Failed attempts only count before the first connection.
-std::shared_ptr<morquil::Session> OpenSession(const std::string& address, const std::shared_ptr<WatchFeed>& feed) {
-    const auto wasConnected = std::make_shared<bool>(false);  // handlers run one at a time
-    return std::make_shared<morquil::Session>(
-        address,
-        morquil::SessionHandlers{
-            .connected =
-                [feed, wasConnected](const morquil::Device& device) {
-                    *wasConnected = true;
-                    feed->Add(
-                        {.kind = EventKind::Connected, .device = std::make_shared<const morquil::Device>(device)});
-                },
-            .lost = [feed](morquil::ConnectFailure reason) { feed->Add({.kind = EventKind::Lost, .reason = reason}); },
-            .attemptFailed =
-                [feed, wasConnected](morquil::ConnectFailure reason, std::chrono::milliseconds) {
-                    if (!*wasConnected) {
-                        feed->Add({.kind = EventKind::Failed, .reason = reason});
-                    }
-                }});
-}
-
-/// Decides what the events of a session mean for a watch. Until the first connection, a failure is final.
-class SessionWatch {
-public:
-    SessionWatch(const Context& context, Watch& watch) : context_(context), watch_(watch) {}
-
     void Handle(const Event& event) {
         switch (event.kind) {
             case EventKind::Connected:
                 Connected(event);
                 break;
             case EventKind::Lost:
-                watch_.PrintEvent("lost", context_.options.address + ": the connection was lost", event);
+                printer_.PrintEvent(
+                    "lost", wasSilent_ ? SilentText(context_.longestSilence) : "the connection was lost", event);
+                wasSilent_ = false;
                 break;
             case EventKind::Failed:
-                throw Failure(ExitCode::Unreachable, context_.options.address + ": " + ToText(event.reason));
+                throw Failure(ExitCode::Unreachable,
+                              context_.options.address + ": " + CauseOf(context_.options.address, event.reason));
         }
     }
 
-    bool WasConnected() const { return wasConnected_; }
+    void Connected(const Event& event) {
+        if (wasConnected_) {
+            printer_.PrintEvent("connected", "connected again", event);
+        }
+        watched_.Begin(*event.device);
+        if (!wasConnected_) {
+            printer_.PrintStart(watched_.Count());
+        }
+        wasConnected_ = true;
+    }
 
     void CheckTime() const {
         if (!wasConnected_ && context_.deadline.IsOver()) {
@@ -153,40 +131,21 @@ public:
         }
     }
 
-private:
-    void Connected(const Event& event) {
-        if (wasConnected_) {
-            watch_.PrintEvent("connected", context_.options.address + ": connected again", event);
-        }
-        watch_.Begin(*event.device);
-        if (!wasConnected_) {
-            watch_.PrintStart();
-        }
-        wasConnected_ = true;
-    }
-
     const Context& context_;
-    Watch& watch_;
+    const Printer printer_;
+    WatchedDevice& watched_;
+    const KeptConnection connection_;
     bool wasConnected_ = false;
+    bool wasSilent_ = false;
 };
 
-void WatchSession(const Context& context, Watch& watch) {
-    SessionWatch handler(context, watch);
+void WatchKeptConnection(const Context& context, WatchedDevice& watched) {
     context.prepareLibrary();
-    const SessionEnd end(OpenSession(context.options.address, watch.SharedFeed()));
+    KeptWatch watch(context, watched);
     while (!context.isInterrupted) {
-        const News news = watch.Feed().Next();
-        watch.PrintChanges(news.changes);
-        if (news.event) {
-            handler.Handle(*news.event);
-        }
-        handler.CheckTime();
+        watch.Proceed();
     }
     watch.End();
-    if (!handler.WasConnected()) {
-        throw Interruption();
-    }
-    watch.PrintChanges(watch.Feed().Take().changes);
 }
 
 }  // namespace
@@ -197,8 +156,8 @@ void WatchChanges(const Context& context) {
     if (selection.empty()) {
         throw UsageFailure(context.options.words.front() + " is a command: it has no value to watch");
     }
-    Watch watch(context, std::move(selection));
-    context.options.reconnects ? WatchSession(context, watch) : WatchOneConnection(context, watch);
+    WatchedDevice watched(std::move(selection));
+    context.options.reconnects ? WatchKeptConnection(context, watched) : WatchOneConnection(context, watched);
 }
 
 }  // namespace Morquil::Command

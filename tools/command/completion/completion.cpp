@@ -6,6 +6,7 @@
 
 #include "command/commands/commands.h"
 #include "command/completion/completion_scripts.h"
+#include "command/devices/named_devices.h"
 #include "command/properties/property.h"
 #include "properties/lower_case.h"
 
@@ -18,7 +19,7 @@ using Words = std::vector<std::string>;
 /// The finished words of a line, parsed far enough to know what may follow.
 class TypedLine {
 public:
-    explicit TypedLine(const Words& words) {
+    TypedLine(const Words& words, const Words& groups) : groups_(groups) {
         for (const std::string& word : words) {
             Add(word);
         }
@@ -30,18 +31,19 @@ public:
     const std::string& CommandName() const { return name_; }
     /// The words after the command, without options.
     const Words& Operands() const { return operands_; }
-    /// Whether the next word is the value of an option. No candidates are known for it.
-    bool AwaitsOptionValue() const { return awaitsOptionValue_; }
+    /// The option whose value is the next word; null if it is not one's.
+    const OptionForm* AwaitedOption() const { return awaitedOption_; }
+    const Words& Groups() const { return groups_; }
     bool MayHaveOptions() const { return !isAfterMark_; }
 
 private:
     void Add(const std::string& word) {
-        if (awaitsOptionValue_) {
-            awaitsOptionValue_ = word == "=";  // bash splits it off as a word of its own
+        if (awaitedOption_ != nullptr) {
+            awaitedOption_ = word == "=" ? awaitedOption_ : nullptr;  // bash splits it off as a word of its own
         } else if (!isAfterMark_ && word == "--") {
             isAfterMark_ = true;
         } else if (!isAfterMark_ && IsOption(word)) {
-            awaitsOptionValue_ = TakesValue(word);
+            awaitedOption_ = FindOptionWithValue(word);
         } else {
             AddOperand(word);
         }
@@ -64,17 +66,20 @@ private:
         return word.size() > 1 && word[0] == '-' && word.find_first_of("0123456789.", 1) != 1;
     }
 
-    bool TakesValue(const std::string& word) const {
-        return std::any_of(program_.options.begin(), program_.options.end(), [&word](const OptionForm& option) {
-            return option.takesValue && (word == option.name || word == "-" + option.letter);
-        });
+    const OptionForm* FindOptionWithValue(const std::string& word) const {
+        const auto found =
+            std::find_if(program_.options.begin(), program_.options.end(), [&word](const OptionForm& option) {
+                return option.takesValue && (word == option.name || word == "-" + option.letter);
+            });
+        return found != program_.options.end() ? &*found : nullptr;
     }
 
     const Grammar program_ = CommandLineGrammar();
     const Grammar* command_ = &program_;
     std::string name_;
     Words operands_;
-    bool awaitsOptionValue_ = false;
+    const Words& groups_;
+    const OptionForm* awaitedOption_ = nullptr;
     bool isAfterMark_ = false;
 };
 
@@ -157,6 +162,22 @@ Candidates NumbersOfNamedPresets(const Words& operands) {
     return operands.empty() ? numbers : Candidates();
 }
 
+// Addresses are known to the user only.
+Candidates GroupsOf(const TypedLine& line) {
+    Candidates groups;
+    for (const std::string& name : line.Groups()) {
+        groups.push_back({"@" + name});
+    }
+    return groups;
+}
+
+Candidates ValuesOf(const OptionForm& option, const TypedLine& line) {
+    if (option.valueName == "FILE") {
+        return {{std::string(filesCandidate)}};
+    }
+    return option.valueName == "ADDRESS" ? GroupsOf(line) : Candidates();
+}
+
 struct Rule {
     std::string_view command;
     Candidates (*offer)(const Words& operands);
@@ -169,6 +190,7 @@ constexpr Rule rules[] = {
     {"set",         &SettableNamesOrValues},
     {"ranges",      &NamesWithRanges},
     {"watch",       &ReadableNames},
+    {"top",         &ReadableNames},
     {"list",        &AllNames},
     {"diff",        &File},
     {"apply",       &File},
@@ -204,9 +226,19 @@ Candidates OperandsFor(const TypedLine& line) {
     if (!line.Command().commands.empty()) {
         return line.Operands().empty() ? CommandsOf(line.Command()) : Candidates();
     }
+    if (line.CommandName() == "copy") {
+        return GroupsOf(line);
+    }
     const auto rule = std::find_if(std::begin(rules), std::end(rules),
                                    [&line](const Rule& one) { return one.command == line.CommandName(); });
     return rule != std::end(rules) ? rule->offer(line.Operands()) : Candidates();
+}
+
+Candidates CandidatesFor(const TypedLine& line, bool isOption) {
+    if (line.AwaitedOption() != nullptr) {
+        return ValuesOf(*line.AwaitedOption(), line);
+    }
+    return isOption ? OptionsFor(line) : OperandsFor(line);
 }
 
 bool BeginsWith(std::string_view text, std::string_view beginning) {
@@ -217,15 +249,11 @@ bool BeginsWith(std::string_view text, std::string_view beginning) {
 
 }  // namespace
 
-std::vector<Candidate> Complete(std::vector<std::string> words) {
+std::vector<Candidate> Complete(std::vector<std::string> words, const std::vector<std::string>& groups) {
     const std::string unfinished = words.empty() ? std::string() : words.back();
     words.resize(words.empty() ? 0 : words.size() - 1);
-    const TypedLine line(words);
-    if (line.AwaitsOptionValue()) {
-        return {};
-    }
-    const bool isOption = line.MayHaveOptions() && unfinished.starts_with('-');
-    Candidates candidates = isOption ? OptionsFor(line) : OperandsFor(line);
+    const TypedLine line(words, groups);
+    Candidates candidates = CandidatesFor(line, line.MayHaveOptions() && unfinished.starts_with('-'));
     std::erase_if(candidates, [&unfinished](const Candidate& candidate) {
         return candidate.word != filesCandidate && !BeginsWith(candidate.word, unfinished);
     });
@@ -234,7 +262,7 @@ std::vector<Candidate> Complete(std::vector<std::string> words) {
 
 void WriteCandidates(const Context& context) {
     std::string lines;
-    for (const Candidate& candidate : Complete(context.options.words)) {
+    for (const Candidate& candidate : Complete(context.options.words, NamesOfGroups(context.groupsFile))) {
         lines += candidate.word + (candidate.about.empty() ? "" : "\t" + candidate.about) + "\n";
     }
     context.terminal.out(lines);

@@ -5,7 +5,13 @@ namespace {
 
 constexpr std::string_view bash = R"sh(# Completes morquilctl in bash: source <(morquilctl completion bash)
 _morquilctl() {
-    local line program="${1/#\~\//$HOME/}" words=("${COMP_WORDS[@]:1:COMP_CWORD}")
+    local line program="${1/#\~\//$HOME/}" words=("${COMP_WORDS[@]:1:COMP_CWORD}") at
+    # bash takes the name of a group apart.
+    for ((at = ${#words[@]} - 2; at >= 0; at--)); do
+        if [[ "${words[at]}" == "@" ]]; then
+            words=("${words[@]:0:at}" "@${words[at + 1]}" "${words[@]:at + 2}")
+        fi
+    done
     COMPREPLY=()
     while IFS= read -r line; do
         if [[ "$line" == ":files" ]]; then

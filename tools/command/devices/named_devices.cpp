@@ -5,6 +5,7 @@
 
 #include "command/arguments/exit_code.h"
 #include "command/files/local_file.h"
+#include "diagnosis/address.h"
 
 namespace Morquil::Command {
 namespace {
@@ -62,6 +63,18 @@ Groups ParseGroups(std::string_view text) {
     return groups;
 }
 
+std::vector<std::string> NamesOfGroups(const std::string& file) {
+    std::vector<std::string> names;
+    try {
+        for (const auto& [name, addresses] : ParseGroups(ReadLocalFile(file, mostBytes))) {
+            names.push_back(name);
+        }
+    } catch (const UsageFailure&) {
+        names.clear();  // the command that needs the file says what is wrong with it
+    }
+    return names;
+}
+
 std::vector<std::string> ParseDevices(std::string_view text) {
     std::vector<std::string> devices;
     for (const std::string& line : LinesOf(text)) {
@@ -75,6 +88,9 @@ std::vector<std::string> ExpandDevices(const std::vector<std::string>& words, co
     std::vector<std::string> addresses;
     std::optional<Groups> groups;
     const auto add = [&addresses](const std::string& address) {
+        if (const std::optional<std::string> fault = Diagnosis::FaultOfAddress(address)) {
+            throw UsageFailure(address + ": " + *fault);
+        }
         if (std::find(addresses.begin(), addresses.end(), address) == addresses.end()) {
             addresses.push_back(address);
         }

@@ -17,6 +17,9 @@ using Groups = std::map<std::string, std::vector<std::string>>;
 /// Throws: UsageFailure with the number of a line that is neither.
 Groups ParseGroups(std::string_view text);
 
+/// The names in a file of groups, for suggestions; none if it cannot be read.
+std::vector<std::string> NamesOfGroups(const std::string& file);
+
 /// Reads a file of devices: addresses and groups, separated by blanks or line ends; what follows a # is a comment.
 std::vector<std::string> ParseDevices(std::string_view text);
 

@@ -22,20 +22,13 @@ std::string_view ColourOf(Style style) {
     return "";
 }
 
-std::string Painted(const Terminal& terminal, const std::string& text, Style style) {
-    if (!terminal.isColoured || style == Style::Plain || text.empty()) {
-        return text;
-    }
-    return std::string(ColourOf(style)) + text + "\x1b[0m";
-}
-
 std::string LineOf(const Terminal& terminal, const Row& cells, const std::vector<std::size_t>& widths) {
     std::string line;
     std::size_t missing = 0;  // blanks that are written only if something follows
     for (std::size_t column = 0; column < cells.size(); ++column) {
         const std::string text = Escaped(cells[column].text);
         if (!text.empty()) {
-            line += std::string(missing, ' ') + Painted(terminal, text, cells[column].style);
+            line += std::string(missing, ' ') + Painted(text, cells[column].style, terminal.isColoured);
             missing = 0;
         }
         const std::size_t width = column < widths.size() ? widths[column] : 0;
@@ -63,6 +56,13 @@ std::vector<Row> Folded(const Row& row, const std::vector<std::size_t>& widths, 
 }
 
 }  // namespace
+
+std::string Painted(const std::string& text, Style style, bool isColoured) {
+    if (!isColoured || style == Style::Plain || text.empty()) {
+        return text;
+    }
+    return std::string(ColourOf(style)) + text + "\x1b[0m";
+}
 
 void PrintLine(const Terminal& terminal, const Row& cells) {
     if (terminal.collected != nullptr) {

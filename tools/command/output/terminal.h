@@ -2,10 +2,13 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "command/output/screen.h"
 
 namespace Morquil::Command {
 
@@ -35,8 +38,13 @@ struct Terminal {
     std::function<void(std::string_view)> err;
     bool isColoured = false;                // applies to `out`
     std::optional<std::size_t> width = {};  // of its lines, if `out` is a terminal
-    Collected* collected = nullptr;         // if set, takes what would be printed
+    /// Opens the terminal as a screen; returns null, or is empty, if there is none.
+    std::function<std::unique_ptr<Screen>()> openScreen = {};
+    Collected* collected = nullptr;  // if set, takes what would be printed
 };
+
+/// `text` in the colours of its style.
+std::string Painted(const std::string& text, Style style, bool isColoured);
 
 /// Prints one line: the cells, separated by two blanks.
 void PrintLine(const Terminal& terminal, const Row& cells);

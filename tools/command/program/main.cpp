@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "command/commands/link.h"
+#include "command/output/screen.h"
 #include "command/output/standard_output.h"
 #include "command/program/program.h"
 #include "command/program/system.h"
@@ -30,6 +31,7 @@ constexpr auto lookInterval = 50ms;
 std::atomic<bool> isInterrupted{false};
 
 [[noreturn]] void End(ExitCode code) {
+    RestoreTerminal();
     if (code == ExitCode::Interrupted) {
         EndInterrupted();
     }
@@ -58,7 +60,9 @@ void TryWriteError(const char* text) {
 class Guard {
 public:
     Guard(const StandardOutput& output, const Options& options)
-        : output_(output), isOpenEnded_(options.command == "watch"), end_(Clock::now() + options.timeout + patience) {}
+        : output_(output),
+          isOpenEnded_(options.command == "watch" || options.command == "top"),
+          end_(Clock::now() + options.timeout + patience) {}
 
     [[noreturn]] void Run() {
         while (!isInterrupted) {
@@ -136,12 +140,13 @@ int main(int count, char** words) {
     IgnoreBrokenPipes();
     Output output(own);
     const std::string device = EnvironmentVariable("MORQUIL_DEVICE");
+    const bool isDumb = EnvironmentVariable("TERM") == "dumb";
     const Surroundings surroundings{
         .terminal = {.out = [&output](std::string_view text) { output.Write(text); },
                      .err = &WriteError,
-                     .isColoured = own.IsTerminal() && EnvironmentVariable("NO_COLOR").empty() &&
-                                   EnvironmentVariable("TERM") != "dumb",
-                     .width = own.Width()},
+                     .isColoured = own.IsTerminal() && EnvironmentVariable("NO_COLOR").empty() && !isDumb,
+                     .width = own.Width(),
+                     .openScreen = isDumb ? nullptr : &OpenScreen},
         .defaultAddress = device.empty() ? "127.0.0.1" : device,
         .groupsFile = GroupsFile(),
         .begin = [&own](const Options& options) { Begin(own, options); },

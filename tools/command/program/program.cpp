@@ -14,7 +14,8 @@ namespace {
 enum class Reach {
     None,
     One,
-    Each,  // with any number, and the same for each of them
+    Each,      // with any number, and the same for each of them
+    Together,  // with any number at once
 };
 
 struct Verb {
@@ -33,6 +34,7 @@ constexpr Verb verbs[] = {
     {"apply",         &ApplyFile,       Reach::Each},
     {"copy",          &CopySettings,    Reach::One},
     {"watch",         &WatchChanges,    Reach::One},
+    {"top",           &ShowTop,         Reach::Together},
     {"save",          &SaveSettings,    Reach::Each},
     {"load",          &LoadSettings,    Reach::Each},
     {"preset save",   &SavePreset,      Reach::Each},
@@ -72,7 +74,7 @@ void Run(const std::vector<std::string>& arguments, const Surroundings& surround
     line.options.address = addresses.empty() ? "" : addresses.front();
     const std::function<void()> prepareLibrary = [&] { surroundings.prepareLibrary(line.options); };
     Carry(*verb, {line.options, surroundings.terminal, Deadline(line.options.timeout), surroundings.isInterrupted,
-                  prepareLibrary, addresses, surroundings.groupsFile});
+                  prepareLibrary, addresses, surroundings.groupsFile, surroundings.longestSilence});
 }
 
 }  // namespace

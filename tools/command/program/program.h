@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
@@ -16,6 +17,8 @@ struct Surroundings {
     Terminal terminal;
     std::string defaultAddress = "127.0.0.1";  // or a group
     std::string groupsFile = {};               // holds the groups of devices
+    /// By the library's contract, a device that answers is never silent for so long.
+    std::chrono::milliseconds longestSilence = std::chrono::seconds(18);
     /// Called once the command line is parsed.
     std::function<void(const Options&)> begin = [](const Options&) {};
     /// Called before the library is used, possibly several times.

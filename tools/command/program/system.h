@@ -9,8 +9,8 @@ namespace Morquil::Command {
 /// The words of the command line, in UTF-8, without the program's name.
 std::vector<std::string> CommandLineWords(int count, char** words);
 
-/// Sets the flag when the user interrupts the program or it is asked to end. The second time, the system ends the
-/// program.
+/// Sets the flag when the user interrupts the program or it is asked to end. The second time, the program
+/// ends at once.
 void NoteInterruption(std::atomic<bool>& flag);
 
 /// Ends the program as the interruption would have, so that a shell running it in a loop ends the loop too.

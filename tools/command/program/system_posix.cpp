@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "command/arguments/exit_code.h"
+#include "command/output/screen.h"
 #include "command/program/system.h"
 
 namespace Morquil::Command {
@@ -12,9 +13,17 @@ std::atomic<int> lastSignal{0};
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free,
               "a signal handler may not wait");
 
+void EndBy(int signal) {
+    RestoreTerminal();
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
+
 void HandleSignal(int signal) {
     lastSignal = signal;
-    interrupted->store(true);
+    if (interrupted->exchange(true)) {
+        EndBy(signal);
+    }
 }
 
 }  // namespace
@@ -27,14 +36,14 @@ void NoteInterruption(std::atomic<bool>& flag) {
     interrupted = &flag;
     struct sigaction action {};
     action.sa_handler = &HandleSignal;
-    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
+    action.sa_flags = SA_RESTART;
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
 }
 
 void EndInterrupted() {
     if (lastSignal != 0) {
-        std::raise(lastSignal);  // its handler was reset on delivery
+        EndBy(lastSignal);
     }
     std::_Exit(static_cast<int>(ExitCode::Interrupted));
 }

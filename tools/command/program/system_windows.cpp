@@ -6,6 +6,7 @@
 #include <cwchar>
 
 #include "command/arguments/exit_code.h"
+#include "command/output/screen.h"
 #include "command/program/system.h"
 #include "morquil/text.hpp"
 
@@ -15,7 +16,11 @@ namespace {
 std::atomic<bool>* interrupted = nullptr;
 
 BOOL WINAPI HandleControl(DWORD /*event*/) {
-    return interrupted->exchange(true) ? FALSE : TRUE;
+    if (!interrupted->exchange(true)) {
+        return TRUE;
+    }
+    RestoreTerminal();
+    return FALSE;
 }
 
 }  // namespace

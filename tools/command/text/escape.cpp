@@ -37,6 +37,10 @@ std::string EscapeOf(char32_t code) {
     return text.data();
 }
 
+bool BeginsCharacter(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xc0U) != 0x80;
+}
+
 }  // namespace
 
 std::string Escaped(std::string_view text) {
@@ -57,8 +61,17 @@ std::string Escaped(std::string_view text) {
 }
 
 std::size_t WidthOf(std::string_view text) {
-    return static_cast<std::size_t>(std::count_if(
-        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xc0U) != 0x80; }));
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), &BeginsCharacter));
+}
+
+std::string Beginning(std::string_view text, std::size_t width) {
+    std::size_t left = width;
+    std::size_t end = 0;
+    while (end < text.size() && (left > 0 || !BeginsCharacter(text[end]))) {
+        left -= BeginsCharacter(text[end]) ? 1U : 0U;
+        ++end;
+    }
+    return std::string(text.substr(0, end));
 }
 
 }  // namespace Morquil::Command

@@ -13,4 +13,7 @@ std::string Escaped(std::string_view text);
 /// How many columns `text` takes up in a terminal, at one column for each character.
 std::size_t WidthOf(std::string_view text);
 
+/// The characters of `text` that fit into `width` columns.
+std::string Beginning(std::string_view text, std::size_t width);
+
 }  // namespace Morquil::Command

@@ -76,7 +76,10 @@ endif()
 
 # ---- Examples, and files for Windows only -------------------------------------------------------------------------
 
-install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Documentation)
+# A project that has the library as a part of it has documentation of its own.
+if(PROJECT_IS_TOP_LEVEL)
+    install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Documentation)
+endif()
 if(WIN32)
     include(${CMAKE_CURRENT_LIST_DIR}/InstallWindows.cmake)
 endif()

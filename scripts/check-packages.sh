@@ -17,12 +17,6 @@ build_with_cmake() {
     cmake -S "$1" -B "$2" -G Ninja "${@:3}" && cmake --build "$2"
 }
 
-# build_as_readme_says EXAMPLE FOLDER: runs the README's compiler line in a copy of the example.
-build_as_readme_says() {
-    cp -r "$examples/$1" "$2"
-    (cd "$2" && sh -ex -c "$(grep -E '^(c\+\+|cc) ' README.md)")
-}
-
 # holds_no_path_of_the_build FOLDER
 holds_no_path_of_the_build() { ! grep -rl -e "$PWD" "$1"; }
 

@@ -83,7 +83,8 @@ TEST(CppPropertyChanges, AreOnlyThoseOfThePattern) {
     connected.device.Send("VIDEO PROC AMP:\nHue: 1\n\n");
     connected.device.Send("VIDEO PROC AMP:\nGain: 7\n\n");
     EXPECT_EQ(notices.Await(1), (Texts{"proc-amp.gain 0 -> 7"}));
-    EXPECT_THROW(connected.host.OnPropertyChange("proc-am", [](const PropertyChange&) {}), morquil::NoSuchProperty);
+    EXPECT_THROW(static_cast<void>(connected.host.OnPropertyChange("proc-am", [](const PropertyChange&) {})),
+                 morquil::NoSuchProperty);
 }
 
 TEST(CppPropertyChanges, DoNotRepeatAReportWithoutAChange) {

@@ -11,13 +11,14 @@ set(interfaces $<TARGET_PROPERTY:MorquilApiFiles,BINARY_DIR>)
 # ---- The library, its headers, and the CMake package -------------------------------------------------------------
 
 set_target_properties(MorquilApi PROPERTIES EXPORT_NAME Interfaces)
+set_target_properties(MorquilC PROPERTIES EXPORT_NAME C)
 set_target_properties(MorquilCpp PROPERTIES EXPORT_NAME Cpp)
 
 install(TARGETS MorquilAPI EXPORT MorquilAPITargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Runtime
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development)
-install(TARGETS MorquilApi MorquilCpp EXPORT MorquilAPITargets INCLUDES DESTINATION ${headerFolder})
+install(TARGETS MorquilApi MorquilC MorquilCpp EXPORT MorquilAPITargets INCLUDES DESTINATION ${headerFolder})
 if(WIN32)
     set_target_properties(MorquilIdentifiers PROPERTIES EXPORT_NAME Identifiers)
     install(TARGETS MorquilIdentifiers EXPORT MorquilAPITargets
@@ -36,11 +37,15 @@ install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/MorquilAPIConfigVersion.cmake
     DESTINATION ${packageFolder} COMPONENT Development)
 
-install(FILES ${interfaces}/MorquilAPI.h ${interfaces}/MorquilDelivery.h api/MorquilEntry.h
+install(FILES
+    ${interfaces}/MorquilAPI.h ${interfaces}/MorquilDelivery.h api/MorquilEntry.h
+    $<TARGET_PROPERTY:MorquilCFiles,BINARY_DIR>/MorquilWords.h
     DESTINATION ${headerFolder} COMPONENT Development)
 install(FILES bindings/cpp/morquil.hpp DESTINATION ${headerFolder} COMPONENT Development)
 install(DIRECTORY bindings/cpp/morquil DESTINATION ${headerFolder} COMPONENT Development)
-install(FILES $<TARGET_PROPERTY:MorquilCppFiles,BINARY_DIR>/morquil/interfaces.hpp
+install(FILES
+    $<TARGET_PROPERTY:MorquilCppFiles,BINARY_DIR>/morquil/interfaces.hpp
+    $<TARGET_PROPERTY:MorquilCppFiles,BINARY_DIR>/morquil/property_table.hpp
     DESTINATION ${headerFolder}/morquil COMPONENT Development)
 if(NOT WIN32)
     install(FILES library/platform/posix/MorquilCom.h DESTINATION ${headerFolder} COMPONENT Development)
@@ -76,7 +81,10 @@ endif()
 
 # ---- Examples, and files for Windows only -------------------------------------------------------------------------
 
-install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Documentation)
+# A project that has the library as a part of it has documentation of its own.
+if(PROJECT_IS_TOP_LEVEL)
+    install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Documentation)
+endif()
 if(WIN32)
     include(${CMAKE_CURRENT_LIST_DIR}/InstallWindows.cmake)
 endif()

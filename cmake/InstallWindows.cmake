@@ -29,7 +29,9 @@ foreach(file IN ITEMS register.cmd unregister.cmd MorquilAPI.assembly.manifest p
     install(FILES ${made} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Runtime)
 endforeach()
 
-install(FILES packaging/windows/README.txt DESTINATION . COMPONENT Documentation)
+if(PROJECT_IS_TOP_LEVEL)
+    install(FILES packaging/windows/README.txt DESTINATION . COMPONENT Documentation)
+endif()
 
 # One import library for all linkers: Microsoft's expect this name, and GNU's also find it.
 set_target_properties(MorquilAPI PROPERTIES IMPORT_PREFIX "" IMPORT_SUFFIX .lib)

@@ -46,6 +46,7 @@ def modes():
         "clang, Microsoft's target and nothing of GCC":
             ("clang++", ["-std=c++17", *msvc, "-I.", "-include", f"{MICROSOFT}/only_microsoft.h"], True, False),
         "C, GCC": ("gcc", ["-std=c11"], False, True),
+        "C99, GCC": ("gcc", ["-std=c99"], False, True),
         "C, clang": ("clang", ["-std=c11"], False, False),
         "C, MinGW-w64": ("x86_64-w64-mingw32-gcc", ["-std=c11"], True, False),
         "C, clang, Microsoft's target": ("clang", ["-std=c11", *msvc], True, True),
@@ -54,8 +55,8 @@ def modes():
 
 def sources(build, folder, language):
     """One source that uses the public headers, and one for each of them."""
-    contract = ["MorquilAPI.h", "MorquilDelivery.h", "MorquilEntry.h"]
-    layer = ["morquil.hpp", "morquil/interfaces.hpp",
+    contract = ["MorquilAPI.h", "MorquilDelivery.h", "MorquilEntry.h", "MorquilWords.h"]
+    layer = ["morquil.hpp", "morquil/interfaces.hpp", "morquil/property_table.hpp",
              *(os.path.relpath(path, "bindings/cpp") for path in glob.glob("bindings/cpp/morquil/*.hpp"))]
     assert os.path.exists(f"{build}/bindings/cpp/morquil/interfaces.hpp"), f"{build} has not been built"
     made = [f"tests/system/headers/use.{language}"]
@@ -78,13 +79,13 @@ def main():
     if len(sys.argv) != 2:
         sys.exit(__doc__)
     build = sys.argv[1]
-    own = [f"-I{build}/api", "-Iapi", "-Ibindings/cpp", f"-I{build}/bindings/cpp"]
+    own = [f"-I{build}/api", "-Iapi", "-Ibindings/cpp", f"-I{build}/bindings/cpp", f"-I{build}/bindings/c"]
     posix = ["-Ilibrary/platform/posix"]
     failed = False
     with tempfile.TemporaryDirectory() as folder, concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         files = {language: sources(build, folder, language) for language in ("c", "cpp")}
         for name, (compiler, options, is_windows, each_alone) in modes().items():
-            language = "c" if name.startswith("C,") else "cpp"
+            language = "c" if name.startswith(("C,", "C99,")) else "cpp"
             warnings = WARNINGS + (CPP_WARNINGS if language == "cpp" else [])
             command = [compiler, *options, *warnings, *own, *([] if is_windows else posix)]
             problems = problems_of(command, files[language][: None if each_alone else 1], pool)

@@ -17,12 +17,6 @@ build_with_cmake() {
     cmake -S "$1" -B "$2" -G Ninja "${@:3}" && cmake --build "$2"
 }
 
-# build_as_readme_says EXAMPLE FOLDER: runs the README's compiler line in a copy of the example.
-build_as_readme_says() {
-    cp -r "$examples/$1" "$2"
-    (cd "$2" && sh -ex -c "$(grep -E '^(c\+\+|cc) ' README.md)")
-}
-
 # holds_no_path_of_the_build FOLDER
 holds_no_path_of_the_build() { ! grep -rl -e "$PWD" "$1"; }
 
@@ -68,6 +62,23 @@ check_debian() {
         expect_readme "$example" add_subdirectory morquil-sim \
             "$work/add_subdirectory/examples/$(program_of "$example")"
     done
+    check_installed_with_a_project "$work/add_subdirectory" "$work/installed"
+}
+
+# check_installed_with_a_project BUILD-FOLDER PREFIX: the project's own installation is complete, or without the library.
+check_installed_with_a_project() {
+    expect "sources: cmake --install of the project" project-install cmake --install "$1" --prefix "$2"
+    expect_readme host "installed with its project" morquil-sim env -u LD_LIBRARY_PATH "$2/bin/morquil-host"
+    expect "sources: other projects find what was installed" project-find-package \
+        build_with_cmake examples "$work/find_installed" -DCMAKE_PREFIX_PATH="$2"
+    expect "sources: no documentation of the library is installed" project-documents test ! -e "$2/share/doc"
+    expect "sources: MORQUIL_INSTALL=OFF" project-without-library installs_only_the_program "$1" "$2-without"
+}
+
+# installs_only_the_program BUILD-FOLDER PREFIX
+installs_only_the_program() {
+    cmake -DMORQUIL_INSTALL=OFF "$1" && cmake --install "$1" --prefix "$2" &&
+        [ "$(cd "$2" && find . -type f)" = ./bin/morquil-host ]
 }
 
 files_of_packages() { dpkg --listfiles $package_names | sort -u | while read -r file; do [ -d "$file" ] || echo "$file"; done; }
@@ -93,8 +104,8 @@ every_package_has_the_changelog() {
     done
 }
 
-# Nothing answers there: that is the library's own word.
-finds_the_library() { "$@" /usr/bin/python3 -m morquil 127.250.250.250 2>&1 | grep "no answer from a device"; }
+# Nothing answers there, so it fails, in the library's own words.
+finds_the_library() { grep "no answer from a device" <<< "$("$@" /usr/bin/python3 -m morquil 127.250.250.250 2>&1)"; }
 
 # Python imports from a wheel as it is.
 wheel_works() { finds_the_library env PYTHONPATH="$(echo "$PWD"/build/packages/morquil-*.whl)"; }
@@ -174,6 +185,10 @@ check_windows() {
         [ "$example" = host ] || cp "$bin/program.exe.manifest" "$program.manifest"
         expect_readme "$example" "beside the library" "wine '$bin/morquil-sim.exe'" wine "$program"
     done
+
+    expect "Windows: the host in C, to the letter of its page" windows-c-host \
+        build_as_readme_says_on_windows c_host "$root"
+    expect_readme c_host "by its page" "wine '$bin/morquil-sim.exe'" wine "$bin/morquil-c-host.exe"
 
     expect "Windows: register.cmd writes what regsvr32 writes" windows-register registers_what_regsvr32_does
     expect "Windows: unregister.cmd leaves nothing" windows-unregister unregisters

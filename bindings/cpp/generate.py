@@ -22,6 +22,7 @@ from generator.definitions import (  # noqa: E402
     enumeration_name,
     enumerator_names,
     interface_name,
+    property_set,  # noqa: F401  for the facts of the property table
     read_enumerations,
     read_identifiers,
     read_interfaces,
@@ -66,6 +67,7 @@ class Writer:
             self.write("/// The protocol's word for each value.")
             self.write("template <>")
             self.write(f"struct Words<{cpp}> {{")
+            self.write(f'    static constexpr std::string_view name = "{cpp}";')
             self.write(f"    static constexpr Word<{cpp}> all[] = {{")
             for word, constant in self.words[name]:
                 self.write(f'        {{"{word}", static_cast<{cpp}>({constant})}},')

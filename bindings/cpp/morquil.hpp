@@ -10,6 +10,7 @@
 /// const morquil::Outcome outcome = device.Apply([&] { output.SetVideoMode(morquil::VideoMode::Mode1080i50); });
 /// std::string what = ToText(outcome);              // "applied", or why not
 /// std::string mode(ToText(output.GetVideoMode())); // what the device reports now
+/// device["output.video-mode"].Apply("720p50");     // the same by name
 /// \endcode
 ///
 /// The rules of the underlying interfaces apply: a setter that returns has queued a change, the device's answer updates
@@ -18,4 +19,6 @@
 
 #include "morquil/console.hpp"
 #include "morquil/device.hpp"
+#include "morquil/property.hpp"
+#include "morquil/property_changes.hpp"
 #include "morquil/session.hpp"

@@ -38,6 +38,13 @@ def interface_name(name):
     return identifier_of(name.removeprefix("IMorquil"))
 
 
+def property_set(interface, constants):
+    """The set that notifies of an interface's changes. A device's own set has a name of its own."""
+    feature = {"IMorquilDevice": "DeviceControl"}.get(interface, interface.removeprefix("IMorquil"))
+    constant = f"morquil{feature}PropertySetId"
+    return constant if constant in constants else ""
+
+
 def last_word(name):
     return re.findall(r"[A-Z][a-z]+|[A-Z]+(?![a-z])", name.removesuffix("3d"))[-1]
 

@@ -87,7 +87,7 @@ def merged(rows):
 def example(row):
     if not row["readable"]:
         return ""
-    return markdown.code(f"morquilctl get {row['name']}")
+    return markdown.code(f"morquilctl get {row['name']}") + ", in C++ " + markdown.code(f'device["{row["name"]}"].Text()')
 
 
 def entry(row, feature):

@@ -13,6 +13,7 @@
 
 #include "MorquilAPI.h"
 #include "MorquilDelivery.h"
+#include "MorquilWords.h"
 #include "system.h"
 
 /* ---- An object that the library can call: a table of functions, and a structure that begins with a pointer to it - */
@@ -110,6 +111,12 @@ static int AwaitReceipt(IMorquilDelivery* delivery, UINT64 receipt) {
     return 0;
 }
 
+/* A value from another version of the library may have no word here. */
+static const char* NameOf(_MorquilAPIVideoMode mode) {
+    const char* const word = MorquilVideoModeText(mode);
+    return word != NULL ? word : "another mode";
+}
+
 static int ChangeMode(IMorquilOutputConfiguration* output, IMorquilDelivery* delivery) {
     _MorquilAPIVideoMode mode = morquilAPIVideoModeNTSC;
     HRESULT result = IMorquilOutputConfiguration_GetVideoMode(output, &mode);
@@ -118,7 +125,7 @@ static int ChangeMode(IMorquilOutputConfiguration* output, IMorquilDelivery* del
     }
     const _MorquilAPIVideoMode wanted =
         mode == morquilAPIVideoMode1080p50 ? morquilAPIVideoMode720p50 : morquilAPIVideoMode1080p50;
-    printf("setting the output's video mode from number %d to number %d...\n", (int)mode, (int)wanted);
+    printf("setting the output's video mode from %s to %s...\n", NameOf(mode), NameOf(wanted));
     UINT64 receipt = 0;
     result = IMorquilDelivery_OpenReceipt(delivery, &observer, morquilReceiptThisThread, &receipt);
     if (SUCCEEDED(result)) {
@@ -132,7 +139,7 @@ static int ChangeMode(IMorquilOutputConfiguration* output, IMorquilDelivery* del
     const int status = AwaitReceipt(delivery, receipt);
     if (status == 0) {
         IMorquilOutputConfiguration_GetVideoMode(output, &mode);
-        printf("the device reports video mode number %d\n", (int)mode);
+        printf("the device reports %s\n", NameOf(mode));
     }
     return status;
 }

@@ -8,12 +8,12 @@
 #include <cstdio>
 #include <string>
 
+#include "MorquilWords.h"
 #include "discovery.h"
 #include "owned.h"
 #include "property_watcher.h"
 #include "receipt_watcher.h"
 #include "text.h"
-#include "video_mode_names.h"
 
 #ifdef __GNUC__
 #define PRINTF_LIKE __attribute__((format(printf, 1, 2)))
@@ -34,6 +34,12 @@ PRINTF_LIKE void Say(const char* format, ...) {
     va_end(arguments);
     std::printf("%s\n", text);
     std::fflush(stdout);
+}
+
+// A value from another version of the library may have no word here.
+const char* NameOf(_MorquilAPIVideoMode mode) {
+    const char* const word = MorquilVideoModeText(mode);
+    return word != nullptr ? word : "another mode";
 }
 
 bool Fail(const char* expected, const std::string& got) {

@@ -19,13 +19,6 @@ def load(path):
     return module
 
 
-def property_set(interface, constants):
-    """The set that notifies of an interface's changes. A device's own set has a name of its own."""
-    feature = {"IMorquilDevice": "DeviceControl"}.get(interface, interface.removeprefix("IMorquil"))
-    constant = f"morquil{feature}PropertySetId"
-    return constant if constant in constants else ""
-
-
 def has_function(layer, enumerations, method, parameters):
     """Whether the C++ layer has a function for a method."""
     simple = set(layer.NUMBERS) | set(enumerations) | {"BSTR"}
@@ -46,7 +39,7 @@ def lines(layer, idl):
         yield f'    static constexpr std::string_view name = "{name}";'
         yield "};"
     for name, methods in layer.read_interfaces(idl).items():
-        constant = property_set(name, enumerations["_MorquilPropertySetId"])
+        constant = layer.property_set(name, enumerations["_MorquilPropertySetId"])
         if not constant:
             continue
         cpp = layer.interface_name(name)

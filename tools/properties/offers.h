@@ -66,20 +66,7 @@ struct OutputMode {
     }
 };
 
-/// The number of picture lines in a frame, used to request the ranges that depend on it.
-constexpr unsigned FrameHeight(morquil::VideoMode mode) {
-    using Mode = morquil::VideoMode;
-    if (mode == Mode::NTSC || mode == Mode::NTSCp) {
-        return 486;
-    }
-    if (mode == Mode::PAL) {
-        return 576;
-    }
-    if (mode >= Mode::Mode720p5994 && mode <= Mode::Mode720p60) {
-        return 720;
-    }
-    return mode >= Mode::UHDp2398 ? 2160 : 1080;
-}
+using morquil::detail::FrameHeight;
 
 /// A range that depends on the frame height of a mode.
 template <auto range, class Mode>

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "morquil/call.hpp"
 #include "morquil/interfaces.hpp"
@@ -49,6 +50,9 @@ private:
     ConnectFailure reason_;
 };
 
+class Property;
+struct PropertyChange;
+
 /// One connection to one device: its own calls, its features (`device.VideoProcAmp()`), its changes. Copies share the
 /// connection. It ends when `Disconnect` is called, or when the last copy and everything that was made from one is
 /// gone. A connection can be used only once: see `Session` for one that reconnects.
@@ -58,6 +62,23 @@ public:
     Device(Pointer<IMorquilDiscovery> discovery, Pointer<IMorquilDevice> device,
            std::shared_ptr<const std::atomic<bool>> isConnected)
         : DeviceFeatures(std::move(device)), discovery_(std::move(discovery)), isConnected_(std::move(isConnected)) {}
+
+    /// The property `name`, such as "output.video-mode"; letters may differ in case.
+    /// Throws: NoSuchProperty.
+    template <class Text>
+    Property operator[](const Text& name) const;
+
+    /// The properties that `pattern` means: a name, the part of names before a point ("proc-amp"), or a name with * and
+    /// ? in it; none if nothing matches.
+    template <class Text = std::string_view>
+    std::vector<Property> Properties(const Text& pattern = "*") const;
+
+    /// Calls `handler` for every property that `pattern` means and that has another value than before, with its old and
+    /// its new value. Changes of this host are included, once the device has confirmed them.
+    /// Throws: NoSuchProperty if `pattern` means no property.
+    template <class Text>
+    Subscription OnPropertyChange(const Text& pattern, std::function<void(const PropertyChange&)> handler,
+                                  Executor executor = RunAtOnce()) const;
 
     /// Calls `handler` when the device has reported a change in a property set. The device's confirmation of this
     /// host's own change is not reported, except for the output configuration and the panel lock.

@@ -38,6 +38,18 @@ public:
     using Error::Error;
 };
 
+/// There is no property of this name.
+class NoSuchProperty : public Error {
+public:
+    using Error::Error;
+};
+
+/// A value that the device does not accept now, or a property that it does not have. Nothing has been queued.
+class NotOffered : public InvalidArgument {
+public:
+    using InvalidArgument::InvalidArgument;
+};
+
 /// A call that waits for the device, on the thread of the library that would have to report what became of it.
 class WouldDeadlock : public Error {
 public:

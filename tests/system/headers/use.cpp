@@ -6,6 +6,14 @@ std::string Use(const morquil::Device& device, const morquil::Session& session) 
     const auto change = [&] { amp.SetGain(amp.GetGainRange().max); };
     const morquil::Subscription reports = device.OnReport([](const morquil::Report&) {});
     const morquil::Subscription changes = device.OnChange(morquil::PropertySet::VideoProcAmp, [](auto) {});
+    const morquil::Subscription values =
+        device.OnPropertyChange("proc-amp", [](const morquil::PropertyChange& change) { change.after->Text(); });
+    const morquil::Property mode = device["output.video-mode"];
+    mode.Set(mode.Text());
+    mode.Apply(mode.Get<morquil::VideoMode>());
+    device["proc-amp.gain"].Set(device["proc-amp.gain"].GetRange<int>().max);
+    device["aspect.size-x"].Set(device.Properties("aspect").front().Get<double>());
+    device["timecode.start"].Set();
     const morquil::Subscription pending = device.ApplyAsync(change, [](const morquil::Outcome&) {});
     const morquil::Outcome later = device.ApplyAsync(change).get();
     const morquil::Outcome now = session.Apply([](const morquil::Device& current) { current.SetPanelLock(true); });

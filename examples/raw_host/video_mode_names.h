@@ -1,6 +1,0 @@
-#pragma once
-
-#include "MorquilAPI.h"
-
-/// What people call a video mode.
-const char* NameOf(_MorquilAPIVideoMode mode);

@@ -10,6 +10,7 @@ namespace {
 constexpr std::array routes{
     Route{"GET",    "/api/v1/me",         Right::See, &GetMe,         "Who is asking, and what they may do"},
     Route{"GET",    "/api/v1/properties", Right::See, &GetProperties, "All properties that devices have"},
+    Route{"GET",    "/api/v1/openapi.json", Right::See, &GetOpenApi,  "This document"},
 
     Route{"GET",    "/api/v1/devices",        Right::See,       &GetDevices,   "All devices"},
     Route{"POST",   "/api/v1/devices",        Right::EditFleet, &AddDevice,    "Adds a device"},

@@ -31,7 +31,8 @@ TEST(OpenApi, CoversEveryRouteWithAnExampleAndShapes) {
         };
         const auto examples = Gateway::ApiExamples();
         EXPECT_TRUE(std::any_of(examples.begin(), examples.end(), hasExample)) << route.method << " " << route.path;
-        EXPECT_TRUE(operation["responses"].size() > 1) << route.path;
+        EXPECT_EQ(operation.dump().find("schemas/Anything") != std::string::npos, route.path == "/api/v1/openapi.json")
+            << route.path;
     }
 }
 
@@ -93,10 +94,14 @@ TEST(OpenApi, EveryExampleIsAnsweredAsTheDocumentSays) {
     });
     ASSERT_TRUE(gateway.AwaitLink("converter-1", "connected").is_object());
     const Json document = gateway.Get("/api/v1/openapi.json").AsJson();
+    // Once there is a user, requests have to say who sends them.
+    const std::string token =
+        gateway.Send("POST", "/api/v1/tokens", R"({"name": "test", "role": "admin"})").AsJson()["token"];
+    const std::string bearer = "Authorization: Bearer " + token + "\r\n";
     std::map<std::string, std::string> kept;
     for (const ApiExample& example : Gateway::ApiExamples()) {
         const std::string body = Filled(example.body, kept);
-        const HttpAnswer answer = gateway.Send(std::string(example.method), Filled(example.target, kept), body);
+        const HttpAnswer answer = gateway.Send(std::string(example.method), Filled(example.target, kept), body, bearer);
         ASSERT_EQ(answer.status, example.status) << example.name << ": " << answer.body;
         const Json& operation = document["paths"][std::string(example.path)][MethodOf(example.method)];
         const Json& response = operation["responses"][std::to_string(example.status)];

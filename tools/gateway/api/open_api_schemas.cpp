@@ -83,6 +83,53 @@ constexpr std::string_view fixedSchemas = R"json({
 "SetResults": {"type": "object", "required": ["results"], "properties": {
     "results": {"type": "object", "additionalProperties": {"type": "object", "required": ["outcome", "status"],
         "properties": {"outcome": {"type": "string"}, "status": {"type": "integer"}}}}}},
+"SignIn": {"type": "object", "required": ["user", "password"], "properties": {
+    "user": {"type": "string"}, "password": {"type": "string"}}},
+"User": {"type": "object", "required": ["name", "role", "scopes"], "properties": {
+    "name": {"type": "string"}, "role": {"enum": ["viewer", "operator", "engineer", "admin"]},
+    "scopes": {"type": "array", "items": {"$ref": "#/components/schemas/Scope"}}}},
+"UserList": {"type": "object", "required": ["users"], "properties": {
+    "users": {"type": "array", "items": {"$ref": "#/components/schemas/User"}}}},
+"UserEdit": {"type": "object", "properties": {
+    "name": {"type": "string"}, "role": {"enum": ["viewer", "operator", "engineer", "admin"]},
+    "scopes": {"type": "array", "items": {"$ref": "#/components/schemas/Scope"}},
+    "password": {"type": "string", "writeOnly": true}}},
+"Token": {"type": "object", "required": ["id", "name", "role", "scopes", "created", "expires"], "properties": {
+    "id": {"type": "string"}, "name": {"type": "string"},
+    "role": {"enum": ["viewer", "operator", "engineer", "admin"]},
+    "scopes": {"type": "array", "items": {"$ref": "#/components/schemas/Scope"}},
+    "created": {"$ref": "#/components/schemas/Time"}, "expires": {"type": ["string", "null"]}}},
+"TokenList": {"type": "object", "required": ["tokens"], "properties": {
+    "tokens": {"type": "array", "items": {"$ref": "#/components/schemas/Token"}}}},
+"TokenEdit": {"type": "object", "required": ["name", "role"], "properties": {
+    "name": {"type": "string"}, "role": {"enum": ["viewer", "operator", "engineer", "admin"]},
+    "scopes": {"type": "array", "items": {"$ref": "#/components/schemas/Scope"}},
+    "expires": {"type": ["string", "null"], "format": "date-time"}}},
+"NewToken": {"type": "object", "required": ["id", "token"], "properties": {
+    "id": {"type": "string"}, "token": {"type": "string", "description": "Shown this once"}}},
+"Rows": {"type": "object", "required": ["rows", "next"], "properties": {
+    "rows": {"type": "array", "items": {"type": "object", "required": ["id", "time", "device", "property", "who"]}},
+    "next": {"type": ["string", "null"]}}},
+"Step": {"type": "object", "required": ["device", "property", "value"], "properties": {
+    "device": {"type": "string"}, "property": {"type": "string"}, "value": {"$ref": "#/components/schemas/AnyValue"}}},
+"Steps": {"type": "object", "required": ["steps"], "properties": {
+    "steps": {"type": "array", "items": {"$ref": "#/components/schemas/Step"}}}},
+"Capture": {"type": "object", "required": ["devices", "properties"], "properties": {
+    "devices": {"type": "array", "items": {"type": "string"}},
+    "properties": {"type": "array", "items": {"type": "string"}}}},
+"Salvo": {"type": "object", "required": ["name", "steps"], "properties": {
+    "name": {"type": "string"}, "label": {"type": "string"},
+    "steps": {"type": "array", "items": {"$ref": "#/components/schemas/Step"}},
+    "onFailure": {"enum": ["stop", "continue", "roll-back"]}}},
+"SalvoList": {"type": "object", "required": ["salvos"], "properties": {
+    "salvos": {"type": "array", "items": {"$ref": "#/components/schemas/Salvo"}}}},
+"RunSalvo": {"type": "object", "properties": {
+    "dryRun": {"type": "boolean"}, "onFailure": {"enum": ["stop", "continue", "roll-back"]}}},
+"Run": {"type": "object", "required": ["id", "salvo", "state", "steps"], "properties": {
+    "id": {"type": "string"}, "salvo": {"type": "string"},
+    "state": {"enum": ["running", "done", "failed", "rolled-back", "interrupted"]},
+    "steps": {"type": "array", "items": {"type": "object", "required": ["device", "property", "outcome"]}}}},
+"StartedRun": {"type": "object", "required": ["run"], "properties": {"run": {"$ref": "#/components/schemas/Run"}}},
 "Anything": {"type": ["object", "array"]}
 })json";
 

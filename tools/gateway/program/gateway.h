@@ -1,0 +1,67 @@
+// The gateway as a whole.
+#pragma once
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/signal_set.hpp>
+#include <string>
+#include <vector>
+
+#include "gateway/api/api.h"
+#include "gateway/web/server.h"
+
+namespace Morquil::Gateway {
+
+struct GatewaySettings {
+    Config config;
+    std::string configFile = {};  // to be read again; empty: there is none
+    std::string folder = {};      // for what is kept; empty: nothing is
+    std::string panelFolder = {};
+};
+
+/// Threads: one, the caller's.
+class Gateway {
+public:
+    explicit Gateway(GatewaySettings settings);
+    Gateway(const Gateway&) = delete;
+    Gateway& operator=(const Gateway&) = delete;
+    ~Gateway();
+
+    /// Occupies its port and connects the fleet.
+    /// Returns: why that is impossible; empty if all is well.
+    std::string Start();
+    /// "http://127.0.0.1:9880/"
+    std::string Url() const;
+
+    unsigned short Port() const { return server_.Port(); }
+
+    /// SIGTERM and SIGINT end it, SIGHUP reads the configuration again.
+    void HandleSignals();
+
+    /// Serves until it is stopped: for at most two seconds after that.
+    void Run();
+    /// Threads: any.
+    void RequestStop();
+
+private:
+    std::optional<Response> FileFor(const Request& request) const;
+    Response Health() const;
+    std::string LoadBook();
+    void AwaitSignal();
+    void OnSignal(int signal);
+    void Stop();
+
+    GatewaySettings settings_;
+    boost::asio::io_context context_{1};
+    Hub hub_;
+    Fleet fleet_;
+    FleetBook book_;
+    Services services_;
+    Api api_;
+    WebContext web_;
+    Server server_;
+    boost::asio::signal_set signals_;
+    Alarm end_;
+    bool isStopping_ = false;
+};
+
+}  // namespace Morquil::Gateway

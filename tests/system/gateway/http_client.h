@@ -80,6 +80,13 @@ public:
         return Await([name](const Event& event) { return event.name == name; });
     }
 
+    /// The next event that says that a link is in this state.
+    std::optional<Event> AwaitLink(std::string_view state) {
+        return Await([state](const Event& event) {
+            return event.data.contains("link") && event.data["link"]["state"] == state;
+        });
+    }
+
 private:
     HttpClient client_;
     int status_ = 0;

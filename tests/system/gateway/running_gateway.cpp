@@ -46,9 +46,7 @@ void RunningGateway::Stop() {
 
 Json RunningGateway::AwaitLink(const std::string& device, const std::string& state) const {
     EventClient events(port_, "?devices=" + device);
-    const auto event = events.Await([&](const EventClient::Event& candidate) {
-        return candidate.data.contains("link") && candidate.data["link"]["state"] == state;
-    });
+    const auto event = events.AwaitLink(state);
     return event ? event->data["link"] : Json();
 }
 

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <utility>
 
+#include "gateway/program/exposure.h"
 #include "gateway/text/log.h"
 #include "gateway/web/static_folder.h"
 
@@ -28,7 +29,8 @@ Gateway::Gateway(GatewaySettings settings)
       web_{context_, api_, hub_, settings_.config.server, [this](const Request& request) { return FileFor(request); }},
       server_(web_),
       signals_(context_),
-      end_(context_) {
+      end_(context_),
+      service_(context_) {
     hub_.Show(fleet_);
 }
 
@@ -37,12 +39,20 @@ Gateway::~Gateway() {
 }
 
 std::string Gateway::Start() {
-    for (const std::string& problem : {server_.LoadCertificate(), LoadBook(), server_.Listen()}) {
-        if (!problem.empty()) {
+    // Each only if all before it are well.
+    const std::function<std::string()> steps[] = {
+        [this] { return ExposureFault(settings_.config.server, true); },
+        [this] { return server_.LoadCertificate(); },
+        [this] { return LoadBook(); },
+        [this] { return server_.Listen(); },
+    };
+    for (const auto& step : steps) {
+        if (std::string problem = step(); !problem.empty()) {
             return problem;
         }
     }
     fleet_.Become(book_.Entries());
+    service_.Ready(Status());
     return {};
 }
 
@@ -108,9 +118,37 @@ void Gateway::AwaitSignal() {
 }
 
 void Gateway::OnSignal(int signal) {
-    if (signal != SIGHUP) {
+    if (signal == SIGHUP) {
+        Reload();
+    } else {
         Stop();
     }
+}
+
+std::string Gateway::Status() const {
+    return std::to_string(fleet_.All().size()) + " devices, at " + Url();
+}
+
+// What is wrong leaves everything as it is; what is not named in the new configuration is disconnected, and nothing
+// else.
+void Gateway::Reload() {
+    service_.Reloading();
+    if (!settings_.configFile.empty()) {
+        ConfigReading reading = ReadConfigFile(settings_.configFile);
+        if (const auto* const faults = std::get_if<std::vector<ConfigFault>>(&reading)) {
+            for (const ConfigFault& fault : *faults) {
+                Log(LogLevel::Error, "configuration not reloaded", {{"fault", fault.In(settings_.configFile)}});
+            }
+        } else {
+            book_.Configure(std::get<Config>(reading).devices);
+            fleet_.Become(book_.Entries());
+            Log(LogLevel::Info, "configuration reloaded", {{"devices", std::to_string(fleet_.All().size())}});
+        }
+    }
+    if (const std::string problem = server_.LoadCertificate(); !problem.empty()) {
+        Log(LogLevel::Error, "certificate not reloaded", {{"reason", problem}});
+    }
+    service_.Reloaded(Status());
 }
 
 void Gateway::Stop() {
@@ -118,6 +156,7 @@ void Gateway::Stop() {
         return;
     }
     Log(LogLevel::Info, "stopping");
+    service_.Stopping();
     hub_.End({}, "the gateway is stopping");
     end_.In(drainLimit, [this] { context_.stop(); });
     server_.Drain([this] { context_.stop(); });

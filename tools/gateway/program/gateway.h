@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "gateway/api/api.h"
+#include "gateway/program/service.h"
 #include "gateway/web/server.h"
 
 namespace Morquil::Gateway {
@@ -48,7 +49,9 @@ private:
     std::string LoadBook();
     void AwaitSignal();
     void OnSignal(int signal);
+    void Reload();
     void Stop();
+    std::string Status() const;
 
     GatewaySettings settings_;
     boost::asio::io_context context_{1};
@@ -61,6 +64,7 @@ private:
     Server server_;
     boost::asio::signal_set signals_;
     Alarm end_;
+    Service service_;
     bool isStopping_ = false;
 };
 

@@ -2,8 +2,6 @@
 
 #include <cstdio>
 #include <exception>
-#include <fstream>
-#include <iterator>
 
 #include "gateway/config/config.h"
 #include "gateway/program/demo_fleet.h"
@@ -25,14 +23,8 @@ void RaiseDescriptorLimit() {
 }
 
 /// Returns: nothing after it has printed what is wrong.
-std::optional<Config> ReadConfigFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        std::fprintf(stderr, "morquil-gateway: %s cannot be read\n", path.c_str());
-        return std::nullopt;
-    }
-    const std::string text((std::istreambuf_iterator<char>(file)), {});
-    ConfigReading reading = ReadConfig(text);
+std::optional<Config> TakeConfig(const std::string& path) {
+    ConfigReading reading = ReadConfigFile(path);
     if (Config* const config = std::get_if<Config>(&reading)) {
         return std::move(*config);
     }
@@ -71,7 +63,7 @@ int ServeDemo(const Options& options) {
 }
 
 int ServeConfigured(const Options& options) {
-    std::optional<Config> config = ReadConfigFile(options.configFile);
+    std::optional<Config> config = TakeConfig(options.configFile);
     if (!config || options.task == Options::Task::Check) {
         return config ? 0 : usageError;
     }

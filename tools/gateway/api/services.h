@@ -8,6 +8,7 @@
 #include "gateway/config/config.h"
 #include "gateway/fleet/fleet.h"
 #include "gateway/fleet/fleet_book.h"
+#include "gateway/metrics/metrics.h"
 #include "gateway/people/people.h"
 #include "gateway/salvos/salvos.h"
 #include "gateway/store/store.h"
@@ -25,6 +26,7 @@ struct Services {
     Store& store;
     People& people;
     Salvos& salvos;
+    Metrics& metrics;
 };
 
 }  // namespace Morquil::Gateway

@@ -26,6 +26,7 @@ gateway="libboost1.81-dev libssl-dev libtomlplusplus-dev libsqlitecpp-dev libsql
 windows="g++-mingw-w64-x86-64-posix wine wine64"
 testing="libgtest-dev libgmock-dev googletest"
 shells="zsh fish"
+transfer="curl"
 python="python3-pytest python3-hypothesis python3-coverage mypy"
 documenting="doxygen graphviz python3-sphinx python3-myst-parser furo python3-breathe"
 proofreading="hunspell hunspell-en-gb"
@@ -45,13 +46,13 @@ packages_for() {
         metrics) echo "prometheus" ;;
         test)
             echo "$compiling $tools $gateway $windows $testing $shells $python $documenting $proofreading $clang" \
-                "$formatting"
+                "$formatting $transfer"
             ;;
-        fuzz) echo "$compiling $clang" ;;
+        fuzz) echo "$compiling $tools $gateway $clang" ;;
         bench) echo "$compiling $tools $windows $benchmarking" ;;
         coverage) echo "$compiling $tools $testing $counting" ;;
         docs) echo "$compiling $tools $documenting" ;;
-        package) echo "$compiling $tools $windows $testing $documenting $packaging" ;;
+        package) echo "$compiling $tools $gateway $windows $testing $documenting $packaging" ;;
         lint) echo "$compiling $tools $testing $clang $formatting $linting" ;;
         *)
             echo "install-dependencies.sh: unknown purpose: $1; known are:$all_purposes" >&2

@@ -54,14 +54,19 @@ private:
 class Process {
 public:
     explicit Process(const std::vector<std::string>& arguments,
-                     const std::vector<std::pair<std::string, std::string>>& variables = {}) {
+                     const std::vector<std::pair<std::string, std::string>>& variables = {},
+                     const std::string& input = {}) {
         int ends[2];
+        int inputEnds[2];
         EXPECT_EQ(::pipe(ends), 0);
+        EXPECT_EQ(::pipe(inputEnds), 0);
         id_ = ::fork();
         if (id_ == 0) {
             for (const auto& [name, value] : variables) {
                 ::setenv(name.c_str(), value.c_str(), 1);
             }
+            ::dup2(inputEnds[0], STDIN_FILENO);
+            ::close(inputEnds[1]);
             ::dup2(ends[1], STDOUT_FILENO);
             ::dup2(ends[1], STDERR_FILENO);
             ::close(ends[0]);
@@ -75,6 +80,9 @@ public:
             ::_exit(126);
         }
         ::close(ends[1]);
+        ::close(inputEnds[0]);
+        EXPECT_EQ(::write(inputEnds[1], input.data(), input.size()), static_cast<ssize_t>(input.size()));
+        ::close(inputEnds[1]);
         output_ = ::fdopen(ends[0], "r");
     }
     ~Process() {
@@ -171,6 +179,49 @@ TEST(GatewayProgram, AReloadKeepsUnchangedDevicesConnected) {
     process.Signal(SIGHUP);
     EXPECT_NE(process.AwaitLine("configuration not reloaded"), "");
     EXPECT_EQ(HttpClient(port).Ask("GET", "/api/v1/devices").AsJson()["devices"].size(), 2U);
+}
+
+TEST(GatewayProgram, OpensToOtherMachinesOnceThereIsAUser) {
+    const TemporaryFolder folder;
+    const std::string config = folder.Make("g.toml", "[server]\naddress = \"0.0.0.0\"\nport = 0\ninsecure = true\n");
+    Process adding({"--config", config, "user", "add", "anna", "--role", "admin"}, {}, "correct horse battery\n");
+    EXPECT_EQ(adding.Wait(), 0);
+    Process token({"--config", config, "token", "add", "monitor", "--role", "viewer"});
+    const std::string line = token.AwaitLine("mqt_");
+    EXPECT_EQ(token.Wait(), 0);
+    Process process({"--config", config});
+    const std::uint16_t port = PortIn(process.AwaitLine("http://"));
+    EXPECT_EQ(HttpClient(port).Ask("GET", "/api/v1/devices").status, 401);
+    const std::string bearer = "Authorization: Bearer " + line.substr(0, line.find('\n')) + "\r\n";
+    EXPECT_EQ(HttpClient(port).Ask("GET", "/api/v1/devices", {}, bearer).status, 200);
+    EXPECT_EQ(HttpClient(port).Ask("POST", "/api/v1/devices", "{}", bearer).status, 403);
+}
+
+TEST(GatewayProgram, RefusesUsersThatMakeNoSense) {
+    const TemporaryFolder folder;
+    const std::string database = folder.PathOf("gateway.db");
+    Process weak({"user", "add", "anna", "--role", "admin", "--database", database}, {}, "short\n");
+    EXPECT_EQ(weak.Wait(), 1);
+    Process role({"user", "add", "anna", "--role", "king", "--database", database}, {}, "long enough\n");
+    EXPECT_EQ(role.Wait(), 2);
+}
+
+TEST(GatewayProgram, VerifiesAndCopiesItsDatabase) {
+    const TemporaryFolder folder;
+    const std::string database = folder.PathOf("gateway.db");
+    const std::string copy = folder.PathOf("copy.db");
+    Process adding({"user", "add", "anna", "--role", "admin", "--database", database}, {}, "correct horse battery\n");
+    ASSERT_EQ(adding.Wait(), 0);
+    Process verify({"verify", "--database", database});
+    EXPECT_NE(verify.AwaitLine("rows of the audit are intact"), "");
+    EXPECT_EQ(verify.Wait(), 0);
+    Process backup({"backup", copy, "--database", database});
+    EXPECT_EQ(backup.Wait(), 0);
+    Process again({"backup", copy, "--database", database});
+    EXPECT_EQ(again.Wait(), 1);
+    Process second({"user", "add", "anna", "--role", "admin", "--database", copy}, {}, "correct horse battery\n");
+    EXPECT_NE(second.AwaitLine("anna"), "");
+    EXPECT_EQ(second.Wait(), 1);
 }
 
 TEST(GatewayProgram, TheDemoServesASimulatedFleetAndEndsWithIt) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <future>
+
 #include "morquil.hpp"
 
 namespace Morquil::Testing {
@@ -29,6 +31,12 @@ RunningGateway::~RunningGateway() {
 void RunningGateway::Restart() {
     Stop();
     Start();
+}
+
+void RunningGateway::Reload() {
+    std::promise<void> reloaded;
+    gateway_->RequestReload([&] { reloaded.set_value(); });
+    reloaded.get_future().wait();
 }
 
 void RunningGateway::Start() {

@@ -27,6 +27,8 @@ public:
     const TemporaryFolder& Folder() const { return folder_; }
     /// Ends it and starts it anew in the same folder.
     void Restart();
+    /// Reads the configuration and the certificate again. Returns afterwards.
+    void Reload();
 
     HttpAnswer Get(const std::string& path) const { return HttpClient(port_).Ask("GET", path); }
     HttpAnswer Send(const std::string& method, const std::string& path, const std::string& body,

@@ -109,6 +109,8 @@ public:
     /// Takes what the store has kept. Returns: the names of documents that cannot be read; they are left alone.
     std::vector<std::string> Load(const Documents& users, const Documents& tokens);
 
+    /// Whether there is neither a user nor a token.
+    bool IsEmpty() const { return users_.empty() && tokens_.empty(); }
     /// Whether a request without a session and a token may do everything: it may be open, and there are no users.
     bool IsOpen() const;
 

@@ -56,6 +56,15 @@ Connection OpenForReading(const std::string& path) {
     return std::make_unique<SQLite::Database>(path, SQLite::OPEN_READONLY, busyMilliseconds);
 }
 
+Connection OpenUnchanging(const std::string& path) {
+    std::string escaped;
+    for (const char letter : path) {
+        escaped += letter == '%' ? "%25" : letter == '?' ? "%3f" : letter == '#' ? "%23" : std::string(1, letter);
+    }
+    return std::make_unique<SQLite::Database>("file:" + escaped + "?immutable=1",
+                                              SQLite::OPEN_READONLY | SQLite::OPEN_URI);
+}
+
 void Migrate(SQLite::Database& database, std::span<const char* const> migrations) {
     const std::int64_t version = Pragma(database, "PRAGMA user_version");
     if (version > std::int64_t(migrations.size())) {

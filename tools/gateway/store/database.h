@@ -19,6 +19,8 @@ using Connection = std::unique_ptr<SQLite::Database>;
 /// Throws: SQLite::Exception.
 Connection OpenForWriting(const std::string& path);
 Connection OpenForReading(const std::string& path);
+/// Reads the file as it is, without its log: where the log's files can neither be read nor made.
+Connection OpenUnchanging(const std::string& path);
 
 /// Runs the migrations that a database lacks, each in a transaction of its own that also counts it in `user_version`.
 /// Throws: SQLite::Exception, also if the database has more migrations than these.

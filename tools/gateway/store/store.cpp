@@ -1,5 +1,7 @@
 #include "gateway/store/store.h"
 
+#include <unistd.h>
+
 #include <atomic>
 #include <utility>
 
@@ -66,15 +68,24 @@ AuditPage ReadPage<Attempt>(SQLite::Database& database, const Query& query) {
     return ReadAuditPage(database, query);
 }
 
-Store::Documents ReadDocuments(const std::string& path, const std::string& collection) {
-    const Connection database = OpenForReading(path);
-    SQLite::Statement select(*database, "SELECT name, text FROM documents WHERE collection = ? ORDER BY name");
+Store::Documents ReadDocuments(SQLite::Database& database, const std::string& collection) {
+    SQLite::Statement select(database, "SELECT name, text FROM documents WHERE collection = ? ORDER BY name");
     select.bind(1, collection);
     Store::Documents documents;
     while (select.executeStep()) {
         documents.emplace_back(select.getColumn(0).getString(), select.getColumn(1).getString());
     }
     return documents;
+}
+
+// Nothing if the file cannot be read: `Store::Condition` says why.
+std::optional<Store::Documents> TryToRead(Connection (*open)(const std::string&), const std::string& path,
+                                          const std::string& collection) {
+    try {
+        return ReadDocuments(*open(path), collection);
+    } catch (const SQLite::Exception&) {
+        return std::nullopt;
+    }
 }
 
 }  // namespace
@@ -170,11 +181,13 @@ void Store::Erase(std::string collection, std::string name) {
 }
 
 std::optional<Store::Documents> Store::Load(const std::string& collection) const {
-    try {
-        return ReadDocuments(parts_->settings.path, collection);
-    } catch (const SQLite::Exception&) {
-        return std::nullopt;  // `Condition` says why
+    const std::string& path = parts_->settings.path;
+    if (auto documents = TryToRead(OpenForReading, path, collection)) {
+        return documents;
     }
+    // On a disk that is read-only, the log cannot be made. If there is one, the file alone would be out of date.
+    const bool hasLog = access((path + "-wal").c_str(), F_OK) == 0;
+    return hasLog ? std::nullopt : TryToRead(OpenUnchanging, path, collection);
 }
 
 void Store::ReadHistory(Query query, std::function<void(HistoryPage)> done) {

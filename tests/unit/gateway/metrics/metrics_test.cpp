@@ -16,9 +16,8 @@ using testing::Not;
 
 /// One of every figure.
 void Fill(Metrics& metrics) {
-    metrics.SetLink("cam-1", true, 0.25);
-    metrics.SetLink("cam-2", false, -1);
-    metrics.CountReconnect("cam-1");
+    metrics.SetLink("cam-1", true, 0.25, 1);
+    metrics.SetLink("cam-2", false, -1, 0);
     metrics.CountChange("confirmed", false);
     metrics.CountChange("refused", true);
     metrics.ObserveConfirm(0.003);
@@ -52,11 +51,13 @@ TEST(TheMetrics, HaveNoAgeForADeviceThatHasReportedNothing) {
 TEST(TheMetrics, ForgetARemovedDevice) {
     Metrics metrics;
     Fill(metrics);
-    metrics.Remove("cam-1");
-    metrics.Remove("cam-9");
+    metrics.ForgetOthers();
+    EXPECT_THAT(metrics.Text(), HasSubstr("cam-1"));
+    metrics.SetLink("cam-2", false, -1, 0);
+    metrics.ForgetOthers();
     EXPECT_THAT(metrics.Text(), Not(HasSubstr("cam-1")));
     EXPECT_THAT(metrics.Text(), HasSubstr("cam-2"));
-    metrics.SetLink("cam-1", true, 1);
+    metrics.SetLink("cam-1", true, 1, 0);
     EXPECT_THAT(metrics.Text(), HasSubstr("morquil_reconnects_total{device=\"cam-1\"} 0\n"));
 }
 

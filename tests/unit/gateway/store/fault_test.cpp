@@ -114,6 +114,22 @@ TEST_F(FaultyStore, StartsOnADiskThatIsFull) {
     EXPECT_EQ(History().rows.size(), 1U);
 }
 
+TEST_F(FaultyStore, StartsOnAReadOnlyDiskAndKnowsItsDocuments) {
+    Open();
+    store_->Put("users", "anna", "1");
+    store_.reset();
+    FaultyDisk::Set(Fault::ReadOnly);
+    Open();
+    EXPECT_EQ(store_->Condition().state, StoreState::ReadOnly);
+    EXPECT_THAT(store_->Load("users"), testing::Optional(testing::ElementsAre(testing::Pair("anna", "1"))));
+    store_->Put("users", "bert", "2");
+    EXPECT_FALSE(Flush());
+    FaultyDisk::Set(Fault::None);
+    while (!Flush()) {
+    }
+    EXPECT_EQ(store_->Load("users")->size(), 2U);
+}
+
 class DamagedStore : public StoreFixture {};
 
 TEST_F(DamagedStore, IsLeftAsItIsAndSaysSo) {

@@ -35,6 +35,9 @@ int Write(sqlite3_file* file, const void* bytes, int count, sqlite3_int64 offset
 }
 
 int MapShared(sqlite3_file* file, int page, int size, int extend, void volatile** memory) {
+    if (fault.load() == FaultyDisk::Fault::ReadOnly) {
+        return SQLITE_CANTOPEN;
+    }
     return Forward<&sqlite3_io_methods::xShmMap>(file, page, size, extend, memory);
 }
 
@@ -64,6 +67,12 @@ sqlite3_io_methods Methods() {
 int Open(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* given) {
     static const sqlite3_io_methods methods = Methods();
     file->pMethods = nullptr;
+    if (fault.load() == FaultyDisk::Fault::ReadOnly) {
+        if ((flags & SQLITE_OPEN_MAIN_DB) == 0) {
+            return SQLITE_CANTOPEN;
+        }
+        flags = (flags & ~(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE)) | SQLITE_OPEN_READONLY;
+    }
     RealOf(file)->pMethods = nullptr;
     const int result = real->xOpen(real, name, RealOf(file), flags, given);
     if (RealOf(file)->pMethods != nullptr) {

@@ -24,7 +24,7 @@ KINDS = {"int": "Number", "unsigned int": "Number", "double": "Decimal", "long":
 LIMITS = {"int": (-(2**31), 2**31 - 1), "unsigned int": (0, 2**32 - 1)}
 
 ROW = re.compile(r"rows\.(Setting|Settings|Reading|Command)(?=<)")
-MODIFIERS = r"\.(As|In|AtMost)\(([\w:]+)\)"
+MODIFIERS = r"\.(As|In|AtMost|ChangingModes)\(([\w:]*)\)"
 
 
 class Row(NamedTuple):
@@ -86,7 +86,7 @@ class Reader:
     def rows(self, text):
         """The rows of one source, in its order."""
         text = re.sub(r"//[^\n]*", "", text)
-        parts = re.split(r"using F = morquil::(?:features::)?(\w+);\s*FeatureRows<F> rows\(all, \"([\w-]+)\"\);", text)
+        parts = re.split(r"using F = morquil::(?:features::)?(\w+);\s*FeatureRows<F> rows\(all, \"([\w-]+)\"[\w:, ]*\);", text)
         if len(ROW.findall(parts[0])):
             raise ValueError("a row before the beginning of its feature")
         for owner, beginning, body in zip(parts[1::3], parts[2::3], parts[3::3]):

@@ -7,7 +7,7 @@ std::string Use(const morquil::Device& device, const morquil::Session& session) 
     const morquil::Subscription reports = device.OnReport([](const morquil::Report&) {});
     const morquil::Subscription changes = device.OnChange(morquil::PropertySet::VideoProcAmp, [](auto) {});
     const morquil::Subscription values =
-        device.OnPropertyChange("proc-amp", [](const morquil::PropertyChange& change) { change.after->Text(); });
+        device.OnPropertyChange("proc-amp", [](const morquil::PropertyChange& one) { one.after->Text(); });
     const morquil::Property mode = device["output.video-mode"];
     mode.Set(mode.Text());
     mode.Apply(mode.Get<morquil::VideoMode>());

@@ -23,6 +23,7 @@ windows="g++-mingw-w64-x86-64-posix wine wine64"
 testing="libgtest-dev libgmock-dev googletest"
 shells="zsh fish"
 python="python3-pytest python3-hypothesis python3-coverage mypy"
+dotnet="mono-mcs mono-runtime unzip"
 documenting="doxygen graphviz python3-sphinx python3-myst-parser furo python3-breathe"
 proofreading="hunspell hunspell-en-gb"
 clang="clang libclang-rt-14-dev"
@@ -37,12 +38,12 @@ packages_for() {
     case "$1" in
         build) echo "$compiling $tools" ;;
         demo) echo "$compiling $tools $windows" ;;
-        test) echo "$compiling $tools $windows $testing $shells $python $documenting $proofreading $clang $formatting" ;;
+        test) echo "$compiling $tools $windows $testing $shells $python $dotnet $documenting $proofreading $clang $formatting" ;;
         fuzz) echo "$compiling $clang" ;;
-        bench) echo "$compiling $tools $windows $benchmarking" ;;
+        bench) echo "$compiling $tools $windows $dotnet $benchmarking" ;;
         coverage) echo "$compiling $tools $testing $counting" ;;
         docs) echo "$compiling $tools $documenting" ;;
-        package) echo "$compiling $tools $windows $testing $documenting $packaging" ;;
+        package) echo "$compiling $tools $windows $testing $dotnet $documenting $packaging" ;;
         lint) echo "$compiling $tools $testing $clang $formatting $linting" ;;
         *)
             echo "install-dependencies.sh: unknown purpose: $1; known are:$all_purposes" >&2

@@ -3,7 +3,7 @@
 #   ./test.sh [--long]
 # --long also runs the tools' tests with sanitizers, lives 20,000 simulated lives instead of 1,000, connects 20,000 times
 # (2,000 times under Wine), makes the packages, installs them elsewhere and builds the examples against them, follows the
-# quick start, and lets the Python package connect, restart and recover for long. What single presets do:
+# quick start, and lets the Python and the C# package connect, restart and recover for long. What single presets do:
 # cmake --list-presets=all
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -73,6 +73,7 @@ if [ -n "$long" ]; then
     check windows-packages scripts/check-packages.sh windows
     check quick-start scripts/check-quick-start.py clone .
     check python scripts/check-python.sh build/native --long
+    check dotnet scripts/check-dotnet.sh build/native --long
 fi
 
 scripts/count-tests.py --more "$checks_passed" "$checks_failed" "${runs[@]}"

@@ -1,3 +1,4 @@
+//   morquil-bench-apply ADDRESS
 // Sets a value through the C++ layer and waits until the device has confirmed it. Another program measures its own way
 // in turn: for each line of standard input, which is a number, this one sets so many times, and prints the microseconds
 // of each on one line.
@@ -5,10 +6,10 @@
 #include <iostream>
 #include <morquil.hpp>
 
-int main() {
+int main(int, char** arguments) {
     const morquil::Apartment apartment;
     morquil::SilenceLibrary();
-    const morquil::Device device = morquil::Connect("127.0.0.1");
+    const morquil::Device device = morquil::Connect(arguments[1]);
     const auto amp = device.VideoProcAmp();
     int gain = 0;
     for (int count = 0; std::cin >> count;) {

@@ -25,10 +25,24 @@ morquil_benchmark(receipts receipts.cpp)
 target_link_libraries(morquil-bench-receipts PRIVATE MorquilBenchConnection)
 
 if(NOT WIN32)
-    # For python_layer.py.
+    # For python_layer.py and dotnet_layer.py.
     morquil_benchmark(apply apply.cpp)
     target_link_libraries(morquil-bench-apply PRIVATE MorquilCpp)
     set_target_properties(morquil-bench-apply PROPERTIES CXX_STANDARD 17)
+    if(TARGET MorquilDotnetAssembly)
+        set(assembly ${PROJECT_BINARY_DIR}/bindings/dotnet/Morquil.dll)
+        set(program ${CMAKE_CURRENT_BINARY_DIR}/dotnet/apply.exe)
+        add_custom_command(
+            OUTPUT ${program}
+            COMMAND ${CMAKE_COMMAND} -E make_directory dotnet
+            COMMAND ${MORQUIL_MCS} -nologo -optimize -r:${assembly} -out:${program}
+                    ${CMAKE_CURRENT_SOURCE_DIR}/apply.cs
+            COMMAND ${CMAKE_COMMAND} -E copy ${assembly} dotnet
+            DEPENDS apply.cs ${assembly} VERBATIM)
+        add_custom_target(morquil-bench-apply-dotnet DEPENDS ${program})
+        add_dependencies(morquil-bench-apply-dotnet MorquilDotnetAssembly)
+        add_dependencies(morquil-bench morquil-bench-apply-dotnet)
+    endif()
 endif()
 
 morquil_benchmark(echo-output echo_output.cpp)

@@ -4,7 +4,7 @@ layer (morquil-bench-apply) on the same device.
 
     python_layer.py BUILD --benchmark_out=FILE
 
-BUILD has the library, the package and the benchmarks. A device answers at 127.0.0.1. README.md describes the results.
+BUILD has the library, the package and the benchmarks. morquil-bench-device is running. README.md describes the results.
 """
 import json
 import os
@@ -15,6 +15,7 @@ import sys
 import time
 
 ROUNDS, SETS, GETS = 40, 100, 20_000
+ADDRESS = "127.98.0.1"  # one of those of morquil-bench-device
 
 
 def seconds_of(function):
@@ -61,8 +62,8 @@ def main():
     import morquil
 
     pipe = subprocess.PIPE
-    with morquil.Device.connect("127.0.0.1") as device, \
-            subprocess.Popen([build / "bench/morquil-bench-apply"], stdin=pipe, stdout=pipe, text=True) as program:
+    with morquil.Device.connect(ADDRESS) as device, \
+            subprocess.Popen([build / "bench/morquil-bench-apply", ADDRESS], stdin=pipe, stdout=pipe, text=True) as program:
         amp = device.video_proc_amp
         typed, named = getter(amp.get_gain), getter(lambda: device.get("proc-amp.gain"))
         own, other = sets(device, program)

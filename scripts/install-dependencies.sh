@@ -28,6 +28,7 @@ testing="libgtest-dev libgmock-dev googletest"
 shells="zsh fish"
 transfer="curl"
 python="python3-pytest python3-hypothesis python3-coverage mypy"
+dotnet="mono-mcs mono-runtime unzip"
 documenting="doxygen graphviz python3-sphinx python3-myst-parser furo python3-breathe"
 proofreading="hunspell hunspell-en-gb"
 clang="clang libclang-rt-14-dev"
@@ -45,14 +46,14 @@ packages_for() {
         gateway) echo "$compiling $tools $gateway" ;;
         metrics) echo "prometheus" ;;
         test)
-            echo "$compiling $tools $gateway $windows $testing $shells $python $documenting $proofreading $clang" \
+            echo "$compiling $tools $gateway $windows $testing $shells $python $dotnet $documenting $proofreading $clang" \
                 "$formatting $transfer"
             ;;
         fuzz) echo "$compiling $tools $gateway $clang" ;;
-        bench) echo "$compiling $tools $windows $benchmarking" ;;
+        bench) echo "$compiling $tools $windows $dotnet $benchmarking" ;;
         coverage) echo "$compiling $tools $testing $counting" ;;
         docs) echo "$compiling $tools $documenting" ;;
-        package) echo "$compiling $tools $gateway $windows $testing $documenting $packaging" ;;
+        package) echo "$compiling $tools $gateway $windows $testing $dotnet $documenting $packaging" ;;
         lint) echo "$compiling $tools $testing $clang $formatting $linting" ;;
         *)
             echo "install-dependencies.sh: unknown purpose: $1; known are:$all_purposes" >&2

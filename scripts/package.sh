@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# Makes the release packages, in build/packages: Debian packages, Python packages and a Windows zip.
+# Makes the release packages, in build/packages: Debian packages, Python packages, a NuGet package and a Windows zip.
 #   scripts/package.sh            all of them
 #   scripts/package.sh debian     libmorquilapi1, libmorquilapi-dev, morquilapi-tools, morquil-gateway, morquilapi-doc,
 #                                 python3-morquil
 #   scripts/package.sh python     a wheel and a source distribution for Python
+#   scripts/package.sh dotnet     a NuGet package for C#
 #   scripts/package.sh windows    MorquilAPI-VERSION-windows-x64.zip
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -68,18 +69,26 @@ build_meta.build_sdist('$packages')
 build_meta.build_wheel('$packages')"
 }
 
+package_dotnet() {
+    build native -- --target MorquilDotnetAssembly
+    rm -f "$packages"/Morquil.*.nupkg
+    run_logged build/logs/package-dotnet.log bindings/dotnet/pack.py build/native "$packages"
+}
+
 scripts/install-dependencies.sh package
 case "${1:-all}" in
     debian) package_debian ;;
     windows) package_windows ;;
     python) package_python ;;
+    dotnet) package_dotnet ;;
     all)
         package_debian
         package_python
+        package_dotnet
         package_windows
         ;;
     *)
-        echo "usage: scripts/package.sh [debian|python|windows]" >&2
+        echo "usage: scripts/package.sh [debian|python|dotnet|windows]" >&2
         exit 2
         ;;
 esac

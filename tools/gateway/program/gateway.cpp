@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "gateway/text/log.h"
+#include "gateway/web/panel_page.h"
 #include "gateway/web/static_folder.h"
 
 namespace Morquil::Gateway {
@@ -77,7 +78,7 @@ std::optional<Response> Gateway::FileFor(const Request& request) const {
     if (request.path == "/healthz") {
         return Health();
     }
-    return settings_.panelFolder.empty() ? std::nullopt : ReadFromFolder(settings_.panelFolder, request);
+    return settings_.panelFolder.empty() ? PanelResponse(request) : ReadFromFolder(settings_.panelFolder, request);
 }
 
 Response Gateway::Health() const {

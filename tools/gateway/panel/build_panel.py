@@ -49,16 +49,16 @@ def make_modules(package):
     plot = SOURCE / "vendor" / "uplot.js"
     sources[plot] = plot_package.module_of(package) if package else plot_package.WITHOUT_PLOT
     made = modules.Modules(sources)
-    first = made.name_of(SOURCE / "main.js")
-    unused = [path.name for path in sources if path.name not in ("uplot.js",) and not made.has(path)]
+    main = SOURCE / "main.js"
+    first = made.name_of(main)
+    unused = [path.name for path in sources if not made.has(path)]
     if unused:
         raise ValueError("nothing imports " + ", ".join(unused))
-    return made.files, first
+    return made.files, first, made.needed_by(main)
 
 
-def make_page(styles, icon, files, first):
-    preloads = "".join(f'<link rel="modulepreload" href="/{name}">\n' for name in sorted(files)
-                       if name != first and not name.startswith(("uplot.", "plot.")))
+def make_page(styles, icon, first, needed):
+    preloads = "".join(f'<link rel="modulepreload" href="/{name}">\n' for name in sorted(needed - {first}))
     page = (SOURCE / "index.html").read_text(encoding="utf-8")
     for mark, text in (("@STYLES@", styles), ("@ICON@", icon), ("@MAIN@", first), ("@PRELOADS@\n", preloads)):
         page = page.replace(mark, text)
@@ -70,10 +70,10 @@ def make_files(package):
     icon_name = modules.hashed_name(pathlib.PurePath("icon.svg"), icon)
     styles = make_styles(package)
     styles_name = modules.hashed_name(pathlib.PurePath("panel.css"), styles)
-    scripts, first = make_modules(package)
+    scripts, first, needed = make_modules(package)
     files = [make_file(f"/{name}", content) for name, content in scripts.items()]
     files += [make_file(f"/{styles_name}", styles), make_file(f"/{icon_name}", icon),
-              make_file("/", make_page(styles_name, icon_name, scripts, first), immutable=False)]
+              make_file("/", make_page(styles_name, icon_name, first, needed), immutable=False)]
     if package:
         files.append(make_file("/licences.txt", (package / "LICENSE").read_bytes(), immutable=False))
     return files

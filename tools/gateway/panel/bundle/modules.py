@@ -30,10 +30,6 @@ def hashed_name(path, content):
     return f"{path.stem}.{digest}{path.suffix}"
 
 
-def imports_of(path, text):
-    return [(path.parent / found["path"]).resolve() for found in _IMPORT.finditer(text)]
-
-
 class Modules:
     """Gives every module its name, its imports first."""
 
@@ -41,6 +37,7 @@ class Modules:
         self._sources = {path.resolve(): text for path, text in sources.items()}
         self._names = {}
         self._under_way = []
+        self._needs = {}  # a module to those without which it does not start
         self.files = {}
 
     def name_of(self, path):
@@ -61,10 +58,26 @@ class Modules:
     def has(self, path):
         return path.resolve() in self._names
 
+    def needed_by(self, path):
+        """The names of all modules that a module needs to start, itself included."""
+        found = set()
+        waiting = [path.resolve()]
+        while waiting:
+            each = waiting.pop()
+            if each not in found:
+                found.add(each)
+                waiting += self._needs[each]
+        return {self._names[each] for each in found}
+
     def _rewrite(self, path):
+        needs = self._needs.setdefault(path, [])
+
         def replace(found):
-            target = self.name_of(path.parent / found["path"])
-            return f"{found['before']}'./{target}'"
+            target = (path.parent / found["path"]).resolve()
+            name = self.name_of(target)
+            if found["before"] != "import(":
+                needs.append(target)
+            return f"{found['before']}'./{name}'"
 
         return _IMPORT.sub(replace, self._sources[path])
 

@@ -50,6 +50,11 @@ export class DeviceCompare {
         }
     }
 
+    /** The names of the devices whose changes it shows. */
+    get watched() {
+        return [this.#other];
+    }
+
     update() {
         this.#showDifferences();
     }

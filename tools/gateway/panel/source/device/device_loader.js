@@ -9,7 +9,8 @@ export class DeviceLoader {
     #name;
     /** @type {Set<string>} */
     #asked = new Set();
-    #running = 0;
+    /** @type {Set<string>} */
+    #running = new Set();
 
     /** @param {string} name */
     constructor(name) {
@@ -30,14 +31,14 @@ export class DeviceLoader {
     wantOffers(properties) {
         const model = fleet.find(this.#name);
         if (model?.isConnected) {
-            properties.filter((property) => property.offer && !model.offers.has(property.name)).forEach((property) => this.#asked.add(property.name));
+            properties.filter((property) => property.offer && !model.offers.has(property.name) && !this.#running.has(property.name)).forEach((property) => this.#asked.add(property.name));
             this.#runNext();
         }
     }
 
     #runNext() {
         const [next] = this.#asked;
-        if (next !== undefined && this.#running < atATime) {
+        if (next !== undefined && this.#running.size < atATime) {
             this.#asked.delete(next);
             this.#ask(next);
             this.#runNext();
@@ -46,13 +47,12 @@ export class DeviceLoader {
 
     /** @param {string} property */
     async #ask(property) {
-        this.#running++;
-        const model = fleet.find(this.#name);
-        model?.offers.set(property, null);
+        this.#running.add(property);
         const answer = await get(pathOf('devices', this.#name, 'properties', property));
-        this.#running--;
-        if (answer.ok && model?.isConnected) {
-            model.offers.set(property, answer.body.offer ?? null);
+        this.#running.delete(property);
+        const model = fleet.find(this.#name);
+        if (answer.status !== 0 && model?.isConnected) {
+            model.offers.set(property, answer.body?.offer ?? null);
             fleet.touch(this.#name);
         }
         this.#runNext();

@@ -21,7 +21,7 @@ export class DeviceView extends Component {
     #head = new DeviceHead(this.#name);
     #tabs = make('nav', { class: 'groups', 'aria-label': t('device.groups') });
     #content = make('div', { class: 'group-content' });
-    /** @type {{update(model: import('../model/device_model.js').DeviceModel): void, element: HTMLElement, properties: import('../types').Property[]}[]} */
+    /** @type {{update(model: import('../model/device_model.js').DeviceModel): void, element: HTMLElement, properties: import('../types').Property[], watched?: string[]}[]} */
     #sections = [];
     #shownGroup = '';
 
@@ -30,7 +30,7 @@ export class DeviceView extends Component {
         this.listenTo(window, 'hashchange', () => this.#show());
         this.listenTo(document, 'keydown', (event) => this.#onKey(event));
         this.listenTo(events, 'state', () => streamState() === 'live' && this.#loader.loadAll());
-        this.whenGone(fleet.listen((names) => names.has(this.#name) || names.has(fleetItself) ? this.#update() : undefined));
+        this.whenGone(fleet.listen((names) => this.#watched().some((name) => names.has(name)) ? this.#update() : undefined));
         this.whenGone(() => this.#loader.stop());
         this.#show();
         if (!await this.#loader.loadAll()) {
@@ -95,6 +95,10 @@ export class DeviceView extends Component {
         this.#head.update(model);
         this.#sections.forEach((section) => section.update(model));
         this.#loader.wantOffers(this.#shownProperties());
+    }
+
+    #watched() {
+        return [this.#name, fleetItself, ...this.#sections.flatMap((section) => section.watched ?? [])];
     }
 
     #shownProperties() {

@@ -38,7 +38,8 @@ export class PropertyRow {
         const detail = model.details.get(this.#property.name);
         this.#shapeControl(model, model.offers.get(this.#property.name));
         this.#control?.show(model.value(this.#property.name));
-        const why = whyNot(model, this.#property);
+        const isAsking = this.#property.offer !== undefined && !model.offers.has(this.#property.name);
+        const why = whyNot(model, this.#property) || (isAsking ? t('control.asking') : '');
         this.#control?.enable(!why, why);
         const attempt = changes.attempt(device, this.#property.name);
         this.#attempt.show(attempt);

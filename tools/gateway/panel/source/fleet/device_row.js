@@ -48,7 +48,8 @@ export class DeviceRow {
         setAttribute(this.#link.element, 'title', device.link.sentence);
         setText(this.#name, device.label || device.name);
         setAttribute(this.#name, 'href', linkTo('device', [device.name]));
-        setText(this.#model, [device.name, device.model].filter(Boolean).join(' \u00b7 '));
+        setText(this.#model, device.label ? device.name : '');
+        setAttribute(this.#name, 'title', [device.model, device.address].filter(Boolean).join(', '));
         this.#updateSummary(device.summary);
         this.#updateAlarms(model);
         this.#updateChange(device.lastChange);
@@ -101,7 +102,7 @@ function makeMark() {
         /** @param {import('../dom/icons.js').Icon | null} name @param {string} words @param {string} tone */
         set(name, words, tone) {
             setAttribute(element, 'class', `mark tone-${tone}`);
-            setAttribute(icon, 'hidden', !name || !words);
+            element.hidden = !words;
             if (name) {
                 setIcon(icon, name);
             }

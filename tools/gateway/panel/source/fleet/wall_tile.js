@@ -6,6 +6,8 @@ import { makeIcon, setIcon } from '../dom/icons.js';
 import { conditionsOf, toneOf } from './conditions.js';
 import { markOf } from './link_mark.js';
 
+const fewestLetters = 8; // a name of so many letters has the largest type
+
 /** One device on the wall: its name, its output, and in words what is wrong. */
 export class WallTile {
     #icon = makeIcon('live');
@@ -24,6 +26,7 @@ export class WallTile {
         setAttribute(this.element, 'data-link', device.link.state);
         setIcon(this.#icon, worst.icon);
         setText(this.#label, device.label || device.name);
+        this.element.style.setProperty('--letters', String(Math.max(fewestLetters, (device.label || device.name).length)));
         setText(this.#formats, model.isConnected ? t('tile.formats', { input: valueText(device.summary.input), output: valueText(device.summary.output) }) : '');
         setText(this.#condition, conditions.length ? conditions.map((mark) => mark.text).join(', ') : device.enabled ? '' : worst.text);
     }

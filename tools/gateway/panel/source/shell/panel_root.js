@@ -4,16 +4,9 @@ import { Component } from '../dom/component.js';
 import { append, make } from '../dom/element.js';
 import { noticeArea } from './notices.js';
 import { currentRoute } from './routes.js';
+import { loadAllViews, loadView } from './views.js';
 import './top_bar.js';
-import '../fleet/fleet_view.js';
-import '../device/device_view.js';
-import '../history/history_view.js';
-import '../salvos/salvos_view.js';
-import '../people/people_view.js';
 import '../people/sign_in.js';
-
-/** @type {Record<string, string>} */
-const views = { fleet: 'fleet-view', device: 'device-view', history: 'history-view', salvos: 'salvos-view', people: 'people-view' };
 
 /** The whole panel: the bar, and the view that the address names. */
 export class PanelRoot extends Component {
@@ -45,12 +38,12 @@ export class PanelRoot extends Component {
         this.#main.replaceChildren(document.createElement('sign-in'));
     }
 
-    #show() {
-        if (!this.#isSignedIn) {
+    async #show() {
+        const { view, parts } = currentRoute();
+        const name = await loadView(view);
+        if (!this.#isSignedIn || currentRoute().view !== view) {
             return;
         }
-        const { view, parts } = currentRoute();
-        const name = views[view] ?? views.fleet;
         const key = `${name} ${view === 'device' ? parts[0] : ''}`;
         if (this.#main.dataset.shown === key && this.#main.firstElementChild?.localName === name) {
             return;
@@ -58,6 +51,7 @@ export class PanelRoot extends Component {
         this.#main.dataset.shown = key;
         this.#main.replaceChildren(document.createElement(name));
         scrollTo(0, 0);
+        loadAllViews();
     }
 }
 

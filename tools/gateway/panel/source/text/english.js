@@ -113,6 +113,7 @@ export const english = Object.freeze({
     'settings.loaded': 'The settings are loaded.',
     'control.enter': 'Enter applies, Esc cancels',
     'control.not-offered': '{value} (not offered now)',
+    'control.asking': 'Asking what the device offers',
     'control.slider': '{label}, slider',
     'control.range': '{min} \u2026 {max}',
     'control.too-long': 'At most {bytes} bytes',

@@ -78,12 +78,14 @@ class Devices:
 class Gateway:
     """A gateway with a configuration of its own; `restart` keeps its port."""
 
-    def __init__(self, build, folder, devices, label=lambda number: f"Converter {number}"):
+    rooms = ("Studio A", "Studio B", "Playout", "OB van")
+
+    def __init__(self, build, folder, devices, label=lambda number: f"Converter {number}",
+                 room=lambda number: Gateway.rooms[number % 4]):
         self._build = build
         self._config = pathlib.Path(folder) / "gateway.toml"
-        rooms = ["Studio A", "Studio B", "Playout", "OB van"]
         entries = [f'[[device]]\nname = "converter-{number}"\nlabel = {json.dumps(label(number))}\naddress = "{devices.address(number)}"\n'
-                   f'room = "{rooms[number % 4]}"\ntags = ["{"uhd" if number % 3 == 0 else "hd"}"]\n'
+                   f'room = "{room(number)}"\ntags = ["{"uhd" if number % 3 == 0 else "hd"}"]\n'
                    for number in range(1, devices.count + 1)]
         self._config.write_text(f'[store]\nfolder = "{folder}"\n\n' + "\n".join(entries), encoding="utf-8")
         self._port = 0

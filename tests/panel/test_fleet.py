@@ -95,4 +95,4 @@ def test_a_front_panel_change_is_on_the_page_within_200_ms(panel, devices):
 def test_a_row_says_what_changed_last_and_who_did_it(panel, devices):
     devices.command(4, "set VIDEO PROC AMP Hue 9")
     panel.wait_for_text(row.format(4), "Hue 9")
-    panel.wait_for_text(row.format(4), "front panel")
+    panel.wait_for_text(row.format(4), "elsewhere")

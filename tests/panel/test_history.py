@@ -14,8 +14,9 @@ def history(panel, gateway, devices):
     """Device 1 has been changed at its front panel and through the gateway."""
     put(gateway, "proc-amp.gain", 20)
     devices.command(1, "set VIDEO PROC AMP Gain 30")
-    devices.command(1, "set VIDEO INPUT Signal present false")
-    devices.command(1, "set VIDEO INPUT Signal present true")
+    for present in ("false", "true"):
+        devices.command(1, f"set VIDEO INPUT Signal present {present}")
+        panel.wait_for_text(".device-row:has([href$='/converter-1'])", "Present" if present == "true" else "No signal")
     put(gateway, "proc-amp.gain", 0)
     panel.go("#/history?device=converter-1")
     panel.wait_for_text("history-view", "Gain")

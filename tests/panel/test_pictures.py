@@ -4,6 +4,7 @@ import io
 import json
 import os
 import pathlib
+import threading
 import urllib.request
 
 import pytest
@@ -12,9 +13,11 @@ from processes import Devices, Gateway
 
 folder = pathlib.Path(__file__).resolve().parents[2] / "docs" / "pictures"
 sizes = {"phone": (360, 740), "desk": (1440, 900), "4k": (3840, 2160)}
-colours = 64
+colours = 128
 labels = ["Ingest 1", "Ingest 2", "Studio A main", "Studio A reserve", "Studio B main", "Studio B reserve", "Playout 1", "Playout 2",
           "OB van 1", "OB van 2", "Archive", "Weather"]
+rooms = ["Apparatus room", "Apparatus room", "Studio A", "Studio A", "Studio B", "Studio B", "Playout", "Playout",
+         "Outside broadcast", "Outside broadcast", "Apparatus room", "Studio A"]
 
 views = {
     "fleet": "#/fleet", "wall": "#/fleet", "device": "#/device/converter-3/output", "picture": "#/device/converter-3/picture",
@@ -32,7 +35,7 @@ everything = [(view, theme, size) for view in views for theme in ("dark", "light
 @pytest.fixture(scope="module")
 def fleet(build, tmp_path_factory):
     devices = Devices(build, len(labels), network=94)
-    gateway = Gateway(build, tmp_path_factory.mktemp("pictures"), devices, label=lambda number: labels[number - 1])
+    gateway = Gateway(build, tmp_path_factory.mktemp("pictures"), devices, label=lambda number: labels[number - 1], room=lambda number: rooms[number - 1])
     gateway.wait_for_devices(len(labels))
     fill(gateway, devices)
     yield gateway
@@ -45,12 +48,20 @@ def send(gateway, method, path, body):
     urllib.request.urlopen(request).close()
 
 
+def pause():
+    """So that the changes are not all at one place of the time axis."""
+    threading.Event().wait(2)
+
+
 def fill(gateway, devices):
     """A morning's work: knobs turned, a signal lost, a device switched off."""
     for value in (4, 9, 15, 11, 6, 2, -3, 1, 8):
         devices.command(3, f"set VIDEO PROC AMP Gain {value}")
-        send(gateway, "PUT", "devices/converter-3/properties/proc-amp.gain?wait=confirmed", {"value": value + 1})
+        pause()
+        send(gateway, "PUT", "devices/converter-3/properties/proc-amp.gain?wait=confirmed", {"value": value + 5})
+        pause()
     send(gateway, "PUT", "devices/converter-3/properties/output.video-mode?wait=confirmed", {"value": "1080p50"})
+    pause()
     send(gateway, "PUT", "devices/converter-8/properties/output.video-mode?wait=confirmed", {"value": "720p50"})
     send(gateway, "PUT", "devices/converter-3/properties/audio.map.2?wait=confirmed", {"value": "AudioIn1"})
     devices.command(5, "set VIDEO INPUT Signal present false")
@@ -71,6 +82,9 @@ def test_the_pictures_are_made(browser, fleet):
         browser.resize(*sizes[size])
         browser.open(fleet.url, views[view])
         browser.wait("document.querySelector('main').firstElementChild?.childElementCount > 0")
+        if view == "history":
+            for _ in range(4):
+                browser.click_button("Zoom in")
         browser.wait("performance.now() - Math.max(...performance.getEntriesByType('resource').map((entry) => entry.responseEnd)) > 400")
         save(browser.driver.get_screenshot_as_png(), folder / f"{view}-{theme}-{size}.png")
 

@@ -68,7 +68,7 @@ export class PropertyRow {
 
     /** @param {string} device @param {import('../types').PropertyState} [detail] */
     #showWho(device, detail) {
-        const text = detail?.changed ? t('changed', { time: timeText(detail.changed), who: detail.who || tWord('origin', detail.origin ?? '') }) : '';
+        const text = detail?.changed ? t('changed', { time: timeText(detail.changed), who: detail.who || tWord('origin-short', detail.origin ?? '') }) : '';
         setText(this.#who, text);
         setAttribute(this.#who, 'href', text ? linkTo('history', [], { device, property: this.#property.name }) : null);
         setAttribute(this.#who, 'title', text ? t('changed.history') : null);

@@ -85,7 +85,8 @@ export class DeviceRow {
         }
         const value = valueText(change.new, findProperty(change.property));
         setText(this.#change, `${timeText(change.time)}  ${propertyLabel(change.property)} ${value}`);
-        setText(this.#who, change.who || tWord('origin', change.origin));
+        setText(this.#who, change.who || tWord('origin-short', change.origin));
+        setAttribute(this.#who, 'title', change.who || tWord('origin', change.origin));
     }
 }
 

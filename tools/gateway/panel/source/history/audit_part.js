@@ -64,6 +64,6 @@ export class AuditPart {
 function makeRow(row) {
     const property = findProperty(row.property);
     return make('tr', { 'data-tone': row.status >= 400 ? 'alarm' : null }, make('td', { class: 'time' }, exactTimeText(row.time)), make('td', {}, row.who || t('person.open')), make('td', {}, row.address),
-        make('td', {}, fleet.find(row.device)?.device.label ?? row.device), make('td', { title: row.property }, row.property ? propertyLabel(row.property) : ''), make('td', {}, valueText(row.value, property)),
+        make('td', {}, fleet.find(row.device)?.device.label ?? row.device), make('td', { title: row.property }, row.property ? propertyLabel(row.property) : ''), make('td', { class: 'cut', title: valueText(row.value, property) }, valueText(row.value, property)),
         make('td', {}, `${tWord('outcome', row.outcome)} (${row.status})`));
 }

@@ -64,10 +64,9 @@ export class PeriodBar {
     /** @param {number} by */
     #scale(by) {
         const { from, to } = this.period;
-        const middle = (from + to) / 2;
-        const half = Math.max(shortest, (to - from) * by) / 2;
-        const end = Math.min(middle + half, Date.now());
-        this.#fix({ from: end - 2 * half, to: end });
+        const length = Math.max(shortest, (to - from) * by);
+        const end = this.isNow ? to : Math.min((from + to + length) / 2, Date.now());
+        this.#fix({ from: end - length, to: end });
     }
 
     /** @param {Period} period */

@@ -1,3 +1,4 @@
+import { wordLabel } from './labels.js';
 import { t } from './text.js';
 
 /**
@@ -12,7 +13,10 @@ export function valueText(value, property) {
     if (typeof value === 'boolean') {
         return value ? t('value.yes') : t('value.no');
     }
-    const text = typeof value === 'number' ? numberText(value, property) : value;
+    if (typeof value === 'object') {
+        return JSON.stringify(value);
+    }
+    const text = typeof value === 'number' ? numberText(value, property) : wordLabel(value);
     return property?.unit && property.unit !== 'line number' ? `${text} ${property.unit}` : text;
 }
 

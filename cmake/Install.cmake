@@ -69,6 +69,10 @@ if(MORQUIL_TOOLS)
         file(RELATIVE_PATH libraryFromTools /prefix/${CMAKE_INSTALL_BINDIR} /prefix/${CMAKE_INSTALL_LIBDIR})
         set_target_properties(morquilctl PROPERTIES INSTALL_RPATH $ORIGIN/${libraryFromTools})
     endif()
+    if(TARGET morquil-gateway)
+        install(TARGETS morquil-gateway RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Tools)
+        set_target_properties(morquil-gateway PROPERTIES INSTALL_RPATH $ORIGIN/${libraryFromTools})
+    endif()
     # "scripts/build-docs.sh --man" makes the man pages; without it there are none.
     install(DIRECTORY ${PROJECT_SOURCE_DIR}/build/docs/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Tools
         OPTIONAL FILES_MATCHING PATTERN "*.1")

@@ -33,7 +33,7 @@ def main():
     if len(sys.argv) != 2:
         sys.exit(__doc__)
     tools = pathlib.Path(sys.argv[1]).resolve() / "tools"
-    os.environ["PATH"] = f"{tools / 'command'}:{tools / 'simulator'}:{os.environ['PATH']}"
+    os.environ["PATH"] = ":".join([*(str(tools / tool) for tool in ("command", "simulator", "gateway")), os.environ["PATH"]])
     os.environ.pop("MORQUIL_DEVICE", None)
     failed = False
     for page in sorted(PAGES.glob("*.md")):

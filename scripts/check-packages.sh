@@ -28,7 +28,7 @@ holds_no_path_of_the_build() { ! grep -rl -e "$PWD" "$1"; }
 
 # ---- Debian --------------------------------------------------------------------------------------------------------
 
-readonly package_names="libmorquilapi1 libmorquilapi-dev morquilapi-tools morquilapi-doc python3-morquil"
+readonly package_names="libmorquilapi1 libmorquilapi-dev morquilapi-tools morquil-gateway morquilapi-doc python3-morquil"
 package_files() { printf "$PWD/build/packages/%s_*.deb " $package_names; }
 
 # in_own_root COMMAND...: runs in an overlay of this machine's root; changes are discarded, except those in build/.

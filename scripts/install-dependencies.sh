@@ -27,6 +27,7 @@ browsing="chromium chromium-driver python3-selenium python3-pil fonts-dejavu-cor
 windows="g++-mingw-w64-x86-64-posix wine wine64"
 testing="libgtest-dev libgmock-dev googletest"
 shells="zsh fish"
+transfer="curl"
 python="python3-pytest python3-hypothesis python3-coverage mypy"
 documenting="doxygen graphviz python3-sphinx python3-myst-parser furo python3-breathe"
 proofreading="hunspell hunspell-en-gb"
@@ -45,14 +46,19 @@ packages_for() {
         gateway) echo "$compiling $tools $gateway" ;;
         metrics) echo "prometheus" ;;
         test)
+<<<<<<< HEAD
             echo "$compiling $tools $gateway $windows $testing $shells $python $browsing $documenting $proofreading" \
                 "$clang $formatting"
+=======
+            echo "$compiling $tools $gateway $windows $testing $shells $python $documenting $proofreading $clang" \
+                "$formatting $transfer"
+>>>>>>> db3f44a6ce979572958c52365c26657ffb0b3cac
             ;;
-        fuzz) echo "$compiling $clang" ;;
+        fuzz) echo "$compiling $tools $gateway $clang" ;;
         bench) echo "$compiling $tools $windows $benchmarking" ;;
         coverage) echo "$compiling $tools $testing $counting" ;;
         docs) echo "$compiling $tools $documenting" ;;
-        package) echo "$compiling $tools $windows $testing $documenting $packaging" ;;
+        package) echo "$compiling $tools $gateway $windows $testing $documenting $packaging" ;;
         lint) echo "$compiling $tools $testing $clang $formatting $linting" ;;
         *)
             echo "install-dependencies.sh: unknown purpose: $1; known are:$all_purposes" >&2

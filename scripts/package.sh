@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Makes the release packages, in build/packages: Debian packages, Python packages and a Windows zip.
 #   scripts/package.sh            all of them
-#   scripts/package.sh debian     libmorquilapi1, libmorquilapi-dev, morquilapi-tools, morquilapi-doc, python3-morquil
+#   scripts/package.sh debian     libmorquilapi1, libmorquilapi-dev, morquilapi-tools, morquil-gateway, morquilapi-doc,
+#                                 python3-morquil
 #   scripts/package.sh python     a wheel and a source distribution for Python
 #   scripts/package.sh windows    MorquilAPI-VERSION-windows-x64.zip
 set -euo pipefail

@@ -49,8 +49,16 @@ def test_a_part_of_the_time_is_chosen_by_dragging_and_by_keys(history):
     history.wait("document.querySelector('.period-text').innerText.includes(' to ')")
     history.click_button("15 min")
     history.wait_for_text(".period-text", "until now")
-    history.click_button("Zoom in")
+    history.click_button("\u2190 Earlier")
     history.wait("document.querySelector('.period-text').innerText.includes(' to ')")
+
+
+def test_a_past_period_without_a_change_shows_what_was_in_force_then(history, gateway):
+    history.go("#/history?device=converter-1&property=input.signal-present")
+    history.wait("document.querySelectorAll('.lane').length === 1")
+    history.click_button("\u2190 Earlier")
+    history.click_button("\u2190 Earlier")
+    history.wait("document.querySelector('.state')?.innerText === 'not known'")
 
 
 def test_a_new_change_appears_by_itself(history, devices):

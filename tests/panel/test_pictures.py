@@ -13,7 +13,7 @@ from processes import Devices, Gateway
 
 folder = pathlib.Path(__file__).resolve().parents[2] / "docs" / "pictures"
 sizes = {"phone": (360, 740), "desk": (1440, 900), "4k": (3840, 2160)}
-colours = 128
+colours = 224
 labels = ["Ingest 1", "Ingest 2", "Studio A main", "Studio A reserve", "Studio B main", "Studio B reserve", "Playout 1", "Playout 2",
           "OB van 1", "OB van 2", "Archive", "Weather"]
 rooms = ["Apparatus room", "Apparatus room", "Studio A", "Studio A", "Studio B", "Studio B", "Playout", "Playout",

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "gateway/api/authenticate.h"
 #include "gateway/api/guard.h"
+#include "gateway/api/recording.h"
 #include "gateway/api/routes.h"
 #include "gateway/api/setting.h"
 #include "gateway/text/log.h"
@@ -11,6 +13,11 @@ namespace Morquil::Gateway {
 namespace {
 
 constexpr std::size_t mostScopes = 256;
+
+/// Everybody may sign in, and read the panel's files and the health.
+bool NeedsIdentity(const Request& request) {
+    return (request.path.starts_with("/api/") && request.path != "/api/v1/login") || request.path == "/metrics";
+}
 
 std::vector<std::string_view> SplitAtCommas(std::string_view text) {
     std::vector<std::string_view> words;
@@ -41,9 +48,7 @@ std::optional<Response> Api::Admit(Request& request) const {
     if (auto refusal = CheckOrigin(request)) {
         return refusal;
     }
-    request.identity.role = Role::Admin;
-    request.identity.scopes = {Scope{}};
-    return std::nullopt;
+    return NeedsIdentity(request) ? Authenticate(services_.people, request) : std::nullopt;
 }
 
 void Api::Handle(Request request, const Reply& reply) {
@@ -63,16 +68,22 @@ void Api::Handle(Request request, const Reply& reply) {
         reply(std::move(response));
         return;
     }
-    if (auto refusal = CheckContentType(request)) {
+    const auto shared = std::make_shared<const Request>(std::move(request));
+    Dispatch(*route, shared, [this, shared, reply, stopwatch = Stopwatch()](Response response) {
+        RecordAttempts(services_, *shared, response, stopwatch.Elapsed());
+        reply(std::move(response));
+    });
+}
+
+void Api::Dispatch(const Route& route, const SharedRequest& request, const Reply& reply) {
+    if (auto refusal = CheckContentType(*request)) {
         reply(*std::move(refusal));
-        return;
+    } else if (!May(request->identity.role, route.right)) {
+        reply(ProblemResponse(*request, 403, "forbidden",
+                              "the role " + std::string(NameOf(request->identity.role)) + " does not allow this"));
+    } else {
+        route.endpoint(services_, request, reply);
     }
-    if (!May(request.identity.role, route->right)) {
-        reply(ProblemResponse(request, 403, "forbidden",
-                              "the role " + std::string(NameOf(request.identity.role)) + " does not allow this"));
-        return;
-    }
-    route->endpoint(services_, std::make_shared<const Request>(std::move(request)), reply);
 }
 
 std::optional<View> Api::ReadView(const Request& request, Response& refusal) const {
@@ -112,12 +123,16 @@ void Api::Command(const Request& request, std::string_view text, std::function<v
     }
     const Wish wish{command["device"].get<std::string>(), command["property"].get<std::string>(),
                     command.value("value", Json())};
+    const auto record = [this, request, wish, answer, stopwatch = Stopwatch()](const WishResult& result) {
+        RecordCommand(services_, request, wish, result, stopwatch.Elapsed());
+        answer(result);
+    };
     CheckedWish checked;
     if (const auto problem = CheckWish(services_.fleet, wish, request.identity, {}, checked)) {
-        answer(*problem);
+        record(*problem);
         return;
     }
-    Send(checked, request.identity.name, {}, answer);
+    Send(checked, request.identity.name, {}, record);
 }
 
 }  // namespace Morquil::Gateway

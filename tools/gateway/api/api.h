@@ -5,6 +5,8 @@
 
 namespace Morquil::Gateway {
 
+struct Route;
+
 /// Threads: the context's.
 class Api {
 public:
@@ -14,7 +16,7 @@ public:
     void Handle(Request request, const Reply& reply);
 
     /// The first checks of every request, of one for a stream as well: where it comes from, and who sends it. Fills in
-    /// the identity.
+    /// the identity. What everybody may read, such as the panel's files, needs none.
     /// Returns: the problem, if there is one.
     std::optional<Response> Admit(Request& request) const;
 
@@ -26,6 +28,8 @@ public:
     void Command(const Request& request, std::string_view text, std::function<void(Json)> done);
 
 private:
+    void Dispatch(const Route& route, const SharedRequest& request, const Reply& reply);
+
     Services& services_;
 };
 

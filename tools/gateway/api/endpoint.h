@@ -26,6 +26,7 @@ std::optional<Json> ReadBody(const Request& request, const Reply& reply);
 // Who asks, and what there is to set.
 void GetMe(Services& services, const SharedRequest& request, const Reply& reply);
 void GetProperties(Services& services, const SharedRequest& request, const Reply& reply);
+void GetOpenApi(Services& services, const SharedRequest& request, const Reply& reply);
 
 // Devices.
 void GetDevices(Services& services, const SharedRequest& request, const Reply& reply);

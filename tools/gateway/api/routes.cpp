@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <array>
 
+#include "gateway/api/people_endpoints.h"
+#include "gateway/api/record_endpoints.h"
+#include "gateway/api/salvo_endpoints.h"
+
 namespace Morquil::Gateway {
 namespace {
 
@@ -10,6 +14,7 @@ namespace {
 constexpr std::array routes{
     Route{"GET",    "/api/v1/me",         Right::See, &GetMe,         "Who is asking, and what they may do"},
     Route{"GET",    "/api/v1/properties", Right::See, &GetProperties, "All properties that devices have"},
+    Route{"GET",    "/api/v1/openapi.json", Right::See, &GetOpenApi,  "This document"},
 
     Route{"GET",    "/api/v1/devices",        Right::See,       &GetDevices,   "All devices"},
     Route{"POST",   "/api/v1/devices",        Right::EditFleet, &AddDevice,    "Adds a device"},
@@ -22,6 +27,30 @@ constexpr std::array routes{
     Route{"PATCH",  "/api/v1/devices/{name}/properties",            Right::SetProperty, &SetDeviceProperties, "Sets several values"},
     Route{"GET",    "/api/v1/devices/{name}/properties/{property}", Right::See,         &GetDeviceProperty,   "A value, and what may be set now"},
     Route{"PUT",    "/api/v1/devices/{name}/properties/{property}", Right::SetProperty, &SetDeviceProperty,   "Sets a value"},
+
+    Route{"POST",   "/api/v1/login",             Right::See,          &SignIn,            "Signs a user in"},
+    Route{"POST",   "/api/v1/logout",            Right::See,          &SignOut,           "Ends this session"},
+    Route{"POST",   "/api/v1/logout-everywhere", Right::See,          &SignOutEverywhere, "Ends all sessions of the user"},
+    Route{"GET",    "/api/v1/users",             Right::ManagePeople, &GetUsers,          "All users"},
+    Route{"POST",   "/api/v1/users",             Right::ManagePeople, &AddUser,           "Adds a user"},
+    Route{"PATCH",  "/api/v1/users/{name}",      Right::ManagePeople, &EditUser,          "Changes a user, and ends the sessions"},
+    Route{"DELETE", "/api/v1/users/{name}",      Right::ManagePeople, &RemoveUser,        "Removes a user"},
+    Route{"GET",    "/api/v1/tokens",            Right::ManagePeople, &GetTokens,         "All tokens, without their secrets"},
+    Route{"POST",   "/api/v1/tokens",            Right::ManagePeople, &AddToken,          "Makes a token, which is shown this once"},
+    Route{"DELETE", "/api/v1/tokens/{id}",       Right::ManagePeople, &RevokeToken,       "Revokes a token, at once"},
+
+    Route{"GET",    "/api/v1/history", Right::See,      &GetHistory, "The changes of values, the newest first"},
+    Route{"GET",    "/api/v1/audit",   Right::SeeAudit, &GetAudit,   "The attempts to change something, the newest first"},
+
+    Route{"GET",    "/api/v1/salvos",              Right::See,       &GetSalvos,    "All salvos"},
+    Route{"POST",   "/api/v1/salvos",              Right::EditSalvo, &AddSalvo,     "Adds a salvo"},
+    Route{"POST",   "/api/v1/salvos/capture",      Right::EditSalvo, &CaptureSalvo, "The steps that would restore the present state"},
+    Route{"GET",    "/api/v1/salvos/{name}",       Right::See,       &GetSalvo,     "A salvo"},
+    Route{"PUT",    "/api/v1/salvos/{name}",       Right::EditSalvo, &ReplaceSalvo, "Replaces a salvo"},
+    Route{"DELETE", "/api/v1/salvos/{name}",       Right::EditSalvo, &RemoveSalvo,  "Removes a salvo"},
+    Route{"POST",   "/api/v1/salvos/{name}/run",   Right::RunSalvo,  &RunSalvo,     "Runs a salvo, or shows what it would change"},
+    Route{"GET",    "/api/v1/runs/{id}",           Right::See,       &GetRun,       "A run, with the result of each step"},
+    Route{"POST",   "/api/v1/runs/{id}/roll-back", Right::RunSalvo,  &RollBackRun,  "Sets what a run has changed back"},
 };
 // clang-format on
 

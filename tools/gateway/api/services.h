@@ -8,6 +8,10 @@
 #include "gateway/config/config.h"
 #include "gateway/fleet/fleet.h"
 #include "gateway/fleet/fleet_book.h"
+#include "gateway/metrics/metrics.h"
+#include "gateway/people/people.h"
+#include "gateway/salvos/salvos.h"
+#include "gateway/store/store.h"
 #include "gateway/stream/hub.h"
 
 namespace Morquil::Gateway {
@@ -19,6 +23,10 @@ struct Services {
     Hub& hub;
     FleetBook& book;
     std::string bookPath;  // empty: edits are not kept
+    Store& store;
+    People& people;
+    Salvos& salvos;
+    Metrics& metrics;
 };
 
 }  // namespace Morquil::Gateway

@@ -33,16 +33,22 @@ WishResult UnknownProperty(const std::string& name) {
             nearest.empty() ? Json::object() : Json{{"suggestion", nearest}}};
 }
 
+bool IsLocked(const FleetDevice& device) {
+    static const Position lock = PositionOf(*Properties::FindProperty("device.remote-lock"));
+    return device.IsLive() ? device.Values().At(lock) == Value(true) : device.Now().state == LinkState::RemoteLocked;
+}
+
 std::optional<WishResult> CheckLink(const FleetDevice& device) {
-    if (device.IsLive()) {
-        return std::nullopt;
+    const std::string& name = device.Entry().name;
+    const Json members = {{"link", NameOf(device.Now().state)}};
+    if (IsLocked(device)) {
+        return WishResult{423, "locked", name + " is locked against remote control; unlock it at its front panel",
+                          members};
     }
-    const Link& link = device.Now();
-    const bool isLocked = link.state == LinkState::RemoteLocked;
-    return WishResult{isLocked ? 423 : 503,
-                      isLocked ? "locked" : "not-connected",
-                      device.Entry().name + " is not connected: " + link.sentence,
-                      {{"link", NameOf(link.state)}}};
+    if (!device.IsLive()) {
+        return WishResult{503, "not-connected", name + " is not connected: " + device.Now().sentence, members};
+    }
+    return std::nullopt;
 }
 
 WishResult NotOffered(const FleetDevice& device, const Property& property, const Refusal& refusal) {

@@ -1,6 +1,10 @@
 #include "gateway/config/config.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iterator>
 #include <limits>
 #include <set>
 
@@ -195,6 +199,9 @@ Config ReadRoot(const toml::table& root, std::vector<ConfigFault>& faults) {
 }  // namespace
 
 std::string ConfigFault::In(std::string_view file) const {
+    if (line == 0) {
+        return std::string(file) + ": " + sentence;
+    }
     return std::string(file) + ":" + std::to_string(line) + ":" + std::to_string(column) + ": " + sentence;
 }
 
@@ -214,6 +221,14 @@ ConfigReading ReadConfig(std::string_view text) {
         return std::pair(one.line, one.column) < std::pair(other.line, other.column);
     });
     return faults;
+}
+
+ConfigReading ReadConfigFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        return std::vector{ConfigFault{0, 0, std::string("cannot be read: ") + std::strerror(errno)}};
+    }
+    return ReadConfig(std::string((std::istreambuf_iterator<char>(file)), {}));
 }
 
 }  // namespace Morquil::Gateway

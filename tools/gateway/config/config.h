@@ -57,5 +57,7 @@ struct ConfigFault {
 using ConfigReading = std::variant<Config, std::vector<ConfigFault>>;
 
 ConfigReading ReadConfig(std::string_view text);
+/// The same from a file. One that cannot be read is a fault without a line.
+ConfigReading ReadConfigFile(const std::string& path);
 
 }  // namespace Morquil::Gateway

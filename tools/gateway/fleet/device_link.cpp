@@ -13,11 +13,15 @@ using namespace std::chrono_literals;
 
 constexpr auto firstDelay = 250ms;
 constexpr auto longestDelay = 3'000ms;
-// A device that is connected but has not sent its whole state by then is examined, and given up later.
-constexpr auto patience = 3s;
-constexpr auto attemptLimit = 20s;
+// Within it a device that has begun to send its state has to have sent all of it.
+constexpr auto stateLimit = 30s;
 // The library asks a silent device for a sign of life after nine seconds.
 constexpr auto longestSilence = 18s;
+
+Diagnosis Incomplete(const std::string& address) {
+    return {LinkState::NoDevice,
+            "the converter at " + address + " began to answer, but did not send its whole state; restart it"};
+}
 
 }  // namespace
 
@@ -89,8 +93,23 @@ void DeviceLink::CheckSilence() {
     }
 }
 
+// The library would only say that there is no answer, and takes a thread for each address where nothing is.
 void DeviceLink::Attempt() {
-    Close();
+    probe_ = Probe::Start(context_, address_, [this](const Diagnosis& diagnosis) {
+        probe_ = nullptr;
+        OnDiagnosed(diagnosis);
+    });
+}
+
+void DeviceLink::OnDiagnosed(const Diagnosis& diagnosis) {
+    if (diagnosis.state == LinkState::Connected) {
+        Connect();
+    } else {
+        Fail(diagnosis);
+    }
+}
+
+void DeviceLink::Connect() {
     connection_ = std::make_shared<Connection>(*this);
     const std::weak_ptr<Connection> weak = connection_;
     const auto pass = [weak](auto handle) {
@@ -104,50 +123,19 @@ void DeviceLink::Attempt() {
     handlers.disconnected = [pass](morquil::ConnectFailure reason) {
         pass([reason](DeviceLink& link) { link.OnDisconnected(reason); });
     };
-    alarm_.In(patience, [this] { OnImpatient(); });
+    alarm_.In(stateLimit, [this] { Fail(Incomplete(address_)); });
     try {
         connection_->connecting = morquil::ConnectAsync(
             address_, std::move(handlers),
             [&context = context_](std::function<void()> event) { boost::asio::post(context, std::move(event)); });
     } catch (const morquil::Error& error) {
         Log(LogLevel::Error, "a connection cannot be started", {{"device", name_}, {"reason", error.what()}});
-        Fail(morquil::ConnectFailure::NoResponse);
+        Fail(Incomplete(address_));
     }
-}
-
-void DeviceLink::OnImpatient() {
-    Diagnose();
-    alarm_.In(attemptLimit, [this] { Fail(morquil::ConnectFailure::NoResponse); });
-}
-
-void DeviceLink::Diagnose() {
-    if (probe_ != nullptr) {
-        return;
-    }
-    probe_ = Probe::Start(context_, address_, [this](const Diagnosis& diagnosis) {
-        probe_ = nullptr;
-        OnDiagnosed(diagnosis);
-    });
-}
-
-void DeviceLink::OnDiagnosed(const Diagnosis& diagnosis) {
-    if (Device() != nullptr || link_.state == LinkState::Disabled) {
-        return;
-    }
-    // Only the library knows that a device is connected.
-    const bool isWell = diagnosis.state == LinkState::Connected;
-    const bool saysMore = diagnosis.state == LinkState::RemoteLocked || diagnosis.state == LinkState::WrongProtocol;
-    const LinkState ordinary = lostSince_ ? LinkState::Lost : isWell ? LinkState::Connecting : diagnosis.state;
-    const LinkState state = saysMore ? diagnosis.state : ordinary;
-    if (!isWell && state != link_.state) {
-        Log(LogLevel::Warning, "device cannot be connected", {{"device", name_}, {"reason", diagnosis.sentence}});
-    }
-    Become(state, diagnosis.sentence);
 }
 
 void DeviceLink::OnConnected() {
     alarm_.Cancel();
-    StopProbe();
     delay_ = firstDelay;
     Connection& connection = *connection_;
     const morquil::Device device = connection.connecting->device;
@@ -189,7 +177,10 @@ void DeviceLink::Drain(Connection& connection) {
 
 void DeviceLink::OnDisconnected(morquil::ConnectFailure reason) {
     if (!connection_->isConnected) {
-        Fail(reason);
+        Fail(reason == morquil::ConnectFailure::RemoteLock
+                 ? Diagnosis{LinkState::RemoteLocked,
+                             "the converter at " + address_ + " is locked against remote control"}
+                 : Incomplete(address_));
         return;
     }
     // What was reported before the end is still on its way.
@@ -208,14 +199,14 @@ void DeviceLink::Lose(const std::string& why) {
     RetryLater();
 }
 
-void DeviceLink::Fail(morquil::ConnectFailure reason) {
+void DeviceLink::Fail(Diagnosis diagnosis) {
     Close();
-    if (reason == morquil::ConnectFailure::RemoteLock) {
-        Become(LinkState::RemoteLocked,
-               "the converter at " + address_ + " is locked against remote control; unlock it at its front panel");
-    } else {
-        Diagnose();
+    const bool saysMore = diagnosis.state == LinkState::RemoteLocked || diagnosis.state == LinkState::WrongProtocol;
+    const LinkState state = lostSince_ && !saysMore ? LinkState::Lost : diagnosis.state;
+    if (state != link_.state) {
+        Log(LogLevel::Warning, "device cannot be connected", {{"device", name_}, {"reason", diagnosis.sentence}});
     }
+    Become(state, std::move(diagnosis.sentence));
     RetryLater();
 }
 

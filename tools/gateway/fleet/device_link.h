@@ -63,13 +63,12 @@ private:
     struct Connection;
 
     void Attempt();
-    void OnImpatient();
-    void Diagnose();
     void OnDiagnosed(const Diagnosis& diagnosis);
+    void Connect();
     void OnConnected();
     void OnDisconnected(morquil::ConnectFailure reason);
     void Lose(const std::string& why);
-    void Fail(morquil::ConnectFailure reason);
+    void Fail(Diagnosis diagnosis);
     void Drain(Connection& connection);
     void Close();
     void StopProbe();

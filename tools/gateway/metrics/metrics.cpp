@@ -42,6 +42,7 @@ struct DeviceFigures {
     Gauge* up = nullptr;
     Gauge* age = nullptr;  // null until the device has reported something
     Counter* reconnects = nullptr;
+    bool isCurrent = true;
 };
 
 }  // namespace
@@ -95,20 +96,28 @@ public:
         }
         figures.age->Set(seconds);
     }
-    void Remove(const std::string& device) {
-        const auto found = devices_.find(device);
-        if (found == devices_.end()) {
-            return;
+    void ForgetOthers() {
+        std::erase_if(devices_, [&](const auto& entry) {
+            const bool isOld = !entry.second.isCurrent;
+            if (isOld) {
+                Remove(entry.second);
+            }
+            return isOld;
+        });
+        for (auto& [device, figures] : devices_) {
+            figures.isCurrent = false;
         }
-        up.Remove(found->second.up);
-        reconnects.Remove(found->second.reconnects);
-        if (found->second.age != nullptr) {
-            age.Remove(found->second.age);
-        }
-        devices_.erase(found);
     }
 
 private:
+    void Remove(const DeviceFigures& figures) {
+        up.Remove(figures.up);
+        reconnects.Remove(figures.reconnects);
+        if (figures.age != nullptr) {
+            age.Remove(figures.age);
+        }
+    }
+
     std::map<std::string, DeviceFigures> devices_;
 };
 
@@ -116,19 +125,18 @@ Metrics::Metrics() : families_(std::make_unique<Families>()) {}
 
 Metrics::~Metrics() = default;
 
-void Metrics::SetLink(const std::string& device, bool isUp, double age) {
-    families_->Of(device).up->Set(isUp ? 1 : 0);
+void Metrics::SetLink(const std::string& device, bool isUp, double age, std::uint64_t reconnects) {
+    DeviceFigures& figures = families_->Of(device);
+    figures.isCurrent = true;
+    figures.up->Set(isUp ? 1 : 0);
+    RaiseTo(*figures.reconnects, static_cast<double>(reconnects));
     if (age >= 0) {
         families_->SetAge(device, age);
     }
 }
 
-void Metrics::CountReconnect(const std::string& device) {
-    families_->Of(device).reconnects->Increment();
-}
-
-void Metrics::Remove(const std::string& device) {
-    families_->Remove(device);
+void Metrics::ForgetOthers() {
+    families_->ForgetOthers();
 }
 
 void Metrics::CountChange(std::string_view outcome, bool hasFailed) {

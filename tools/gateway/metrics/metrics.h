@@ -32,11 +32,10 @@ public:
     Metrics(const Metrics&) = delete;
     Metrics& operator=(const Metrics&) = delete;
 
-    /// `age`: seconds since the device's last report; negative if there was none.
-    void SetLink(const std::string& device, bool isUp, double age);
-    void CountReconnect(const std::string& device);
-    /// Forgets a device that has been removed or renamed.
-    void Remove(const std::string& device);
+    /// `age`: seconds since the device's last report; negative if there was none. `reconnects`: since the start.
+    void SetLink(const std::string& device, bool isUp, double age, std::uint64_t reconnects);
+    /// Forgets devices that have been removed or renamed: those that have not been set since the last call.
+    void ForgetOthers();
 
     /// A request to change a property has ended with `outcome`: "confirmed", "refused", ...
     void CountChange(std::string_view outcome, bool hasFailed);

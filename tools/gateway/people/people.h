@@ -1,7 +1,6 @@
 // Users, tokens and login sessions: who somebody is, and until when.
 //
-// Without users and tokens, `IsOpen` is true and requests need no proof of who they are from. All of it is kept in
-// memory; changes go to the store as documents. Sessions are not stored: a restart ends them.
+// All of it is kept in memory; changes go to the store as documents. Sessions are not stored: a restart ends them.
 #pragma once
 
 #include <chrono>
@@ -19,6 +18,7 @@
 #include "gateway/people/passwords.h"
 #include "gateway/people/roles.h"
 #include "gateway/people/scope.h"
+#include "gateway/people/sessions.h"
 #include "gateway/store/time.h"
 
 namespace Morquil::Gateway {
@@ -36,7 +36,7 @@ struct Identity {
 };
 
 struct User {
-    std::string name;
+    std::string name = {};
     Role role = Role::Viewer;
     std::vector<Scope> scopes = {Scope{}};
     std::string passwordHash = {};
@@ -45,8 +45,8 @@ struct User {
 };
 
 struct Token {
-    std::string id;
-    std::string name;
+    std::string id = {};
+    std::string name = {};
     Role role = Role::Viewer;
     std::vector<Scope> scopes = {Scope{}};
     Time created = {};
@@ -88,6 +88,8 @@ struct PeopleSettings {
     std::function<void(std::string_view collection, const std::string& name)> erase;
     /// A credential proves nothing any more: streams that it opened must end.
     std::function<void(const std::string& credential)> ended;
+    /// Whether requests need no proof while there are no users: only where nobody else can send any.
+    bool mayBeOpen = true;
     std::function<Time()> now = Now;
     std::function<std::chrono::steady_clock::time_point()> uptime = std::chrono::steady_clock::now;
     std::chrono::minutes sessionIdle{60};
@@ -108,6 +110,8 @@ public:
     std::vector<std::string> Load(const Documents& users, const Documents& tokens);
 
     /// Whether there is neither a user nor a token.
+    bool IsEmpty() const { return users_.empty() && tokens_.empty(); }
+    /// Whether a request without a session and a token may do everything: it may be open, and there are no users.
     bool IsOpen() const;
 
     // ---- Requests ----
@@ -142,14 +146,23 @@ public:
     PeopleProblem RevokeToken(const std::string& id);
 
 private:
-    class Sessions;
-    struct Alive {};
+    /// Hashes the password in the background, then calls `then` with the hash, unless all of this has ended meanwhile.
+    bool Hash(const std::string& password, std::function<void(const std::string& hash)> then);
+    PeopleProblem CheckNew(const std::string& name, const UserChange& change) const;
+    PeopleProblem CheckChange(const std::string& name, const UserChange& change) const;
+    bool IsLastAdmin(const std::string& name) const;
+    void Keep(const User& user);
+    void Apply(const std::string& name, const UserChange& change, const std::string& passwordHash);
+    SignInResult FinishSignIn(const std::string& name, const std::string& address, const std::string& hash, bool fits);
+    void NotifyEnded(const std::vector<std::string>& credentials) const;
+
     PeopleSettings settings_;
     std::map<std::string, User> users_;
-    std::map<std::string, Token> tokens_;
-    std::unique_ptr<Sessions> sessions_;
+    std::map<std::string, Token> tokens_;             // by id
+    std::map<std::string, std::string> tokenHashes_;  // to ids
+    Sessions sessions_;
     LoginLimit limit_;
-    std::shared_ptr<Alive> alive_;  // the callbacks of hashing in the background may come after the end
+    std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);  // seen by callbacks that come after the end
 };
 
 }  // namespace Morquil::Gateway

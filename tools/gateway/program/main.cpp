@@ -2,10 +2,10 @@
 
 #include <cstdio>
 #include <exception>
-#include <fstream>
-#include <iterator>
+#include <filesystem>
 
 #include "gateway/config/config.h"
+#include "gateway/program/commands.h"
 #include "gateway/program/demo_fleet.h"
 #include "gateway/program/gateway.h"
 #include "gateway/program/options.h"
@@ -25,14 +25,8 @@ void RaiseDescriptorLimit() {
 }
 
 /// Returns: nothing after it has printed what is wrong.
-std::optional<Config> ReadConfigFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        std::fprintf(stderr, "morquil-gateway: %s cannot be read\n", path.c_str());
-        return std::nullopt;
-    }
-    const std::string text((std::istreambuf_iterator<char>(file)), {});
-    ConfigReading reading = ReadConfig(text);
+std::optional<Config> TakeConfig(const std::string& path) {
+    ConfigReading reading = ReadConfigFile(path);
     if (Config* const config = std::get_if<Config>(&reading)) {
         return std::move(*config);
     }
@@ -50,6 +44,7 @@ int Serve(GatewaySettings settings) {
         Log(LogLevel::Error, "cannot start", {{"reason", problem}});
         return 1;
     }
+    gateway.HandleSignals();
     std::printf("%s\n", gateway.Url().c_str());
     std::fflush(stdout);
     gateway.Run();
@@ -69,15 +64,51 @@ int ServeDemo(const Options& options) {
     return Serve(std::move(settings));
 }
 
-int ServeConfigured(const Options& options) {
-    std::optional<Config> config = ReadConfigFile(options.configFile);
+/// Next to the configuration, unless it says where.
+std::string FolderOf(const Options& options, const Config& config) {
+    if (!config.store.folder.empty()) {
+        return config.store.folder;
+    }
+    return std::filesystem::absolute(options.configFile).parent_path();
+}
+
+int ServeConfigured(const Options& options, Config config) {
+    GatewaySettings settings;
+    settings.folder = FolderOf(options, config);
+    settings.config = std::move(config);
+    settings.config.server.port = options.port.value_or(settings.config.server.port);
+    settings.configFile = options.configFile;
+    settings.panelFolder = options.panelFolder;
+    return Serve(std::move(settings));
+}
+
+int RunTask(const Options& options, const std::string& database) {
+    switch (options.task) {
+        case Options::Task::Verify:
+            return VerifyAudit(database);
+        case Options::Task::BackUp:
+            return BackUpDatabase(database, options.file);
+        case Options::Task::AddUser:
+            return AddUser(database, options.name, options.role);
+        default:
+            return AddToken(database, options.name, options.role, options.days);
+    }
+}
+
+int Run(const Options& options) {
+    if (options.task == Options::Task::Demo) {
+        return ServeDemo(options);
+    }
+    const bool isServing = options.task == Options::Task::Serve || options.task == Options::Task::Check;
+    if (!isServing && !options.database.empty()) {
+        return RunTask(options, options.database);
+    }
+    std::optional<Config> config = TakeConfig(options.configFile);
     if (!config || options.task == Options::Task::Check) {
         return config ? 0 : usageError;
     }
-    GatewaySettings settings{*std::move(config), options.configFile, {}, options.panelFolder};
-    settings.folder = settings.config.store.folder;
-    settings.config.server.port = options.port.value_or(settings.config.server.port);
-    return Serve(std::move(settings));
+    return isServing ? ServeConfigured(options, *std::move(config))
+                     : RunTask(options, FolderOf(options, *config) + "/gateway.db");
 }
 
 }  // namespace
@@ -90,7 +121,7 @@ int main(int argumentCount, char** arguments) try {
     if (!options) {
         return exitStatus;
     }
-    return options->task == Options::Task::Demo ? ServeDemo(*options) : ServeConfigured(*options);
+    return Run(*options);
 } catch (const std::exception& error) {
     std::fprintf(stderr, "morquil-gateway: %s\n", error.what());
     return 1;

@@ -47,6 +47,15 @@ std::string TextIn(const Json& json, const char* name) {
     return found != json.end() && found->is_string() ? found->get<std::string>() : std::string();
 }
 
+// As of a device: it is a part of URLs.
+bool IsSalvoName(std::string_view name) {
+    const auto isPlain = [](char letter) {
+        return (letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9');
+    };
+    return !name.empty() && name.size() <= 63 && isPlain(name.front()) &&
+           std::all_of(name.begin(), name.end(), [&](char letter) { return letter == '-' || isPlain(letter); });
+}
+
 // What is wrong with a step; empty if nothing is.
 std::string ReadStep(const Json& json, Step& step) {
     if (!json.is_object()) {
@@ -121,6 +130,14 @@ std::optional<OnFailure> FindOnFailure(std::string_view name) {
     return FindIn<OnFailure>(onFailureNames, name);
 }
 
+Json StepsJson(const std::vector<Step>& steps) {
+    return ToArray(steps);
+}
+
+Json StepsJson(const std::vector<StepResult>& steps) {
+    return ToArray(steps);
+}
+
 Json ToJson(const Salvo& salvo) {
     return {{"name", salvo.name},
             {"label", salvo.label},
@@ -150,6 +167,10 @@ std::optional<Salvo> ReadSalvo(const Json& json, std::string& problem) {
         return std::nullopt;
     }
     Salvo salvo{.name = TextIn(json, "name"), .label = TextIn(json, "label"), .steps = {}};
+    if (!IsSalvoName(salvo.name)) {
+        problem = "name must have 1 to 63 letters a to z, digits and -, and must not begin with -";
+        return std::nullopt;
+    }
     const std::optional<OnFailure> onFailure =
         FindOnFailure(json.contains("onFailure") ? TextIn(json, "onFailure") : "stop");
     if (!onFailure) {

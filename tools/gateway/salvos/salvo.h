@@ -12,9 +12,9 @@
 namespace Morquil::Gateway {
 
 struct Step {
-    std::string device;
-    std::string property;
-    Json value;
+    std::string device = {};
+    std::string property = {};
+    Json value = {};
 
     bool operator==(const Step&) const = default;
 };
@@ -27,9 +27,9 @@ enum class OnFailure {
 };
 
 struct Salvo {
-    std::string name;
-    std::string label;
-    std::vector<Step> steps;
+    std::string name = {};
+    std::string label = {};
+    std::vector<Step> steps = {};
     OnFailure onFailure = OnFailure::Stop;
 
     bool operator==(const Salvo&) const = default;
@@ -40,9 +40,10 @@ enum class RunState { Running, Done, Failed, RolledBack, Interrupted };
 
 /// A step of a run. `outcome` is empty until the step is started.
 ///   sending      waits for the device to confirm it
-///   confirmed, same, adjusted, refused, not-offered, locked, not-connected, unconfirmed, unknown-name
+///   same         the device had the value already, so nothing was sent
 ///   skipped      an earlier step failed
-///   rolled-back, roll-back-failed     after "confirmed" or "unconfirmed"
+///   confirmed, and whatever else the fleet answers
+///   rolled-back, roll-back-failed
 ///   would-set    in a dry run
 ///   unknown      the program ended before the outcome was recorded
 struct StepResult {
@@ -59,16 +60,16 @@ struct StepResult {
 };
 
 struct Run {
-    std::string id;
-    std::string salvo;
+    std::string id = {};
+    std::string salvo = {};
     RunState state = RunState::Running;
     bool isDryRun = false;
     OnFailure onFailure = OnFailure::Stop;
-    std::string who;
+    std::string who = {};
     Time started = {};
     std::optional<Time> ended = {};
-    std::string idempotencyKey;  // empty if there is none
-    std::vector<StepResult> steps;
+    std::string idempotencyKey = {};  // empty if there is none
+    std::vector<StepResult> steps = {};
 
     bool operator==(const Run&) const = default;
 };
@@ -79,6 +80,8 @@ std::optional<OnFailure> FindOnFailure(std::string_view name);
 
 Json ToJson(const Salvo& salvo);
 Json ToJson(const Run& run);
+Json StepsJson(const std::vector<Step>& steps);
+Json StepsJson(const std::vector<StepResult>& steps);
 
 /// A salvo from what somebody has sent. `problem` says what is wrong with it, by name: "steps[3].device is missing".
 std::optional<Salvo> ReadSalvo(const Json& json, std::string& problem);

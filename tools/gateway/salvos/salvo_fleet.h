@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "gateway/salvos/json.h"
+#include "gateway/salvos/salvo.h"
 
 namespace Morquil::Gateway {
 
@@ -37,9 +37,9 @@ public:
     /// The present value; null if it is not known.
     virtual Json ValueOf(const std::string& device, const std::string& property) const = 0;
 
-    /// Why the device would not accept the value now; nothing if it would.
-    virtual std::optional<SetOutcome> Check(const std::string& device, const std::string& property,
-                                            const Json& value) const = 0;
+    /// For each step, why the device would not accept the value now; nothing if it would. What a device offers for a
+    /// property may follow from an earlier step: such a value need not be offered now.
+    virtual std::vector<std::optional<SetOutcome>> Check(const std::vector<Step>& steps) const = 0;
 
     /// Sets a property and calls `done` once, at the latest after the fleet's deadline.
     virtual void Set(const std::string& device, const std::string& property, const Json& value, const std::string& who,

@@ -17,6 +17,8 @@
 
 namespace Morquil::Gateway {
 
+class ActiveRun;
+
 inline constexpr std::string_view salvosCollection = "salvos";
 inline constexpr std::string_view runsCollection = "runs";
 
@@ -75,8 +77,13 @@ public:
     bool Put(Salvo salvo);
     bool Erase(const std::string& name);
 
-    /// Steps with the present values of all properties that match a pattern, can be set and are known.
-    std::vector<Step> Capture(const std::vector<std::string>& devices, const std::vector<std::string>& patterns) const;
+    struct Captured {
+        std::vector<Step> steps;
+        std::vector<std::string> unknown;  // devices that there are none of
+    };
+    /// Steps with the present values of all properties that match one of the patterns, can be set and are known.
+    /// Without patterns, of all properties.
+    Captured Capture(const std::vector<std::string>& devices, const std::vector<std::string>& patterns) const;
 
     StartResult Start(const std::string& name, const RunOptions& options);
     /// The steps' results and old values; null if there is no such run.
@@ -86,12 +93,15 @@ public:
     bool RollBack(const std::string& id, const std::string& who);
 
 private:
-    class ActiveRun;
-    friend class ActiveRun;
-
-    void Keep(Run run);
+    const Run* FindRepeated(const std::string& who, const std::string& idempotencyKey) const;
+    Run Prepare(const Salvo& salvo, const RunOptions& options) const;
+    void Check(const std::vector<Step>& steps, Run& run) const;
+    void TakeRun(Run run);
+    Run& Keep(Run run);
+    void Activate(Run& run, bool isRollBack);
     void Changed(const Run& run);
     void Save(const std::string& id);
+    void Saved(const std::string& id);
     void ForgetOldRuns();
 
     SalvosSettings settings_;
@@ -100,7 +110,7 @@ private:
     std::list<std::string> order_;  // of the runs, the oldest first
     std::map<std::string, std::shared_ptr<ActiveRun>> active_;
     std::map<std::string, bool> saving_;  // runs that are being written, and whether they have changed since
-    std::shared_ptr<bool> isAlive_;
+    std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);  // seen by callbacks that come after the end
 };
 
 }  // namespace Morquil::Gateway

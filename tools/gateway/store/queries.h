@@ -26,6 +26,9 @@ struct Query {
 };
 inline constexpr std::size_t mostRowsInAPage = 1000;
 
+/// The problem of a query whose `after` is not the `next` of a page.
+inline constexpr std::string_view notACursor = "after is not the next of a page";
+
 /// Rows, the newest first.
 template <class Row>
 struct Page {

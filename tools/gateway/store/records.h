@@ -12,12 +12,12 @@ namespace Morquil::Gateway {
 struct Change {
     std::int64_t id = 0;  // given by the store; always larger than those of earlier changes
     Time time = {};
-    std::string device;
-    std::string property;
+    std::string device = {};
+    std::string property = {};
     std::string oldValue = "null";  // JSON
     std::string newValue = "null";
-    std::string origin;  // what caused it: the front panel, another host, the gateway
-    std::string who;     // the user or token; empty if it was nobody's request here
+    std::string origin = {};  // what caused it: the front panel, another host, the gateway
+    std::string who = {};     // the user or token; empty if it was nobody's request here
 
     bool operator==(const Change&) const = default;
 };
@@ -26,14 +26,14 @@ struct Change {
 struct Attempt {
     std::int64_t id = 0;  // given by the store, without gaps
     Time time = {};
-    std::string who;
-    std::string address;  // where the request came from
-    std::string device;
-    std::string property;
+    std::string who = {};
+    std::string address = {};  // where the request came from
+    std::string device = {};
+    std::string property = {};
     std::string value = "null";  // JSON
-    std::string outcome;         // "confirmed", "refused", ...
+    std::string outcome = {};    // "confirmed", "refused", ...
     int status = 0;              // of the HTTP response
-    std::string requestId;
+    std::string requestId = {};
     std::string hash = {};  // given by the store, in hexadecimal; covers this row and the previous row's hash
 
     bool operator==(const Attempt&) const = default;

@@ -75,10 +75,11 @@ bool Hub::Resume(Subscriber& subscriber, std::string_view lastId) const {
     return true;
 }
 
-std::vector<StreamPiece> Hub::TakeFor(Subscriber& subscriber) const {
+std::vector<StreamPiece> Hub::TakeFor(Subscriber& subscriber) {
     return subscriber.Take(
         [&](const std::string& device, bool isLast) { return SnapshotFor(subscriber.Sees(), device, isLast); },
-        [](std::size_t missed) {
+        [this](std::size_t missed) {
+            ++gaps_;
             return MakeText("gap", {{"missed", missed}}, {});
         });
 }
@@ -132,6 +133,22 @@ void Hub::End(std::string_view who, std::string_view why) {
             subscriber->Wake();
         }
     }
+}
+
+std::set<std::string> Hub::Readers() const {
+    std::set<std::string> readers;
+    for (const std::shared_ptr<Subscriber>& subscriber : subscribers_) {
+        readers.insert(subscriber->WhoReads());
+    }
+    return readers;
+}
+
+std::size_t Hub::LongestQueue() const {
+    std::size_t longest = 0;
+    for (const std::shared_ptr<Subscriber>& subscriber : subscribers_) {
+        longest = std::max(longest, subscriber->QueuedBytes());
+    }
+    return longest;
 }
 
 std::size_t Hub::QueuedBytes() const {

@@ -26,7 +26,7 @@ public:
     /// `lastId`: the id of the last event that a returning client has seen; empty for a new one.
     void Add(const std::shared_ptr<Subscriber>& subscriber, std::string_view lastId);
     void Remove(const std::shared_ptr<Subscriber>& subscriber) { subscribers_.erase(subscriber); }
-    std::vector<StreamPiece> TakeFor(Subscriber& subscriber) const;
+    std::vector<StreamPiece> TakeFor(Subscriber& subscriber);
 
     /// Ends the streams of a user or token; of all for an empty text.
     void End(std::string_view who, std::string_view why);
@@ -34,8 +34,14 @@ public:
     /// An event that concerns no device, such as a run of a salvo.
     void Publish(std::string name, Json body);
 
+    /// Who reads streams: the credentials of the clients.
+    std::set<std::string> Readers() const;
     std::size_t Clients() const { return subscribers_.size(); }
     std::size_t QueuedBytes() const;
+    /// Of the client that is furthest back.
+    std::size_t LongestQueue() const;
+    /// How many gaps clients were notified of.
+    std::uint64_t Gaps() const { return gaps_; }
 
     void OnChanges(const FleetDevice& device, std::span<const ValueChange> changes) override;
     void OnLink(const FleetDevice& device) override;
@@ -58,6 +64,7 @@ private:
     const Fleet* fleet_ = nullptr;
     std::string boot_;
     std::uint64_t lastNumber_ = 0;
+    std::uint64_t gaps_ = 0;
     std::set<std::shared_ptr<Subscriber>> subscribers_;
     std::set<std::string> knownDevices_;
     struct Kept {

@@ -1,7 +1,9 @@
 #include "gateway/web/connection.h"
 
+#include <exception>
 #include <utility>
 
+#include "gateway/text/log.h"
 #include "gateway/web/event_stream.h"
 #include "gateway/web/http_writer.h"
 #include "gateway/web/web_socket.h"
@@ -155,9 +157,15 @@ void Connection::Serve(Request request) {
                            : ProblemResponse(asked, 404, "unknown-path", "there is nothing at " + request.path));
         return;
     }
-    web_.api.Handle(std::move(request), [self = shared_from_this(), asked](Response response) {
-        self->Answer(asked, std::move(response));
-    });
+    try {
+        web_.api.Handle(std::move(request), [self = shared_from_this(), asked](Response response) {
+            self->Answer(asked, std::move(response));
+        });
+    } catch (const std::exception& error) {
+        Log(LogLevel::Error, "a request failed", {{"request", asked.id}, {"reason", error.what()}});
+        Answer(asked,
+               ProblemResponse(asked, 500, "internal-error", "the gateway could not serve this; its log says why"));
+    }
 }
 
 void Connection::Answer(const Request& request, Response response) {

@@ -108,21 +108,32 @@ void Server::Serve(Tcp::socket socket) {
     const auto connection = std::make_shared<Connection>(web_, MakeSocket(std::move(socket), security_),
                                                          [number, weak = std::weak_ptr<Server*>(self_)] {
                                                              if (const auto self = weak.lock()) {
-                                                                 (*self)->connections_.erase(number);
+                                                                 (*self)->OnClosed(number);
                                                              }
                                                          });
     connections_.emplace(number, connection);
     connection->Start();
 }
 
-void Server::Drain() {
+void Server::OnClosed(std::uint64_t number) {
+    connections_.erase(number);
+    if (connections_.empty() && onDrained_) {
+        std::exchange(onDrained_, nullptr)();
+    }
+}
+
+void Server::Drain(std::function<void()> done) {
     error_code ignored;
     acceptor_.close(ignored);
+    onDrained_ = std::move(done);
     const auto connections = connections_;
     for (const auto& [number, weak] : connections) {
         if (const std::shared_ptr<Connection> connection = weak.lock()) {
             connection->Drain();
         }
+    }
+    if (connections.empty()) {
+        std::exchange(onDrained_, nullptr)();
     }
 }
 

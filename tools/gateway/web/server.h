@@ -28,13 +28,14 @@ public:
     std::string Listen();
     unsigned short Port() const;
 
-    /// Accepts nothing more, and lets connections finish the request that they serve.
-    void Drain();
+    /// Accepts nothing more, and lets connections finish the request that they serve. Calls `done` when there are none.
+    void Drain(std::function<void()> done);
     std::size_t Connections() const { return connections_.size(); }
 
 private:
     void Accept();
     void Serve(boost::asio::ip::tcp::socket socket);
+    void OnClosed(std::uint64_t number);
 
     WebContext& web_;
     boost::asio::ip::tcp::acceptor acceptor_;
@@ -42,6 +43,7 @@ private:
     std::map<std::uint64_t, std::weak_ptr<Connection>> connections_;
     std::uint64_t lastNumber_ = 0;
     Alarm retry_;
+    std::function<void()> onDrained_;
     std::shared_ptr<Server*> self_;
 };
 

@@ -105,6 +105,9 @@ Json AlarmsJson(const FleetDevice& device) {
     if (ValueOf(device, "input.signal-present") == false) {
         alarms.push_back("the input has no signal");
     }
+    if (ValueOf(device, "device.remote-lock") == true) {
+        alarms.push_back("it is locked against remote control");
+    }
     if (ValueOf(device, "reference.signal-locked") == false) {
         alarms.push_back("the reference is not locked");
     }

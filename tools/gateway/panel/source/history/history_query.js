@@ -37,5 +37,11 @@ export async function readRows(table, filter, period) {
     return { rows: rows.reverse(), isComplete: false, problem: null };
 }
 
+/** What the last change before a moment set; null if none is known. @param {string} device @param {string} property @param {number} moment */
+export async function readValueBefore(device, property, moment) {
+    const answer = await get(addressOf('history', { device, property, to: new Date(moment).toISOString(), limit: '1' }));
+    return answer.ok ? answer.body.rows[0]?.new ?? null : null;
+}
+
 /** @param {Period} period */
 export const periodQuery = ({ from, to }) => ({ from: new Date(from).toISOString(), to: new Date(to).toISOString() });

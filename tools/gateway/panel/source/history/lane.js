@@ -5,6 +5,7 @@ import { t } from '../text/text.js';
 import { make } from '../dom/element.js';
 import { makeIcon } from '../dom/icons.js';
 import { Curve } from './curve.js';
+import { readValueBefore } from './history_query.js';
 import { stretchesOf } from './series.js';
 import { StateBar } from './state_bar.js';
 
@@ -26,10 +27,10 @@ export class Lane {
         this.element = make('div', { class: 'lane' }, make('div', { class: 'lane-name' }, make('span', {}, label), make('span', { class: 'note' }, property), close), this.#plot);
     }
 
-    /** @param {import('../types').HistoryRow[]} rows @param {import('./history_query.js').Period} period */
-    async draw(rows, period) {
-        const present = fleet.find(this.#device)?.value(this.#property) ?? null;
-        const stretches = stretchesOf(rows.filter((row) => row.property === this.#property), period, present);
+    /** @param {import('../types').HistoryRow[]} rows @param {import('./history_query.js').Period} period @param {boolean} isNow */
+    async draw(rows, period, isNow) {
+        const own = rows.filter((row) => row.property === this.#property);
+        const stretches = stretchesOf(own, period, own.length ? null : await this.#valueDuring(period, isNow));
         if (isNumeric(findProperty(this.#property))) {
             this.#plot.replaceChildren(this.#curve.element);
             if (await this.#curve.draw(stretches, period)) {
@@ -39,6 +40,11 @@ export class Lane {
         }
         this.#bar.draw(stretches, period);
         this.#plot.replaceChildren(this.#bar.element);
+    }
+
+    /** What was in force throughout a period without a change. @param {import('./history_query.js').Period} period @param {boolean} isNow */
+    async #valueDuring(period, isNow) {
+        return isNow ? fleet.find(this.#device)?.value(this.#property) ?? null : readValueBefore(this.#device, this.#property, period.from);
     }
 
     destroy() {

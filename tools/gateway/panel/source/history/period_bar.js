@@ -65,7 +65,11 @@ export class PeriodBar {
     #scale(by) {
         const { from, to } = this.period;
         const length = Math.max(shortest, (to - from) * by);
-        const end = this.isNow ? to : Math.min((from + to + length) / 2, Date.now());
+        if (this.isNow) {
+            this.#last(length);
+            return;
+        }
+        const end = Math.min((from + to + length) / 2, Date.now());
         this.#fix({ from: end - length, to: end });
     }
 

@@ -8,12 +8,12 @@
 /**
  * @param {HistoryRow[]} rows of one property, the oldest first
  * @param {Period} period
- * @param {Value | null} present the value now, for a period without a change
+ * @param {Value | null} otherwise the value in force, for a period without a change
  * @returns {Stretch[]}
  */
-export function stretchesOf(rows, period, present) {
+export function stretchesOf(rows, period, otherwise) {
     const end = Math.min(period.to, Date.now());
-    const starts = [{ from: period.from, value: rows.length ? rows[0].old : present },
+    const starts = [{ from: period.from, value: rows.length ? rows[0].old : otherwise },
         ...rows.map((row) => ({ from: Date.parse(row.time), value: row.new }))];
     return starts.map((start, index) => ({ ...start, to: starts[index + 1]?.from ?? end })).filter((stretch) => stretch.to > stretch.from);
 }

@@ -85,23 +85,23 @@ export class ValuesPart {
 
     async #load() {
         const request = ++this.#request;
-        const { period } = this.#period;
+        const { period, isNow } = this.#period;
         const filter = { device: this.#device, ...(this.#properties.length === 1 ? { property: this.#properties[0] } : {}) };
         const { rows, isComplete, problem } = await readRows('history', filter, period);
         clearTimeout(this.#timer);
         this.#timer = 0;
         if (request === this.#request) {
             const shown = rows.filter((row) => this.#properties.includes(row.property));
-            await this.#draw(shown, period);
+            await this.#draw(shown, period, isNow);
             replaceChildren(this.#table, problem ? make('p', { class: 'tone-alarm' }, problemText(problem, t('attempt.unreachable'))) : null,
                 isComplete || problem ? null : make('p', { class: 'note' }, t('history.cut')), makeRowsTable(shown));
         }
     }
 
-    /** @param {import('../types').HistoryRow[]} rows @param {import('./history_query.js').Period} period */
-    async #draw(rows, period) {
+    /** @param {import('../types').HistoryRow[]} rows @param {import('./history_query.js').Period} period @param {boolean} isNow */
+    async #draw(rows, period, isNow) {
         const axis = makeTimeAxis(period, this.#plots.clientWidth - gutter);
         replaceChildren(this.#plots, makeWhoStrip(rows, period), ...this.#lanes.map((lane) => lane.element), axis);
-        await Promise.all(this.#lanes.map((lane) => lane.draw(rows, period)));
+        await Promise.all(this.#lanes.map((lane) => lane.draw(rows, period, isNow)));
     }
 }

@@ -22,7 +22,8 @@ all_purposes=" build demo gateway test metrics fuzz bench coverage docs package 
 compiling="g++ cmake ninja-build python3 mingw-w64-tools libwine-dev"
 tools="libasio-dev libcli11-dev nlohmann-json3-dev"
 gateway="libboost1.81-dev libssl-dev libtomlplusplus-dev libsqlitecpp-dev libsqlite3-dev prometheus-cpp-dev
-    libsodium-dev libsystemd-dev pkg-config"
+    libsodium-dev libsystemd-dev pkg-config npm"
+browsing="chromium chromium-driver python3-selenium python3-pil fonts-dejavu-core"
 windows="g++-mingw-w64-x86-64-posix wine wine64"
 testing="libgtest-dev libgmock-dev googletest"
 shells="zsh fish"
@@ -46,8 +47,8 @@ packages_for() {
         gateway) echo "$compiling $tools $gateway" ;;
         metrics) echo "prometheus" ;;
         test)
-            echo "$compiling $tools $gateway $windows $testing $shells $python $dotnet $documenting $proofreading $clang" \
-                "$formatting $transfer"
+            echo "$compiling $tools $gateway $windows $testing $shells $python $dotnet $browsing $documenting" \
+                "$proofreading $clang $formatting $transfer"
             ;;
         fuzz) echo "$compiling $tools $gateway $clang" ;;
         bench) echo "$compiling $tools $windows $dotnet $benchmarking" ;;
@@ -65,14 +66,18 @@ packages_for() {
 # shellcheck disable=SC2086  # one word per purpose
 [ $# -gt 0 ] || set -- $all_purposes
 
+# has PACKAGE: npm also comes with other packages of Node.
+has() {
+    [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" = installed ] ||
+        { [ "$1" = npm ] && command -v npm >/dev/null; }
+}
+
 missing=""
 for purpose in "$@"; do
     packages=$(packages_for "$purpose")
     for package in $packages; do
         case " $missing " in *" $package "*) continue ;; esac
-        if [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
-            missing="$missing $package"
-        fi
+        has "$package" || missing="$missing $package"
     done
 done
 if [ -z "$missing" ]; then

@@ -3,6 +3,7 @@ their target, and a list of links in the index becomes the sidebar."""
 
 import os
 import re
+import shutil
 
 import diagrams
 import markdown
@@ -34,7 +35,7 @@ def source_pages():
     return found
 
 
-LINK = re.compile(r"\[([^]]*)\]\(([^)\s#]+)(#[^)\s]*)?\)")
+LINK = re.compile(r"(?<!!)\[([^]]*)\]\(([^)\s#]+)(#[^)\s]*)?\)")
 
 
 def with_links(text, source, sources):
@@ -86,6 +87,11 @@ def with_parts(pages):
         if parts:
             pages[page] += "\n\n" + tree(["/" + part.removesuffix(".md") for part in parts], ":maxdepth: 1")
     return pages
+
+
+def write_pictures(folder):
+    """Pages find them at the same place as in the tree."""
+    shutil.copytree(f"{ROOT}/docs/pictures", f"{folder}/pictures", dirs_exist_ok=True)
 
 
 def write(folder, pages):

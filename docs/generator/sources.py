@@ -42,6 +42,8 @@ def main():
         sys.exit(__doc__)
     folder = arguments.pop()
     pages.write(folder, whole_site(*arguments) if arguments else tools_only())
+    if arguments:
+        pages.write_pictures(folder)
 
 
 if __name__ == "__main__":

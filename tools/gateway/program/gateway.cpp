@@ -9,6 +9,7 @@
 #include "gateway/program/exposure.h"
 #include "gateway/program/figures.h"
 #include "gateway/text/log.h"
+#include "gateway/web/panel_page.h"
 #include "gateway/web/static_folder.h"
 
 namespace Morquil::Gateway {
@@ -132,7 +133,7 @@ std::optional<Response> Gateway::FileFor(const Request& request) {
     if (request.path == "/metrics") {
         return Figures();
     }
-    return settings_.panelFolder.empty() ? std::nullopt : ReadFromFolder(settings_.panelFolder, request);
+    return settings_.panelFolder.empty() ? PanelResponse(request) : ReadFromFolder(settings_.panelFolder, request);
 }
 
 Response Gateway::Health() const {

@@ -11,7 +11,7 @@ using asio::ip::tcp;
 using End = Visit::End;
 
 // More than the first lines are of no interest.
-constexpr std::size_t mostBytes = 64 * 1024;
+constexpr std::size_t mostBytes = std::size_t{64} * 1024;
 
 End EndOfLookup(const asio::error_code& error) {
     const bool mayWorkLater = error == asio::error::host_not_found_try_again || error == asio::error::try_again;

@@ -16,16 +16,16 @@ std::atomic<bool> isOpen{false};
 DWORD inputBefore = 0;  // set before a screen is open
 DWORD outputBefore = 0;
 
-HANDLE Input() {
+HANDLE ConsoleInput() {
     return GetStdHandle(STD_INPUT_HANDLE);
 }
-HANDLE Output() {
+HANDLE ConsoleOutput() {
     return GetStdHandle(STD_OUTPUT_HANDLE);
 }
 
 void WriteNow(std::string_view text) {
     DWORD written = 0;
-    WriteFile(Output(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+    WriteFile(ConsoleOutput(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
 }
 
 // What other terminals send for a key.
@@ -46,14 +46,14 @@ public:
     WindowsScreen() {
         isOpen = true;
         // Ctrl+C still interrupts.
-        SetConsoleMode(Input(), ENABLE_PROCESSED_INPUT);
+        SetConsoleMode(ConsoleInput(), ENABLE_PROCESSED_INPUT);
         WriteNow(openingText);
     }
     ~WindowsScreen() override { RestoreTerminal(); }
 
     ScreenSize Size() const override {
         CONSOLE_SCREEN_BUFFER_INFO info{};
-        if (GetConsoleScreenBufferInfo(Output(), &info) == 0) {
+        if (GetConsoleScreenBufferInfo(ConsoleOutput(), &info) == 0) {
             return {};
         }
         return {static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1),
@@ -63,8 +63,8 @@ public:
     std::string ReadKeys(std::chrono::milliseconds wait) override {
         std::array<INPUT_RECORD, 16> records{};
         DWORD count = 0;
-        if (WaitForSingleObject(Input(), static_cast<DWORD>(wait.count())) != WAIT_OBJECT_0 ||
-            ReadConsoleInputW(Input(), records.data(), static_cast<DWORD>(records.size()), &count) == 0) {
+        if (WaitForSingleObject(ConsoleInput(), static_cast<DWORD>(wait.count())) != WAIT_OBJECT_0 ||
+            ReadConsoleInputW(ConsoleInput(), records.data(), static_cast<DWORD>(records.size()), &count) == 0) {
             return {};
         }
         std::string keys;
@@ -78,16 +78,17 @@ public:
 }  // namespace
 
 std::unique_ptr<Screen> OpenScreen() {
-    const bool isConsole = GetConsoleMode(Input(), &inputBefore) != 0 && GetConsoleMode(Output(), &outputBefore) != 0 &&
-                           SetConsoleMode(Output(), outputBefore | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+    const bool isConsole = GetConsoleMode(ConsoleInput(), &inputBefore) != 0 &&
+                           GetConsoleMode(ConsoleOutput(), &outputBefore) != 0 &&
+                           SetConsoleMode(ConsoleOutput(), outputBefore | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
     return isConsole ? std::make_unique<WindowsScreen>() : nullptr;
 }
 
 void RestoreTerminal() {
     if (isOpen.exchange(false)) {
         WriteNow(closingText);
-        SetConsoleMode(Input(), inputBefore);
-        SetConsoleMode(Output(), outputBefore);
+        SetConsoleMode(ConsoleInput(), inputBefore);
+        SetConsoleMode(ConsoleOutput(), outputBefore);
     }
 }
 

@@ -101,8 +101,8 @@ mkdir -p "$logs"
 say "Installing what is missing"
 scripts/install-dependencies.sh demo
 
-say "Building for Linux and for Windows (this takes a few minutes the first time)"
-build native -DMORQUIL_TESTS=OFF -- --target MorquilAPI morquil-sim morquilctl morquil-host
+say "Building for Linux and for Windows (this takes a minute or two the first time)"
+build native -DMORQUIL_TESTS=OFF -DCMAKE_UNITY_BUILD=ON -- --target MorquilAPI morquil-sim morquilctl morquil-host
 build windows -DMORQUIL_TESTS=OFF -- --target MorquilAPI morquil-host
 
 say "Starting a simulated device"

@@ -6,6 +6,7 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_C_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 12)  # files in a group, where they are compiled in groups
 
 if(NOT CMAKE_BUILD_TYPE)
     set(CMAKE_BUILD_TYPE RelWithDebInfo)
@@ -33,13 +34,6 @@ if(WIN32)
     target_compile_definitions(MorquilOptions INTERFACE
         WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 _WINSOCK_DEPRECATED_NO_WARNINGS)
 endif()
-# Most of the compile time goes into the block tables, which a unity build compiles once per group of files.
-function(morquil_join name)
-    if(MORQUIL_JOIN_TESTS)
-        set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 12)
-    endif()
-endfunction()
-
 if(NOT MORQUIL_SANITIZE)
     # A remaining overflow ends the process at once instead of continuing with a broken stack. The checked functions need
     # an optimised build, and tests are not optimised.

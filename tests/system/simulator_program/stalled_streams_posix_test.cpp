@@ -10,6 +10,7 @@
 #include "tests/kit/temporary_folder.h"
 #include "tests/system/simulator_program/child_program.h"
 #include "tests/system/simulator_program/raw_host.h"
+#include "tests/system/simulator_program/repeated_text.h"
 
 namespace Morquil::Testing {
 namespace {
@@ -18,14 +19,6 @@ namespace {
 bool IsGreeted(RawHost& host) {
     host.Send("PING\n\n");
     return host.ReceiveUntil("\n\nACK\n\n").ends_with("\n\nACK\n\n");
-}
-
-std::string Repeated(std::string_view text, int count) {
-    std::string result;
-    for (int i = 0; i < count; ++i) {
-        result += text;
-    }
-    return result;
 }
 
 TEST(StalledStreams, UnreadOutputDoesNotKeepASignalFromEndingTheProgram) {

@@ -2,18 +2,11 @@
 
 #include "tests/kit/temporary_folder.h"
 #include "tests/system/simulator_program/raw_host.h"
+#include "tests/system/simulator_program/repeated_text.h"
 #include "tests/system/simulator_program/started_program.h"
 
 namespace Morquil::Testing {
 namespace {
-
-std::string Repeated(std::string_view text, int count) {
-    std::string result;
-    for (int i = 0; i < count; ++i) {
-        result += text;
-    }
-    return result;
-}
 
 TEST(UnreadOutput, DoesNotHoldUpHostsAndIsDropped) {
     const TemporaryFolder folder;

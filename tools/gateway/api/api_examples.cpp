@@ -11,6 +11,8 @@ constexpr std::array examples{
     ApiExample{"allProperties", "GET", "/api/v1/properties", "/api/v1/properties", "", 200},
     ApiExample{"document",      "GET", "/api/v1/openapi.json", "/api/v1/openapi.json", "", 200},
 
+    ApiExample{"reload",        "POST", "/api/v1/reload",     "/api/v1/reload",     "", 204},
+
     ApiExample{"allDevices",    "GET",    "/api/v1/devices",        "/api/v1/devices",             "", 200},
     ApiExample{"oneDevice",     "GET",    "/api/v1/devices/{name}", "/api/v1/devices/converter-1", "", 200},
     ApiExample{"unknownDevice", "GET",    "/api/v1/devices/{name}", "/api/v1/devices/convertor-1", "", 404},

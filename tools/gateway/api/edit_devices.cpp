@@ -84,4 +84,9 @@ void RemoveDevice(Services& services, const SharedRequest& request, const Reply&
     }
 }
 
+void ReloadConfig(Services& services, const SharedRequest&, const Reply& reply) {
+    services.reload();
+    reply(NoContent());
+}
+
 }  // namespace Morquil::Gateway

@@ -28,6 +28,9 @@ void GetMe(Services& services, const SharedRequest& request, const Reply& reply)
 void GetProperties(Services& services, const SharedRequest& request, const Reply& reply);
 void GetOpenApi(Services& services, const SharedRequest& request, const Reply& reply);
 
+/// Reads the configuration and the certificate again.
+void ReloadConfig(Services& services, const SharedRequest& request, const Reply& reply);
+
 // Devices.
 void GetDevices(Services& services, const SharedRequest& request, const Reply& reply);
 void GetDevice(Services& services, const SharedRequest& request, const Reply& reply);

@@ -24,6 +24,7 @@ constexpr std::array shapes{
     Shapes{"GET",    "/api/v1/me",         "", "Me"},
     Shapes{"GET",    "/api/v1/properties", "", "PropertyList"},
     Shapes{"GET",    "/api/v1/openapi.json", "", "Anything"},
+    Shapes{"POST",   "/api/v1/reload",         "",            ""},
     Shapes{"GET",    "/api/v1/devices",        "",            "DeviceList"},
     Shapes{"POST",   "/api/v1/devices",        "DeviceEdit",  "DeviceEntry"},
     Shapes{"GET",    "/api/v1/devices/{name}", "",            "DeviceWithStates"},

@@ -16,6 +16,8 @@ constexpr std::array routes{
     Route{"GET",    "/api/v1/properties", Right::See, &GetProperties, "All properties that devices have"},
     Route{"GET",    "/api/v1/openapi.json", Right::See, &GetOpenApi,  "This document"},
 
+    Route{"POST",   "/api/v1/reload",     Right::Maintain, &ReloadConfig, "Reads the configuration and the certificate again"},
+
     Route{"GET",    "/api/v1/devices",        Right::See,       &GetDevices,   "All devices"},
     Route{"POST",   "/api/v1/devices",        Right::EditFleet, &AddDevice,    "Adds a device"},
     Route{"GET",    "/api/v1/devices/{name}", Right::See,       &GetDevice,    "A device with all its values"},

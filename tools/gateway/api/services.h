@@ -27,6 +27,7 @@ struct Services {
     People& people;
     Salvos& salvos;
     Metrics& metrics;
+    std::function<void()> reload = {};  // what SIGHUP does
 };
 
 }  // namespace Morquil::Gateway

@@ -25,7 +25,6 @@ std::optional<std::chrono::milliseconds> ReadDuration(std::string_view text) {
 
 /// Returns: nothing after it has answered what is wrong with them.
 std::optional<WishTerms> ReadTerms(const Request& request, const Reply& reply) {
-    WishTerms terms;
     const std::string_view wait = request.Query("wait").value_or("confirmed");
     const auto deadline = ReadDuration(request.Query("deadline").value_or("5s"));
     if ((wait != "confirmed" && wait != "queued") || !deadline) {

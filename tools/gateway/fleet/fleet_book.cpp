@@ -8,7 +8,7 @@
 #include <cstring>
 #include <filesystem>
 
-#include "gateway/fleet/json/entry_json.h"
+#include "gateway/config/entry_json.h"
 
 namespace Morquil::Gateway {
 namespace {

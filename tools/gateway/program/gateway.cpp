@@ -47,6 +47,7 @@ Gateway::Gateway(GatewaySettings settings)
       tick_(context_),
       service_(context_) {
     hub_.Show(fleet_);
+    services_.reload = [this] { Reload(); };
 }
 
 Gateway::~Gateway() {
@@ -105,6 +106,13 @@ void Gateway::Run() {
 
 void Gateway::RequestStop() {
     boost::asio::post(context_, [this] { Stop(); });
+}
+
+void Gateway::RequestReload(std::function<void()> done) {
+    boost::asio::post(context_, [this, done = std::move(done)] {
+        Reload();
+        done();
+    });
 }
 
 // Sessions and tokens end in time, and somebody who watches is not idle.

@@ -45,6 +45,9 @@ public:
     void Run();
     /// Threads: any.
     void RequestStop();
+    /// What SIGHUP does; `done` is called afterwards, on the gateway's thread.
+    /// Threads: any.
+    void RequestReload(std::function<void()> done);
 
 private:
     std::optional<Response> FileFor(const Request& request);

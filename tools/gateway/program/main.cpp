@@ -95,7 +95,7 @@ int RunTask(const Options& options, const std::string& database) {
     }
 }
 
-int Run(const Options& options) {
+int Perform(const Options& options) {
     if (options.task == Options::Task::Demo) {
         return ServeDemo(options);
     }
@@ -121,7 +121,7 @@ int main(int argumentCount, char** arguments) try {
     if (!options) {
         return exitStatus;
     }
-    return Run(*options);
+    return Perform(*options);
 } catch (const std::exception& error) {
     std::fprintf(stderr, "morquil-gateway: %s\n", error.what());
     return 1;

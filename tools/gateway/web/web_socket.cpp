@@ -56,10 +56,6 @@ public:
     }
 
     friend void beast_close_socket(SocketStream& stream) { stream.socket_->Close(); }
-    friend void teardown(beast::role_type, SocketStream& stream, error_code& error) {
-        error = {};
-        stream.socket_->Close();
-    }
     template <class Handler>
     friend void async_teardown(beast::role_type, SocketStream& stream, Handler&& handler) {
         stream.socket_->Finish();

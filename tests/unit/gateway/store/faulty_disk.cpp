@@ -1,6 +1,7 @@
 #include "tests/unit/gateway/store/faulty_disk.h"
 
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <atomic>
 
@@ -8,6 +9,7 @@ namespace Morquil::Testing {
 namespace {
 
 std::atomic<FaultyDisk::Fault> fault = FaultyDisk::Fault::None;
+std::atomic<bool> hasLog = false;  // a file that exists can be opened on a read-only disk, but none can be made
 sqlite3_vfs* real = nullptr;
 sqlite3_vfs faulty;
 
@@ -35,7 +37,7 @@ int Write(sqlite3_file* file, const void* bytes, int count, sqlite3_int64 offset
 }
 
 int MapShared(sqlite3_file* file, int page, int size, int extend, void volatile** memory) {
-    if (fault.load() == FaultyDisk::Fault::ReadOnly) {
+    if (fault.load() == FaultyDisk::Fault::ReadOnly && !hasLog.load()) {
         return SQLITE_CANTOPEN;
     }
     return Forward<&sqlite3_io_methods::xShmMap>(file, page, size, extend, memory);
@@ -68,7 +70,9 @@ int Open(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* giv
     static const sqlite3_io_methods methods = Methods();
     file->pMethods = nullptr;
     if (fault.load() == FaultyDisk::Fault::ReadOnly) {
-        if ((flags & SQLITE_OPEN_MAIN_DB) == 0) {
+        const bool isDatabase = (flags & SQLITE_OPEN_MAIN_DB) != 0;
+        hasLog = access(isDatabase ? sqlite3_filename_wal(name) : name, F_OK) == 0;
+        if (!isDatabase && !hasLog) {
             return SQLITE_CANTOPEN;
         }
         flags = (flags & ~(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE)) | SQLITE_OPEN_READONLY;

@@ -4,8 +4,8 @@
 #include <functional>
 #include <span>
 
+#include "gateway/config/entry_json.h"
 #include "gateway/fleet/fleet_device.h"
-#include "gateway/fleet/json/entry_json.h"
 
 namespace Morquil::Gateway {
 

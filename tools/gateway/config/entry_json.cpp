@@ -1,4 +1,4 @@
-#include "gateway/fleet/json/entry_json.h"
+#include "gateway/config/entry_json.h"
 
 #include <algorithm>
 

@@ -15,7 +15,7 @@ failed=0
 # The compiler that checks the types, and axe-core; installed again only when the lock file has changed.
 if ! cmp -s "$panel/package-lock.json" "$work/installed-lock.json"; then
     cp "$panel"/{package.json,package-lock.json,.npmrc} "$work/"
-    npm ci --prefix "$work" --ignore-scripts --no-audit --no-fund --loglevel=error
+    npm ci --prefix "$work" --prefer-offline --ignore-scripts --no-audit --no-fund --loglevel=error
     cp "$panel/package-lock.json" "$work/installed-lock.json"
 fi
 

@@ -10,7 +10,7 @@ Connect this machine to a package registry, or leave the curves out: cmake -DMOR
 
 
 def _run_npm(folder):
-    command = ["npm", "ci", "--omit=dev", "--ignore-scripts", "--no-audit", "--no-fund", "--loglevel=error"]
+    command = ["npm", "ci", "--omit=dev", "--prefer-offline", "--ignore-scripts", "--no-audit", "--no-fund", "--loglevel=error"]
     try:
         done = subprocess.run(command, cwd=folder, capture_output=True, text=True, timeout=300, check=False)
     except FileNotFoundError:

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Runs the examples of a build against its simulated device, and compares what they print with their READMEs.
 #   scripts/check-examples.sh native
-#   scripts/check-examples.sh windows    under Wine, without a registration; the simulated device is the native build's
+#   scripts/check-examples.sh windows [BUILD]    under Wine, without a registration; the simulated device is the native
+#                                                build's
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/flavours.sh
@@ -19,29 +20,29 @@ check_native() {
 # Windows' C library does not know these conversions of strftime.
 dates_work_everywhere() { ! grep -rnE '%[DFRT]' README.md docs examples bindings/cpp; }
 
-# Programs, library and manifests in one folder, as a product would ship them.
+# check_windows BUILD: programs, library and manifests in one folder, as a product would ship them.
 check_windows() {
-    local example program folder=build/examples-windows
+    local example program build=$1 folder=build/examples-${1##*/}
     rm -rf "$folder"
     mkdir -p "$folder"
-    cp build/windows/library/module/MorquilAPI.dll build/windows/tools/simulator/morquil-sim.exe \
-        build/windows/packaging/MorquilAPI.assembly.manifest "$folder"
+    cp "$build/library/module/MorquilAPI.dll" "$build/tools/simulator/morquil-sim.exe" \
+        "$build/packaging/MorquilAPI.assembly.manifest" "$folder"
     use_wine
     export WINEPATH
     WINEPATH=$(winepath -w "$folder")
     for example in host raw_host c_host type_library_host device_test; do
         program=$folder/$(program_of "$example").exe
-        cp "build/windows/examples/${program##*/}" "$program"
-        cp build/windows/packaging/program.exe.manifest "$program.manifest"
-        expect_readme "$example" windows build/native/tools/simulator/morquil-sim wine "$program"
+        cp "$build/examples/${program##*/}" "$program"
+        cp "$build/packaging/program.exe.manifest" "$program.manifest"
+        expect_readme "$example" "${build##*/}" build/native/tools/simulator/morquil-sim wine "$program"
     done
 }
 
 case "${1:-}" in
     native) check_native ;;
-    windows) check_windows ;;
+    windows) check_windows "${2:-build/windows}" ;;
     *)
-        echo "usage: scripts/check-examples.sh native|windows" >&2
+        echo "usage: scripts/check-examples.sh native|windows [BUILD]" >&2
         exit 2
         ;;
 esac

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds every preset and runs all tests; ends with the line "N passed, N failed".
 #   ./test.sh [--long]
-# --long also runs the tools' tests with sanitizers, lives 20,000 simulated lives instead of 1,000, connects 20,000 times
-# (2,000 times under Wine), makes the packages, installs them elsewhere and builds the examples against them, follows the
-# quick start, and lets the Python and the C# package connect, restart and recover for long. What single presets do:
-# cmake --list-presets=all
+# --long also runs the tools' tests with sanitizers, all tests on 32-bit Windows, more on ARM, lives 20,000 simulated lives
+# instead of 1,000, connects 20,000 times (2,000 times under Wine), makes the packages, installs them elsewhere and builds
+# the examples against them, follows the quick start, and lets the Python and the C# package connect, restart and recover
+# for long. What single presets do: cmake --list-presets=all
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/flavours.sh
@@ -43,8 +43,10 @@ check() {
 }
 
 scripts/install-dependencies.sh test
+mkdir -p build/logs
+has_wine32 || scripts/install-dependencies.sh wine32 > build/logs/wine32.log 2>&1 || true
 rm -rf build/*/results
-runs=(build/{native,asan,tsan,windows}/results/ctest.xml build/native/results/ctest-slow.xml)
+runs=(build/{native,asan,tsan,windows,arm64}/results/ctest.xml build/native/results/ctest-slow.xml)
 
 echo "Building for Linux, for Windows, and with sanitizers ..."
 build native
@@ -55,13 +57,21 @@ build windows
 build windows-ubsan
 build "asan:asan$long"
 build "tsan:tsan$long"
+build "windows-x86:windows-x86$long"
+build "arm64:arm64$long"
 
 echo "Testing ..."
 use_wine
 # Wine waits more than it works: beside it there is a processor for the others.
-run_tests native "asan$long" "tsan$long" ${long:+cycles} &
+run_tests native "asan$long" "tsan$long" "arm64$long" ${long:+cycles} &
 native_tests=$!
 run_tests windows ${long:+windows-cycles}
+if has_wine32; then
+    run_tests "windows-x86$long"
+    runs+=(build/windows-x86/results/ctest.xml)
+else
+    echo "  windows-x86 built, not run: 32-bit Wine could not be installed; see build/logs/wine32.log"
+fi
 wait "$native_tests" "$slow_tests"
 
 checks_passed=0

@@ -33,6 +33,11 @@ if(WIN32)
     target_compile_options(MorquilOptions INTERFACE -fno-ipa-ra)
     target_compile_definitions(MorquilOptions INTERFACE
         WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 _WINSOCK_DEPRECATED_NO_WARNINGS)
+    if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+        # Decimals are rounded as on every other system, not kept in wider registers. A host's stack is aligned to four
+        # bytes only, and these instructions need sixteen.
+        target_compile_options(MorquilOptions INTERFACE -msse2 -mfpmath=sse -mstackrealign)
+    endif()
 endif()
 if(NOT MORQUIL_SANITIZE)
     # A remaining overflow ends the process at once instead of continuing with a broken stack. The checked functions need

@@ -18,31 +18,37 @@ import tempfile
 WARNINGS = ("-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wcast-qual -Werror").split()
 CPP_WARNINGS = "-Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual -Wextra-semi".split()
 MICROSOFT = "tests/system/headers/microsoft"
-MINGW = "/usr/x86_64-w64-mingw32/include"
 
 
-def mingw_includes():
+def mingw_includes(processor):
     """The C++ standard library and the headers of Windows, in the order in which MinGW's own compiler searches them."""
-    folder = os.path.dirname(subprocess.run(["x86_64-w64-mingw32-g++", "-print-libgcc-file-name"], check=True,
+    system = f"{processor}-w64-mingw32"
+    folder = os.path.dirname(subprocess.run([f"{system}-g++", "-print-libgcc-file-name"], check=True,
                                             capture_output=True, text=True).stdout)
     library = os.path.join(folder, "include", "c++")
-    return [option for path in (library, f"{library}/x86_64-w64-mingw32", MINGW) for option in ("-isystem", path)]
+    paths = (library, f"{library}/{system}", f"/usr/{system}/include")
+    return [option for path in paths for option in ("-isystem", path)]
 
 
 def modes():
     """Name -> (compiler, options, whether the target is Windows, whether each header is compiled alone)."""
     # MinGW's library wants a compiler that says it is GCC, and notices that the strict mode of this one is another.
-    microsoft = ["-fms-extensions", "-fms-compatibility", "-fms-compatibility-version=19.29", "-fgnuc-version=12.2",
-                 "-Wno-#warnings", "-isystem", MICROSOFT, *mingw_includes()]
+    common = ["-fms-extensions", "-fms-compatibility", "-fms-compatibility-version=19.29", "-fgnuc-version=12.2",
+              "-Wno-#warnings", "-isystem", MICROSOFT]
+    microsoft = [*common, *mingw_includes("x86_64")]
     msvc = ["--target=x86_64-pc-windows-msvc", *microsoft]
+    # Defined by Microsoft's <windows.h> itself.
+    msvc_x86 = ["--target=i686-pc-windows-msvc", "-D_X86_", *common, *mingw_includes("i686")]
     return {
         "GCC": ("g++", ["-std=c++17"], False, True),
         "GCC, C++20": ("g++", ["-std=c++20"], False, False),
         "clang": ("clang++", ["-std=c++17"], False, False),
         "MinGW-w64": ("x86_64-w64-mingw32-g++", ["-std=c++17"], True, False),
+        "MinGW-w64, 32 bit": ("i686-w64-mingw32-g++", ["-std=c++17"], True, False),
         "clang, MinGW's target with Microsoft's extensions":
             ("clang++", ["-std=c++17", "--target=x86_64-pc-windows-gnu", *microsoft], True, True),
         "clang, Microsoft's target": ("clang++", ["-std=c++17", *msvc], True, True),
+        "clang, Microsoft's 32-bit target": ("clang++", ["-std=c++17", *msvc_x86], True, False),
         "clang, Microsoft's target and nothing of GCC":
             ("clang++", ["-std=c++17", *msvc, "-I.", "-include", f"{MICROSOFT}/only_microsoft.h"], True, False),
         "C, GCC": ("gcc", ["-std=c11"], False, True),
@@ -50,20 +56,24 @@ def modes():
         "C, clang": ("clang", ["-std=c11"], False, False),
         "C, MinGW-w64": ("x86_64-w64-mingw32-gcc", ["-std=c11"], True, False),
         "C, clang, Microsoft's target": ("clang", ["-std=c11", *msvc], True, True),
+        "C, clang, Microsoft's 32-bit target": ("clang", ["-std=c11", *msvc_x86], True, False),
     }
 
 
 def sources(build, folder, language):
-    """One source that uses the public headers, and one for each of them."""
+    """One source that uses the public headers, one for each of them, and one that includes them in reverse order."""
     contract = ["MorquilAPI.h", "MorquilDelivery.h", "MorquilEntry.h", "MorquilWords.h"]
     layer = ["morquil.hpp", "morquil/interfaces.hpp", "morquil/property_table.hpp",
              *(os.path.relpath(path, "bindings/cpp") for path in glob.glob("bindings/cpp/morquil/*.hpp"))]
     assert os.path.exists(f"{build}/bindings/cpp/morquil/interfaces.hpp"), f"{build} has not been built"
+    headers = contract + (layer if language == "cpp" else [])
+    texts = {header.replace("/", "_"): [header] for header in headers}
+    texts["in_reverse_order"] = sorted(headers, reverse=True)
     made = [f"tests/system/headers/use.{language}"]
-    for header in contract + (layer if language == "cpp" else []):
-        made.append(os.path.join(folder, header.replace("/", "_") + "." + language))
+    for name, included in texts.items():
+        made.append(os.path.join(folder, f"{name}.{language}"))
         with open(made[-1], "w", encoding="utf-8") as file:
-            file.write(f'#include "{header}"\n')
+            file.writelines(f'#include "{header}"\n' for header in included)
     return made
 
 

@@ -3,7 +3,8 @@
 # packaged simulated device, and compares what they print with their READMEs; follows the quick start.
 #   scripts/check-packages.sh debian     with find_package and pkg-config, in a separate root; and with add_subdirectory,
 #                                        from the sources. Needs root.
-#   scripts/check-packages.sh windows    with find_package, next to the library, with manifests; and the registration
+#   scripts/check-packages.sh windows    for 64-bit and 32-bit programs: with find_package, next to the library, with
+#                                        manifests; and the registrations
 # Port 9800 of 127.0.0.1 must be free.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -143,55 +144,111 @@ check_installed() {
 # registered HIVE: the library's entries in a hive, without the hive's name. The type library's flags are left out: Wine's
 # regsvr32 also notes there that it was read from a file.
 registered() {
-    local id ids
-    mapfile -t ids < <(grep -ohE '(CLSID|TypeLib)\\\{[0-9A-F-]+\}' "$bin/register.cmd")
-    for id in "${ids[@]}"; do
-        wine reg query "$1\\Software\\Classes\\$id" /s || return 1
-    done | tr -d '\r' | sed -e 's/^HKEY_[A-Z_]*//' -e '/^$/d' -e '/\\FLAGS$/{n;d}'
+    local class library
+    class=$(grep -om1 'CLSID\\{[0-9A-F-]*}' "$bin/register.cmd")
+    library=$(grep -om1 'TypeLib\\{[0-9A-F-]*}' "$bin/register.cmd")
+    { wine reg query "$1\\Software\\Classes\\$class" /s "/reg:$view" &&
+        wine reg query "$1\\Software\\Classes\\$library" /s; } > "$work/registered.txt" || return 1
+    tr -d '\r' < "$work/registered.txt" | sed -e 's/^HKEY_[A-Z_]*//' -e '/^$/d' -e '/\\FLAGS$/{n;d}'
 }
 
 registers_what_regsvr32_does() {
-    wine regsvr32 /s "$(winepath -w "$bin/MorquilAPI.dll")" && registered HKLM > "$work/regsvr32.txt"
-    wine regsvr32 /s /u "$(winepath -w "$bin/MorquilAPI.dll")"
-    wine cmd /c "$(winepath -w "$bin/register.cmd")" && registered HKCU > "$work/register.txt" &&
-        diff "$work/regsvr32.txt" "$work/register.txt"
+    wine "$regsvr32" /s "$(winepath -w "$bin/MorquilAPI.dll")" && registered HKLM > "$work/regsvr32.txt"
+    wine "$regsvr32" /s /u "$(winepath -w "$bin/MorquilAPI.dll")"
+    registers && registered HKCU > "$work/register.txt" && diff "$work/regsvr32.txt" "$work/register.txt"
 }
 
-unregisters() {
-    wine cmd /c "$(winepath -w "$bin/unregister.cmd")" && ! registered HKCU
+registers() { wine cmd /c "$(winepath -w "$bin/register.cmd")"; }
+
+unregisters() { wine cmd /c "$(winepath -w "$bin/unregister.cmd")" && ! registered HKCU; }
+
+# use_folder x64|x86: what differs between the zip's folders. Wine has a folder of programs for each kind.
+use_folder() {
+    kind=$1 bin=$root/$1/bin programs=$work/find_package_$1
+    case "$kind" in
+        x64) toolchain=mingw-w64 view=64 regsvr32='C:\windows\system32\regsvr32.exe' ;;
+        x86) toolchain=mingw-w64-x86 view=32 regsvr32='C:\windows\syswow64\regsvr32.exe' ;;
+    esac
 }
 
-check_windows() {
-    local root example program
-    # With spaces in the name, as in many users' folders.
-    mkdir -p "$work/of a user" "$work/shipped"
-    cmake -E chdir "$work/of a user" cmake -E tar xf "$(echo "$PWD"/build/packages/MorquilAPI-*-windows-x64.zip)"
-    root=$(echo "$work/of a user"/MorquilAPI-*)
-    bin=$root/bin
-    use_wine
-    expect "Windows: no path of the build in any file" windows-paths holds_no_path_of_the_build "$root"
-    expect "Windows: the quick start" windows-quick-start scripts/check-quick-start.py windows "$root"
-    expect "Windows: site, changelog and manual pages" windows-documents documented \
-        "$root/share/doc/MorquilAPI" "$root/share/doc/MorquilAPI/CHANGELOG.md" "$root/share/man/man1"
-    expect "Windows: find_package" windows-find-package \
-        build_with_cmake "$root/share/doc/MorquilAPI/examples" "$work/find_package_windows" \
-        -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-w64.cmake" -DCMAKE_PREFIX_PATH="$root"
+simulator() { echo "wine '$bin/morquil-sim.exe'"; }
 
-    cp "$bin/MorquilAPI.dll" "$bin/MorquilAPI.assembly.manifest" "$work/shipped"
+# embeds_manifest PROGRAM RESULT: a raw host with the manifest as its resource, linked like the one that CMake has linked.
+embeds_manifest() {
+    local compiler=x86_64-w64-mingw32
+    [ "$kind" = x64 ] || compiler=i686-w64-mingw32
+    printf '1 24 "%s"\n' "$bin/program.exe.manifest" > "$work/manifest-$kind.rc"
+    $compiler-windres "$work/manifest-$kind.rc" "$work/manifest-$kind.o" &&
+        $compiler-g++ -std=c++17 -static -I "$root/$kind/include/morquilapi" -o "$1" \
+            "$root"/share/doc/MorquilAPI/examples/raw_host/{main,property_watcher,receipt_watcher,text,video_mode_names,discovery_windows}.cpp \
+            "$work/manifest-$kind.o" -L "$root/$kind/lib" -lMorquilIdentifiers -lole32 -loleaut32 -luuid
+}
+
+check_programs() {
+    local example program shipped=$work/shipped-$kind
+    expect "$kind: the quick start" "quick-start-$kind" scripts/check-quick-start.py windows "$root/$kind"
+    expect "$kind: find_package" "find-package-$kind" \
+        build_with_cmake "$root/share/doc/MorquilAPI/examples" "$programs" \
+        -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/$toolchain.cmake" -DCMAKE_PREFIX_PATH="$root/x64;$root/x86"
+    mkdir -p "$shipped"
+    cp "$bin/MorquilAPI.dll" "$bin/MorquilAPI.assembly.manifest" "$shipped"
     for example in host raw_host c_host type_library_host; do
-        program=$work/shipped/$(program_of "$example").exe
-        cp "$work/find_package_windows/${program##*/}" "$program"
+        program=$shipped/$(program_of "$example").exe
+        cp "$programs/${program##*/}" "$program"
         # The C++ layer finds the library by itself.
         [ "$example" = host ] || cp "$bin/program.exe.manifest" "$program.manifest"
-        expect_readme "$example" "beside the library" "wine '$bin/morquil-sim.exe'" wine "$program"
+        expect_readme "$example" "$kind, beside the library" "$(simulator)" wine "$program"
     done
+    expect "$kind: a manifest as a resource" "embed-$kind" embeds_manifest "$shipped/embedded.exe"
+    expect_readme raw_host "$kind, manifest in the program" "$(simulator)" wine "$shipped/embedded.exe"
+    expect "$kind: register.cmd writes what regsvr32 writes" "register-$kind" registers_what_regsvr32_does
+    expect "$kind: unregister.cmd leaves nothing" "unregister-$kind" unregisters
+}
 
-    expect "Windows: the host in C, to the letter of its page" windows-c-host \
-        build_as_readme_says_on_windows c_host "$root"
-    expect_readme c_host "by its page" "wine '$bin/morquil-sim.exe'" wine "$bin/morquil-c-host.exe"
+# regsvr32 [/u]: registers the library for all users, or undoes that.
+regsvr32() { wine "$regsvr32" /s "$@" "$(winepath -w "$bin/MorquilAPI.dll")"; }
 
-    expect "Windows: register.cmd writes what regsvr32 writes" windows-register registers_what_regsvr32_does
-    expect "Windows: unregister.cmd leaves nothing" windows-unregister unregisters
+# Both libraries are registered, and each program gets the one of its kind; removing one leaves the other. For all users:
+# Wine looks for no class that is registered for one user.
+check_both_registrations() {
+    local folder
+    for folder in x64 x86; do
+        use_folder "$folder"
+        expect "$kind: regsvr32" "both-register-$kind" regsvr32
+    done
+    for folder in x64 x86; do
+        use_folder "$folder"
+        expect_readme raw_host "$kind, both registered" "$(simulator)" wine "$programs/morquil-raw-host.exe"
+    done
+    expect "x86: regsvr32 /u" both-unregister-x86 regsvr32 /u
+    use_folder x64
+    expect_readme raw_host "x64, the other one unregistered" "$(simulator)" wine "$programs/morquil-raw-host.exe"
+    expect "x64: regsvr32 /u" both-unregister-x64 regsvr32 /u
+    expect "x64 and x86: nothing is left" both-unregister not_registered
+}
+
+not_registered() { ! registered HKLM; }
+
+check_windows() {
+    # With spaces in the name, as in many users' folders.
+    mkdir -p "$work/of a user"
+    cmake -E chdir "$work/of a user" cmake -E tar xf "$(echo "$PWD"/build/packages/MorquilAPI-*-windows.zip)"
+    root=$(echo "$work/of a user"/MorquilAPI-*)
+    use_wine
+    expect "Windows: no path of the build in any file" windows-paths holds_no_path_of_the_build "$root"
+    expect "Windows: site, changelog and manual pages" windows-documents documented \
+        "$root/share/doc/MorquilAPI" "$root/share/doc/MorquilAPI/CHANGELOG.md" "$root/x64/share/man/man1"
+    use_folder x64
+    check_programs
+    expect "x64: the host in C, to the letter of its page" c-host build_as_readme_says_on_windows c_host "$root"
+    expect_readme c_host "x64, by its page" "$(simulator)" wine "$bin/morquil-c-host.exe"
+    if ! has_wine32; then
+        echo "  x86 not checked: 32-bit Wine is not installed (scripts/install-dependencies.sh wine32)"
+        return
+    fi
+    use_folder x86
+    check_programs
+    check_both_registrations
 }
 
 # ---------------------------------------------------------------------------------------------------------------------

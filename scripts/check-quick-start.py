@@ -3,7 +3,7 @@
 
     scripts/check-quick-start.py packages          the installed packages, as the environment finds them
     scripts/check-quick-start.py clone FOLDER      a clone in FOLDER; it is built there
-    scripts/check-quick-start.py windows FOLDER    the unpacked zip in FOLDER, under Wine
+    scripts/check-quick-start.py windows FOLDER    the folder x64 or x86 of the unpacked zip, under Wine
 
 Port 9800 of 127.0.0.1 must be free. Exit status 0: every block was run and printed the output shown after it.
 """
@@ -55,9 +55,11 @@ def clone(root):
 
 def windows(root):
     """Uses this system's MinGW-w64 compiler; the programs run under Wine."""
+    processor = {"x64": "x86_64", "x86": "i686"}[os.path.basename(root)]
+
     def command(text):
         if text.startswith("g++ "):
-            return ["bash", "-c", "x86_64-w64-mingw32-" + text.replace("\\", "/")]
+            return ["bash", "-c", f"{processor}-w64-mingw32-" + text.replace("\\", "/")]
         lines = " && ".join(f"wine cmd /c '{line}'" for line in text.splitlines())
         return ["bash", "-c", lines]
     program = [block for block in section("Linux, from packages") if block.note == "file: hello.cpp"]

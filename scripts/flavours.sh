@@ -32,7 +32,14 @@ start_wine() {
     export WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
     unset DISPLAY
     run_logged build/logs/wine.log wineboot --init
+    # Made before 32-bit Wine was installed, it cannot run 32-bit programs.
+    if has_wine32 && [ ! -d "$WINEPREFIX/drive_c/windows/syswow64" ]; then
+        run_logged build/logs/wine.log wineboot --update
+    fi
 }
+
+# Debian's Wine runs 32-bit programs if this is installed.
+has_wine32() { [ -x /usr/lib/wine/wine ]; }
 
 has_wine() { [ "${WINEPREFIX:-}" = "$PWD/build/wine" ]; }
 

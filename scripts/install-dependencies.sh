@@ -14,9 +14,11 @@
 #   docs      scripts/build-docs.sh
 #   package   scripts/package.sh and scripts/check-packages.sh
 #   lint      scripts/check-style.sh
+#   wine32    32-bit Wine, with which ./test.sh also tests the 32-bit DLL. It comes from Debian's i386 packages: that
+#             architecture is added, and removed again if they cannot be installed.
 set -eu
 
-all_purposes=" build demo gateway test metrics fuzz bench coverage docs package lint"
+all_purposes=" build demo gateway test metrics fuzz bench coverage docs package lint wine32"
 
 # Wine's interface definition compiler makes the header and the type library, for Linux as well.
 compiling="g++ cmake ninja-build python3 mingw-w64-tools libwine-dev"
@@ -25,6 +27,8 @@ gateway="libboost1.81-dev libssl-dev libtomlplusplus-dev libsqlitecpp-dev libsql
     libsodium-dev libsystemd-dev pkg-config npm"
 browsing="chromium chromium-driver python3-selenium python3-pil fonts-dejavu-core"
 windows="g++-mingw-w64-x86-64-posix wine wine64"
+windows_x86="g++-mingw-w64-i686-posix"
+arm64="g++-aarch64-linux-gnu qemu-user"
 testing="libgtest-dev libgmock-dev googletest"
 shells="zsh fish"
 transfer="curl"
@@ -47,15 +51,16 @@ packages_for() {
         gateway) echo "$compiling $tools $gateway" ;;
         metrics) echo "prometheus" ;;
         test)
-            echo "$compiling $tools $gateway $windows $testing $shells $python $dotnet $browsing $documenting" \
-                "$proofreading $clang $formatting $transfer"
+            echo "$compiling $tools $gateway $windows $windows_x86 $arm64 $testing $shells $python $dotnet" \
+                "$browsing $documenting $proofreading $clang $formatting $transfer"
             ;;
         fuzz) echo "$compiling $tools $gateway $clang" ;;
         bench) echo "$compiling $tools $windows $dotnet $benchmarking" ;;
         coverage) echo "$compiling $tools $testing $counting" ;;
         docs) echo "$compiling $tools $documenting" ;;
-        package) echo "$compiling $tools $gateway $windows $testing $dotnet $documenting $packaging" ;;
+        package) echo "$compiling $tools $gateway $windows $windows_x86 $testing $dotnet $documenting $packaging" ;;
         lint) echo "$compiling $tools $testing $clang $formatting $linting" ;;
+        wine32) echo "wine wine64 wine32:i386" ;;
         *)
             echo "install-dependencies.sh: unknown purpose: $1; known are:$all_purposes" >&2
             return 2
@@ -73,27 +78,63 @@ has() {
 }
 
 missing=""
+missing_i386=""
 for purpose in "$@"; do
     packages=$(packages_for "$purpose")
     for package in $packages; do
-        case " $missing " in *" $package "*) continue ;; esac
-        has "$package" || missing="$missing $package"
+        case " $missing $missing_i386 " in *" $package "*) continue ;; esac
+        if has "$package"; then
+            continue
+        fi
+        case "$package" in
+            *:i386) missing_i386="$missing_i386 $package" ;;
+            *) missing="$missing $package" ;;
+        esac
     done
 done
-if [ -z "$missing" ]; then
+if [ -z "$missing$missing_i386" ]; then
     exit 0
 fi
 
 as_root=""
 if [ "$(id -u)" -ne 0 ]; then
     if ! command -v sudo >/dev/null; then
-        echo "install-dependencies.sh: run it as root to install:$missing" >&2
+        echo "install-dependencies.sh: run it as root to install:$missing$missing_i386" >&2
         exit 1
     fi
     as_root=sudo
 fi
 
-echo "Installing:$missing"
-$as_root apt-get -q update
+# install PACKAGE...
+install() {
+    echo "Installing: $*"
+    $as_root apt-get -q update &&
+        $as_root env DEBIAN_FRONTEND=noninteractive apt-get -q install --yes --no-install-recommends "$@"
+}
+
+# Debian's wine starts every program with this, once it is installed; a kernel may run no 32-bit programs.
+wine32_runs() { /usr/lib/wine/wine --version >/dev/null 2>&1; }
+
+# install_i386 PACKAGE...: removes nothing for it. If it fails, apt is left as it was, because an architecture whose lists
+# a mirror does not have makes every later update fail.
+install_i386() {
+    added=""
+    if ! dpkg --print-foreign-architectures | grep -qx i386; then
+        $as_root dpkg --add-architecture i386
+        added=yes
+    fi
+    if install --no-remove "$@"; then
+        wine32_runs && return
+        $as_root apt-get -q remove --yes "$@"
+    elif [ -n "$added" ]; then
+        $as_root dpkg --remove-architecture i386
+        $as_root apt-get -q update
+    fi
+    echo "install-dependencies.sh: could not install: $*" >&2
+    return 1
+}
+
 # shellcheck disable=SC2086  # one word per package
-$as_root env DEBIAN_FRONTEND=noninteractive apt-get -q install --yes --no-install-recommends $missing
+[ -z "$missing" ] || install $missing
+# shellcheck disable=SC2086
+[ -z "$missing_i386" ] || install_i386 $missing_i386

@@ -5,7 +5,7 @@
 #                                 python3-morquil
 #   scripts/package.sh python     a wheel and a source distribution for Python
 #   scripts/package.sh dotnet     a NuGet package for C#
-#   scripts/package.sh windows    MorquilAPI-VERSION-windows-x64.zip
+#   scripts/package.sh windows    MorquilAPI-VERSION-windows.zip, for 64-bit and for 32-bit programs
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/flavours.sh
@@ -38,17 +38,27 @@ package_debian() {
     cp build/debian/*.deb "$packages"
 }
 
+# install_windows PRESET FOLDER COMPONENT...
+install_windows() {
+    local component
+    for component in "${@:3}"; do
+        run_logged "build/logs/install-$component.log" \
+            cmake --install "build/$1" --prefix "$2" --strip --component "$component"
+    done
+}
+
 package_windows() {
-    local name=MorquilAPI-$version-windows-x64 component
+    local name=MorquilAPI-$version-windows
     local tree=$packages/$name
     rm -rf "$tree" "$tree.zip"
     build windows -- --target MorquilAPI morquilctl morquil-sim
+    build windows-x86 -- --target MorquilAPI morquilctl morquil-sim
     scripts/build-docs.sh
-    for component in Runtime Development Tools Documentation; do
-        run_logged "build/logs/install-$component.log" \
-            cmake --install build/windows --prefix "$tree" --strip --component "$component"
-    done
-    cp build/native/tools/description/morquilapi.json "$tree/share/morquilapi/"
+    install_windows windows "$tree" Documentation
+    install_windows windows "$tree/x64" Runtime Development Tools
+    install_windows windows-x86 "$tree/x86" Runtime Development Tools
+    cp build/native/tools/description/morquilapi.json "$tree/x64/share/morquilapi/"
+    cp build/native/tools/description/morquilapi.json "$tree/x86/share/morquilapi/"
     cp -r build/docs/html CHANGELOG.md "$tree/share/doc/MorquilAPI/"
     cmake -E chdir "$packages" cmake -E tar cf "$name.zip" --format=zip \
         --mtime="$(date --utc --date="@$SOURCE_DATE_EPOCH" '+%Y-%m-%d %H:%M:%S UTC')" "$name"

@@ -21,6 +21,9 @@ extern const SystemsOwn systemsOwn;
 /// How many handles an abandoned attempt to connect keeps after the device has hung up.
 extern const std::size_t handlesOfAnAttempt;
 
+/// How many handles each load and unload of the library keeps.
+extern const std::size_t handlesOfAnUnloading;
+
 /// How many bytes of memory this process occupies.
 std::size_t ProcessMemory();
 

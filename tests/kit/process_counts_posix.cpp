@@ -29,6 +29,8 @@ const Morquil::Testing::SystemsOwn Morquil::Testing::systemsOwn{0, 0};
 // What wakes its connection thread.
 const std::size_t Morquil::Testing::handlesOfAnAttempt = 1;
 
+const std::size_t Morquil::Testing::handlesOfAnUnloading = 0;
+
 std::size_t Morquil::Testing::ProcessMemory() {
     std::ifstream numbers("/proc/self/statm");
     std::size_t total = 0;

@@ -70,12 +70,16 @@ std::size_t Morquil::Testing::ThreadCount() {
 }
 
 // What the warm-up does not create, counted under Wine: an apartment uses up to eight handles, and each of the
-// compiler's locks that two threads contend for keeps one permanently.
-const Morquil::Testing::SystemsOwn Morquil::Testing::systemsOwn{16, 1};
+// compiler's locks that two threads contend for keeps one permanently. In 32-bit programs there are some more.
+const Morquil::Testing::SystemsOwn Morquil::Testing::systemsOwn{sizeof(void*) == 4 ? 24 : 16, 1};
 
 // The four events of its transport and the one for its end; three more are the lock and the condition of the waiting
 // thread.
 const std::size_t Morquil::Testing::handlesOfAnAttempt = 8;
+
+// In 32-bit libraries the compiler's run time locks its tables for exceptions as soon as it is loaded. For that it makes
+// an event and a handle of the loading thread, and does not close them when the library is unloaded.
+const std::size_t Morquil::Testing::handlesOfAnUnloading = sizeof(void*) == 4 ? 2 : 0;
 
 std::size_t Morquil::Testing::ProcessMemory() {
     PROCESS_MEMORY_COUNTERS counters{};

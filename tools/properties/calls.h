@@ -32,7 +32,7 @@ struct Call<Answer (Owner::*)(Arguments...) const> {
 template <class Method>
 struct OutputOf;
 template <class Owner, class... Parameters>
-struct OutputOf<HRESULT (Owner::*)(Parameters...)> {
+struct OutputOf<HRESULT (STDMETHODCALLTYPE Owner::*)(Parameters...)> {
     using Type = std::remove_pointer_t<typename LastOf<Parameters...>::Type>;
 };
 

@@ -38,13 +38,14 @@ static_assert(!std::has_virtual_destructor_v<IClassFactory>);
 #undef ENUMERATION
 #undef CONSTANT
 
-// A pointer to a virtual member function is 1 plus the offset of its slot in all compilers that build this library.
+// A pointer to a virtual member function begins with the offset of its slot in all compilers that build this library;
+// some mark it by an odd number.
 template <class Method>
 std::size_t SlotOf(Method method) {
     std::size_t pointer = 0;
     static_assert(sizeof method >= sizeof pointer);
     std::memcpy(&pointer, &method, sizeof pointer);
-    return (pointer - 1) / sizeof(void*);
+    return pointer / sizeof(void*);
 }
 
 TEST(InterfaceLayout, KeepsEveryMethodInItsSlot) {

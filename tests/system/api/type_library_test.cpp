@@ -117,6 +117,7 @@ void ExpectMethod(ITypeInfo& type, UINT index, const ExpectedMethod& expected) {
     EXPECT_EQ(MemberName(type, function->memid), expected.name);
     EXPECT_EQ(ParametersText(type, *function), expected.parameters) << expected.name;
     EXPECT_EQ(function->oVft, static_cast<SHORT>((3 + index) * sizeof(void*))) << expected.name;
+    EXPECT_EQ(function->callconv, CC_STDCALL) << expected.name;
     EXPECT_EQ(function->elemdescFunc.tdesc.vt, VT_HRESULT) << expected.name;
     EXPECT_EQ(function->funckind, FUNC_PUREVIRTUAL) << expected.name;
     type.ReleaseFuncDesc(function);
@@ -179,7 +180,7 @@ TEST(TypeLibrary, HasItsIdentityVersionLocaleAndSystem) {
     EXPECT_EQ(attributes->wMajorVerNum, 1);
     EXPECT_EQ(attributes->wMinorVerNum, 1);
     EXPECT_EQ(attributes->lcid, 0U);
-    EXPECT_EQ(attributes->syskind, SYS_WIN64);
+    EXPECT_EQ(attributes->syskind, sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32);
     library->ReleaseTLibAttr(attributes);
     BSTR name = nullptr;
     ASSERT_EQ(library->GetDocumentation(-1, &name, nullptr, nullptr, nullptr), S_OK);

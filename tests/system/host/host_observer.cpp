@@ -36,17 +36,17 @@ std::vector<std::string> HostObserver::TakeNotifications() {
 }
 
 // The library queries only for the interfaces that it was given.
-Result HostObserver::QueryInterface(ComObject* /*object*/, const Guid* /*iid*/, void** out) {
+Result MORQUIL_SLOT HostObserver::QueryInterface(ComObject* /*object*/, const Guid* /*iid*/, void** out) {
     *out = nullptr;
     return noInterface;
 }
 
-std::uint32_t HostObserver::AddRef(ComObject* object) {
+std::uint32_t MORQUIL_SLOT HostObserver::AddRef(ComObject* object) {
     const std::lock_guard lock(object->self->lock_);
     return ++object->self->references_;
 }
 
-std::uint32_t HostObserver::Release(ComObject* object) {
+std::uint32_t MORQUIL_SLOT HostObserver::Release(ComObject* object) {
     HostObserver& self = *object->self;
     const std::lock_guard lock(self.lock_);
     EXPECT_GT(self.references_, 0U);
@@ -82,11 +82,11 @@ ConnectionObserver::ConnectionObserver()
           return table;
       }()) {}
 
-Result ConnectionObserver::Connected(ComObject* object) {
+Result MORQUIL_SLOT ConnectionObserver::Connected(ComObject* object) {
     return static_cast<ConnectionObserver*>(object->self)->Note("connected");
 }
 
-Result ConnectionObserver::Disconnected(ComObject* object, std::int32_t reason) {
+Result MORQUIL_SLOT ConnectionObserver::Disconnected(ComObject* object, std::int32_t reason) {
     return static_cast<ConnectionObserver*>(object->self)->Note("disconnected " + FourCharacterText(reason));
 }
 
@@ -98,7 +98,7 @@ PropertyObserver::PropertyObserver()
           return table;
       }()) {}
 
-Result PropertyObserver::PropertyChanged(ComObject* object, std::int32_t id) {
+Result MORQUIL_SLOT PropertyObserver::PropertyChanged(ComObject* object, std::int32_t id) {
     return static_cast<PropertyObserver*>(object->self)->Note(FourCharacterText(id));
 }
 

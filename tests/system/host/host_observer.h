@@ -47,9 +47,9 @@ protected:
     explicit HostObserver(const AnyFunction* table) : object_{table, this} {}
     ~HostObserver();
 
-    static Result QueryInterface(ComObject* object, const Guid* iid, void** out);
-    static std::uint32_t AddRef(ComObject* object);
-    static std::uint32_t Release(ComObject* object);
+    static Result MORQUIL_SLOT QueryInterface(ComObject* object, const Guid* iid, void** out);
+    static std::uint32_t MORQUIL_SLOT AddRef(ComObject* object);
+    static std::uint32_t MORQUIL_SLOT Release(ComObject* object);
     Result Note(const std::string& notification);
 
     std::mutex lock_;
@@ -68,8 +68,8 @@ public:
     ConnectionObserver();
 
 private:
-    static Result Connected(ComObject* object);
-    static Result Disconnected(ComObject* object, std::int32_t reason);
+    static Result MORQUIL_SLOT Connected(ComObject* object);
+    static Result MORQUIL_SLOT Disconnected(ComObject* object, std::int32_t reason);
 };
 
 /// Slot 3 reports the identifier of a property set.
@@ -78,7 +78,7 @@ public:
     PropertyObserver();
 
 private:
-    static Result PropertyChanged(ComObject* object, std::int32_t id);
+    static Result MORQUIL_SLOT PropertyChanged(ComObject* object, std::int32_t id);
 };
 
 }  // namespace Morquil::Testing

@@ -7,6 +7,13 @@
 
 #include "tests/kit/four_characters.h"
 
+// How slots are called: on 32-bit Windows the callee takes its arguments off the stack.
+#ifdef _WIN32
+#define MORQUIL_SLOT __stdcall
+#else
+#define MORQUIL_SLOT
+#endif
+
 namespace Morquil::Testing {
 
 using Result = std::int32_t;
@@ -99,7 +106,7 @@ private:
     using AnyFunction = void (*)();
 
     template <class Answer, class... Arguments>
-    using Function = Answer (*)(void*, Arguments...);
+    using Function = Answer(MORQUIL_SLOT*)(void*, Arguments...);
     template <class Answer, class... Arguments>
     Function<Answer, Arguments...> As(int slot) const {
         return reinterpret_cast<Function<Answer, Arguments...>>((*static_cast<AnyFunction* const*>(object_))[slot]);

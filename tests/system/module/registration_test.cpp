@@ -11,11 +11,14 @@ namespace {
 
 constexpr const char* classKey = "CLSID\\{1E7BE91D-FAC6-4CDE-B52E-68844DF364F6}";
 constexpr const char* serverKey = "CLSID\\{1E7BE91D-FAC6-4CDE-B52E-68844DF364F6}\\InprocServer32";
-constexpr const char* typeLibraryKey = "TypeLib\\{5FF6856C-F8DA-41D9-B457-E6889D512B6B}\\1.1\\0\\win64";
+constexpr const char* typeLibraryKey = sizeof(void*) == 8
+                                           ? "TypeLib\\{5FF6856C-F8DA-41D9-B457-E6889D512B6B}\\1.1\\0\\win64"
+                                           : "TypeLib\\{5FF6856C-F8DA-41D9-B457-E6889D512B6B}\\1.1\\0\\win32";
 
-bool KeyExists(const char* name) {
+// `view` may be that of 64-bit or of 32-bit programs, which have classes of their own.
+bool KeyExists(const char* name, REGSAM view = 0) {
     HKEY key = nullptr;
-    if (RegOpenKeyExA(HKEY_CLASSES_ROOT, name, 0, KEY_READ, &key) != ERROR_SUCCESS) {
+    if (RegOpenKeyExA(HKEY_CLASSES_ROOT, name, 0, KEY_READ | view, &key) != ERROR_SUCCESS) {
         return false;
     }
     RegCloseKey(key);
@@ -58,6 +61,16 @@ TEST_F(Registration, WritesTheClassItsServerAndItsThreadingModel) {
     EXPECT_FALSE(Value(classKey, nullptr).empty());
     EXPECT_EQ(Value(serverKey, nullptr), ModulePath(library));
     EXPECT_EQ(Value(serverKey, "ThreadingModel"), "Both");
+}
+
+TEST_F(Registration, WritesTheClassForProgramsOfTheLibrarysOwnWidthOnly) {
+    constexpr REGSAM own = sizeof(void*) == 8 ? KEY_WOW64_64KEY : KEY_WOW64_32KEY;
+    constexpr REGSAM other = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+
+    ASSERT_EQ(Register(), S_OK);
+
+    EXPECT_TRUE(KeyExists(serverKey, own));
+    EXPECT_FALSE(KeyExists(serverKey, other));
 }
 
 TEST_F(Registration, RegistersTheTypeLibrary) {

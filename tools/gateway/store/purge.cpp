@@ -13,7 +13,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::size_t fewestRows = 10;
-constexpr std::size_t mostRows = 2000;
+constexpr std::size_t mostRows = 500;
 
 bool DeleteOld(SQLite::Database& database, const Caps& caps, Time now, std::size_t rows) {
     return PurgeHistory(database, now - caps.historyAge, rows) > 0 ||

@@ -40,7 +40,7 @@ int main(int, char** arguments) {
                 written.notify_all();
             }
         });
-        for (int last = written.load(); number - last > 1000; last = written.load()) {
+        for (int last = written.load(); number - last > 500; last = written.load()) {  // they fit into one transaction
             written.wait(last);
         }
     }

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
+#include <ctime>
 
 #include "gateway/store/history_table.h"
 #include "gateway/store/page_reader.h"
@@ -41,15 +42,19 @@ protected:
             database_->exec("PRAGMA wal_checkpoint(TRUNCATE)");
         }
     }
+    struct Longest {
+        double inAll = 0;
+        double processor = 0;  // without waiting for the disk, or for other programs
+    };
     template <class Call>
-    static double LongestOf(int calls, Call call) {
-        double longest = 0;
+    static void Measure(int calls, Longest& longest, Call call) {
         for (int i = 0; i < calls; ++i) {
             const auto start = Clock::now();
+            const std::clock_t processor = std::clock();
             call();
-            longest = std::max(longest, Milliseconds(Clock::now() - start).count());
+            longest.processor = std::max(longest.processor, 1000.0 * double(std::clock() - processor) / CLOCKS_PER_SEC);
+            longest.inAll = std::max(longest.inAll, Milliseconds(Clock::now() - start).count());
         }
-        return longest;
     }
 
     TemporaryFolder folder_;
@@ -71,15 +76,17 @@ TEST_F(LargeHistory, GivesPagesAndIsPurgedInTime) {
         GTEST_SKIP() << "measures: set MORQUIL_HISTORY_ROWS, to 10000000 for example";
     }
     Fill(std::strtoul(wanted, nullptr, 10));
-    double page = 0;
+    Longest page;
     for (const Query& query : Queries()) {
-        page = std::max(page, LongestOf(20, [&] { Gateway::ReadHistoryPage(*database_, query); }));
+        Measure(20, page, [&] { Gateway::ReadHistoryPage(*database_, query); });
     }
     Gateway::Purge purge({.historyAge = std::chrono::hours(1)});
-    const double slice = LongestOf(500, [&] { purge.Step(*database_, At(100000000)); });
-    std::printf("longest page %.1f ms, longest slice of a purge %.1f ms\n", page, slice);
-    EXPECT_LT(page, 50);
-    EXPECT_LT(slice, 50);
+    Longest slice;
+    Measure(500, slice, [&] { purge.Step(*database_, At(100000000)); });
+    std::printf("longest page %.1f ms (%.1f ms of the processor), longest slice of a purge %.1f ms (%.1f ms)\n",
+                page.inAll, page.processor, slice.inAll, slice.processor);
+    EXPECT_LT(page.inAll, 50);
+    EXPECT_LT(slice.inAll, 50);
 }
 
 }  // namespace

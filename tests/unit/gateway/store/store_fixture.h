@@ -42,7 +42,9 @@ inline Gateway::Attempt AttemptOf(const std::string& device, int seconds) {
 class StoreFixture : public testing::Test {
 protected:
     Gateway::StoreSettings Settings() {
-        return {.path = path_, .post = [this](std::function<void()> function) { caller_.Post(std::move(function)); }};
+        return {.path = path_,
+                .post = [this](std::function<void()> function) { caller_.Post(std::move(function)); },
+                .now = [] { return At(0); }};  // so that no row is old enough to be purged
     }
     void Open() { Open(Settings()); }
     void Open(Gateway::StoreSettings settings) { store_ = std::make_unique<Gateway::Store>(std::move(settings)); }

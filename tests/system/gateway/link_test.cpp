@@ -1,8 +1,8 @@
 // What is wrong with a device's link, and editing the fleet.
 #include <gtest/gtest.h>
 
+#include "tests/system/gateway/distorted_device.h"
 #include "tests/system/gateway/running_gateway.h"
-#include "tests/system/gateway/scripted_device.h"
 
 namespace Morquil::Testing {
 namespace {
@@ -14,13 +14,13 @@ std::string ProbeOf(const RunningGateway& gateway, const std::string& address) {
 
 TEST(GatewayLink, AProbeJudgesAnAddressBeforeItIsSaved) {
     const RunningGateway gateway;
-    const ScriptedDevice well;
-    const ScriptedDevice locked([](const std::string& text) {
+    const DistortedDevice well;
+    const DistortedDevice locked([](const std::string& text) {
         std::string other = text;
         return other.replace(other.find("Remote lock: false"), 18, "Remote lock: true");
     });
-    const ScriptedDevice foreign([](const std::string&) { return "220 mail.example\r\n"; });
-    const ScriptedDevice silent(&ScriptedDevice::Silence);
+    const DistortedDevice foreign([](const std::string&) { return "220 mail.example\r\n"; });
+    const DistortedDevice silent(&DistortedDevice::Silence);
     EXPECT_EQ(ProbeOf(gateway, well.Address()), "connected");
     EXPECT_EQ(ProbeOf(gateway, locked.Address()), "remote-locked");
     EXPECT_EQ(ProbeOf(gateway, foreign.Address()), "wrong-protocol");
@@ -31,7 +31,7 @@ TEST(GatewayLink, AProbeJudgesAnAddressBeforeItIsSaved) {
 }
 
 TEST(GatewayLink, TellsWhyADeviceCannotBeConnected) {
-    const ScriptedDevice foreign([](const std::string&) { return "220 mail.example\r\n"; });
+    const DistortedDevice foreign([](const std::string&) { return "220 mail.example\r\n"; });
     const RunningGateway gateway({"127.250.250.252", foreign.Address()});
     const Json refused = gateway.AwaitLink("dev-1", "refused");
     ASSERT_TRUE(refused.is_object());
@@ -49,7 +49,7 @@ bool AwaitLock(const RunningGateway& gateway, bool isLocked) {
 }
 
 TEST(GatewayLink, ALockedDeviceCannotBeSet) {
-    ScriptedDevice device;
+    DistortedDevice device;
     const RunningGateway gateway({device.Address()});
     gateway.AwaitLink("dev-1", "connected");
     device.UsePanel("set MORQUIL DEVICE Remote lock true");
@@ -62,7 +62,7 @@ TEST(GatewayLink, ALockedDeviceCannotBeSet) {
 }
 
 TEST(GatewayLink, ADeviceThatWasLockedBeforeIsReportedAsLocked) {
-    const ScriptedDevice device([](const std::string& text) {
+    const DistortedDevice device([](const std::string& text) {
         std::string other = text;
         return other.replace(other.find("Remote lock: false"), 18, "Remote lock: true");
     });
@@ -72,7 +72,7 @@ TEST(GatewayLink, ADeviceThatWasLockedBeforeIsReportedAsLocked) {
 }
 
 TEST(GatewayLink, AHostThatHangsUpIsReconnected) {
-    ScriptedDevice device;
+    DistortedDevice device;
     const RunningGateway gateway({device.Address()});
     gateway.AwaitLink("dev-1", "connected");
     EXPECT_EQ(gateway.Set("dev-1", "proc-amp.gain", 5).status, 200);
@@ -110,7 +110,7 @@ TEST(GatewayFleet, EditsOutliveARestart) {
 }
 
 TEST(GatewayFleet, ARenamedDeviceStaysConnected) {
-    ScriptedDevice device;
+    DistortedDevice device;
     const RunningGateway gateway({device.Address()});
     const Json before = gateway.AwaitLink("dev-1", "connected");
     EXPECT_EQ(gateway.Send("PATCH", "/api/v1/devices/dev-1", R"({"name": "other"})").status, 200);
@@ -122,7 +122,7 @@ TEST(GatewayFleet, ARenamedDeviceStaysConnected) {
 }
 
 TEST(GatewayFleet, ADisabledDeviceIsDisconnectedUntilItIsEnabled) {
-    ScriptedDevice device;
+    DistortedDevice device;
     const RunningGateway gateway({device.Address()});
     gateway.AwaitLink("dev-1", "connected");
     EXPECT_EQ(gateway.Send("PATCH", "/api/v1/devices/dev-1", R"({"enabled": false})").status, 200);

@@ -7,9 +7,9 @@
 #include <set>
 
 #include "gateway/api/routes.h"
+#include "tests/system/gateway/distorted_device.h"
 #include "tests/system/gateway/json_schema.h"
 #include "tests/system/gateway/running_gateway.h"
-#include "tests/system/gateway/scripted_device.h"
 
 namespace Morquil::Testing {
 namespace {
@@ -88,7 +88,7 @@ std::string Filled(std::string_view text, const std::map<std::string, std::strin
 }
 
 TEST(OpenApi, EveryExampleIsAnsweredAsTheDocumentSays) {
-    ScriptedDevice device;
+    DistortedDevice device;
     const RunningGateway gateway({device.Address()}, [](Gateway::GatewaySettings& settings) {
         settings.config.devices.front().name = "converter-1";
     });

@@ -10,8 +10,8 @@
 #include <fstream>
 
 #include "tests/kit/temporary_folder.h"
+#include "tests/system/gateway/distorted_device.h"
 #include "tests/system/gateway/http_client.h"
-#include "tests/system/gateway/scripted_device.h"
 
 namespace Morquil::Testing {
 namespace {
@@ -160,7 +160,7 @@ TEST(GatewayProgram, TellsTheServiceManagerHowItIs) {
 }
 
 TEST(GatewayProgram, AReloadKeepsUnchangedDevicesConnected) {
-    ScriptedDevice device;
+    DistortedDevice device;
     const TemporaryFolder folder;
     const std::string entry = "[[device]]\nname = \"a\"\naddress = \"" + device.Address() + "\"\n";
     const std::string config = folder.Make("g.toml", "[server]\nport = 0\n" + entry);

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
+#include "tests/system/gateway/distorted_device.h"
 #include "tests/system/gateway/running_gateway.h"
-#include "tests/system/gateway/scripted_device.h"
 
 namespace Morquil::Testing {
 namespace {
@@ -23,7 +23,7 @@ protected:
         return rows;
     }
 
-    ScriptedDevice device;
+    DistortedDevice device;
     RunningGateway gateway{{device.Address()}};
 };
 

@@ -1,8 +1,8 @@
 // Salvos of a running gateway, against a device.
 #include <gtest/gtest.h>
 
+#include "tests/system/gateway/distorted_device.h"
 #include "tests/system/gateway/running_gateway.h"
-#include "tests/system/gateway/scripted_device.h"
 
 namespace Morquil::Testing {
 namespace {
@@ -30,7 +30,7 @@ protected:
     const std::string show = R"({"name":"show","label":"Evening","steps":[
         {"device":"dev-1","property":"proc-amp.gain","value":12},
         {"device":"dev-1","property":"device.panel-lock","value":true}]})";
-    ScriptedDevice device;
+    DistortedDevice device;
     RunningGateway gateway{{device.Address()}};
 };
 

@@ -3,8 +3,8 @@
 
 #include <future>
 
+#include "tests/system/gateway/distorted_device.h"
 #include "tests/system/gateway/running_gateway.h"
-#include "tests/system/gateway/scripted_device.h"
 #include "tests/system/gateway/web_socket_client.h"
 
 namespace Morquil::Testing {
@@ -19,8 +19,8 @@ protected:
         ASSERT_TRUE(gateway.AwaitLink("dev-2", "connected").is_object());
     }
 
-    ScriptedDevice first;
-    ScriptedDevice second;
+    DistortedDevice first;
+    DistortedDevice second;
     RunningGateway gateway{{first.Address(), second.Address()}};
 };
 

@@ -1,8 +1,8 @@
 // Reading and setting values over HTTP.
 #include <gtest/gtest.h>
 
+#include "tests/system/gateway/distorted_device.h"
 #include "tests/system/gateway/running_gateway.h"
-#include "tests/system/gateway/scripted_device.h"
 
 namespace Morquil::Testing {
 namespace {
@@ -13,7 +13,7 @@ class GatewayValues : public testing::Test {
 protected:
     void SetUp() override { ASSERT_TRUE(gateway.AwaitLink("dev-1", "connected").is_object()); }
 
-    ScriptedDevice device;
+    DistortedDevice device;
     RunningGateway gateway{{device.Address()}};
 };
 
@@ -166,10 +166,10 @@ TEST_F(GatewayValues, ASecondOperatorSeesTheFirstOnesChange) {
 // -----------------------------------------------------------------------------
 
 TEST(GatewayFaults, ARefusedChangeIsAConflict) {
-    ScriptedDevice device;
+    DistortedDevice device;
     const RunningGateway gateway({device.Address()});
     gateway.AwaitLink("dev-1", "connected");
-    device.Misbehave(&ScriptedDevice::Refuse);
+    device.Misbehave(&DistortedDevice::Refuse);
     const HttpAnswer answer = gateway.Set("dev-1", "proc-amp.gain", 12);
     EXPECT_EQ(answer.status, 409);
     EXPECT_EQ(answer.AsJson()["outcome"], "refused");
@@ -177,7 +177,7 @@ TEST(GatewayFaults, ARefusedChangeIsAConflict) {
 }
 
 TEST(GatewayFaults, AnAdjustedChangeIsAConflictWithTheDevicesOwnValue) {
-    ScriptedDevice device;
+    DistortedDevice device;
     const RunningGateway gateway({device.Address()});
     gateway.AwaitLink("dev-1", "connected");
     device.Misbehave([](const std::string& text) {
@@ -193,10 +193,10 @@ TEST(GatewayFaults, AnAdjustedChangeIsAConflictWithTheDevicesOwnValue) {
 }
 
 TEST(GatewayFaults, ADeviceThatHangsIsUnconfirmedAtTheDeadline) {
-    ScriptedDevice device;
+    DistortedDevice device;
     const RunningGateway gateway({device.Address()});
     gateway.AwaitLink("dev-1", "connected");
-    device.Misbehave(&ScriptedDevice::Silence);
+    device.Misbehave(&DistortedDevice::Silence);
     const HttpAnswer answer = gateway.Set("dev-1", "proc-amp.gain", 12, "?deadline=200ms");
     EXPECT_EQ(answer.status, 504);
     EXPECT_EQ(answer.AsJson()["outcome"], "unconfirmed");
@@ -204,10 +204,10 @@ TEST(GatewayFaults, ADeviceThatHangsIsUnconfirmedAtTheDeadline) {
 }
 
 TEST(GatewayFaults, ALostConnectionAnswersWhatWaitsForIt) {
-    ScriptedDevice device;
+    DistortedDevice device;
     const RunningGateway gateway({device.Address()});
     gateway.AwaitLink("dev-1", "connected");
-    device.Misbehave(&ScriptedDevice::Silence);
+    device.Misbehave(&DistortedDevice::Silence);
     HttpClient client(gateway.Port());
     client.Request("PUT", gainPath + "?deadline=30s", R"({"value": 1})");
     EXPECT_EQ(gateway.Set("dev-1", "proc-amp.gain", 2, "?deadline=50ms").status, 504);

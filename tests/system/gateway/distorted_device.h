@@ -9,12 +9,12 @@
 
 namespace Morquil::Testing {
 
-class ScriptedDevice {
+class DistortedDevice {
 public:
     /// What is sent in place of the device's own text.
     using Distortion = std::function<std::string(const std::string& text)>;
 
-    explicit ScriptedDevice(Distortion greeting = {}) : greeting_(std::move(greeting)) {}
+    explicit DistortedDevice(Distortion greeting = {}) : greeting_(std::move(greeting)) {}
 
     /// Distorts all answers from now on.
     void Misbehave(Distortion answer) {

@@ -77,8 +77,8 @@ const Morquil::Testing::SystemsOwn Morquil::Testing::systemsOwn{sizeof(void*) ==
 // thread.
 const std::size_t Morquil::Testing::handlesOfAnAttempt = 8;
 
-// In 32-bit libraries the compiler's run time locks its tables for exceptions as soon as it is loaded. For that it makes
-// an event and a handle of the loading thread, and does not close them when the library is unloaded.
+// In 32-bit libraries the compiler's run time locks its tables for exceptions as soon as it is loaded. For that it
+// makes an event and a handle of the loading thread, and does not close them when the library is unloaded.
 const std::size_t Morquil::Testing::handlesOfAnUnloading = sizeof(void*) == 4 ? 2 : 0;
 
 std::size_t Morquil::Testing::ProcessMemory() {

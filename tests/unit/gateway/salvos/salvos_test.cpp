@@ -157,7 +157,8 @@ TEST_F(Salvos, AnIdempotencyKeyStartsOneRun) {
     EXPECT_EQ(second.run, first.run);
     EXPECT_EQ(Start({.onFailure = OnFailure::Continue, .who = "anna", .idempotencyKey = "k"}).outcome,
               StartOutcome::KeyInUse);
-    EXPECT_EQ(Start({.who = "bert", .idempotencyKey = "k"}).outcome, StartOutcome::Started) << "a key is its user's own";
+    EXPECT_EQ(Start({.who = "bert", .idempotencyKey = "k"}).outcome, StartOutcome::Started)
+        << "a key is its user's own";
     Fleet().ConfirmAll();
     world_.Restart();
     EXPECT_EQ(Start({.who = "anna", .idempotencyKey = "k"}).run, first.run) << "also after a restart";

@@ -56,7 +56,7 @@ install_as_in_the_zip() {
 }
 
 # Windows' C library does not know these conversions of strftime.
-dates_work_everywhere() { ! grep -rnE '%[DFRT]' README.md docs examples bindings/cpp; }
+dates_work_everywhere() { ! grep -IrnE '%[DFRT]' README.md docs examples bindings/cpp; }
 
 # check_windows BUILD: programs, library and manifests in one folder, as a product would ship them.
 check_windows() {

@@ -40,7 +40,7 @@ auto Argument(const Stored& value) {
 // ---- Getters -----------------------------------------------------------------------------------------------------
 
 template <class Value, class Owner, class Raw>
-std::optional<Stored> ReadWith(const Device& device, HRESULT (Owner::*get)(Raw*), int /*item*/) {
+std::optional<Stored> ReadWith(const Device& device, HRESULT (STDMETHODCALLTYPE Owner::*get)(Raw*), int /*item*/) {
     Out<Raw> out;
     const Pointer<Owner> feature = Ask<Owner>(device);
     if (!IsAnswered("Property::Get", (feature.Get()->*get)(Receive(out)))) {
@@ -49,7 +49,7 @@ std::optional<Stored> ReadWith(const Device& device, HRESULT (Owner::*get)(Raw*)
     return Stored(Take<Value>(out));
 }
 template <class Value, class Owner, class Index, class Raw>
-std::optional<Stored> ReadWith(const Device& device, HRESULT (Owner::*get)(Index, Raw*), int item) {
+std::optional<Stored> ReadWith(const Device& device, HRESULT (STDMETHODCALLTYPE Owner::*get)(Index, Raw*), int item) {
     Out<Raw> out;
     const Pointer<Owner> feature = Ask<Owner>(device);
     if (!IsAnswered("Property::Get", (feature.Get()->*get)(static_cast<Index>(item), Receive(out)))) {
@@ -65,22 +65,22 @@ std::optional<Stored> Read(const Device& device, int item) {
 // ---- Setters -----------------------------------------------------------------------------------------------------
 
 template <class Value, class Owner>
-HRESULT WriteWith(Owner* feature, HRESULT (Owner::*set)(), int /*item*/, const Stored& /*value*/) {
+HRESULT WriteWith(Owner* feature, HRESULT (STDMETHODCALLTYPE Owner::*set)(), int /*item*/, const Stored& /*value*/) {
     return (feature->*set)();
 }
 template <class Value, class Owner, class Raw>
-HRESULT WriteWith(Owner* feature, HRESULT (Owner::*set)(Raw), int /*item*/, const Stored& value) {
+HRESULT WriteWith(Owner* feature, HRESULT (STDMETHODCALLTYPE Owner::*set)(Raw), int /*item*/, const Stored& value) {
     return (feature->*set)(Argument<Value, Raw>(value));
 }
 template <class Value, class Owner, class Index, class Raw>
-HRESULT WriteWith(Owner* feature, HRESULT (Owner::*set)(Index, Raw), int item, const Stored& value) {
+HRESULT WriteWith(Owner* feature, HRESULT (STDMETHODCALLTYPE Owner::*set)(Index, Raw), int item, const Stored& value) {
     return (feature->*set)(static_cast<Index>(item), Argument<Value, Raw>(value));
 }
 
 template <class Method>
 struct OwnerOf;
 template <class Owner, class... Parameters>
-struct OwnerOf<HRESULT (Owner::*)(Parameters...)> {
+struct OwnerOf<HRESULT (STDMETHODCALLTYPE Owner::*)(Parameters...)> {
     using Type = Owner;
 };
 
@@ -106,7 +106,7 @@ Offer WordsWith(Condition isOffered) {
 
 /// The limits that a method of two outputs answers.
 template <class Value, class Owner, class Raw>
-std::optional<Range<Value>> LimitsOf(const Device& device, HRESULT (Owner::*range)(Raw*, Raw*)) {
+std::optional<Range<Value>> LimitsOf(const Device& device, HRESULT (STDMETHODCALLTYPE Owner::*range)(Raw*, Raw*)) {
     Out<Raw> min;
     Out<Raw> max;
     const Pointer<Owner> feature = Ask<Owner>(device);
@@ -117,7 +117,8 @@ std::optional<Range<Value>> LimitsOf(const Device& device, HRESULT (Owner::*rang
 }
 /// The same for a method that wants to know what they are for.
 template <class Value, class Owner, class Input, class Raw, class Given>
-std::optional<Range<Value>> LimitsOf(const Device& device, HRESULT (Owner::*range)(Input, Raw*, Raw*), Given given) {
+std::optional<Range<Value>> LimitsOf(const Device& device, HRESULT (STDMETHODCALLTYPE Owner::*range)(Input, Raw*, Raw*),
+                                     Given given) {
     Out<Raw> min;
     Out<Raw> max;
     const Pointer<Owner> feature = Ask<Owner>(device);
@@ -147,7 +148,7 @@ Offer WordsBetween(const Device& device) {
 
 /// What an availability query answers. Its result means nothing to one of them: the flag counts.
 template <class Owner, class Raw, class Given>
-bool IsOffered(Owner* feature, HRESULT (Owner::*query)(Raw, LONG*), Given word) {
+bool IsOffered(Owner* feature, HRESULT (STDMETHODCALLTYPE Owner::*query)(Raw, LONG*), Given word) {
     LONG isAvailable = 0;
     IsAnswered("Property::GetOffered", (feature->*query)(static_cast<Raw>(word), &isAvailable));
     return isAvailable != 0;

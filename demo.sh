@@ -132,7 +132,7 @@ say "Both runs succeeded"
 cat <<'END'
 A web panel shows a whole fleet in a browser. It is part of morquil-gateway (docs/guides/web-panel.md):
     scripts/install-dependencies.sh gateway
-    cmake -S . -B build/gateway -G Ninja -DMORQUIL_GATEWAY=ON
+    cmake -S . -B build/gateway -G Ninja -DMORQUIL_GATEWAY=ON -DMORQUIL_TESTS=OFF
     cmake --build build/gateway --target morquil-gateway morquil-sim
     build/gateway/tools/gateway/morquil-gateway --demo
 END

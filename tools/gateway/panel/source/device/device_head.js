@@ -11,7 +11,6 @@ import { timeText } from '../text/times.js';
 import { valueText } from '../text/values.js';
 import { make, replaceChildren, setAttribute, setText } from '../dom/element.js';
 import { makeIcon, setIcon } from '../dom/icons.js';
-import { loadSettingsFile, settingsAddress } from './settings_file.js';
 
 /** @typedef {import('../model/device_model.js').DeviceModel} DeviceModel */
 
@@ -27,7 +26,6 @@ export class DeviceHead {
     #conditions = make('ul', { class: 'conditions', 'aria-label': t('column.alarms') });
     #undoText = make('span');
     #undo = make('button', { class: 'undo' }, makeIcon('undo'), this.#undoText);
-    #load;
     #edit;
     element;
 
@@ -35,10 +33,9 @@ export class DeviceHead {
     constructor(name) {
         this.#name = name;
         this.#undo.addEventListener('click', () => changes.undo(name));
-        this.#load = make('button', { onclick: () => loadSettingsFile(name) }, t('settings.load'));
         this.#edit = make('button', { onclick: () => openDeviceDialog(fleet.find(name)?.device ?? null) }, t('device.edit'));
         const tools = make('div', { class: 'toolbar' }, this.#undo, make('a', { class: 'button', href: linkTo('history', [], { device: name }) }, t('view.history')),
-            make('a', { class: 'button', href: settingsAddress(name), download: `${name}.txt` }, t('settings.save')), this.#load, this.#edit);
+            this.#edit);
         this.element = make('header', { class: 'device-head' }, make('div', { class: 'device-title' }, this.#title, this.#about),
             make('div', { class: 'device-state' }, this.#linkMark, this.#formats, this.#conditions), tools);
     }
@@ -55,7 +52,6 @@ export class DeviceHead {
         setText(this.#formats, model.isConnected ? t('tile.formats', { input: valueText(device.summary.input), output: valueText(device.summary.output) }) : '');
         this.#updateConditions(model);
         this.#updateUndo();
-        this.#load.disabled = !may('loadSettings', device.name) || !model.isConnected;
         this.#edit.disabled = !may('editFleet', device.name);
     }
 

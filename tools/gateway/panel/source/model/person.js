@@ -10,7 +10,6 @@ const needs = {
     set: 'operator',
     runSalvo: 'operator',
     editSalvo: 'engineer',
-    loadSettings: 'engineer',
     editFleet: 'engineer',
     seeAudit: 'engineer',
     maintain: 'admin',

@@ -413,7 +413,7 @@ export const english = Object.freeze({
     'action.editSalvo': 'Make and change salvos',
     'action.editFleet': 'Add, edit and remove devices',
     'action.seeAudit': 'See the audit',
-    'action.maintain': 'Back up and diagnose the gateway',
+    'action.maintain': 'Reload the configuration of the gateway',
     'action.managePeople': 'Manage users and tokens',
     users: 'Users',
     'user.add': 'Add a user\u2026',

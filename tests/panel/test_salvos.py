@@ -20,6 +20,7 @@ def salvo(panel, devices):
     panel.wait("document.querySelector(\".salvo-list a[href$='/evening-news'][aria-current]\")")
     for number in (1, 2):
         devices.command(number, f"set VIDEO PROC AMP Gain {10 + number}")
+    panel.wait_for_text(".salvo-content .note", "2 would change")
     yield panel
     panel.go("#/salvos/evening-news")
     panel.click_button("Remove")

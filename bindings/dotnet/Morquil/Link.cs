@@ -5,7 +5,7 @@ namespace Morquil.Interop
     /// <summary>What is known of a connection, for everything that depends on it.</summary>
     internal sealed class Link
     {
-        // Nobody's continuation may hold up the library's thread, on which both are completed.
+        // Both are completed on the library's thread, which no continuation may hold up.
         private readonly TaskCompletionSource<ConnectFailure> begun = NewSource();
         private readonly TaskCompletionSource<ConnectFailure> ended = NewSource();
 

@@ -21,7 +21,7 @@ namespace Morquil.Interop
         /// <summary>Whether the library will report nothing more.</summary>
         internal bool IsOver { get; private set; }
 
-        /// <summary>The outcome, or that nobody waits for it any more.</summary>
+        /// <summary>The outcome, or cancelled when no caller waits for it any more.</summary>
         internal Task<Outcome> Ended => ended.Task;
 
         internal void Answer(Outcome answered)

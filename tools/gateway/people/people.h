@@ -88,7 +88,7 @@ struct PeopleSettings {
     std::function<void(std::string_view collection, const std::string& name)> erase;
     /// A credential proves nothing any more: streams that it opened must end.
     std::function<void(const std::string& credential)> ended;
-    /// Whether requests need no proof while there are no users: only where nobody else can send any.
+    /// Whether requests need no proof while there are no users: only where no other machine can send any.
     bool mayBeOpen = true;
     std::function<Time()> now = Now;
     std::function<std::chrono::steady_clock::time_point()> uptime = std::chrono::steady_clock::now;

@@ -36,7 +36,7 @@ SalvosSettings MakeSalvosSettings(SalvoFleet& fleet, Store& store, Hub& hub);
 
 /// Reads users, tokens, salvos and runs.
 /// Returns: why the gateway must not start; empty if it may. Without a file it may; a file that cannot be read may hold
-/// users, without whom nobody must be let in.
+/// users, and starting without them would let anyone in.
 std::string LoadRecords(const Store& store, const std::string& path, People& people, Salvos& salvos);
 
 }  // namespace Morquil::Gateway

@@ -55,7 +55,7 @@ struct Verification {
     std::uint64_t rows = 0;  // examined
     std::int64_t first = 0;  // the oldest row that is kept; older ones have been purged
     std::int64_t last = 0;
-    std::string head = {};  // hash of the last row. Keep a copy elsewhere: it proves that nobody has rewritten all rows
+    std::string head = {};     // hash of the last row. A copy kept elsewhere shows whether all rows were rewritten
     std::string problem = {};  // "row 17 has been changed"
 };
 

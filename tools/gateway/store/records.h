@@ -17,7 +17,7 @@ struct Change {
     std::string oldValue = "null";  // JSON
     std::string newValue = "null";
     std::string origin = {};  // what caused it: the front panel, another host, the gateway
-    std::string who = {};     // the user or token; empty if it was nobody's request here
+    std::string who = {};     // the user or token; empty if no request here caused it
 
     bool operator==(const Change&) const = default;
 };

@@ -12,7 +12,7 @@ namespace {
 
 void Print(int number) {
     const std::string line = std::to_string(number) + "\n";
-    // Nobody reads any longer: the test has ended.
+    // The test has ended, so the pipe has no reader.
     if (write(STDOUT_FILENO, line.data(), line.size()) < 0) {
         _exit(1);
     }

@@ -2,7 +2,7 @@ import { wordLabel } from '../../text/labels.js';
 import { valueText } from '../../text/values.js';
 import { make, setAttribute, setText } from '../../dom/element.js';
 
-/** What a device reports and nobody can set. @param {import('../control.js').ControlSetup} setup @returns {import('../control.js').Control} */
+/** A value that a device reports and that cannot be set. @param {import('../control.js').ControlSetup} setup @returns {import('../control.js').Control} */
 export function makeReading({ property }) {
     const element = make('output', { class: 'reading' });
     return {
